@@ -1,0 +1,1 @@
+#include "qdeclarativetypes_p.h"
