@@ -162,12 +162,3 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeItemTypes();
     });
 }
-
-void registerDeclarativeItemTypes()
-{
-    qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
-    qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeItem>("Item");
-    registerDeclarativeType<QGraphicsScale>("Scale");
-    registerDeclarativeType<QGraphicsRotation>("Rotation");
-}
