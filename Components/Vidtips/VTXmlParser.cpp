@@ -93,11 +93,30 @@ bool writeAttributes(QObject *object, const QXmlAttributes &atts, const QMessage
     return true;
 }
 
+// Nearly every object is of the default class itself; going through its meta-object for each of them costs
+// about as much as reading the file.
+VTXmlElement *asPlainElement(QObject *object)
+{
+    const bool isPlain = object->metaObject() == &VTXmlElement::staticMetaObject;
+    return isPlain ? static_cast<VTXmlElement *>(object) : nullptr;
+}
+
 void writeIfPresent(QObject *object, const char *name, const QString &value)
 {
     const int property = object->metaObject()->indexOfProperty(name);
     if (property >= 0)
         object->metaObject()->property(property).write(object, value);
+}
+
+void nameObject(QObject *object, const QString &nameSpace, const QString &name)
+{
+    if (VTXmlElement *element = asPlainElement(object)) {
+        element->setTagNameSpace(nameSpace);
+        element->setTagName(name);
+        return;
+    }
+    writeIfPresent(object, "tagNameSpace", nameSpace);
+    writeIfPresent(object, "tagName", name);
 }
 
 } // namespace
@@ -122,7 +141,9 @@ QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &lo
 {
     QObject *parent = openElements.isEmpty() ? nullptr : openElements.constLast().object.data();
     QObject *object = nullptr;
-    if (meta)
+    if (meta == &VTXmlElement::staticMetaObject)
+        object = new VTXmlElement(parent, atts);
+    else if (meta)
         object = meta->newInstance(Q_ARG(QObject *, parent), Q_ARG(QXmlAttributes, atts));
     if (meta && !object) {
         object = meta->newInstance(Q_ARG(QObject *, parent));
@@ -239,8 +260,7 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
     QObject *object = d->create(registered ? registered : d->defaultElement, localName, atts, logger);
     if (!object)
         return false;
-    writeIfPresent(object, "tagNameSpace", namespaceURI.trimmed());
-    writeIfPresent(object, "tagName", qName.trimmed());
+    nameObject(object, namespaceURI.trimmed(), qName.trimmed());
     d->openElements.append({object, d->flags});
     return true;
 }
@@ -259,6 +279,10 @@ bool VTXmlParser::characters(const QString &text)
     QObject *object = d->openElements.isEmpty() ? nullptr : d->openElements.constLast().object.data();
     if (!object)
         return true;
+    if (VTXmlElement *element = asPlainElement(object)) {
+        element->appendContent(text);
+        return true;
+    }
     const int method = object->metaObject()->indexOfMethod("appendContent(QString)");
     if (method >= 0)
         object->metaObject()->method(method).invoke(object, Q_ARG(QString, text));

@@ -46,6 +46,24 @@ public:
     }
 };
 
+/** An element class of a host's own, which keeps its text in its own way. */
+class Note : public VTXmlElement
+{
+    Q_OBJECT
+
+public:
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    Q_INVOKABLE explicit Note(QObject *parent, const QXmlAttributes &attrs = QXmlAttributes())
+        : VTXmlElement(parent, attrs)
+    {
+    }
+    QT_WARNING_POP
+    Q_INVOKABLE void appendContent(const QString &content) { pieces << content; }
+
+    QStringList pieces;
+};
+
 /** A class that no element can be made of. */
 class Unmakable : public QObject
 {
@@ -84,6 +102,7 @@ private slots:
     void subtreeFlagStopsAsking();
     void elementInsideASkippedOneIsDetached();
     void attributesBecomeProperties();
+    void elementClassOfAHost();
     void classWithoutPropertiesIsLeftAlone();
     void unknownPropertyStops();
     void refusedValueIsReportedAndParsingGoesOn_data();
@@ -307,6 +326,20 @@ void tst_VTXmlParser::attributesBecomeProperties()
     QCOMPARE(panel->width, 12);
     QCOMPARE(panel->title, QStringLiteral("x<y"));
     QCOMPARE(panel->tag, QStringLiteral("panel"));
+}
+
+void tst_VTXmlParser::elementClassOfAHost()
+{
+    VTXmlParser parser(nullptr, nullptr);
+    parser.setDefaultElement(&Note::staticMetaObject);
+    const auto root = readRoot(parser, "<x:a xmlns:x='urn:x' key='k'>one<b>in</b>two</x:a>");
+    auto *note = qobject_cast<Note *>(root.get());
+    QVERIFY(note);
+    QCOMPARE(note->pieces, (QStringList{"one", "two"}));
+    QCOMPARE(note->getTagName(), QStringLiteral("x:a"));
+    QCOMPARE(note->getTagNameSpace(), QStringLiteral("urn:x"));
+    QCOMPARE(note->attribute("key"), QStringLiteral("k"));
+    QCOMPARE(qobject_cast<Note *>(note->childElement("b"))->pieces, QStringList{"in"});
 }
 
 void tst_VTXmlParser::classWithoutPropertiesIsLeftAlone()
