@@ -4,17 +4,33 @@
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/qmath.h>
 #include <QtGui/QPainter>
+#include <QtGui/QPixmapCache>
+#include <QtWidgets/qdrawutil.h>
 
 #include <private/qquickrectangle_p.h>
+
+/** The widest border and corner that are painted from a picture; larger ones are drawn each time. */
+static constexpr int tileMarginLimit = 128;
 
 class QDeclarativeRectanglePrivate : public QDeclarativeItemPrivate
 {
     Q_DECLARE_PUBLIC(QDeclarativeRectangle)
 
 public:
-    QBrush fill();
+    bool isBordered() const { return pen && pen->isVisible(); }
+    bool isFilled() const { return gradient || color.alpha() > 0; }
+    qreal cornerRadius() const;
+    int tileMargin() const;
+    QRect tiledRect() const;
+    bool canTile(const QPainter *) const;
+    const QPixmap &needTile();
+    void drawTile(QPainter *);
+    void drawShape(QPainter *);
+    QBrush fill(const QRectF &area);
     void gradientUpdated();
+    void shapeUpdated();
     void penUpdated();
 
     QColor color = Qt::white;
@@ -22,12 +38,97 @@ public:
     QDeclarativePen *pen = nullptr;
     // Kept ready to paint with: Qt complains of a stop outside 0…1 each time that it meets one.
     QLinearGradient shading;
+    // The border and corners with one pixel between them, the same as other rectangles of this look have.
+    QPixmap tile;
+    qreal tileRadius = 0;
     qreal radius = 0;
     int penExtent = 0;
     bool shadingIsStale = true;
 };
 
-QBrush QDeclarativeRectanglePrivate::fill()
+qreal QDeclarativeRectanglePrivate::cornerRadius() const
+{
+    return qBound(0.0, radius, qMin(itemWidth, itemHeight) / 2);
+}
+
+int QDeclarativeRectanglePrivate::tileMargin() const
+{
+    return qCeil(qMin(cornerRadius(), qreal(tileMarginLimit)))
+        + (isBordered() ? qMin(pen->width(), tileMarginLimit) : 0);
+}
+
+/** Returns the whole pixels that the border and what it surrounds take up. */
+QRect QDeclarativeRectanglePrivate::tiledRect() const
+{
+    const int border = isBordered() ? pen->width() : 0;
+    return QRect(-(border / 2), -(border / 2), int(itemWidth) + border, int(itemHeight) + border);
+}
+
+bool QDeclarativeRectanglePrivate::canTile(const QPainter *painter) const
+{
+    const int margin = tileMargin();
+    return !gradient && margin <= tileMarginLimit && itemWidth < QWIDGETSIZE_MAX
+        && itemHeight < QWIDGETSIZE_MAX && tiledRect().width() >= 2 * margin
+        && tiledRect().height() >= 2 * margin && painter->device()->devicePixelRatioF() == 1;
+}
+
+const QPixmap &QDeclarativeRectanglePrivate::needTile()
+{
+    const qreal corner = cornerRadius();
+    if (!tile.isNull() && corner == tileRadius)
+        return tile;
+    tileRadius = corner;
+    const int border = isBordered() ? pen->width() : 0;
+    const QString key = QString::asprintf("declarative_rectangle_%x_%x_%d_%a", color.rgba(),
+                                          border ? pen->color().rgba() : 0, border, corner);
+    if (QPixmapCache::find(key, &tile))
+        return tile;
+    const int side = 2 * tileMargin() + 1;
+    tile = QPixmap(side, side);
+    tile.fill(Qt::transparent);
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
+                          : QPen(Qt::NoPen));
+    painter.setBrush(color);
+    const qreal inset = border / 2.0;
+    const QRectF outline(inset, inset, side - border, side - border);
+    if (corner > 0)
+        painter.drawRoundedRect(outline, corner, corner);
+    else
+        painter.drawRect(outline);
+    painter.end();
+    QPixmapCache::insert(key, tile);
+    return tile;
+}
+
+void QDeclarativeRectanglePrivate::drawTile(QPainter *painter)
+{
+    const int margin = tileMargin();
+    const QMargins margins(margin, margin, margin, margin);
+    const QPixmap &pixmap = needTile();
+    qDrawBorderPixmap(painter, tiledRect(), margins, pixmap, pixmap.rect(), margins, Qt::StretchTile);
+}
+
+void QDeclarativeRectanglePrivate::drawShape(QPainter *painter)
+{
+    const int border = isBordered() ? pen->width() : 0;
+    const qreal shift = border % 2 / 2.0;
+    // Where a gradient is, a border of odd width keeps its spare pixel inside.
+    const qreal spare = gradient ? 2 * shift : 0;
+    const QRectF rect(shift, shift, itemWidth - spare, itemHeight - spare);
+    painter->setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
+                           : QPen(Qt::NoPen));
+    painter->setBrush(isFilled() ? fill(rect) : QBrush());
+    if (radius > 0) {
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->drawRoundedRect(rect, cornerRadius(), cornerRadius());
+    } else {
+        painter->drawRect(rect);
+    }
+}
+
+QBrush QDeclarativeRectanglePrivate::fill(const QRectF &area)
 {
     if (!gradient)
         return color;
@@ -38,14 +139,20 @@ QBrush QDeclarativeRectanglePrivate::fill()
             shading.setColorAt(stop.first, stop.second);
         shadingIsStale = false;
     }
-    shading.setStart(0, 0);
-    shading.setFinalStop(0, itemHeight);
+    shading.setStart(area.topLeft());
+    shading.setFinalStop(area.bottomLeft());
     return shading;
 }
 
 void QDeclarativeRectanglePrivate::gradientUpdated()
 {
     shadingIsStale = true;
+    q_func()->update();
+}
+
+void QDeclarativeRectanglePrivate::shapeUpdated()
+{
+    tile = QPixmap();
     q_func()->update();
 }
 
@@ -56,7 +163,7 @@ void QDeclarativeRectanglePrivate::penUpdated()
         q->prepareGeometryChange();
         penExtent = pen->extent();
     }
-    q->update();
+    shapeUpdated();
 }
 
 QDeclarativePen::QDeclarativePen(QObject *parent)
@@ -99,8 +206,7 @@ void QDeclarativeRectangle::setColor(const QColor &color)
     if (color == d->color)
         return;
     d->color = color;
-    if (!d->gradient)
-        update();
+    d->shapeUpdated();
     Q_EMIT colorChanged();
 }
 
@@ -151,7 +257,7 @@ void QDeclarativeRectangle::setRadius(qreal radius)
     if (radius == d->radius)
         return;
     d->radius = radius;
-    update();
+    d->shapeUpdated();
     Q_EMIT radiusChanged();
 }
 
@@ -166,26 +272,21 @@ QRectF QDeclarativeRectangle::boundingRect() const
 void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
     Q_D(QDeclarativeRectangle);
-    const bool bordered = d->pen && d->pen->isVisible();
-    const bool filled = d->gradient || d->color.alpha() > 0;
-    if (d->itemWidth <= 0 || d->itemHeight <= 0 || (!bordered && !filled))
+    const bool bordered = d->isBordered();
+    if (d->itemWidth <= 0 || d->itemHeight <= 0 || (!bordered && !d->isFilled()))
         return;
     const QRectF rect(0, 0, d->itemWidth, d->itemHeight);
-    const bool wasAntialiased = painter->testRenderHint(QPainter::Antialiasing);
+    const QPainter::RenderHints hints = painter->renderHints();
     painter->setRenderHint(QPainter::Antialiasing, d->isSmooth);
-    if (!bordered && d->radius <= 0) {
-        painter->fillRect(rect, d->fill());
-    } else {
-        painter->setPen(
-            bordered ? QPen(d->pen->color(), d->pen->width(), Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
-                     : QPen(Qt::NoPen));
-        painter->setBrush(filled ? d->fill() : Qt::NoBrush);
-        if (d->radius > 0)
-            painter->drawRoundedRect(rect, d->radius, d->radius);
-        else
-            painter->drawRect(rect);
-    }
-    painter->setRenderHint(QPainter::Antialiasing, wasAntialiased);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, d->isSmooth);
+    if (!bordered && d->radius <= 0)
+        painter->fillRect(rect, d->fill(rect));
+    else if (d->canTile(painter))
+        d->drawTile(painter);
+    else
+        d->drawShape(painter);
+    painter->setRenderHint(QPainter::Antialiasing, hints & QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, hints & QPainter::SmoothPixmapTransform);
 }
 
 void registerDeclarativeRectangleTypes()
