@@ -160,6 +160,8 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativePositionerTypes();
+        registerDeclarativeRectangleTypes();
     });
 }
 

@@ -36,3 +36,5 @@ void registerDeclarativeRevision()
 }
 
 void registerDeclarativeItemTypes();
+void registerDeclarativePositionerTypes();
+void registerDeclarativeRectangleTypes();
