@@ -161,6 +161,8 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativePositionerTypes();
+        registerDeclarativeRectangleTypes();
     });
 }
 

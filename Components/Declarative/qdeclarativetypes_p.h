@@ -37,3 +37,5 @@ void registerDeclarativeRevision()
 
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativePositionerTypes();
+void registerDeclarativeRectangleTypes();
