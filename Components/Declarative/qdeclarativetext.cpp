@@ -576,7 +576,8 @@ void QDeclarativeText::paint(QPainter *painter, const QStyleOptionGraphicsItem *
         painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (clip())
         painter->setClipRect(QDeclarativeItem::boundingRect(), Qt::IntersectClip);
-    const QPointF position(0, d->verticalOffset());
+    // Text with a style stands one pixel further left, where the style's own outline begins.
+    const QPointF position(d->style == Normal ? 0 : -1, d->verticalOffset());
     const QColor styleColor = d->styleColor.isValid() ? d->styleColor : QColor(Qt::black);
     if (d->style == Outline) {
         for (const QPoint &offset : outline)
