@@ -36,5 +36,6 @@ void registerDeclarativeRevision()
 }
 
 void registerDeclarativeItemTypes();
+void registerDeclarativeTextTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
