@@ -221,6 +221,8 @@ QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 QRectF QDeclarativeItemPrivate::childrenRect()
 {
     Q_Q(QDeclarativeItem);
+    if (inDestructor)
+        return {};
     if (!extra().contents)
         extraData->contents.reset(new QDeclarativeContents(q));
     return extraData->contents->rect();
