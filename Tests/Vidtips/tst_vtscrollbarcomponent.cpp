@@ -1,7 +1,7 @@
 #include <Vidtips/VTScrollBarComponent.h>
 
-#include <QtCore/QMetaMethod>
-#include <QtCore/QMetaProperty>
+#include "MetaMembers.h"
+
 #include <QtCore/QPointer>
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
@@ -60,13 +60,7 @@ void tst_VTScrollBarComponent::membersInDeclaredOrder()
 {
     const QMetaObject &meta = VTScrollBarComponent::staticMetaObject;
     QCOMPARE(meta.className(), "VTScrollBarComponent");
-    QList<QByteArray> properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        properties << QByteArray(property.typeName()) + ' ' + property.name()
-                + (property.isWritable() ? " rw " : " r ") + property.notifySignal().name();
-    }
-    QCOMPARE(properties,
+    QCOMPARE(ownProperties(meta),
              (QList<QByteArray>{"float start rw startChanged", "float end rw endChanged",
                                 "float position rw positionChanged",
                                 "bool orientHorizontal rw orientHorizontalChanged",

@@ -1,7 +1,7 @@
 #include <Vidtips/VTStyledRectangleComponent.h>
 
-#include <QtCore/QMetaMethod>
-#include <QtCore/QMetaProperty>
+#include "MetaMembers.h"
+
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -75,6 +75,22 @@ static QColor colorAt(const QImage &image, int x, int y)
     return image.pixelColor(x + 10, y + 10);
 }
 
+/** A blank picture to paint items on, its origin at (10, 10). */
+class Canvas
+{
+public:
+    Canvas()
+        : image(40, 40, QImage::Format_RGB32)
+    {
+        image.fill(blank);
+        painter.begin(&image);
+        painter.translate(10, 10);
+    }
+
+    QImage image;
+    QPainter painter;
+};
+
 static void paintDirectly(VTStyledRectangleComponent &item, QPainter &painter)
 {
     item.paint(&painter, nullptr, nullptr);
@@ -104,13 +120,7 @@ void tst_VTStyledRectangleComponent::cleanup()
 void tst_VTStyledRectangleComponent::membersInDeclaredOrder()
 {
     const QMetaObject &meta = VTStyledRectangleComponent::staticMetaObject;
-    QList<QByteArray> properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        properties << QByteArray(property.typeName()) + ' ' + property.name()
-                + (property.isWritable() ? " rw " : " r ") + property.notifySignal().name();
-    }
-    QCOMPARE(properties,
+    QCOMPARE(ownProperties(meta),
              (QList<QByteArray>{"QString element rw elementChanged", "QColor textColor r textColorChanged",
                                 "bool toolTipStyle rw toolTipStyleChanged"}));
     QList<QByteArray> methods;
@@ -220,18 +230,14 @@ void tst_VTStyledRectangleComponent::paintsWindowColoursBeyondItsEdge()
     auto *item = new VTStyledRectangleComponent;
     scene.addItem(item);
     item->setSize({12, 8});
-    QImage image(40, 40, QImage::Format_RGB32);
-    image.fill(blank);
-    QPainter painter(&image);
-    painter.translate(10, 10);
-    paintDirectly(*item, painter);
-    painter.end();
+    Canvas canvas;
+    paintDirectly(*item, canvas.painter);
     // A pen of one pixel draws the outline of a rectangle one pixel wider and higher.
-    QCOMPARE(paintedRect(image), QRect(-1, -1, 15, 11));
-    QCOMPARE(colorAt(image, -1, -1), edge);
-    QCOMPARE(colorAt(image, 13, 9), edge);
-    QCOMPARE(colorAt(image, 0, 0), windowColor);
-    QCOMPARE(colorAt(image, 12, 8), windowColor);
+    QCOMPARE(paintedRect(canvas.image), QRect(-1, -1, 15, 11));
+    QCOMPARE(colorAt(canvas.image, -1, -1), edge);
+    QCOMPARE(colorAt(canvas.image, 13, 9), edge);
+    QCOMPARE(colorAt(canvas.image, 0, 0), windowColor);
+    QCOMPARE(colorAt(canvas.image, 12, 8), windowColor);
     QCOMPARE(colorAt(render(scene), 5, 5), windowColor);
 }
 
@@ -252,35 +258,28 @@ void tst_VTStyledRectangleComponent::paintsToolTipColoursWithinItsEdge()
     VTStyledRectangleComponent item;
     item.setSize({12, 8});
     item.setToolTipStyle(true);
-    QImage image(40, 40, QImage::Format_RGB32);
-    QImage expected(40, 40, QImage::Format_RGB32);
-    image.fill(blank);
-    expected.fill(blank);
-    QPainter painter(&image);
-    paintDirectly(item, painter);
-    QCOMPARE(painter.brush(), brush);
-    QPainter reference(&expected);
-    reference.setBrush(brush);
-    reference.drawRect(0, 0, 12, 8);
-    QCOMPARE(image, expected);
+    Canvas canvas;
+    Canvas expected;
+    paintDirectly(item, canvas.painter);
+    QCOMPARE(canvas.painter.brush(), brush);
+    expected.painter.setBrush(brush);
+    expected.painter.drawRect(0, 0, 12, 8);
+    QCOMPARE(canvas.image, expected.image);
 }
 
 void tst_VTStyledRectangleComponent::usesThePaintersPen()
 {
     VTStyledRectangleComponent item;
     item.setSize({12, 8});
-    QImage image(40, 40, QImage::Format_RGB32);
-    image.fill(blank);
-    QPainter painter(&image);
-    painter.translate(10, 10);
-    painter.setPen(Qt::red);
-    paintDirectly(item, painter);
-    QCOMPARE(colorAt(image, -1, -1), QColor(Qt::red));
-    QCOMPARE(painter.pen().color(), QColor(Qt::red));
-    image.fill(blank);
-    painter.setPen(Qt::NoPen);
-    paintDirectly(item, painter);
-    QCOMPARE(paintedRect(image), QRect(-1, -1, 14, 10));
+    Canvas canvas;
+    canvas.painter.setPen(Qt::red);
+    paintDirectly(item, canvas.painter);
+    QCOMPARE(colorAt(canvas.image, -1, -1), QColor(Qt::red));
+    QCOMPARE(canvas.painter.pen().color(), QColor(Qt::red));
+    canvas.image.fill(blank);
+    canvas.painter.setPen(Qt::NoPen);
+    paintDirectly(item, canvas.painter);
+    QCOMPARE(paintedRect(canvas.image), QRect(-1, -1, 14, 10));
 }
 
 void tst_VTStyledRectangleComponent::roundsToWholePixels()
@@ -288,13 +287,10 @@ void tst_VTStyledRectangleComponent::roundsToWholePixels()
     VTStyledRectangleComponent item;
     item.setToolTipStyle(true);
     item.setSize({11.6, 8.4});
-    QImage image(40, 40, QImage::Format_RGB32);
-    image.fill(blank);
-    QPainter painter(&image);
-    painter.translate(10, 10);
-    painter.setPen(Qt::NoPen);
-    paintDirectly(item, painter);
-    QCOMPARE(paintedRect(image), QRect(0, 0, 12, 8));
+    Canvas canvas;
+    canvas.painter.setPen(Qt::NoPen);
+    paintDirectly(item, canvas.painter);
+    QCOMPARE(paintedRect(canvas.image), QRect(0, 0, 12, 8));
 }
 
 QTEST_MAIN(tst_VTStyledRectangleComponent)
