@@ -35,6 +35,7 @@ void registerDeclarativeRevision()
     qmlRegisterRevision<T, 1>("QtQuick", 1, 1);
 }
 
+void registerDeclarativeImageTypes();
 void registerDeclarativeItemTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
