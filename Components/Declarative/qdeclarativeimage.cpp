@@ -141,7 +141,6 @@ void QDeclarativeImage::paint(QPainter *painter, const QStyleOptionGraphicsItem 
 
 void registerDeclarativeImageTypes()
 {
-    qmlRegisterAnonymousType<QDeclarativeImageBase>("QtQuick", 1);
     qmlRegisterAnonymousType<QDeclarativeScaleGrid>("QtQuick", 1);
     registerDeclarativeRevision<QDeclarativeImageBase>();
     registerDeclarativeType<QDeclarativeImage>("Image");

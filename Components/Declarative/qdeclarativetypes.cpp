@@ -64,6 +64,7 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PathCubic", nullptr},
     {"QtQuick", "PathAttribute", nullptr},
     {"QtQuick", "PathPercent", nullptr},
+    {"QtQuick", "Font", nullptr},
     {"QtQuick", "FontLoader", nullptr},
     {"QtQuick", "SystemPalette", nullptr},
     {"QtQuick", "IntValidator", nullptr},
@@ -161,6 +162,7 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
+        registerDeclarativeTextTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });

@@ -62,7 +62,8 @@ QJsonValue GalleryValue::fromVariant(const QVariant &value, const QDir &folder)
     case QMetaType::Bool:
         return value.toBool();
     case QMetaType::QColor:
-        return value.value<QColor>().name(QColor::HexArgb);
+        return value.value<QColor>().isValid() ? value.value<QColor>().name(QColor::HexArgb)
+                                               : QStringLiteral("invalid");
     case QMetaType::QUrl:
     case QMetaType::QString:
         return relativeText(value.toString(), folder);
