@@ -161,6 +161,7 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeImageTypes();
         registerDeclarativeTextTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
