@@ -161,6 +161,8 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeLoaderTypes();
+        registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
