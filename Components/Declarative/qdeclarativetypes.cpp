@@ -168,12 +168,3 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeRectangleTypes();
     });
 }
-
-void registerDeclarativeItemTypes()
-{
-    qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
-    qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeItem>("Item");
-    registerDeclarativeType<QGraphicsScale>("Scale");
-    registerDeclarativeType<QGraphicsRotation>("Rotation");
-}
