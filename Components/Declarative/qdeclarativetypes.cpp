@@ -162,6 +162,8 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
+        registerDeclarativeLoaderTypes();
+        registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();

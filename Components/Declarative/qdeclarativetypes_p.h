@@ -66,3 +66,5 @@ void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
+void registerDeclarativeLoaderTypes();
+void registerDeclarativeRepeaterTypes();
