@@ -160,6 +160,7 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeMouseTypes();
     });
 }
 

@@ -36,3 +36,4 @@ void registerDeclarativeRevision()
 }
 
 void registerDeclarativeItemTypes();
+void registerDeclarativeMouseTypes();
