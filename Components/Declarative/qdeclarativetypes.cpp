@@ -161,6 +161,7 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeMouseTypes();
+        registerDeclarativeFlickableTypes();
     });
 }
 

@@ -37,3 +37,4 @@ void registerDeclarativeRevision()
 
 void registerDeclarativeItemTypes();
 void registerDeclarativeMouseTypes();
+void registerDeclarativeFlickableTypes();
