@@ -162,6 +162,8 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeItemTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
+        registerDeclarativePositionerTypes();
+        registerDeclarativeRectangleTypes();
     });
 }
 

@@ -38,3 +38,5 @@ void registerDeclarativeRevision()
 void registerDeclarativeItemTypes();
 void registerDeclarativeMouseTypes();
 void registerDeclarativeFlickableTypes();
+void registerDeclarativePositionerTypes();
+void registerDeclarativeRectangleTypes();
