@@ -8,7 +8,6 @@
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 
-
 namespace {
 
 const int fixupDuration = 600; // milliseconds
@@ -215,8 +214,7 @@ bool QDeclarativeFlickablePrivate::runOut(Axis &axis, qreal velocity, qreal maxi
 bool QDeclarativeFlickablePrivate::flick(Axis &axis, qreal velocity)
 {
     const qreal limited = qBound(-maximumVelocity, velocity, maximumVelocity);
-    const qreal way =
-        limited > 0 ? travelEnd(axis) - axis.value() : axis.value() - travelStart(axis);
+    const qreal way = limited > 0 ? travelEnd(axis) - axis.value() : axis.value() - travelStart(axis);
     if (way <= 0)
         return false;
     const bool overshoots = boundsBehavior == QDeclarativeFlickable::DragAndOvershootBounds;
@@ -385,12 +383,10 @@ void QDeclarativeFlickablePrivate::release()
     const qint64 now = clock.nsecsElapsed();
     for (Axis *axis : {&x, &y}) {
         const qreal velocity = axis->dragged ? axis->releaseVelocity(now) : 0;
-        const qreal way = axis->samples.isEmpty()
-            ? 0
-            : axis->samples.last().position
+        const qreal way = axis->samples.isEmpty() ? 0
+                                                  : axis->samples.last().position
                 - (axis->orientation == Qt::Horizontal ? pressPosition.x() : pressPosition.y());
-        const bool wants =
-            qAbs(velocity) > minimumFlickVelocity && qAbs(way) > minimumFlickDistance;
+        const bool wants = qAbs(velocity) > minimumFlickVelocity && qAbs(way) > minimumFlickDistance;
         if (!wants || !flick(*axis, velocity))
             fixup(*axis, Animated);
         axis->dragged = false;
