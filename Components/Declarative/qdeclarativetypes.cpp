@@ -165,6 +165,8 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeLoaderTypes();
         registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeMouseTypes();
+        registerDeclarativeFlickableTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });

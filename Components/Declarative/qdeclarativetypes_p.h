@@ -64,6 +64,8 @@ void registerDeclarativeRevision()
 void registerDeclarativeImageTypes();
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativeMouseTypes();
+void registerDeclarativeFlickableTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
 void registerDeclarativeLoaderTypes();
