@@ -19,5 +19,7 @@ if(VIDTIPS_DECLARATIVE STREQUAL "system")
     set(VIDTIPS_PC_REQUIRES "Qt5Core Qt5Gui Qt5Widgets Qt5Xml Qt5Declarative")
     set(VIDTIPS_PC_LIBS "-lVidtips")
 endif()
+# Relative to the file, so that the installed tree may be moved.
+file(RELATIVE_PATH VIDTIPS_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/vidtips.pc.in ${PROJECT_BINARY_DIR}/vidtips.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vidtips.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

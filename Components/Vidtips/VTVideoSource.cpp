@@ -1,0 +1,259 @@
+#include "VTVideoSource.h"
+
+#include "VTVideoFrameCache.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QList>
+#include <QtCore/QMap>
+#include <QtCore/QMutex>
+
+namespace Vidtips {
+
+namespace {
+constexpr unsigned long quitTimeout = 10000;
+constexpr auto noAction = VTVideoSource::Action(-1);
+} // namespace
+
+struct VTVideoSource::Private
+{
+    QUrl source;
+    bool shouldQuit = false;
+    Action action = Idle;
+    // Never held together with the state lock.
+    QRecursiveMutex frameLock;
+    QRecursiveMutex stateLock;
+    // Taken last and only to append or take a record, so that posting never waits for anything else.
+    QMutex changesLock;
+    QList<VTVideoSourceChange *> changes;
+    VTVideoFrameCache *cache = nullptr;
+    QMap<QString, VTVideoFrameCache *> caches;
+
+    void post(VTVideoSourceChange *change);
+    VTVideoSourceChange *takeChange();
+    bool selectCache(const QString &name);
+    void dropCache();
+};
+
+void VTVideoSource::Private::post(VTVideoSourceChange *change)
+{
+    const QMutexLocker locker(&changesLock);
+    changes.append(change);
+}
+
+VTVideoSourceChange *VTVideoSource::Private::takeChange()
+{
+    const QMutexLocker locker(&changesLock);
+    return changes.isEmpty() ? nullptr : changes.takeFirst();
+}
+
+// Tells whether the cache was kept for the source; otherwise it is a new one.
+bool VTVideoSource::Private::selectCache(const QString &name)
+{
+    const QMutexLocker locker(&frameLock);
+    VTVideoFrameCache *const kept = caches.value(name);
+    if (kept != cache || !kept)
+        dropCache();
+    cache = kept ? kept : new VTVideoFrameCache(name);
+    return kept;
+}
+
+void VTVideoSource::Private::dropCache()
+{
+    if (!caches.values().contains(cache))
+        delete cache;
+    cache = nullptr;
+}
+
+VTVideoSource::VTVideoSource(QObject *parent)
+    : QThread(parent)
+    , d(new Private)
+{
+}
+
+VTVideoSource::~VTVideoSource()
+{
+    clearChanges();
+    d->dropCache();
+    qDeleteAll(d->caches);
+}
+
+void VTVideoSource::close()
+{
+    setSource(QUrl());
+}
+
+void VTVideoSource::changeSetAction(Action action)
+{
+    if (action == noAction)
+        return;
+    {
+        const QMutexLocker locker(&d->stateLock);
+        d->action = action;
+    }
+    Q_EMIT actionChanged();
+}
+
+void VTVideoSource::changeSetSource(const QUrl &url)
+{
+    const QMutexLocker locker(&d->stateLock);
+    d->source = url;
+}
+
+bool VTVideoSource::loadSource()
+{
+    Q_EMIT sourceLoaded();
+    return true;
+}
+
+VTVideoSource::Action VTVideoSource::action()
+{
+    const QMutexLocker locker(&d->stateLock);
+    return d->action;
+}
+
+void VTVideoSource::setAction(Action action)
+{
+    d->post(new VTVideoSourceChange(action));
+}
+
+bool VTVideoSource::setSource(const QUrl &url)
+{
+    const QMutexLocker locker(&d->stateLock);
+    if (!url.isValid() || url == d->source)
+        return false;
+    d->post(new VTVideoSourceSourceChange(url));
+    return true;
+}
+
+QUrl VTVideoSource::source()
+{
+    const QMutexLocker locker(&d->stateLock);
+    return d->source;
+}
+
+void VTVideoSource::setShouldQuit()
+{
+    const QMutexLocker locker(&d->stateLock);
+    d->shouldQuit = true;
+}
+
+bool VTVideoSource::shouldQuit()
+{
+    const QMutexLocker locker(&d->stateLock);
+    return d->shouldQuit;
+}
+
+void VTVideoSource::clearChanges()
+{
+    const QMutexLocker locker(&d->stateLock);
+    while (VTVideoSourceChange *change = d->takeChange())
+        delete change;
+}
+
+void VTVideoSource::processActionQueue()
+{
+    const std::unique_ptr<VTVideoSourceChange> change(d->takeChange());
+    if (change)
+        change->apply(this);
+}
+
+void VTVideoSource::setupSource()
+{
+    const QString name = source().toString();
+    if (!d->selectCache(name))
+        setAction(source().isEmpty() ? Idle : Decode);
+    Q_EMIT sourceChanged();
+}
+
+void VTVideoSource::insertCache(const QString &source, VTVideoFrameCache *cache)
+{
+    const QMutexLocker locker(&d->frameLock);
+    VTVideoFrameCache *const previous = d->caches.value(source);
+    d->caches.insert(source, cache);
+    if (previous != d->cache && previous != cache)
+        delete previous;
+}
+
+void VTVideoSource::pushFrame(const VTVideoFrame &frame)
+{
+    const QMutexLocker locker(&d->frameLock);
+    if (d->cache)
+        d->cache->addFrame(frame);
+}
+
+VTVideoFrame VTVideoSource::getFrame(uint index)
+{
+    const QMutexLocker locker(&d->frameLock);
+    return isFrameAvailable(index) ? d->cache->frame(index) : VTVideoFrame();
+}
+
+bool VTVideoSource::isFrameAvailable(quint64 index)
+{
+    const QMutexLocker locker(&d->frameLock);
+    return d->cache && d->cache->length() > index;
+}
+
+quint64 VTVideoSource::loadedFrameCount()
+{
+    const QMutexLocker locker(&d->frameLock);
+    return d->cache ? d->cache->length() : 0;
+}
+
+quint64 VTVideoSource::totalFrameCount()
+{
+    return loadedFrameCount();
+}
+
+void VTVideoSource::notifyStreamEnded()
+{
+    Q_EMIT streamEnded();
+}
+
+void VTVideoSource::quit()
+{
+    setShouldQuit();
+    if (wait(quitTimeout))
+        return;
+    qDebug("VTVideoSource did not quit in a timely fashion");
+    terminate();
+    if (!wait(quitTimeout))
+        qDebug("VTVideoSource did not quit at all");
+}
+
+VTVideoSourceChange::VTVideoSourceChange(VTVideoSource::Action newAction)
+    : action(newAction)
+{
+}
+
+VTVideoSourceChange::~VTVideoSourceChange() = default;
+
+int VTVideoSourceChange::type()
+{
+    return 1;
+}
+
+void VTVideoSourceChange::apply(VTVideoSource *source)
+{
+    source->changeSetAction(action);
+}
+
+} // namespace Vidtips
+
+VTVideoSourceSourceChange::VTVideoSourceSourceChange(const QUrl &newUrl)
+    : VTVideoSourceChange(Vidtips::VTVideoSource::Load)
+    , url(newUrl)
+{
+}
+
+VTVideoSourceSourceChange::~VTVideoSourceSourceChange() = default;
+
+int VTVideoSourceSourceChange::type()
+{
+    return 3;
+}
+
+void VTVideoSourceSourceChange::apply(Vidtips::VTVideoSource *source)
+{
+    source->changeSetSource(url);
+    source->changeSetAction(Vidtips::VTVideoSource::Load);
+}

@@ -1,0 +1,244 @@
+#pragma once
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QProcess>
+#include <QtCore/QStringList>
+#include <QtCore/QUuid>
+#include <QtCore/QVector>
+#include <QtCore/QtEndian>
+#include <QtTest/QTest>
+
+/**
+ * Clips for tests, made with the ffmpeg command when a test first asks for one and kept in the build tree.
+ *
+ * Test programs may run side by side, so a clip is made under a name of its own and renamed when it is
+ * complete.
+ */
+class TestClips
+{
+public:
+    /** Returns the path of the clip @p name that ffmpeg writes given @p arguments, or nothing where it fails.
+     */
+    static QString make(const QString &name, const QStringList &arguments)
+    {
+        const QString path = folder().filePath(name);
+        if (QFileInfo::exists(path))
+            return path;
+        const QString unfinished = unfinishedPath(name);
+        QProcess ffmpeg;
+        ffmpeg.start("ffmpeg",
+                     QStringList{"-v", "error", "-nostdin", "-y"} + arguments + QStringList{unfinished});
+        if (!ffmpeg.waitForFinished(60000) || ffmpeg.exitCode() != 0) {
+            qWarning() << "ffmpeg could not make" << name << ":" << ffmpeg.readAllStandardError();
+            return {};
+        }
+        return publish(unfinished, path);
+    }
+
+    /** Returns the path of a file @p name that holds @p content. */
+    static QString write(const QString &name, const QByteArray &content)
+    {
+        const QString unfinished = unfinishedPath(name);
+        QFile file(unfinished);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            return {};
+        file.close();
+        return publish(unfinished, folder().filePath(name));
+    }
+
+    /** Returns the content of the file at @p path. */
+    static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /** Returns the arguments for @p frames pictures of a moving test picture of @p size at @p rate, encoded
+     * as @p codec. */
+    static QStringList moving(const QString &size, int frames, const QStringList &codec,
+                              const QString &rate = "25")
+    {
+        const QString input = QString("testsrc2=size=%1:rate=%2").arg(size, rate);
+        return QStringList{"-f", "lavfi", "-i", input, "-frames:v", QString::number(frames)} + codec;
+    }
+
+    static QString h264()
+    {
+        return make("h264.mp4",
+                    moving("160x120", 12, {"-c:v", "libx264", "-bf", "0", "-g", "4", "-pix_fmt", "yuv420p"}));
+    }
+
+    static QString h264WithBFrames()
+    {
+        return make("h264-b.mp4",
+                    moving("160x120", 30, {"-c:v", "libx264", "-bf", "3", "-pix_fmt", "yuv420p"}));
+    }
+
+    static QString vp8()
+    {
+        return make("vp8.webm", moving("160x120", 10, {"-c:v", "libvpx", "-auto-alt-ref", "1"}));
+    }
+
+    static QString vp9()
+    {
+        return make("vp9.webm", moving("160x120", 10, {"-c:v", "libvpx-vp9", "-pix_fmt", "yuv420p"}));
+    }
+
+    static QString mpeg4() { return make("mpeg4.avi", moving("160x120", 15, {"-c:v", "mpeg4", "-bf", "2"})); }
+
+    static QString oddSize()
+    {
+        return make("odd.mkv",
+                    moving("160x90", 5, {"-vf", "scale=161:91", "-c:v", "ffv1", "-pix_fmt", "yuv444p"}));
+    }
+
+    static QString onePixel()
+    {
+        return make("pixel.mkv",
+                    {"-f", "lavfi", "-i", "color=c=0x20A040:size=16x16:rate=25", "-frames:v", "2", "-vf",
+                     "format=bgr0,crop=1:1", "-c:v", "ffv1", "-pix_fmt", "bgr0"});
+    }
+
+    static QString large()
+    {
+        return make(
+            "large.mp4",
+            moving("4096x2160", 3, {"-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p"}));
+    }
+
+    static QString bt709()
+    {
+        return make("bt709.mp4",
+                    moving("160x120", 5,
+                           {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-colorspace", "bt709",
+                            "-color_primaries", "bt709", "-color_trc", "bt709"}));
+    }
+
+    static QString audioOnly()
+    {
+        return make("audio.wav", {"-f", "lavfi", "-i", "sine=duration=0.2", "-c:a", "pcm_s16le"});
+    }
+
+    static QString withAudio()
+    {
+        return make("audio-video.mkv",
+                    {"-f", "lavfi", "-i", "sine=duration=1", "-f", "lavfi", "-i",
+                     "testsrc2=size=64x48:rate=25", "-frames:v", "20", "-c:v", "mpeg4", "-c:a", "pcm_s16le"});
+    }
+
+    static QString empty() { return write("empty.mp4", {}); }
+
+    /** An MPEG-4 clip cut off in the middle of a picture. */
+    static QString truncated()
+    {
+        const QByteArray whole = read(mpeg4());
+        return write("truncated.avi", whole.left(whole.size() / 2));
+    }
+
+    /** A clip of a known container whose codec is none that exists. */
+    static QString unknownCodec()
+    {
+        QByteArray clip = read(mpeg4());
+        return write("unknown.avi", clip.replace("FMP4", "Zz#9"));
+    }
+
+    /** A clip whose codec exists but lacks the headers that its decoder cannot start without. */
+    static QString missingCodecHeaders()
+    {
+        QByteArray clip = read(mpeg4());
+        return write("headers.avi", clip.replace("FMP4", "theo"));
+    }
+
+    /** The head of a clip, which describes its pictures, without any of them; alone or beside sound. */
+    static QString withoutPictures(bool besideSound)
+    {
+        QStringList sound{"-f", "lavfi", "-i", "sine=duration=0.2"};
+        if (!besideSound)
+            sound.clear();
+        const QString whole = make(
+            besideSound ? "whole-sound.mov" : "whole.mov",
+            sound + moving("64x48", 5, {"-c:v", "libx264", "-c:a", "pcm_s16le", "-movflags", "+faststart"}));
+        const QByteArray clip = read(whole);
+        return write(besideSound ? "no-pictures-sound.mov" : "no-pictures.mov",
+                     clip.left(clip.indexOf("mdat") + 4));
+    }
+
+    /** A transport stream of nothing but padding. */
+    static QString paddingOnly()
+    {
+        const QByteArray packet = QByteArray("\x47\x1F\xFF\x10", 4).leftJustified(188, '\xFF');
+        return write("padding.ts", packet.repeated(100));
+    }
+
+    /** A clip whose container claims pictures of @p width by @p height pixels. */
+    static QString claimingSize(int width, int height)
+    {
+        const QString original =
+            make("raw.avi", moving("64x48", 3, {"-c:v", "rawvideo", "-pix_fmt", "bgr24", "-vtag", "RGB "}));
+        QByteArray clip = read(original);
+        // The bitmap header of the stream: its size, then width and height of the picture.
+        const int header = clip.indexOf("strf") + 8;
+        qToLittleEndian<qint32>(width, clip.data() + header + 4);
+        qToLittleEndian<qint32>(height, clip.data() + header + 8);
+        return write(QString("claims-%1x%2.avi").arg(width).arg(height), clip);
+    }
+
+    /** An MPEG-2 stream of which some pictures ask for a field to be shown again. */
+    static QString repeatedFields()
+    {
+        const QString plain =
+            make("plain.m2v", moving("64x48", 8, {"-c:v", "mpeg2video", "-bf", "0", "-g", "4"}));
+        QByteArray stream = read(plain);
+        // The picture coding extension; its repeat_first_field flag counts in progressive pictures of a
+        // stream that is not a progressive sequence.
+        const QByteArray extension("\x00\x00\x01\xB5", 4);
+        int pictures = 0;
+        for (int at = stream.indexOf(extension); at >= 0; at = stream.indexOf(extension, at + 4)) {
+            const int kind = uchar(stream.at(at + 4)) >> 4;
+            if (kind == 1)
+                stream[at + 5] = char(stream.at(at + 5) & ~0x08);
+            if (kind == 8 && pictures++ % 2)
+                stream[at + 7] = char(stream.at(at + 7) | 0x02);
+        }
+        return write("repeated.m2v", stream);
+    }
+
+    /** Returns how many extra fields each picture of the clip at @p path asks for. */
+    static QVector<int> repeatsOf(const QString &path)
+    {
+        QProcess ffprobe;
+        ffprobe.start("ffprobe",
+                      {"-v", "error", "-select_streams", "v:0", "-show_entries", "frame=repeat_pict", "-of",
+                       "csv=p=0", path});
+        ffprobe.waitForFinished(60000);
+        QVector<int> repeats;
+        for (const QByteArray &line : ffprobe.readAllStandardOutput().split('\n')) {
+            if (!line.trimmed().isEmpty())
+                repeats << line.trimmed().split(',').first().toInt();
+        }
+        return repeats;
+    }
+
+    static QDir folder()
+    {
+        QDir dir(QStringLiteral(TEST_BINARY_DIR "/clips"));
+        dir.mkpath(".");
+        return dir;
+    }
+
+private:
+    static QString unfinishedPath(const QString &name)
+    {
+        return folder().filePath(QUuid::createUuid().toString(QUuid::WithoutBraces) + '-' + name);
+    }
+
+    static QString publish(const QString &unfinished, const QString &path)
+    {
+        QFile::remove(path);
+        if (!QFile::rename(unfinished, path))
+            QFile::remove(unfinished);
+        return QFileInfo::exists(path) ? path : QString();
+    }
+};

@@ -1,0 +1,562 @@
+#include <Vidtips/VTPixels.h>
+#include <Vidtips/VTVideoSourceFFMPEG.h>
+
+#include "MessageLog.h"
+#include "TestClips.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QtMath>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+extern "C" {
+#include <libavutil/log.h>
+#include <libavutil/mem.h>
+}
+
+#include <limits>
+#include <memory>
+
+using namespace Vidtips;
+
+namespace {
+
+// Runs the steps of the thread in the test's own thread, one at a time.
+class Source : public VTVideoSourceFFMPEG
+{
+public:
+    Source()
+        : VTVideoSourceFFMPEG(nullptr)
+    {
+    }
+    bool load(const QString &path)
+    {
+        changeSetSource(QUrl::fromLocalFile(path));
+        return loadSource();
+    }
+    using VTVideoSourceFFMPEG::loadSource;
+    using VTVideoSourceFFMPEG::processActionQueue;
+    using VTVideoSourceFFMPEG::setMemoryLimit;
+};
+
+// Decodes on the source's thread; the destructor ends it.
+struct Playback
+{
+    explicit Playback(const QString &path, VTVideoSourceFFMPEG *decoder = new Source)
+        : source(decoder)
+        , ended(decoder, &VTVideoSource::streamEnded)
+    {
+        source->setSource(QUrl::fromLocalFile(path));
+        source->start();
+    }
+    bool finish()
+    {
+        return QTest::qWaitFor([this] { return ended.count() > 0; }, 30000);
+    }
+    std::unique_ptr<VTVideoSourceFFMPEG> source;
+    QSignalSpy ended;
+};
+
+// The pictures that the ffmpeg command decodes, as packed RGB.
+QByteArray reference(const QString &path)
+{
+    QProcess ffmpeg;
+    ffmpeg.start("ffmpeg",
+                 {"-v", "error", "-nostdin", "-i", path, "-map", "0:v:0", "-vsync", "passthrough", "-f",
+                  "rawvideo", "-pix_fmt", "rgb24", "-sws_flags", "bicubic", "-"});
+    ffmpeg.waitForFinished(60000);
+    return ffmpeg.readAllStandardOutput();
+}
+
+QByteArray packed(const QImage &image)
+{
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
+    QByteArray bytes;
+    for (int y = 0; y < rgb.height(); ++y)
+        bytes.append(reinterpret_cast<const char *>(rgb.constScanLine(y)), rgb.width() * 3);
+    return bytes;
+}
+
+// The index of the first pixel that is not the widened source, or -1.
+int firstWrongPixel(const QByteArray &source, const QVector<quint32> &target)
+{
+    for (int i = 0; i < target.size(); ++i) {
+        const auto byte = [&](int offset) { return quint32(uchar(source.at(3 * i + offset))); };
+        if (target.at(i) != 0xFF000000u + byte(0) * 65536 + byte(1) * 256 + byte(2))
+            return i;
+    }
+    return -1;
+}
+
+int threadCount()
+{
+    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+} // namespace
+
+class tst_VTVideoSourceFFMPEG : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void freshSource();
+    void silencesFFmpeg();
+    void clipsDecodeToTheirPictures_data();
+    void clipsDecodeToTheirPictures();
+    void repeatedFieldsStretchTheClock();
+    void getTimeIsTheWallClock();
+    void openReportsTheClip();
+    void failures_data();
+    void failures();
+    void unallocatablePictureFailsTheOpen();
+    void memoryRunsOutAnywhere();
+    void emptySourceCloses();
+    void truncatedClipEndsEarly();
+    void hostileSizes_data();
+    void hostileSizes();
+    void memoryLimitEndsTheClip();
+    void sizeAndTimingStayAfterTheEnd();
+    void secondClipReplacesTheFirst();
+    void failedOpenKeepsTheClock();
+    void closeWhileDecoding();
+    void changeSetPositionWhileClosed();
+    void changeSetPositionWhileOpen_data();
+    void changeSetPositionWhileOpen();
+    void stopEndsTheThread();
+    void closeActionClosesAndIdles();
+    void seekWithoutMediaIdles();
+    void decodeWithoutMediaIdles();
+    void destroyedAtAnyMoment_data();
+    void destroyedAtAnyMoment();
+    void destroyedWithoutBeingStarted();
+    void widening_data();
+    void widening();
+};
+
+void tst_VTVideoSourceFFMPEG::freshSource()
+{
+    Source source;
+    QCOMPARE(source.objectName(), QString("FFMPEG"));
+    QVERIFY(!source.isOpen());
+    QCOMPARE(source.frameWidth(), 200.0);
+    QCOMPARE(source.frameHeight(), 150.0);
+    QCOMPARE(source.duration(), 0.0);
+    QCOMPARE(source.timeBase(), 0.0);
+    QCOMPARE(source.frameRate(), 0.0);
+    QCOMPARE(source.progress(), 0.0);
+    QCOMPARE(source.position(), quint64(0));
+}
+
+void tst_VTVideoSourceFFMPEG::silencesFFmpeg()
+{
+    Source source;
+    QCOMPARE(av_log_get_level(), AV_LOG_QUIET);
+}
+
+void tst_VTVideoSourceFFMPEG::clipsDecodeToTheirPictures_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("count");
+    QTest::newRow("H.264") << TestClips::h264() << QSize(160, 120) << 12;
+    QTest::newRow("H.264 with B-frames") << TestClips::h264WithBFrames() << QSize(160, 120) << 30;
+    QTest::newRow("VP8") << TestClips::vp8() << QSize(160, 120) << 10;
+    QTest::newRow("VP9") << TestClips::vp9() << QSize(160, 120) << 10;
+    QTest::newRow("MPEG-4") << TestClips::mpeg4() << QSize(160, 120) << 15;
+    QTest::newRow("odd size, 4:4:4") << TestClips::oddSize() << QSize(161, 91) << 5;
+    QTest::newRow("one pixel") << TestClips::onePixel() << QSize(1, 1) << 2;
+    QTest::newRow("large") << TestClips::large() << QSize(4096, 2160) << 3;
+    QTest::newRow("named colour matrix") << TestClips::bt709() << QSize(160, 120) << 5;
+    QTest::newRow("beside sound") << TestClips::withAudio() << QSize(64, 48) << 20;
+}
+
+void tst_VTVideoSourceFFMPEG::clipsDecodeToTheirPictures()
+{
+    QFETCH(QString, path);
+    QFETCH(QSize, size);
+    QFETCH(int, count);
+    QVERIFY(QFileInfo::exists(path));
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    QTRY_COMPARE(playback.source->action(), VTVideoSource::Idle);
+    QCOMPARE(playback.ended.count(), 1);
+    QVERIFY(!playback.source->isOpen());
+    QCOMPARE(int(playback.source->loadedFrameCount()), count);
+    QCOMPARE(playback.source->position(), quint64(0));
+
+    const QByteArray pictures = reference(path);
+    const int pictureBytes = size.width() * size.height() * 3;
+    QCOMPARE(pictures.size(), pictureBytes * count);
+    double time = 0.0;
+    for (int i = 0; i < count; ++i, time += 1.0 / 25) {
+        const VTVideoFrame frame = playback.source->getFrame(uint(i));
+        QCOMPARE(frame.size(), size);
+        QCOMPARE(frame.format(), QImage::Format_RGB32);
+        QCOMPARE(frame.bytesPerLine(), size.width() * 4);
+        QVERIFY2(frame.pts() == time, qPrintable(QString("%1: %2").arg(i).arg(frame.pts())));
+        QVERIFY2(packed(frame) == pictures.mid(i * pictureBytes, pictureBytes),
+                 qPrintable(QString::number(i)));
+    }
+}
+
+// Fields that are to be shown again stretch a picture by half a frame each.
+void tst_VTVideoSourceFFMPEG::repeatedFieldsStretchTheClock()
+{
+    const QString path = TestClips::repeatedFields();
+    const QVector<int> repeats = TestClips::repeatsOf(path);
+    QVERIFY(repeats.contains(1) && repeats.contains(0));
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    QCOMPARE(int(playback.source->loadedFrameCount()), repeats.size());
+    const double frameDelay = 1.0 / playback.source->frameRate();
+    double time = 0.0;
+    for (int i = 0; i < repeats.size(); ++i) {
+        QVERIFY2(playback.source->getFrame(uint(i)).pts() == time, qPrintable(QString::number(i)));
+        time = time + frameDelay + repeats.at(i) * frameDelay * 0.5;
+    }
+}
+
+void tst_VTVideoSourceFFMPEG::getTimeIsTheWallClock()
+{
+    Source source;
+    const double before = double(QDateTime::currentMSecsSinceEpoch()) / 1000;
+    const double time = source.getTime();
+    const double after = double(QDateTime::currentMSecsSinceEpoch() + 1) / 1000;
+    QVERIFY(before <= time && time <= after);
+}
+
+void tst_VTVideoSourceFFMPEG::openReportsTheClip()
+{
+    Source source;
+    QSignalSpy loaded(&source, &VTVideoSource::sourceLoaded);
+    QVERIFY(source.load(TestClips::h264()));
+    QCOMPARE(loaded.count(), 1);
+    QVERIFY(source.isOpen());
+    QCOMPARE(source.frameWidth(), 160.0);
+    QCOMPARE(source.frameHeight(), 120.0);
+    QCOMPARE(source.frameRate(), 25.0);
+    QCOMPARE(source.duration(), 0.48);
+    QCOMPARE(source.timeBase(), 0.02);
+    source.close();
+    QVERIFY(!source.isOpen());
+}
+
+void tst_VTVideoSourceFFMPEG::failures_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("message");
+    const QString folder = TestClips::folder().path();
+    const auto row = [](const char *name, const QString &path, const QString &message) {
+        QTest::newRow(name) << QUrl::fromLocalFile(path) << message.arg(path);
+    };
+    const QString notOpened = "Could not open media at: %1";
+    row("missing", folder + "/none.mp4", notOpened);
+    row("missing, with a placeholder", folder + "/%1 \"quoted\".mp4", notOpened);
+    row("zero bytes", TestClips::empty(), notOpened);
+    row("folder", folder, notOpened);
+    row("device", "/dev/zero", notOpened);
+    row("text", TestClips::write("text.mp4", "This is no clip.\n"), notOpened);
+    row("sound only", TestClips::audioOnly(), "Could not find a video stream in %1");
+    row("no decoder", TestClips::unknownCodec(), "Could not find a video stream in %1");
+    row("no codec headers", TestClips::missingCodecHeaders(), "Could not open codec for stream in: %1");
+    row("no stream", TestClips::paddingOnly(), "Could not find any stream information in media at: %1");
+    row("no pictures", TestClips::withoutPictures(false), "Could not get a swscale context for %1");
+    row("no pictures beside sound", TestClips::withoutPictures(true),
+        "Could not get a swscale context for %1");
+    QTest::newRow("not local") << QUrl("http://localhost:1/clip.mp4") << "Could not open media at: ";
+}
+
+void tst_VTVideoSourceFFMPEG::failures()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QString, message);
+    MessageLog log;
+    Source source;
+    source.changeSetSource(url);
+    QVERIFY(!source.loadSource());
+    QVERIFY(!source.isOpen());
+    QCOMPARE(log.messages(), QStringList{message});
+    QVERIFY(log.allHaveContext());
+    for (int pass = 0; pass < 4; ++pass)
+        source.processActionQueue();
+    QCOMPARE(source.action(), VTVideoSource::Idle);
+    QCOMPARE(source.frameWidth(), 200.0);
+}
+
+void tst_VTVideoSourceFFMPEG::unallocatablePictureFailsTheOpen()
+{
+    const QString path = TestClips::large();
+    MessageLog log;
+    Source source;
+    // Enough for the decoder, not for a packed picture of 26 million bytes.
+    av_max_alloc(20 << 20);
+    const bool opened = source.load(path);
+    av_max_alloc(std::numeric_limits<int>::max());
+    QVERIFY(!opened);
+    QCOMPARE(log.messages(), QStringList{"Could not allocate rgb frame in " + path});
+    QVERIFY(!source.isOpen());
+}
+
+// Wherever memory runs out, the open fails with one of its messages or the clip opens.
+void tst_VTVideoSourceFFMPEG::memoryRunsOutAnywhere()
+{
+    const QString path = TestClips::h264();
+    QSet<QString> seen;
+    for (size_t limit = 64; limit < (1 << 20); limit += limit / 8) {
+        MessageLog log;
+        Source source;
+        av_max_alloc(limit);
+        const bool opened = source.load(path);
+        source.close();
+        av_max_alloc(std::numeric_limits<int>::max());
+        QCOMPARE(log.messages().size(), opened ? 0 : 1);
+        seen += QSet<QString>(log.messages().cbegin(), log.messages().cend());
+    }
+    QVERIFY(seen.contains("Could not open media at: " + path));
+}
+
+void tst_VTVideoSourceFFMPEG::emptySourceCloses()
+{
+    MessageLog log;
+    Source source;
+    QVERIFY(source.load(TestClips::h264()));
+    source.clearChanges();
+    source.changeSetAction(VTVideoSource::Load);
+    source.changeSetSource(QUrl());
+    QVERIFY(!source.loadSource());
+    QVERIFY(!source.isOpen());
+    source.processActionQueue();
+    QCOMPARE(source.action(), VTVideoSource::Idle);
+    QCOMPARE(log.messages(), QStringList());
+}
+
+void tst_VTVideoSourceFFMPEG::truncatedClipEndsEarly()
+{
+    Playback playback(TestClips::truncated());
+    QVERIFY(playback.finish());
+    QVERIFY(playback.source->loadedFrameCount() > 2);
+    QVERIFY(playback.source->loadedFrameCount() < 15);
+    QVERIFY(!playback.source->isOpen());
+}
+
+void tst_VTVideoSourceFFMPEG::hostileSizes_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::newRow("16 Ki") << 16000 << 16000;
+    QTest::newRow("64 Ki") << 65535 << 65535;
+    QTest::newRow("largest") << std::numeric_limits<int>::max() << std::numeric_limits<int>::max();
+    QTest::newRow("negative") << -160 << -1;
+    QTest::newRow("nothing") << 0 << 0;
+    QTest::newRow("wide") << std::numeric_limits<int>::max() << 1;
+}
+
+// The container claims a size that its few bytes of picture data cannot have.
+void tst_VTVideoSourceFFMPEG::hostileSizes()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    MessageLog log;
+    Playback playback(TestClips::claimingSize(width, height));
+    QTRY_VERIFY_WITH_TIMEOUT(playback.ended.count() == 1 || !log.messages().isEmpty(), 30000);
+    QVERIFY(playback.source->loadedFrameCount() <= 3);
+    QTRY_COMPARE(playback.source->action(), VTVideoSource::Idle);
+}
+
+void tst_VTVideoSourceFFMPEG::memoryLimitEndsTheClip()
+{
+    auto *const source = new Source;
+    source->setMemoryLimit(160 * 120 * 4 * 5 + 100);
+    Playback playback(TestClips::h264(), source);
+    QVERIFY(playback.finish());
+    QTRY_COMPARE(source->action(), VTVideoSource::Idle);
+    QCOMPARE(playback.ended.count(), 1);
+    QCOMPARE(source->loadedFrameCount(), quint64(5));
+    QVERIFY(!source->isOpen());
+}
+
+void tst_VTVideoSourceFFMPEG::sizeAndTimingStayAfterTheEnd()
+{
+    Playback playback(TestClips::h264());
+    QVERIFY(playback.finish());
+    QCOMPARE(playback.source->frameWidth(), 160.0);
+    QCOMPARE(playback.source->frameHeight(), 120.0);
+    QCOMPARE(playback.source->frameRate(), 25.0);
+    QCOMPARE(playback.source->duration(), 0.48);
+    QVERIFY(qAbs(playback.source->progress() - 11.0 / 12) < 1e-9);
+}
+
+void tst_VTVideoSourceFFMPEG::secondClipReplacesTheFirst()
+{
+    Playback playback(TestClips::h264());
+    QVERIFY(playback.finish());
+    QVERIFY(playback.source->setSource(QUrl::fromLocalFile(TestClips::oddSize())));
+    QTRY_COMPARE(playback.ended.count(), 2);
+    QCOMPARE(playback.source->loadedFrameCount(), quint64(5));
+    QCOMPARE(playback.source->frameWidth(), 161.0);
+    // The clock goes on from the first clip: only a change of position sets it back.
+    QVERIFY(qAbs(playback.source->getFrame(0).pts() - 0.48) < 1e-9);
+}
+
+void tst_VTVideoSourceFFMPEG::failedOpenKeepsTheClock()
+{
+    Source source;
+    QVERIFY(source.load(TestClips::h264()));
+    QVERIFY(!source.load(TestClips::audioOnly()));
+    QCOMPARE(source.frameWidth(), 160.0);
+    QCOMPARE(source.frameRate(), 25.0);
+    QCOMPARE(source.loadedFrameCount(), quint64(0));
+}
+
+void tst_VTVideoSourceFFMPEG::closeWhileDecoding()
+{
+    Playback playback(TestClips::large());
+    QTRY_VERIFY(playback.source->isOpen());
+    playback.source->close();
+    QVERIFY(!playback.source->isOpen());
+    QTRY_COMPARE(playback.source->action(), VTVideoSource::Idle);
+    QVERIFY(playback.source->loadedFrameCount() <= 3);
+}
+
+void tst_VTVideoSourceFFMPEG::changeSetPositionWhileClosed()
+{
+    Playback playback(TestClips::h264());
+    QVERIFY(playback.finish());
+    QVERIFY(playback.source->progress() > 0.0);
+    QSignalSpy moved(playback.source.get(), &VTVideoSource::positionChanged);
+    playback.source->changeSetPosition(0);
+    QCOMPARE(moved.count(), 1);
+    QCOMPARE(playback.source->progress(), 0.0);
+}
+
+void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen_data()
+{
+    QTest::addColumn<quint64>("index");
+    QTest::addColumn<double>("firstTime");
+    QTest::newRow("start") << quint64(0) << 0.0;
+    QTest::newRow("key frame") << quint64(4) << 4 / 25.0;
+    QTest::newRow("past the end") << quint64(4000) << 4000 / 25.0;
+    QTest::newRow("largest") << std::numeric_limits<quint64>::max() << 18446744073709551615.0 / 25.0;
+}
+
+// The clock goes where it is told, whatever picture the demuxer then finds.
+void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen()
+{
+    QFETCH(quint64, index);
+    QFETCH(double, firstTime);
+    Source source;
+    QVERIFY(source.load(TestClips::h264()));
+    QSignalSpy moved(&source, &VTVideoSource::positionChanged);
+    source.changeSetPosition(index);
+    QCOMPARE(moved.count(), 1);
+    QSignalSpy ended(&source, &VTVideoSource::streamEnded);
+    source.start();
+    QTRY_COMPARE(ended.count(), 1);
+    if (source.loadedFrameCount() > 0)
+        QCOMPARE(source.getFrame(0).pts(), firstTime);
+    if (index == 4)
+        QCOMPARE(packed(source.getFrame(0)),
+                 reference(TestClips::h264()).mid(4 * 160 * 120 * 3, 160 * 120 * 3));
+}
+
+void tst_VTVideoSourceFFMPEG::stopEndsTheThread()
+{
+    Source source;
+    source.start();
+    source.setAction(VTVideoSource::Stop);
+    QVERIFY(source.wait(10000));
+    QVERIFY(!source.shouldQuit());
+}
+
+void tst_VTVideoSourceFFMPEG::closeActionClosesAndIdles()
+{
+    Source source;
+    QVERIFY(source.load(TestClips::h264()));
+    source.clearChanges();
+    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    source.setAction(VTVideoSource::Close);
+    source.start();
+    QTRY_COMPARE(changed.count(), 2);
+    QCOMPARE(source.action(), VTVideoSource::Idle);
+    QVERIFY(!source.isOpen());
+}
+
+void tst_VTVideoSourceFFMPEG::seekWithoutMediaIdles()
+{
+    Source source;
+    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    source.setAction(VTVideoSource::Seek);
+    source.start();
+    QTRY_VERIFY(changed.count() >= 2);
+    QCOMPARE(source.action(), VTVideoSource::Idle);
+}
+
+void tst_VTVideoSourceFFMPEG::decodeWithoutMediaIdles()
+{
+    Source source;
+    QSignalSpy ended(&source, &VTVideoSource::streamEnded);
+    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    source.setAction(VTVideoSource::Decode);
+    source.start();
+    QTRY_VERIFY(changed.count() >= 2);
+    QCOMPARE(source.action(), VTVideoSource::Idle);
+    QCOMPARE(ended.count(), 0);
+}
+
+void tst_VTVideoSourceFFMPEG::destroyedAtAnyMoment_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("frames");
+    QTest::newRow("at once") << TestClips::large() << -1;
+    QTest::newRow("while its clip fails to open") << TestClips::empty() << -1;
+    QTest::newRow("when it decodes") << TestClips::large() << 1;
+    QTest::newRow("after the end") << TestClips::h264() << 12;
+}
+
+void tst_VTVideoSourceFFMPEG::destroyedAtAnyMoment()
+{
+    QFETCH(QString, path);
+    QFETCH(int, frames);
+    const int threadsBefore = threadCount();
+    MessageLog log;
+    QElapsedTimer timer;
+    {
+        Playback playback(path);
+        QTRY_VERIFY(int(playback.source->loadedFrameCount()) >= frames);
+        timer.start();
+    }
+    QVERIFY(timer.elapsed() < 5000);
+    QTRY_COMPARE(threadCount(), threadsBefore);
+    QVERIFY(log.messages().filter("did not quit").isEmpty());
+}
+
+void tst_VTVideoSourceFFMPEG::destroyedWithoutBeingStarted()
+{
+    Source source;
+    QVERIFY(source.load(TestClips::h264()));
+}
+
+void tst_VTVideoSourceFFMPEG::widening_data()
+{
+    QTest::addColumn<int>("count");
+    for (int count : {0, 1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 161, 4096})
+        QTest::addRow("%d pixels", count) << count;
+}
+
+void tst_VTVideoSourceFFMPEG::widening()
+{
+    QFETCH(int, count);
+    QByteArray source(count * 3, '\0');
+    for (int i = 0; i < source.size(); ++i)
+        source[i] = char(i * 151 + 7);
+    QVector<quint32> target(count);
+    // A copy of exactly this size on the heap lets an address checker see a read past the end.
+    const std::unique_ptr<uchar[]> exact(new uchar[size_t(source.size())]);
+    std::copy(source.cbegin(), source.cend(), exact.get());
+    widenPixels(exact.get(), target.data(), count);
+    QCOMPARE(firstWrongPixel(source, target), -1);
+}
+
+QTEST_GUILESS_MAIN(tst_VTVideoSourceFFMPEG)
+#include "tst_vtvideosourceffmpeg.moc"
