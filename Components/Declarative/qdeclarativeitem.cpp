@@ -1,1 +1,570 @@
 #include "qdeclarativeitem.h"
+
+#include "qdeclarativeitem_p.h"
+
+#include <QtWidgets/QGraphicsScene>
+
+#include <private/qquickstate_p.h>
+#include <private/qquickstategroup_p.h>
+#include <private/qquicktransition_p.h>
+
+QDeclarativeItemPrivate::QDeclarativeItemPrivate()
+    : widthIsSet(false)
+    , heightIsSet(false)
+    , componentIsComplete(true)
+    , keepMouse(false)
+    , isSmooth(false)
+    , hasActiveFocus(false)
+{
+    isDeclarativeItem = 1;
+}
+
+QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
+
+void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
+{
+    Q_Q(QDeclarativeItem);
+    if (parent)
+        q->setParentItem(parent);
+    flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
+                    | QGraphicsItem::ItemNegativeZStacksBehindParent);
+    q->setAcceptedMouseButtons(Qt::NoButton);
+}
+
+void QDeclarativeItemPrivate::appendData(QObject *object)
+{
+    Q_Q(QDeclarativeItem);
+    if (!object)
+        return;
+    if (auto *item = qobject_cast<QGraphicsObject *>(object)) {
+        item->setParentItem(q);
+        return;
+    }
+    object->setParent(q);
+    resourceObjects.append(object);
+    QObject::connect(object, &QObject::destroyed, q,
+                     [this](QObject *gone) { resourceObjects.removeAll(gone); });
+}
+
+QQmlListProperty<QObject> QDeclarativeItemPrivate::data()
+{
+    Q_Q(QDeclarativeItem);
+    return {q,
+            this,
+            [](QQmlListProperty<QObject> *list, QObject *object) {
+                static_cast<QDeclarativeItemPrivate *>(list->data)->appendData(object);
+            },
+            [](QQmlListProperty<QObject> *list) {
+                auto *d = static_cast<QDeclarativeItemPrivate *>(list->data);
+                auto visual = d->children();
+                return d->resourceObjects.count() + visual.count(&visual);
+            },
+            [](QQmlListProperty<QObject> *list, int index) -> QObject * {
+                auto *d = static_cast<QDeclarativeItemPrivate *>(list->data);
+                if (index < d->resourceObjects.count())
+                    return d->resourceObjects.at(index);
+                auto visual = d->children();
+                return visual.at(&visual, index - d->resourceObjects.count());
+            },
+            nullptr};
+}
+
+QQmlListProperty<QObject> QDeclarativeItemPrivate::resources()
+{
+    Q_Q(QDeclarativeItem);
+    return {q,
+            this,
+            [](QQmlListProperty<QObject> *list, QObject *object) {
+                static_cast<QDeclarativeItemPrivate *>(list->data)->appendData(object);
+            },
+            [](QQmlListProperty<QObject> *list) {
+                return static_cast<QDeclarativeItemPrivate *>(list->data)->resourceObjects.count();
+            },
+            [](QQmlListProperty<QObject> *list, int index) {
+                return static_cast<QDeclarativeItemPrivate *>(list->data)->resourceObjects.value(index);
+            },
+            nullptr};
+}
+
+static QList<QGraphicsObject *> childObjects(const QGraphicsItem *item)
+{
+    QList<QGraphicsObject *> objects;
+    const auto children = item->childItems();
+    for (QGraphicsItem *child : children) {
+        if (QGraphicsObject *object = child->toGraphicsObject())
+            objects.append(object);
+    }
+    return objects;
+}
+
+QQmlListProperty<QGraphicsObject> QDeclarativeItemPrivate::children()
+{
+    Q_Q(QDeclarativeItem);
+    return {q,
+            nullptr,
+            [](QQmlListProperty<QGraphicsObject> *list, QGraphicsObject *child) {
+                if (child)
+                    child->setParentItem(static_cast<QDeclarativeItem *>(list->object));
+            },
+            [](QQmlListProperty<QGraphicsObject> *list) {
+                return childObjects(static_cast<QDeclarativeItem *>(list->object)).count();
+            },
+            [](QQmlListProperty<QGraphicsObject> *list, int index) {
+                return childObjects(static_cast<QDeclarativeItem *>(list->object)).value(index);
+            },
+            nullptr};
+}
+
+QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
+{
+    Q_Q(QDeclarativeItem);
+    if (!itemStateGroup) {
+        itemStateGroup = new QQuickStateGroup(q);
+        if (!componentIsComplete)
+            itemStateGroup->classBegin();
+        QObject::connect(itemStateGroup, &QQuickStateGroup::stateChanged, q, &QDeclarativeItem::stateChanged);
+    }
+    return itemStateGroup;
+}
+
+QQmlListProperty<QQuickState> QDeclarativeItemPrivate::states()
+{
+    return stateGroup()->statesProperty();
+}
+
+QQmlListProperty<QQuickTransition> QDeclarativeItemPrivate::transitions()
+{
+    return stateGroup()->transitionsProperty();
+}
+
+QString QDeclarativeItemPrivate::state() const
+{
+    return itemStateGroup ? itemStateGroup->state() : QString();
+}
+
+void QDeclarativeItemPrivate::setState(const QString &state)
+{
+    stateGroup()->setState(state);
+}
+
+QRectF QDeclarativeItemPrivate::geometry() const
+{
+    return QRectF(pos, QSizeF(itemWidth, itemHeight));
+}
+
+void QDeclarativeItemPrivate::changeSize(const QSizeF &size)
+{
+    Q_Q(QDeclarativeItem);
+    if (qIsNaN(size.width()) || qIsNaN(size.height()))
+        return;
+    const QRectF before = geometry();
+    if (before.size() == size)
+        return;
+    q->prepareGeometryChange();
+    itemWidth = size.width();
+    itemHeight = size.height();
+    q->geometryChanged(geometry(), before);
+}
+
+void QDeclarativeItemPrivate::setWidth(qreal width)
+{
+    widthIsSet = true;
+    changeSize(QSizeF(width, itemHeight));
+}
+
+void QDeclarativeItemPrivate::resetWidth()
+{
+    widthIsSet = false;
+    changeSize(QSizeF(implicitWidth(), itemHeight));
+}
+
+void QDeclarativeItemPrivate::setHeight(qreal height)
+{
+    heightIsSet = true;
+    changeSize(QSizeF(itemWidth, height));
+}
+
+void QDeclarativeItemPrivate::resetHeight()
+{
+    heightIsSet = false;
+    changeSize(QSizeF(itemWidth, implicitHeight()));
+}
+
+void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)
+{
+    Q_Q(QDeclarativeItem);
+    const QRectF before = geometry();
+    QGraphicsItemPrivate::setPosHelper(position);
+    if (pos != before.topLeft())
+        q->geometryChanged(geometry(), before);
+}
+
+QPointF QDeclarativeItemPrivate::computeTransformOrigin() const
+{
+    const qreal across = (origin % 3) / 2.0;
+    const qreal down = (origin / 3) / 2.0;
+    return QPointF(itemWidth * across, itemHeight * down);
+}
+
+void QDeclarativeItemPrivate::updateTransformOrigin()
+{
+    Q_Q(QDeclarativeItem);
+    q->setTransformOriginPoint(computeTransformOrigin());
+}
+
+void QDeclarativeItemPrivate::transformChanged()
+{
+    if (transformData)
+        updateTransformOrigin();
+}
+
+void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
+{
+    Q_Q(QDeclarativeItem);
+    Q_EMIT q->focusChanged(isSubFocusItem);
+}
+
+void QDeclarativeItemPrivate::subFocusItemChange()
+{
+    Q_Q(QDeclarativeItem);
+    const bool active = subFocusItem != nullptr;
+    if (active == hasActiveFocus)
+        return;
+    hasActiveFocus = active;
+    Q_EMIT q->activeFocusChanged(active);
+}
+
+void QDeclarativeItemPrivate::siblingOrderChange()
+{
+    Q_Q(QDeclarativeItem);
+    notifyListeners(SiblingOrderChange,
+                    [q](QDeclarativeItemChangeListener *listener) { listener->itemSiblingOrderChanged(q); });
+}
+
+void QDeclarativeItemPrivate::addChangeListener(QDeclarativeItemChangeListener *listener,
+                                                QDeclarativeItemChanges changes)
+{
+    for (ListenerEntry &entry : listeners) {
+        if (entry.listener == listener) {
+            entry.changes |= changes;
+            return;
+        }
+    }
+    listeners.append({listener, changes});
+}
+
+void QDeclarativeItemPrivate::removeChangeListener(QDeclarativeItemChangeListener *listener,
+                                                   QDeclarativeItemChanges changes)
+{
+    for (int i = 0; i < listeners.count(); ++i) {
+        if (listeners.at(i).listener != listener)
+            continue;
+        listeners[i].changes &= ~changes;
+        if (!listeners.at(i).changes)
+            listeners.remove(i);
+        return;
+    }
+}
+
+QDeclarativeItem::QDeclarativeItem(QDeclarativeItem *parent)
+    : QGraphicsObject(*new QDeclarativeItemPrivate, nullptr)
+{
+    d_func()->init(parent);
+}
+
+QDeclarativeItem::QDeclarativeItem(QDeclarativeItemPrivate &dd, QDeclarativeItem *parent)
+    : QGraphicsObject(dd, nullptr)
+{
+    d_func()->init(parent);
+}
+
+QDeclarativeItem::~QDeclarativeItem()
+{
+    Q_D(QDeclarativeItem);
+    d->notifyListeners(DestroyedChange,
+                       [this](QDeclarativeItemChangeListener *listener) { listener->itemDestroyed(this); });
+}
+
+QDeclarativeItem *QDeclarativeItem::parentItem() const
+{
+    return qobject_cast<QDeclarativeItem *>(QGraphicsObject::parentObject());
+}
+
+void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
+{
+    QGraphicsObject::setParentItem(parent);
+}
+
+qreal QDeclarativeItem::baselineOffset() const
+{
+    return d_func()->itemBaselineOffset;
+}
+
+void QDeclarativeItem::setBaselineOffset(qreal offset)
+{
+    Q_D(QDeclarativeItem);
+    if (offset == d->itemBaselineOffset)
+        return;
+    d->itemBaselineOffset = offset;
+    Q_EMIT baselineOffsetChanged(offset);
+}
+
+QQmlListProperty<QObject> QDeclarativeItem::data()
+{
+    return d_func()->data();
+}
+
+QQmlListProperty<QGraphicsTransform> QDeclarativeItem::transform()
+{
+    using List = QQmlListProperty<QGraphicsTransform>;
+    return {this,
+            nullptr,
+            [](List *list, QGraphicsTransform *transform) {
+                static_cast<QDeclarativeItem *>(list->object)->d_func()->appendTransform(transform);
+            },
+            [](List *list) {
+                return static_cast<QDeclarativeItem *>(list->object)->d_func()->transforms.count();
+            },
+            [](List *list, int index) {
+                return static_cast<QDeclarativeItem *>(list->object)->d_func()->transforms.value(index);
+            },
+            [](List *list) {
+                auto *item = static_cast<QDeclarativeItem *>(list->object);
+                item->d_func()->transforms.clear();
+                item->setTransformations({});
+            }};
+}
+
+void QDeclarativeItemPrivate::appendTransform(QGraphicsTransform *transform)
+{
+    Q_Q(QDeclarativeItem);
+    if (!transform)
+        return;
+    transforms.append(transform);
+    q->setTransformations(transforms);
+}
+
+bool QDeclarativeItem::clip() const
+{
+    return flags() & ItemClipsChildrenToShape;
+}
+
+void QDeclarativeItem::setClip(bool clip)
+{
+    if (clip == this->clip())
+        return;
+    setFlag(ItemClipsChildrenToShape, clip);
+    Q_EMIT clipChanged(clip);
+}
+
+QRectF QDeclarativeItem::boundingRect() const
+{
+    Q_D(const QDeclarativeItem);
+    return QRectF(0, 0, d->itemWidth, d->itemHeight);
+}
+
+void QDeclarativeItem::paint(QPainter *, const QStyleOptionGraphicsItem *, QWidget *) { }
+
+qreal QDeclarativeItem::width() const
+{
+    return d_func()->width();
+}
+
+void QDeclarativeItem::setWidth(qreal width)
+{
+    d_func()->setWidth(width);
+}
+
+void QDeclarativeItem::resetWidth()
+{
+    d_func()->resetWidth();
+}
+
+qreal QDeclarativeItem::height() const
+{
+    return d_func()->height();
+}
+
+void QDeclarativeItem::setHeight(qreal height)
+{
+    d_func()->setHeight(height);
+}
+
+void QDeclarativeItem::resetHeight()
+{
+    d_func()->resetHeight();
+}
+
+qreal QDeclarativeItem::implicitWidth() const
+{
+    return d_func()->implicitWidth();
+}
+
+qreal QDeclarativeItem::implicitHeight() const
+{
+    return d_func()->implicitHeight();
+}
+
+void QDeclarativeItem::setImplicitWidth(qreal width)
+{
+    Q_D(QDeclarativeItem);
+    const bool changed = width != d->itemImplicitWidth;
+    d->itemImplicitWidth = width;
+    if (!d->widthIsSet)
+        d->changeSize(QSizeF(width, d->itemHeight));
+    if (changed)
+        Q_EMIT implicitWidthChanged();
+}
+
+void QDeclarativeItem::setImplicitHeight(qreal height)
+{
+    Q_D(QDeclarativeItem);
+    const bool changed = height != d->itemImplicitHeight;
+    d->itemImplicitHeight = height;
+    if (!d->heightIsSet)
+        d->changeSize(QSizeF(d->itemWidth, height));
+    if (changed)
+        Q_EMIT implicitHeightChanged();
+}
+
+bool QDeclarativeItem::widthValid() const
+{
+    return d_func()->widthIsSet;
+}
+
+bool QDeclarativeItem::heightValid() const
+{
+    return d_func()->heightIsSet;
+}
+
+void QDeclarativeItem::setSize(const QSizeF &size)
+{
+    Q_D(QDeclarativeItem);
+    d->widthIsSet = true;
+    d->heightIsSet = true;
+    d->changeSize(size);
+}
+
+QDeclarativeItem::TransformOrigin QDeclarativeItem::transformOrigin() const
+{
+    return d_func()->origin;
+}
+
+void QDeclarativeItem::setTransformOrigin(TransformOrigin origin)
+{
+    Q_D(QDeclarativeItem);
+    if (origin == d->origin)
+        return;
+    d->origin = origin;
+    d->updateTransformOrigin();
+    Q_EMIT transformOriginChanged(origin);
+}
+
+bool QDeclarativeItem::smooth() const
+{
+    return d_func()->isSmooth;
+}
+
+void QDeclarativeItem::setSmooth(bool smooth)
+{
+    Q_D(QDeclarativeItem);
+    if (smooth == d->isSmooth)
+        return;
+    d->isSmooth = smooth;
+    Q_EMIT smoothChanged(smooth);
+    update();
+}
+
+bool QDeclarativeItem::hasFocus() const
+{
+    Q_D(const QDeclarativeItem);
+    for (const QGraphicsItem *scope = d->parent; scope; scope = scope->parentItem()) {
+        if (scope->flags() & ItemIsFocusScope)
+            return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
+    }
+    return QGraphicsObject::hasFocus();
+}
+
+void QDeclarativeItem::setFocus(bool focus)
+{
+    if (focus)
+        QGraphicsItem::setFocus(Qt::OtherFocusReason);
+    else
+        QGraphicsItem::clearFocus();
+}
+
+bool QDeclarativeItem::hasActiveFocus() const
+{
+    return d_func()->hasActiveFocus;
+}
+
+QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    Q_D(QDeclarativeItem);
+    const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
+    switch (change) {
+    case ItemParentHasChanged:
+        d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
+            listener->itemParentChanged(this, parentItem());
+        });
+        break;
+    case ItemVisibleHasChanged:
+        d->notifyListeners(VisibilityChange, [this](QDeclarativeItemChangeListener *listener) {
+            listener->itemVisibilityChanged(this);
+        });
+        break;
+    case ItemOpacityHasChanged:
+        d->notifyListeners(OpacityChange, [this](QDeclarativeItemChangeListener *listener) {
+            listener->itemOpacityChanged(this);
+        });
+        break;
+    case ItemChildAddedChange:
+        d->notifyListeners(ChildrenChange, [&](QDeclarativeItemChangeListener *listener) {
+            listener->itemChildAdded(this, child());
+        });
+        break;
+    case ItemChildRemovedChange:
+        d->notifyListeners(ChildrenChange, [&](QDeclarativeItemChangeListener *listener) {
+            listener->itemChildRemoved(this, child());
+        });
+        break;
+    default:
+        break;
+    }
+    return QGraphicsObject::itemChange(change, value);
+}
+
+void QDeclarativeItem::classBegin()
+{
+    d_func()->componentIsComplete = false;
+}
+
+void QDeclarativeItem::componentComplete()
+{
+    Q_D(QDeclarativeItem);
+    d->componentIsComplete = true;
+    if (d->itemStateGroup)
+        d->itemStateGroup->componentComplete();
+}
+
+bool QDeclarativeItem::isComponentComplete() const
+{
+    return d_func()->componentIsComplete;
+}
+
+void QDeclarativeItem::geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    Q_D(QDeclarativeItem);
+    const bool resized = newGeometry.size() != oldGeometry.size();
+    if (resized && d->transformData)
+        d->updateTransformOrigin();
+    d->notifyListeners(GeometryChange, [&](QDeclarativeItemChangeListener *listener) {
+        listener->itemGeometryChanged(this, newGeometry, oldGeometry);
+    });
+    if (newGeometry.width() != oldGeometry.width())
+        Q_EMIT widthChanged();
+    if (newGeometry.height() != oldGeometry.height())
+        Q_EMIT heightChanged();
+}
+
+#include "moc_qdeclarativeitem.cpp"

@@ -1,0 +1,391 @@
+#include "VTIndex.h"
+
+#include "VTContext.h"
+#include "VTXmlElement.h"
+#include "VTXmlParser.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QMap>
+#include <QtCore/QPair>
+#include <QtCore/QPointer>
+#include <QtCore/QRegExp>
+#include <QtCore/QSet>
+#include <QtCore/QVector>
+#include <QtXml/QXmlInputSource>
+
+QT_WARNING_DISABLE_DEPRECATED
+
+namespace Vidtips {
+
+namespace {
+
+constexpr int outsidePackage = -1;
+constexpr int bytesPerRead = 1024;
+constexpr int generateTree = VTXmlParser::GenerateElement | VTXmlParser::GenerateSubtree;
+constexpr int skipTree = VTXmlParser::SkipElement | VTXmlParser::SkipSubtree;
+
+bool isWordCharacter(QChar character)
+{
+    return character.isLetterOrNumber() || character.isMark() || character == QLatin1Char('_');
+}
+
+bool opensTag(const QString &line, int afterName)
+{
+    int next = afterName;
+    while (next < line.size() && line.at(next).isSpace())
+        ++next;
+    return next == line.size() || isWordCharacter(line.at(next)) || line.at(next) == QLatin1Char('>')
+        || line.midRef(next, 2) == QLatin1String("/>");
+}
+
+enum class FirstElement { None, Vidtips, Other };
+
+// A hand-written search for "<(\w+)\s*(\w|>|/>|$)" that never gives back a part of the name: a regular
+// expression's engine costs more than reading the file does.
+FirstElement firstElement(const QString &line)
+{
+    for (int mark = line.indexOf(QLatin1Char('<')); mark >= 0;
+         mark = line.indexOf(QLatin1Char('<'), mark + 1)) {
+        int end = mark + 1;
+        while (end < line.size() && isWordCharacter(line.at(end)))
+            ++end;
+        if (end == mark + 1)
+            continue;
+        const bool isVidtips = line.midRef(mark + 1, end - mark - 1) == QLatin1String("vidtips");
+        return isVidtips && opensTag(line, end) ? FirstElement::Vidtips : FirstElement::Other;
+    }
+    return FirstElement::None;
+}
+
+bool startsWithVidtips(const QString &controlFile)
+{
+    QFile file(controlFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    FirstElement found = FirstElement::None;
+    while (found == FirstElement::None) {
+        const QByteArray line = file.readLine(bytesPerRead);
+        if (line.isEmpty())
+            return false;
+        found = firstElement(QString::fromUtf8(line));
+    }
+    return found == FirstElement::Vidtips;
+}
+
+int depthByCanonicalPath(const QString &controlFile, const QString &package)
+{
+    const QString target = QDir(package).canonicalPath();
+    if (target.isEmpty())
+        return outsidePackage;
+    QDir directory(controlFile);
+    for (int depth = 0;; ++depth) {
+        if (directory.canonicalPath() == target)
+            return depth;
+        if (directory.isRoot() || !directory.cdUp())
+            return outsidePackage;
+    }
+}
+
+// Between clean paths without symbolic links, levels can be counted in the text; asking the file system for
+// the canonical path of each level takes longer than reading the file.
+int depthInPackage(const QString &controlFile, const QString &package)
+{
+    const bool isClean = package.size() > 1 && QDir::isAbsolutePath(package)
+        && QDir::cleanPath(package) == package && QDir::cleanPath(controlFile) == controlFile;
+    if (!isClean || controlFile.size() <= package.size()
+        || controlFile.at(package.size()) != QLatin1Char('/'))
+        return depthByCanonicalPath(controlFile, package);
+
+    int depth = 1;
+    int slash = controlFile.indexOf(QLatin1Char('/'), package.size() + 1);
+    for (; slash >= 0; slash = controlFile.indexOf(QLatin1Char('/'), slash + 1)) {
+        if (QFileInfo(controlFile.left(slash)).isSymLink())
+            return depthByCanonicalPath(controlFile, package);
+        ++depth;
+    }
+    return depth;
+}
+
+QString keyOf(void *userData)
+{
+    return *static_cast<const QString *>(userData);
+}
+
+int contentFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
+{
+    if (qName == QLatin1String("vidtip"))
+        return atts.value(QLatin1String("key")) == keyOf(userData) ? generateTree : skipTree;
+    return qName == QLatin1String("vidtips") ? VTXmlParser::GenerateElement : skipTree;
+}
+
+int keyDataFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
+{
+    if (qName == QLatin1String("key"))
+        return atts.value(QLatin1String("name")) == keyOf(userData) ? generateTree : skipTree;
+    return qName == QLatin1String("vidtipkeys") ? VTXmlParser::GenerateElement : skipTree;
+}
+
+using Filter = VTXmlParser::ShouldGenerateElementFunction;
+
+// Returns the document element's object, which the caller owns, or null.
+VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return nullptr;
+    QString keyForFilter = key;
+    VTXmlParser parser(filter, &keyForFilter);
+    parser.registerElement(QStringLiteral("VTXmlElement"), &VTXmlElement::staticMetaObject);
+    const QList<QObject *> results = parser.read(QXmlInputSource(&file));
+    // An entry inside an element without an object belongs to nobody.
+    qDeleteAll(parser.detachedObjects());
+    return results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
+}
+
+} // namespace
+
+struct VTIndex::Private
+{
+    struct ControlFile
+    {
+        QString path;
+        int depth;
+    };
+
+    bool contains(const QString &path, int depth) const;
+    void append(const QString &path, int depth);
+
+    QPointer<VTContext> context;
+    VTContext emptyContext; // stands in for a context that is gone
+    QStringList searchPaths;
+    QVector<ControlFile> controlFiles;
+    QSet<QPair<QString, int>> knownFiles;
+    QMap<QString, QStringList> packages;
+    bool inUpdate = false;
+    QRegExp keySeparator{QStringLiteral("[,;\\s]+")};
+};
+
+bool VTIndex::Private::contains(const QString &path, int depth) const
+{
+    return knownFiles.contains({path, depth});
+}
+
+void VTIndex::Private::append(const QString &path, int depth)
+{
+    controlFiles.append({path, depth});
+    knownFiles.insert({path, depth});
+}
+
+VTIndex::VTIndex(VTContext *context, const QStringList &searchPaths)
+    : d(new Private)
+{
+    d->context = context;
+    d->searchPaths = searchPaths;
+}
+
+VTIndex::~VTIndex() = default;
+
+bool VTIndex::open()
+{
+    return true;
+}
+
+bool VTIndex::setup()
+{
+    if (context().get(ClearIndexOnSetup, true).toBool())
+        clear();
+    return true;
+}
+
+bool VTIndex::clear()
+{
+    return true;
+}
+
+bool VTIndex::close()
+{
+    return true;
+}
+
+bool VTIndex::remove()
+{
+    return true;
+}
+
+VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QString &directory, int &depth,
+                                VTXmlElement *&root)
+{
+    for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
+        if (VTXmlElement *element = load(key, file.path, locale, root)) {
+            depth = file.depth;
+            directory = QFileInfo(file.path).absolutePath();
+            return element;
+        }
+    }
+    root = nullptr;
+    return nullptr;
+}
+
+bool VTIndex::store(VTXmlElement *element, const QLocale &locale, const QString &controlFile, int depth)
+{
+    Q_UNUSED(element)
+    Q_UNUSED(locale)
+    if (!d->contains(controlFile, depth))
+        d->append(controlFile, depth);
+    return true;
+}
+
+void VTIndex::startUpdate()
+{
+    d->inUpdate = true;
+}
+
+void VTIndex::endUpdate()
+{
+    d->inUpdate = false;
+}
+
+bool VTIndex::isInUpdate()
+{
+    return d->inUpdate;
+}
+
+QStringList VTIndex::keys()
+{
+    QStringList keys;
+    for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
+        const std::unique_ptr<VTXmlElement> root(parsedRoot(file.path, &indexDataShouldGenerateElement));
+        if (!root)
+            continue;
+        for (const QObject *child : root->children()) {
+            const auto *entry = qobject_cast<const VTXmlElement *>(child);
+            if (entry && entry->hasAttribute(QStringLiteral("key")))
+                keys << entry->attribute(QStringLiteral("key"));
+        }
+    }
+    return keys;
+}
+
+void VTIndex::indexControlFile(const QString &controlFile, const QString &package)
+{
+    if (!controlFile.startsWith(package))
+        return;
+    const int depth = depthInPackage(controlFile, package);
+    if (depth == outsidePackage || d->contains(controlFile, depth) || !startsWithVidtips(controlFile))
+        return;
+    d->append(controlFile, depth);
+    mapControlFile(controlFile, package);
+}
+
+VTContext &VTIndex::context()
+{
+    return d->context ? *d->context : d->emptyContext;
+}
+
+const VTContext &VTIndex::context() const
+{
+    return d->context ? *d->context : d->emptyContext;
+}
+
+void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
+{
+    Q_UNUSED(controlFile)
+    QStringList &locations = d->packages[packageNameForLocation(package)];
+    if (!locations.contains(package))
+        locations << package;
+}
+
+VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, const QLocale &locale,
+                            VTXmlElement *&root)
+{
+    root = key.isEmpty() ? nullptr : parsedRoot(controlFile, &contentFilter, key);
+    if (!root)
+        return nullptr;
+    auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
+    if (!element || root->children().size() != 1) {
+        delete root;
+        root = nullptr;
+        return nullptr;
+    }
+    const QString localeName = root->attribute(QStringLiteral("locale"));
+    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
+        delete root;
+        return nullptr;
+    }
+    loadKeyData(key, controlFile, element);
+    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
+    element->setAttribute(QStringLiteral("VTPackagName"), packageNameForLocation(controlFile));
+    return element;
+}
+
+void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlElement *element)
+{
+    Q_UNUSED(controlFile)
+    const QString keyDataFile = context().get(KeyDataFile, QString()).toString();
+    if (key.isEmpty() || !element || keyDataFile.isEmpty())
+        return;
+    const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, &keyDataFilter, key));
+    const auto *data = root ? qobject_cast<VTXmlElement *>(root->children().value(0)) : nullptr;
+    if (!data)
+        return;
+    const QStringList names = data->attributeNames();
+    for (const QString &name : names) {
+        if (name != QLatin1String("name"))
+            element->setAttribute(name, data->attribute(name));
+    }
+}
+
+QString VTIndex::packageNameForLocation(const QString &location) const
+{
+    const QString suffix = context().get(PackageSuffix, QStringLiteral("vidtips")).toString();
+    QString path = location;
+    while (!path.isEmpty()) {
+        const QFileInfo info(path);
+        if (info.isRoot())
+            break;
+        if (info.suffix() == suffix && info.isDir())
+            return info.completeBaseName();
+        const QString parent = info.absolutePath();
+        if (parent == path)
+            break;
+        path = parent;
+    }
+    return {};
+}
+
+QStringList VTIndex::componentPathsForPackageNamed(const QString &name) const
+{
+    QStringList paths = d->packages.value(name);
+    const QString extraPath = context().get(ExtraComponentPath, QVariant()).toString();
+    if (!extraPath.isEmpty())
+        paths << extraPath;
+    return paths;
+}
+
+QStringList VTIndex::componentPathsForElement(const VTXmlElement *element, const QString &path) const
+{
+    if (!element)
+        return {};
+    QStringList paths = componentPathsForPackageNamed(element->attribute(QStringLiteral("VTPackagName")));
+    if (const auto *parent = qobject_cast<const VTXmlElement *>(element->parent())) {
+        const QString search = parent->attribute(QStringLiteral("search"));
+        const QStringList names = search.isEmpty() ? QStringList() : search.split(d->keySeparator);
+        for (const QString &name : names)
+            paths << d->packages.value(name);
+    }
+    if (path.isEmpty())
+        return paths;
+    for (QString &entry : paths)
+        entry = QDir(entry).absoluteFilePath(path);
+    return paths;
+}
+
+int VTIndex::indexDataShouldGenerateElement(const QString &qName, const QXmlAttributes &, void *)
+{
+    const bool isStructure = qName == QLatin1String("vidtip") || qName == QLatin1String("vidtips");
+    return isStructure ? VTXmlParser::GenerateElement : VTXmlParser::SkipElement;
+}
+
+} // namespace Vidtips

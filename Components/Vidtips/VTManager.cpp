@@ -1,0 +1,586 @@
+#include "VTManager.h"
+
+#include "VTContext.h"
+#include "VTIndex.h"
+#include "VTView.h"
+#include "VTWidget.h"
+#include "VTXmlElement.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFileInfo>
+#include <QtCore/QPointer>
+#include <QtCore/QQueue>
+#include <QtCore/QRegExp>
+#include <QtCore/QTranslator>
+#include <QtCore/QUrl>
+#include <QtDeclarative/qdeclarative.h>
+#include <QtGui/QHelpEvent>
+#include <QtGui/QMouseEvent>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+
+namespace Vidtips {
+
+namespace {
+
+const char importUri[] = "com.corvale.vidtips.qml";
+
+void registerDeclarativeTypes()
+{
+    qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
+}
+
+QString keyAttribute()
+{
+    return QStringLiteral("key");
+}
+
+VTXmlElement *contentOf(const VTWidget *window)
+{
+    return window && window->view() ? window->view()->content() : nullptr;
+}
+
+bool hasKey(const VTXmlElement *content, const QString &key)
+{
+    return content && content->hasAttribute(keyAttribute()) && content->attribute(keyAttribute()) == key;
+}
+
+bool isVisibleWith(const VTWidget *window, const QString &key)
+{
+    return window && window->isVisible() && hasKey(contentOf(window), key);
+}
+
+} // namespace
+
+struct VTManager::Private
+{
+    Private(VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
+        : host(host)
+        , searchPaths(dataPaths)
+        , context(settings)
+    {
+    }
+
+    VTInterface *const host;
+    const QStringList searchPaths;
+    QStringList loadedPaths;
+    VTContext context;
+    QPointer<VTWidget> widget;
+    QPointer<VTIndex> index;
+    QList<QPointer<VTWidget>> reservations;
+    QMap<QString, QVariant> globalProperties;
+    bool filterInstalled = false;
+    QTranslator *translator = nullptr;
+    QString cataloguePath;
+
+    QString text(contextKey key, const QString &defaultValue) const
+    {
+        return context.get(key, defaultValue).toString();
+    }
+
+    bool mayShow() const
+    {
+        if (context.get(TipsOff, false).toBool())
+            return false;
+        const int modifiers = context.get(RequiredModifiers, 0).toInt();
+        return modifiers == 0 || int(QGuiApplication::keyboardModifiers()) == modifiers;
+    }
+
+    VTXmlElement *contentOnScreen(const QString &key) const
+    {
+        if (hasKey(contentOf(widget), key))
+            return contentOf(widget);
+        for (const QPointer<VTWidget> &window : reservations) {
+            if (hasKey(contentOf(window), key))
+                return contentOf(window);
+        }
+        return nullptr;
+    }
+
+    /** Returns the reserved windows, last first, and forgets those that are gone. */
+    QList<QPointer<VTWidget>> reservedWindows()
+    {
+        reservations.removeAll(nullptr);
+        QList<QPointer<VTWidget>> windows = reservations;
+        std::reverse(windows.begin(), windows.end());
+        return windows;
+    }
+};
+
+/** Content on its way from the index into a view: what no view has taken is deleted. */
+struct VTManager::FoundContent
+{
+    FoundContent() = default;
+    ~FoundContent()
+    {
+        if (!taken)
+            delete root;
+    }
+
+    void setElement(VTXmlElement *newElement, VTXmlElement *newRoot)
+    {
+        element = newElement;
+        // Without an element the root that the index handed out may be gone already.
+        root = newElement ? newRoot : nullptr;
+    }
+
+    QString packageFolder() const
+    {
+        QDir folder(directory);
+        for (int level = 1; level < depth && folder.cdUp(); ++level) { }
+        return folder.canonicalPath();
+    }
+
+    QString directory;
+    int depth = 0;
+    QPointer<VTXmlElement> root;
+    QPointer<VTXmlElement> element;
+    bool taken = false;
+
+private:
+    Q_DISABLE_COPY(FoundContent)
+};
+
+/** What a call of show() asks for. The host's callbacks may delete the object meanwhile. */
+struct VTManager::ShowRequest
+{
+    QString key;
+    QPoint position;
+    QPointer<QObject> object;
+    QRect rect;
+
+    QWidget *widget() const { return qobject_cast<QWidget *>(object.data()); }
+};
+
+VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &dataPaths, VTIndex *index)
+    : d(new Private(host, context, dataPaths))
+{
+    d->index = index ? index : new VTIndex(&d->context, dataPaths);
+    d->index->open();
+    if (d->context.get(AlwaysShowToolTips, false).toBool()) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows)
+            window->setAttribute(Qt::WA_AlwaysShowToolTips);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    loadDataPath(dataPaths);
+    handleMessage(VTMessageInformation,
+                  QStringLiteral("Indexed packages in %1 seconds").arg(timer.elapsed() / 1000.0));
+    registerDeclarativeTypes();
+    if (d->context.get(InstallEventFilter, false).toBool()) {
+        QCoreApplication::instance()->installEventFilter(this);
+        d->filterInstalled = true;
+    }
+}
+
+VTManager::~VTManager()
+{
+    if (d->filterInstalled)
+        QCoreApplication::instance()->removeEventFilter(this);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows)
+        window->setAttribute(Qt::WA_AlwaysShowToolTips, false);
+    if (d->widget)
+        d->widget->deleteLater();
+}
+
+VTContext &VTManager::context()
+{
+    return d->context;
+}
+
+const VTContext &VTManager::context() const
+{
+    return d->context;
+}
+
+VTIndex *VTManager::index() const
+{
+    return d->index;
+}
+
+VTWidget *VTManager::widget() const
+{
+    return d->widget;
+}
+
+VTInterface *VTManager::vtinterface() const
+{
+    return d->host;
+}
+
+QStringList VTManager::searchPaths() const
+{
+    return d->searchPaths;
+}
+
+QStringList VTManager::loadedPaths() const
+{
+    return d->loadedPaths;
+}
+
+void VTManager::loadDataPath(const QStringList &dataPaths)
+{
+    for (const QString &path : dataPaths) {
+        const QFileInfo folder(path);
+        if (!folder.isDir())
+            continue;
+        const QDir dir(folder.absoluteFilePath());
+        const QString filter = QStringLiteral("*.%1").arg(d->text(PackageSuffix, QStringLiteral("vidtips")));
+        handleMessage(VTMessageInformation,
+                      QStringLiteral("indexing packages (%2) in %1 ").arg(dir.absolutePath(), filter));
+        const QFileInfoList packages = dir.entryInfoList(
+            {filter}, QDir::Dirs | QDir::Readable | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Unsorted);
+        for (const QFileInfo &package : packages)
+            loadPackage(package);
+        const QString canonicalPath = dir.canonicalPath();
+        if (!d->loadedPaths.contains(canonicalPath))
+            d->loadedPaths.prepend(canonicalPath);
+    }
+}
+
+void VTManager::loadPackage(const QFileInfo &package)
+{
+    const QDir dir(package.absoluteFilePath());
+    handleMessage(VTMessageInformation,
+                  QStringLiteral("indexing control files in %1").arg(dir.absolutePath()));
+    QQueue<QFileInfo> folders;
+    folders.enqueue(QFileInfo(dir.absoluteFilePath(d->text(ControlFolder, QStringLiteral("Control")))));
+    while (!folders.isEmpty()) {
+        const QFileInfo folder = folders.dequeue();
+        handleMessage(VTMessageInformation,
+                      QStringLiteral("looking for control files in :%1").arg(folder.absoluteFilePath()));
+        // The filter admits files only, so a package's control files are those of one level.
+        const QFileInfoList entries =
+            QDir(folder.absoluteFilePath())
+                .entryInfoList({QStringLiteral("*.xml")},
+                               QDir::Files | QDir::Readable | QDir::NoSymLinks | QDir::NoDotAndDotDot,
+                               QDir::Unsorted);
+        for (const QFileInfo &entry : entries) {
+            if (entry.isDir()) {
+                folders.enqueue(entry);
+            } else if (entry.isFile()) {
+                handleMessage(VTMessageInformation,
+                              QStringLiteral("found control file :%1").arg(entry.canonicalFilePath()));
+                indexControFile(entry.canonicalFilePath(), package.canonicalFilePath());
+            }
+        }
+    }
+}
+
+void VTManager::indexControFile(const QString &controlFile, const QString &package)
+{
+    if (d->index)
+        d->index->indexControlFile(controlFile, package);
+}
+
+void VTManager::handleMessage(VTMessageType type, const QString &message)
+{
+    const int threshold = d->context.get(MessageThreshold, int(VTMessageWarning)).toInt();
+    if (type <= threshold && d->host)
+        d->host->handleMessage(type, message);
+}
+
+QLocale VTManager::currentLocale() const
+{
+    const QString content = d->text(ContentLocale, QString());
+    if (!content.isEmpty())
+        return QLocale(content);
+    const QString userInterface = d->text(UserInterfaceLocale, QString());
+    return userInterface.isEmpty() ? QLocale::system() : QLocale(userInterface);
+}
+
+VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &depth, VTXmlElement *&root)
+{
+    const QString unset = QStringLiteral("en_US");
+    const QString locales[] = {d->text(ContentLocale, unset), d->text(UserInterfaceLocale, unset)};
+    const QPointer<VTIndex> index = d->index;
+    VTXmlElement *element = nullptr;
+    for (const QString &locale : locales) {
+        if (!element && index)
+            element = index->retrieve(key, QLocale(locale), directory, depth, root);
+    }
+    return element;
+}
+
+QString VTManager::vidTipAttribute(const QString &key, const QString &attribute, const QString &defaultValue)
+{
+    if (const VTXmlElement *const content = d->contentOnScreen(key))
+        return content->hasAttribute(attribute) ? content->attribute(attribute) : defaultValue;
+    QString directory;
+    int depth = 0;
+    VTXmlElement *root = nullptr;
+    const std::unique_ptr<VTXmlElement> element(retrieve(key, directory, depth, root));
+    return element && element->hasAttribute(attribute) ? element->attribute(attribute) : defaultValue;
+}
+
+QString VTManager::translateString(const QString &text, const QString &context)
+{
+    if (!d->widget || !d->widget->view())
+        return text;
+    const VTView *const view = d->widget->view();
+    const QString folderAttribute = QStringLiteral("l10n_name");
+    const QString defaultFolder = QStringLiteral("l10n");
+    const QString fileName =
+        QStringLiteral("%1_%2.qm")
+            .arg(d->text(TranslationContext, QStringLiteral("Vidtips")), currentLocale().name());
+    const QString path = view->findComponent(folderAttribute, CatalogueFolder, defaultFolder, fileName);
+    if (!d->translator)
+        d->translator = new QTranslator(this);
+    if (path != d->cataloguePath) {
+        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
+        if (!found || !d->translator->load(path)) {
+            d->cataloguePath.clear();
+            return text;
+        }
+        d->cataloguePath = path;
+    }
+    return d->translator->translate(context.toUtf8().constData(), text.toUtf8().constData());
+}
+
+QString VTManager::interpolate(const QString &text) const
+{
+    return interpolate(text, d->globalProperties);
+}
+
+QString VTManager::interpolate(const QString &text, const QMap<QString, QVariant> &properties) const
+{
+    QRegExp placeholder(QStringLiteral("\\%\\(([-_a-zA-Z0-9]+)\\)s"));
+    QString result = text;
+    int position = 0;
+    while ((position = placeholder.indexIn(result, position)) >= 0) {
+        const QString replacement = properties.value(placeholder.cap(1)).toString();
+        if (replacement.isNull())
+            position += placeholder.matchedLength();
+        else
+            result.replace(position, placeholder.matchedLength(), replacement);
+    }
+    return result;
+}
+
+void VTManager::setGlobalProperty(const QString &name, const QVariant &value)
+{
+    d->globalProperties.insert(name, value);
+}
+
+QStringList VTManager::keys()
+{
+    return d->index ? d->index->keys() : QStringList();
+}
+
+QString VTManager::keyForObject(QObject *object)
+{
+    return object && d->host ? d->host->keyForObject(object) : QString();
+}
+
+bool VTManager::show(const QString &key, const QPoint &position, QObject *object, const QRect &rect)
+{
+    if (!d->mayShow())
+        return false;
+    const ShowRequest request{key, position, object, rect};
+    const QPointer<VTManager> self(this);
+    initializeTooltipWindow(nullptr);
+    if (!self)
+        return false;
+    if (isVisibleWith(d->widget, request.key))
+        return true;
+    FoundContent found;
+    find(request.key, found);
+    if (self && !found.element) {
+        const QString fallback = d->text(FallbackKey, QString());
+        if (!fallback.isEmpty() && isVisibleWith(d->widget, fallback))
+            return true;
+        findFallback(fallback, found);
+    }
+    if (!self)
+        return false;
+    if (!found.element || !found.root)
+        return keepOrHide(request.position, request.widget());
+    if (d->host)
+        d->host->notification(VTNotificationShown, QStringLiteral(""), request.key);
+    return self && present(request, found);
+}
+
+void VTManager::find(const QString &key, FoundContent &found)
+{
+    VTXmlElement *root = nullptr;
+    VTXmlElement *const element = retrieve(key, found.directory, found.depth, root);
+    found.setElement(element, root);
+}
+
+void VTManager::findFallback(const QString &key, FoundContent &found)
+{
+    if (key.isEmpty() || !d->index)
+        return;
+    VTXmlElement *root = nullptr;
+    const QLocale locale(d->text(UserInterfaceLocale, QStringLiteral("en_US")));
+    VTXmlElement *const element = d->index->retrieve(key, locale, found.directory, found.depth, root);
+    found.setElement(element, root);
+}
+
+bool VTManager::present(const ShowRequest &request, FoundContent &found)
+{
+    const QPointer<VTWidget> window = d->widget;
+    const QPointer<VTView> view = window ? window->view() : nullptr;
+    const QPointer<VTXmlElement> content = found.element;
+    if (!view || !content)
+        return false;
+    found.taken = true;
+    if (window->isVisible() && view->content() == content)
+        return true;
+    const QPointer<VTManager> self(this);
+    const QPointer<VTXmlElement> old = view->content() == content ? nullptr : view->content();
+    const QPoint point = tooltipPosition(request.position, request.widget());
+    view->setContent(content);
+    rewriteShortcut(request, content);
+    const bool current = self && view && content && window == d->widget && view->content() == content;
+    if (current)
+        window->showWithContent(request.object, request.rect, point, content, found.packageFolder());
+    if (view)
+        view->releaseContent(old);
+    else
+        VTView::deleteContent(old);
+    return current || (self && d->widget && d->widget->isVisible());
+}
+
+void VTManager::rewriteShortcut(const ShowRequest &request, VTXmlElement *content)
+{
+    if (!d->host)
+        return;
+    const QPointer<VTXmlElement> guard(content);
+    const QString attribute = QStringLiteral("shortcut");
+    const QString shortcut =
+        d->host->shortCutForObject(request.key, request.object, content->attribute(attribute));
+    if (guard && !shortcut.isEmpty())
+        content->setAttribute(attribute, shortcut);
+}
+
+bool VTManager::keepOrHide(const QPoint &position, QWidget *widget)
+{
+    VTWidget *const window = d->widget;
+    if (!window || !window->isVisible())
+        return false;
+    if (window->isSafe(position) && (!widget || widget->toolTip().isEmpty()))
+        return true;
+    window->hideAnimated();
+    return false;
+}
+
+QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
+{
+    const QSize offset = d->context.get(TooltipOffset, QSize(35, 30)).toSize();
+    return position + QPoint(offset.width(), offset.height());
+}
+
+void VTManager::initializeTooltipWindow(QWidget *parent)
+{
+    if (d->widget)
+        d->widget->setParent(parent);
+    else
+        d->widget = new VTWidget(this, parent, nullptr, QRect());
+    if (!d->widget || d->widget->view())
+        return;
+    auto *const view = new VTView(this, d->widget);
+    connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);
+    connect(&d->context, &VTContext::settingDidChange, view, &VTView::managerContextSettingDidChange);
+    d->widget->setView(view);
+}
+
+bool VTManager::reserve(VTWidget *window, QWidget *&hostWindow)
+{
+    if (!window || window != d->widget)
+        return false;
+    const QPointer<VTManager> self(this);
+    QWidget *const container = d->host ? d->host->createWindow(VTWindowTooltip) : nullptr;
+    if (!self || window != d->widget)
+        return false;
+    hostWindow = container;
+    d->reservations.append(window);
+    d->widget = nullptr;
+    initializeTooltipWindow(nullptr);
+    return true;
+}
+
+void VTManager::raise()
+{
+    const QList<QPointer<VTWidget>> windows = d->reservedWindows();
+    for (const QPointer<VTWidget> &window : windows) {
+        if (window)
+            window->raise();
+    }
+}
+
+void VTManager::setStayOnTop(bool on)
+{
+    const QList<QPointer<VTWidget>> windows = d->reservedWindows();
+    for (const QPointer<VTWidget> &window : windows) {
+        if (window)
+            window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
+        if (window)
+            window->show();
+    }
+}
+
+bool VTManager::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+        return mouseButtonEventFilter(watched, static_cast<QMouseEvent *>(event));
+    case QEvent::MouseMove:
+        return mouseMoveEventFilter(watched, static_cast<QMouseEvent *>(event));
+    case QEvent::ToolTip:
+        return showForEvent(watched, static_cast<QHelpEvent *>(event)->globalPos());
+    case QEvent::ApplicationDeactivate:
+        if (d->widget)
+            d->widget->hide();
+        return false;
+    default:
+        return QObject::eventFilter(watched, event);
+    }
+}
+
+bool VTManager::showForEvent(QObject *watched, const QPoint &position)
+{
+    const QPointer<VTManager> self(this);
+    const QPointer<QObject> object(watched);
+    const QString key = keyForObject(watched);
+    return self && object && show(key, position, object, QRect());
+}
+
+bool VTManager::mouseButtonEventFilter(QObject *watched, QMouseEvent *)
+{
+    VTWidget *const window = d->widget;
+    const auto *const clicked = qobject_cast<QWidget *>(watched);
+    if (!clicked || !window || !window->isVisible())
+        return false;
+    const bool inside = clicked == window || window->isAncestorOf(clicked);
+    const bool stays = window->view() && window->view()->stayOpen();
+    if (!inside && !stays)
+        window->hide();
+    return false;
+}
+
+bool VTManager::mouseMoveEventFilter(QObject *, QMouseEvent *event)
+{
+    if (event && d->widget && d->widget->isVisible())
+        d->widget->checkMousePosition(event->globalPos());
+    return false;
+}
+
+bool VTManager::openExternalResource(const QString &resource)
+{
+    const QUrl url(resource, QUrl::StrictMode);
+    const bool isUrl = url.isValid() && !url.scheme().isEmpty();
+    const bool isTopic = !isUrl && !resource.contains(QLatin1Char('/'));
+    const contextKey permission = isTopic ? AllowDocumentation : AllowExternalResources;
+    if (!d->host || !d->context.get(permission, true).toBool())
+        return false;
+    const VTExternalResourceType type = isUrl ? VTResourceUrl : isTopic ? VTResourceTopic : VTResourcePath;
+    return d->host->openExternalResource(type, resource);
+}
+
+} // namespace Vidtips

@@ -1,0 +1,295 @@
+#include "VTWidget.h"
+
+#include "VTManager.h"
+#include "VTView.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QPointer>
+#include <QtCore/QPropertyAnimation>
+#include <QtCore/QTimer>
+#include <QtGui/QCursor>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+
+namespace Vidtips {
+
+namespace {
+
+const qreal fadeInStart = 0.1;
+
+} // namespace
+
+struct VTWidget::Private
+{
+    QPointer<VTView> view;
+    QPointer<QWidget> reference;
+    QRect referenceRect;
+    QPropertyAnimation *animation = nullptr;
+    QTimer *timer = nullptr;
+    QPointer<VTManager> manager;
+    bool handedOver = false;
+
+    QVariant setting(contextKey key, const QVariant &defaultValue) const
+    {
+        return manager ? manager->context().get(key, defaultValue) : defaultValue;
+    }
+
+    void fade(qreal from, qreal to, int duration)
+    {
+        animation->setDuration(duration);
+        animation->setStartValue(from);
+        animation->setEndValue(to);
+        animation->start();
+    }
+};
+
+VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRect referenceRect)
+    : QWidget(parent)
+    , d(new Private)
+{
+    d->reference = reference;
+    d->referenceRect = referenceRect;
+    d->manager = manager;
+    d->animation = new QPropertyAnimation(this);
+    d->animation->setPropertyName("windowOpacity");
+    d->animation->setTargetObject(this);
+    d->timer = new QTimer(this);
+    d->timer->setSingleShot(true);
+    if (!d->setting(UseToolWindow, false).toBool())
+        setWindowFlags(Qt::ToolTip);
+    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    connect(d->timer, &QTimer::timeout, this, &VTWidget::hideAnimated);
+    d->timer->stop();
+}
+
+VTWidget::~VTWidget()
+{
+    setView(nullptr);
+}
+
+void VTWidget::checkMousePosition(const QPoint &globalPos)
+{
+    if (isSafe(globalPos))
+        d->timer->stop();
+    else if (!d->timer->isActive())
+        setTimer();
+}
+
+bool VTWidget::isSafe(const QPoint &globalPos) const
+{
+    if (d->referenceRect.isValid()) {
+        if (d->referenceRect.contains(globalPos))
+            return true;
+    } else if (d->reference && QApplication::widgetAt(globalPos) == d->reference) {
+        return true;
+    }
+    const QSize margin = d->setting(SafeZoneMargin, QSize(20, 20)).toSize();
+    const QRect frame(mapToGlobal(QPoint(0, 0)), frameGeometry().size());
+    return frame.adjusted(-margin.width(), -margin.height(), margin.width(), margin.height())
+        .contains(globalPos);
+}
+
+void VTWidget::setView(VTView *view)
+{
+    if (view == d->view)
+        return;
+    VTView *const old = d->view;
+    d->view = nullptr;
+    delete old;
+    d->view = view;
+    if (!view)
+        return;
+    connect(view, &VTView::reservedChanged, this, &VTWidget::contentReservedChanged);
+    connect(view, &VTView::contentSizeChanged, this, &VTWidget::contentResized);
+    view->move(0, 0);
+}
+
+VTView *VTWidget::view() const
+{
+    return d->view;
+}
+
+VTManager *VTWidget::manager() const
+{
+    return d->manager;
+}
+
+void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, const QPoint &pos,
+                               VTXmlElement *content, const QString &rootPath)
+{
+    if (!content || !d->view)
+        return;
+    d->reference = qobject_cast<QWidget *>(reference);
+    d->referenceRect = referenceRect;
+    if (!referenceRect.isValid() && d->reference)
+        d->referenceRect = QRect(d->reference->mapToGlobal(QPoint(0, 0)), d->reference->size());
+    const QPointer<VTView> view = d->view;
+    view->setPackageRoot(QDir(rootPath));
+    const QPointer<VTXmlElement> old = view->content();
+    view->setContent(content);
+    const QFileInfo userInterface(view->uiRootFilePath());
+    move(pos);
+    view->exposeContent(rootPath);
+    // Only now does no binding name the old tree any more. Whatever the QML ran may have sent notifications,
+    // and the host may have answered by anything.
+    if (view)
+        view->releaseContent(old);
+    if (view)
+        view->loadQML(userInterface.absoluteFilePath());
+    if (view)
+        showAnimated();
+}
+
+void VTWidget::reposition() { }
+
+void VTWidget::showAnimated()
+{
+    if (isVisible())
+        return;
+    const int duration = d->setting(ShowDuration, 0).toInt();
+    if (duration <= 0) {
+        setWindowOpacity(1.0);
+        show();
+        return;
+    }
+    setWindowOpacity(fadeInStart);
+    show();
+    contentResized();
+    d->fade(fadeInStart, 1.0, duration);
+}
+
+void VTWidget::hideAnimated()
+{
+    if (!isVisible() || d->animation->state() != QAbstractAnimation::Stopped)
+        return;
+    const int duration = d->setting(HideDuration, 300).toInt();
+    if (duration <= 0) {
+        hideAnimationFinished();
+        return;
+    }
+    connect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished,
+            Qt::UniqueConnection);
+    d->fade(windowOpacity(), 0.0, duration);
+    d->timer->stop();
+}
+
+void VTWidget::hideAnimationFinished()
+{
+    if (d->view)
+        d->view->resetState();
+    hide();
+}
+
+void VTWidget::setTimer()
+{
+    d->timer->stop();
+    const bool stays = d->handedOver || (d->view && d->view->stayOpen());
+    const float interval = stays ? 0.0F : d->setting(IdleInterval, 3000).toFloat();
+    const float longest = 2.0e9F;
+    if (interval > 0.0F)
+        d->timer->start(static_cast<int>(std::min(interval, longest)));
+}
+
+void VTWidget::contentReservedChanged()
+{
+    if (!d->view || !d->view->reserved() || !d->manager)
+        return;
+    const QPointer<VTWidget> self(this);
+    QWidget *container = nullptr;
+    if (!d->manager->reserve(this, container) || !self)
+        return;
+    d->handedOver = true;
+    d->timer->stop();
+    if (d->animation->state() != QAbstractAnimation::Stopped) {
+        d->animation->stop();
+        setWindowOpacity(1.0);
+    }
+    if (container)
+        moveInto(container);
+    else
+        becomeToolWindow();
+}
+
+void VTWidget::moveInto(QWidget *container)
+{
+    // Changing the parent hides the window, and the host hears of that.
+    const QPointer<VTWidget> self(this);
+    const QPointer<QWidget> host(container);
+    const QPoint position = pos();
+    setParent(container, Qt::WindowFlags());
+    if (!self || !host)
+        return;
+    if (!container->layout()) {
+        auto *const layout = new QVBoxLayout(container);
+        layout->setContentsMargins(0, 0, 0, 0);
+    }
+    const VTXmlElement *const content = d->view ? d->view->content() : nullptr;
+    container->setWindowTitle(content ? content->attribute(QStringLiteral("title")) : QString());
+    container->layout()->addWidget(this);
+    container->setWindowFlags(container->windowFlags() | Qt::WindowTitleHint | Qt::CustomizeWindowHint
+                              | Qt::WindowCloseButtonHint);
+    contentResized();
+    container->move(position);
+    container->show();
+}
+
+void VTWidget::becomeToolWindow()
+{
+    const QPointer<VTWidget> self(this);
+    const QPoint position = pos();
+    QWidget *owner = d->reference ? d->reference->window() : nullptr;
+    if (owner == this)
+        owner = nullptr;
+    setAttribute(Qt::WA_DeleteOnClose);
+    setParent(owner,
+              Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
+                  | Qt::WindowCloseButtonHint);
+    if (!self)
+        return;
+    setWindowModality(Qt::NonModal);
+    const QObject *const content = d->view ? d->view->content() : nullptr;
+    setWindowTitle(content ? content->property("title").toString() : QString());
+    move(position);
+    show();
+}
+
+void VTWidget::contentResized()
+{
+    if (!d->view)
+        return;
+    const QSize size = d->view->size();
+    setMinimumSize(size);
+    setMaximumSize(size);
+    if (!isWindow() && parentWidget()) {
+        parentWidget()->setMinimumSize(size);
+        parentWidget()->setMaximumSize(size);
+    }
+    const QSize grown = window()->geometry().size() + QSize(1, 1);
+    setFixedSize(grown);
+    window()->setFixedSize(grown);
+}
+
+QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)
+{
+    return geometry;
+}
+
+void VTWidget::showEvent(QShowEvent *)
+{
+    if (!isSafe(QCursor::pos()))
+        setTimer();
+    reposition();
+}
+
+void VTWidget::hideEvent(QHideEvent *)
+{
+    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished);
+    if (d->view)
+        d->view->notification(VTNotificationHidden, QStringLiteral("hide"));
+}
+
+} // namespace Vidtips

@@ -1,0 +1,241 @@
+#include "VTXmlParser.h"
+
+#include "VTXmlElement.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QMap>
+#include <QtCore/QMetaMethod>
+#include <QtCore/QMetaProperty>
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
+
+QT_WARNING_DISABLE_DEPRECATED
+
+namespace Vidtips {
+
+namespace {
+
+struct OpenElement
+{
+    QPointer<QObject> object;
+    int flags;
+};
+
+// A logger made in the reporting handler keeps that handler as the context of what its helpers report.
+void report(const QMessageLogger &logger, const QString &message)
+{
+    logger.debug().noquote() << message;
+}
+
+int flagsForChildren(int flags)
+{
+    if (flags & VTXmlParser::SkipSubtree)
+        return VTXmlParser::SkipSubtree;
+    if (flags & VTXmlParser::GenerateSubtree)
+        return VTXmlParser::GenerateSubtree;
+    return VTXmlParser::GenerateElement;
+}
+
+bool writeAttributes(QObject *object, const QXmlAttributes &atts, const QMessageLogger &logger)
+{
+    const QMetaObject *meta = object->metaObject();
+    const QString className = QString::fromLatin1(meta->className());
+    for (int i = 0; i < atts.length(); ++i) {
+        const QString name = atts.localName(i);
+        const int property = meta->indexOfProperty(name.toLatin1().constData());
+        if (property < 0) {
+            report(logger, QStringLiteral("No Property named %1 on %2").arg(name, className));
+            return false;
+        }
+        if (!meta->property(property).write(object, atts.value(i))) {
+            report(logger,
+                   QStringLiteral("Could not write \"%1\" to property %2 of %3")
+                       .arg(atts.value(i), name, className));
+        }
+    }
+    return true;
+}
+
+void writeIfPresent(QObject *object, const char *name, const QString &value)
+{
+    const int property = object->metaObject()->indexOfProperty(name);
+    if (property >= 0)
+        object->metaObject()->property(property).write(object, value);
+}
+
+} // namespace
+
+struct VTXmlParser::Private
+{
+    QObject *create(const QMetaObject *meta, const QString &localName, const QXmlAttributes &atts,
+                    const QMessageLogger &logger);
+
+    QMap<QString, const QMetaObject *> registry;
+    const QMetaObject *defaultElement = &VTXmlElement::staticMetaObject;
+    QVector<OpenElement> openElements;
+    QVector<QPointer<QObject>> detached;
+    ShouldGenerateElementFunction filter = nullptr;
+    void *userData = nullptr;
+    int flags = GenerateElement;
+};
+
+QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &localName,
+                                      const QXmlAttributes &atts, const QMessageLogger &logger)
+{
+    QObject *parent = openElements.isEmpty() ? nullptr : openElements.constLast().object.data();
+    QObject *object = nullptr;
+    if (meta)
+        object = meta->newInstance(Q_ARG(QObject *, parent), Q_ARG(QXmlAttributes, atts));
+    if (meta && !object) {
+        object = meta->newInstance(Q_ARG(QObject *, parent));
+        if (object && !writeAttributes(object, atts, logger)) {
+            delete object;
+            return nullptr;
+        }
+    }
+    if (!object)
+        report(logger, QStringLiteral("Could not find object for element: %1").arg(localName));
+    else if (!parent)
+        detached.append(object);
+    return object;
+}
+
+VTXmlParser::VTXmlParser(ShouldGenerateElementFunction filter, void *userData)
+    : d(new Private)
+{
+    d->filter = filter;
+    d->userData = userData;
+}
+
+VTXmlParser::~VTXmlParser() = default;
+
+void VTXmlParser::registerElement(const QString &name, const QMetaObject *metaObject)
+{
+    d->registry.insert(name, metaObject);
+}
+
+void VTXmlParser::unregisterElement(const QString &name)
+{
+    d->registry.remove(name);
+}
+
+const QMetaObject *VTXmlParser::metaObjectForElement(const QString &name)
+{
+    return d->registry.value(name);
+}
+
+void VTXmlParser::setDefaultElement(const QMetaObject *metaObject)
+{
+    d->defaultElement = metaObject;
+}
+
+const QMetaObject *VTXmlParser::defaultElement() const
+{
+    return d->defaultElement;
+}
+
+QList<QObject *> VTXmlParser::read(const QXmlInputSource *source)
+{
+    d->flags = GenerateElement;
+    d->openElements.clear();
+    d->detached.clear();
+    if (!source)
+        return {};
+
+    // Guarded, because an object that is made inside may delete its parent.
+    const QPointer<VTXmlElement> container = new VTXmlElement;
+    d->openElements.append({container.data(), GenerateElement});
+    setContentHandler(this);
+    setErrorHandler(this);
+    parse(source);
+    if (!container)
+        return {};
+
+    const QList<QObject *> objects = container->children();
+    for (QObject *object : objects)
+        object->setParent(nullptr);
+    delete container;
+    return objects;
+}
+
+QList<QObject *> VTXmlParser::read(const QXmlInputSource &source)
+{
+    return read(&source);
+}
+
+QList<QObject *> VTXmlParser::detachedObjects() const
+{
+    QList<QObject *> objects;
+    for (const QPointer<QObject> &object : qAsConst(d->detached)) {
+        if (object)
+            objects.append(object);
+    }
+    return objects;
+}
+
+bool VTXmlParser::startElement(const QString &namespaceURI, const QString &localName, const QString &qName,
+                               const QXmlAttributes &atts)
+{
+    if (d->flags & SkipSubtree) {
+        d->openElements.append({nullptr, SkipSubtree});
+        return true;
+    }
+    int flags = d->flags;
+    if ((flags & GenerateElement) && d->filter)
+        flags = d->filter(qName, atts, d->userData);
+    d->flags = flagsForChildren(flags);
+    if (flags & SkipElement) {
+        d->openElements.append({nullptr, d->flags});
+        return true;
+    }
+
+    const QMessageLogger logger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC);
+    if (d->openElements.size() > maximumDepth) {
+        report(logger, QStringLiteral("Elements are nested too deep: %1").arg(localName));
+        return false;
+    }
+    const QMetaObject *registered = metaObjectForElement(localName);
+    QObject *object = d->create(registered ? registered : d->defaultElement, localName, atts, logger);
+    if (!object)
+        return false;
+    writeIfPresent(object, "tagNameSpace", namespaceURI.trimmed());
+    writeIfPresent(object, "tagName", qName.trimmed());
+    d->openElements.append({object, d->flags});
+    return true;
+}
+
+bool VTXmlParser::endElement(const QString &, const QString &, const QString &)
+{
+    if (!d->openElements.isEmpty())
+        d->openElements.removeLast();
+    if (!d->openElements.isEmpty())
+        d->flags = d->openElements.constLast().flags;
+    return true;
+}
+
+bool VTXmlParser::characters(const QString &text)
+{
+    QObject *object = d->openElements.isEmpty() ? nullptr : d->openElements.constLast().object.data();
+    if (!object)
+        return true;
+    const int method = object->metaObject()->indexOfMethod("appendContent(QString)");
+    if (method >= 0)
+        object->metaObject()->method(method).invoke(object, Q_ARG(QString, text));
+    return true;
+}
+
+bool VTXmlParser::ignorableWhitespace(const QString &text)
+{
+    return characters(text);
+}
+
+bool VTXmlParser::fatalError(const QXmlParseException &exception)
+{
+    qDebug().noquote() << QStringLiteral("Fatal error at %1,%2 : %3")
+                              .arg(exception.lineNumber())
+                              .arg(exception.columnNumber())
+                              .arg(exception.message());
+    return false;
+}
+
+} // namespace Vidtips

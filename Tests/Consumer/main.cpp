@@ -1,0 +1,48 @@
+// A host that knows nothing but an installed Vidtips: it shows one tip and reports what happened.
+
+#include <Vidtips/VTContext.h>
+#include <Vidtips/VTInterface.h>
+#include <Vidtips/VTManager.h>
+#include <Vidtips/VTVersion.h>
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QPushButton>
+
+#include <cstdio>
+
+class ConsumerInterface : public Vidtips::VTInterface
+{
+public:
+    using VTInterface::VTInterface;
+
+    void handleMessage(Vidtips::VTMessageType, const QString &message) override
+    {
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    }
+
+    void notification(Vidtips::VTNotification type, const QVariant &, const QString &key) override
+    {
+        if (type == Vidtips::VTNotificationShown)
+            std::printf("shown %s with Vidtips %s\n", qPrintable(key), VIDTIPS_VERSION);
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    VTContext settings;
+    settings.set(Vidtips::InstallEventFilter, true);
+    settings.set(Vidtips::MessageThreshold, Vidtips::VTMessageDebug);
+    ConsumerInterface interface(settings, {QStringLiteral(CONTENT_DIR)}, nullptr);
+
+    QPushButton button(QStringLiteral("Draw a line"));
+    button.setObjectName(QStringLiteral("draw.line"));
+    button.show();
+    if (!interface.show(button.objectName(), button.mapToGlobal(QPoint(5, 5)), &button))
+        return EXIT_FAILURE;
+    const QString title = interface.vidTipAttribute(button.objectName(), QStringLiteral("title"), {});
+    QTimer::singleShot(100, &application, [] { QApplication::quit(); });
+    application.exec();
+    return title == QLatin1String("Line") ? EXIT_SUCCESS : EXIT_FAILURE;
+}
