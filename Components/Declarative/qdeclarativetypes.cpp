@@ -64,6 +64,7 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PathCubic", nullptr},
     {"QtQuick", "PathAttribute", nullptr},
     {"QtQuick", "PathPercent", nullptr},
+    {"QtQuick", "Font", nullptr},
     {"QtQuick", "FontLoader", nullptr},
     {"QtQuick", "SystemPalette", nullptr},
     {"QtQuick", "IntValidator", nullptr},
@@ -160,6 +161,9 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeTextTypes();
+        registerDeclarativePositionerTypes();
+        registerDeclarativeRectangleTypes();
     });
 }
 

@@ -36,3 +36,6 @@ void registerDeclarativeRevision()
 }
 
 void registerDeclarativeItemTypes();
+void registerDeclarativeTextTypes();
+void registerDeclarativePositionerTypes();
+void registerDeclarativeRectangleTypes();

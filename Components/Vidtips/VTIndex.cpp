@@ -154,6 +154,22 @@ struct VTIndex::Private
         int depth;
     };
 
+    // What is known of the folder and package of the control file before: files come folder by folder, and
+    // finding this out takes as long as reading a file.
+    struct Place
+    {
+        QString folder;
+        QString package;
+        int depth;
+    };
+    struct PackageName
+    {
+        QString location;
+        QString suffix;
+        QString name;
+    };
+
+    int depthOf(const QString &controlFile, const QString &package);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
 
@@ -165,7 +181,23 @@ struct VTIndex::Private
     QMap<QString, QStringList> packages;
     bool inUpdate = false;
     QRegExp keySeparator{QStringLiteral("[,;\\s]+")};
+    Place lastPlace;
+    PackageName lastPackage;
 };
+
+int VTIndex::Private::depthOf(const QString &controlFile, const QString &package)
+{
+    const int slash = controlFile.lastIndexOf(QLatin1Char('/'));
+    const QStringRef folder = controlFile.leftRef(slash);
+    const QStringRef fileName = controlFile.midRef(slash + 1);
+    const bool isKnown = !folder.isEmpty() && folder == lastPlace.folder && package == lastPlace.package;
+    if (isKnown && !fileName.isEmpty() && !fileName.startsWith(QLatin1Char('.')))
+        return lastPlace.depth;
+    const int depth = depthInPackage(controlFile, package);
+    if (depth > 0)
+        lastPlace = {folder.toString(), package, depth};
+    return depth;
+}
 
 bool VTIndex::Private::contains(const QString &path, int depth) const
 {
@@ -272,7 +304,7 @@ void VTIndex::indexControlFile(const QString &controlFile, const QString &packag
 {
     if (!controlFile.startsWith(package))
         return;
-    const int depth = depthInPackage(controlFile, package);
+    const int depth = d->depthOf(controlFile, package);
     if (depth == outsidePackage || d->contains(controlFile, depth) || !startsWithVidtips(controlFile))
         return;
     d->append(controlFile, depth);
@@ -292,7 +324,11 @@ const VTContext &VTIndex::context() const
 void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 {
     Q_UNUSED(controlFile)
-    QStringList &locations = d->packages[packageNameForLocation(package)];
+    const QString suffix = context().get(PackageSuffix, QStringLiteral("vidtips")).toString();
+    if (d->lastPackage.name.isEmpty() || d->lastPackage.location != package
+        || d->lastPackage.suffix != suffix)
+        d->lastPackage = {package, suffix, packageNameForLocation(package)};
+    QStringList &locations = d->packages[d->lastPackage.name];
     if (!locations.contains(package))
         locations << package;
 }

@@ -8,11 +8,12 @@ namespace Vidtips {
 namespace {
 
 // The meta-object names the pointer type without its namespace, and QML resolves it by that name.
-void registerUnqualifiedPointerName()
+void registerResultTypes()
 {
     qRegisterMetaType<VTXmlElement *>("VTXmlElement*");
+    qRegisterMetaType<QList<QObject *>>();
 }
-Q_CONSTRUCTOR_FUNCTION(registerUnqualifiedPointerName)
+Q_CONSTRUCTOR_FUNCTION(registerResultTypes)
 
 QString attributeBlock(const QMap<QString, QString> &attributes)
 {

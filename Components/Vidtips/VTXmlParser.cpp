@@ -21,6 +21,43 @@ struct OpenElement
     int flags;
 };
 
+// Passes a source on, and ends it where the parentheses of a document type declaration are nested too deep:
+// the reader recurses into them without asking any handler. They can only stand before the first element.
+class BoundedSource : public QXmlInputSource
+{
+public:
+    BoundedSource(const QXmlInputSource *source, const bool *inProlog)
+        : m_source(const_cast<QXmlInputSource *>(source)) // as the reader itself does
+        , m_inProlog(inProlog)
+    {
+    }
+
+    QChar next() override
+    {
+        const QChar character = m_source->next();
+        if (*m_inProlog && !isWithinBound(character))
+            return EndOfDocument;
+        return character;
+    }
+    void fetchData() override { m_source->fetchData(); }
+    QString data() const override { return m_source->data(); }
+    void reset() override { m_source->reset(); }
+
+private:
+    bool isWithinBound(QChar character)
+    {
+        if (character == QLatin1Char('('))
+            ++m_depth;
+        else if (character == QLatin1Char(')') && m_depth > 0)
+            --m_depth;
+        return m_depth <= VTXmlParser::maximumDepth;
+    }
+
+    QXmlInputSource *m_source;
+    const bool *m_inProlog;
+    int m_depth = 0;
+};
+
 // A logger made in the reporting handler keeps that handler as the context of what its helpers report.
 void report(const QMessageLogger &logger, const QString &message)
 {
@@ -56,11 +93,30 @@ bool writeAttributes(QObject *object, const QXmlAttributes &atts, const QMessage
     return true;
 }
 
+// Nearly every object is of the default class itself; going through its meta-object for each of them costs
+// about as much as reading the file.
+VTXmlElement *asPlainElement(QObject *object)
+{
+    const bool isPlain = object->metaObject() == &VTXmlElement::staticMetaObject;
+    return isPlain ? static_cast<VTXmlElement *>(object) : nullptr;
+}
+
 void writeIfPresent(QObject *object, const char *name, const QString &value)
 {
     const int property = object->metaObject()->indexOfProperty(name);
     if (property >= 0)
         object->metaObject()->property(property).write(object, value);
+}
+
+void nameObject(QObject *object, const QString &nameSpace, const QString &name)
+{
+    if (VTXmlElement *element = asPlainElement(object)) {
+        element->setTagNameSpace(nameSpace);
+        element->setTagName(name);
+        return;
+    }
+    writeIfPresent(object, "tagNameSpace", nameSpace);
+    writeIfPresent(object, "tagName", name);
 }
 
 } // namespace
@@ -77,6 +133,7 @@ struct VTXmlParser::Private
     ShouldGenerateElementFunction filter = nullptr;
     void *userData = nullptr;
     int flags = GenerateElement;
+    bool inProlog = false;
 };
 
 QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &localName,
@@ -84,7 +141,9 @@ QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &lo
 {
     QObject *parent = openElements.isEmpty() ? nullptr : openElements.constLast().object.data();
     QObject *object = nullptr;
-    if (meta)
+    if (meta == &VTXmlElement::staticMetaObject)
+        object = new VTXmlElement(parent, atts);
+    else if (meta)
         object = meta->newInstance(Q_ARG(QObject *, parent), Q_ARG(QXmlAttributes, atts));
     if (meta && !object) {
         object = meta->newInstance(Q_ARG(QObject *, parent));
@@ -147,7 +206,9 @@ QList<QObject *> VTXmlParser::read(const QXmlInputSource *source)
     d->openElements.append({container.data(), GenerateElement});
     setContentHandler(this);
     setErrorHandler(this);
-    parse(source);
+    d->inProlog = true;
+    BoundedSource boundedSource(source, &d->inProlog);
+    parse(&boundedSource);
     if (!container)
         return {};
 
@@ -176,6 +237,12 @@ QList<QObject *> VTXmlParser::detachedObjects() const
 bool VTXmlParser::startElement(const QString &namespaceURI, const QString &localName, const QString &qName,
                                const QXmlAttributes &atts)
 {
+    const QMessageLogger logger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC);
+    d->inProlog = false;
+    if (d->openElements.size() > maximumDepth) {
+        report(logger, QStringLiteral("Elements are nested too deep: %1").arg(localName));
+        return false;
+    }
     if (d->flags & SkipSubtree) {
         d->openElements.append({nullptr, SkipSubtree});
         return true;
@@ -189,17 +256,11 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
         return true;
     }
 
-    const QMessageLogger logger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC);
-    if (d->openElements.size() > maximumDepth) {
-        report(logger, QStringLiteral("Elements are nested too deep: %1").arg(localName));
-        return false;
-    }
     const QMetaObject *registered = metaObjectForElement(localName);
     QObject *object = d->create(registered ? registered : d->defaultElement, localName, atts, logger);
     if (!object)
         return false;
-    writeIfPresent(object, "tagNameSpace", namespaceURI.trimmed());
-    writeIfPresent(object, "tagName", qName.trimmed());
+    nameObject(object, namespaceURI.trimmed(), qName.trimmed());
     d->openElements.append({object, d->flags});
     return true;
 }
@@ -218,6 +279,10 @@ bool VTXmlParser::characters(const QString &text)
     QObject *object = d->openElements.isEmpty() ? nullptr : d->openElements.constLast().object.data();
     if (!object)
         return true;
+    if (VTXmlElement *element = asPlainElement(object)) {
+        element->appendContent(text);
+        return true;
+    }
     const int method = object->metaObject()->indexOfMethod("appendContent(QString)");
     if (method >= 0)
         object->metaObject()->method(method).invoke(object, Q_ARG(QString, text));

@@ -25,9 +25,9 @@ QT_WARNING_DISABLE_DEPRECATED
  * The properties "tagName" and "tagNameSpace" and the method appendContent(QString) are used where a class
  * has them.
  *
- * Problems go to the Qt debug output. External entities are never fetched, and internal ones are bounded by
- * the reader. Objects are nested at most maximumDepth deep; a document that goes deeper stops there, because
- * deleting or searching a tree of objects recurses into it. One thread at a time uses a parser.
+ * Problems go to the Qt debug output. External entities are never fetched, and the reader bounds the
+ * expansion of internal ones. A document that is nested deeper than maximumDepth ends there, because the
+ * reader, and deleting or searching the tree, recurse into it. One thread at a time uses a parser.
  */
 class VIDTIPS_EXPORT VTXmlParser : public QXmlSimpleReader, public QXmlDefaultHandler
 {
@@ -40,7 +40,7 @@ public:
         SkipSubtree = 8, ///< make nothing inside it, without asking.
     };
 
-    /** The deepest level of elements, the document element being 1, that still get an object. */
+    /** The deepest level of elements, with or without objects, that is read; the document element is 1. */
     static constexpr int maximumDepth = 2000;
 
     /**

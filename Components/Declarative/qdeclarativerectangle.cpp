@@ -1,0 +1,298 @@
+#include "qdeclarativerectangle_p.h"
+
+#include "qdeclarativeitem_p.h"
+#include "qdeclarativetypes_p.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/qmath.h>
+#include <QtGui/QPainter>
+#include <QtGui/QPixmapCache>
+#include <QtWidgets/qdrawutil.h>
+
+#include <private/qquickrectangle_p.h>
+
+/** The widest border and corner that are painted from a picture; larger ones are drawn each time. */
+static constexpr int tileMarginLimit = 128;
+
+class QDeclarativeRectanglePrivate : public QDeclarativeItemPrivate
+{
+    Q_DECLARE_PUBLIC(QDeclarativeRectangle)
+
+public:
+    bool isBordered() const { return pen && pen->isVisible(); }
+    bool isFilled() const { return gradient || color.alpha() > 0; }
+    qreal cornerRadius() const;
+    int tileMargin() const;
+    QRect tiledRect() const;
+    bool canTile(const QPainter *) const;
+    const QPixmap &needTile();
+    void drawTile(QPainter *);
+    void drawShape(QPainter *);
+    QBrush fill(const QRectF &area);
+    void gradientUpdated();
+    void shapeUpdated();
+    void penUpdated();
+
+    QColor color = Qt::white;
+    QPointer<QQuickGradient> gradient;
+    QDeclarativePen *pen = nullptr;
+    // Kept ready to paint with: Qt complains of a stop outside 0…1 each time that it meets one.
+    QLinearGradient shading;
+    // The border and corners with one pixel between them, the same as other rectangles of this look have.
+    QPixmap tile;
+    qreal tileRadius = 0;
+    qreal radius = 0;
+    int penExtent = 0;
+    bool shadingIsStale = true;
+};
+
+qreal QDeclarativeRectanglePrivate::cornerRadius() const
+{
+    return qBound(0.0, radius, qMin(itemWidth, itemHeight) / 2);
+}
+
+int QDeclarativeRectanglePrivate::tileMargin() const
+{
+    return qCeil(qMin(cornerRadius(), qreal(tileMarginLimit)))
+        + (isBordered() ? qMin(pen->width(), tileMarginLimit) : 0);
+}
+
+/** Returns the whole pixels that the border and what it surrounds take up. */
+QRect QDeclarativeRectanglePrivate::tiledRect() const
+{
+    const int border = isBordered() ? pen->width() : 0;
+    return QRect(-(border / 2), -(border / 2), int(itemWidth) + border, int(itemHeight) + border);
+}
+
+bool QDeclarativeRectanglePrivate::canTile(const QPainter *painter) const
+{
+    const int margin = tileMargin();
+    return !gradient && margin <= tileMarginLimit && itemWidth < QWIDGETSIZE_MAX
+        && itemHeight < QWIDGETSIZE_MAX && tiledRect().width() >= 2 * margin
+        && tiledRect().height() >= 2 * margin && painter->device()->devicePixelRatioF() == 1;
+}
+
+const QPixmap &QDeclarativeRectanglePrivate::needTile()
+{
+    const qreal corner = cornerRadius();
+    if (!tile.isNull() && corner == tileRadius)
+        return tile;
+    tileRadius = corner;
+    const int border = isBordered() ? pen->width() : 0;
+    const QString key = QString::asprintf("declarative_rectangle_%x_%x_%d_%a", color.rgba(),
+                                          border ? pen->color().rgba() : 0, border, corner);
+    if (QPixmapCache::find(key, &tile))
+        return tile;
+    const int side = 2 * tileMargin() + 1;
+    tile = QPixmap(side, side);
+    tile.fill(Qt::transparent);
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
+                          : QPen(Qt::NoPen));
+    painter.setBrush(color);
+    const qreal inset = border / 2.0;
+    const QRectF outline(inset, inset, side - border, side - border);
+    if (corner > 0)
+        painter.drawRoundedRect(outline, corner, corner);
+    else
+        painter.drawRect(outline);
+    painter.end();
+    QPixmapCache::insert(key, tile);
+    return tile;
+}
+
+void QDeclarativeRectanglePrivate::drawTile(QPainter *painter)
+{
+    const int margin = tileMargin();
+    const QMargins margins(margin, margin, margin, margin);
+    const QPixmap &pixmap = needTile();
+    qDrawBorderPixmap(painter, tiledRect(), margins, pixmap, pixmap.rect(), margins, Qt::StretchTile);
+}
+
+void QDeclarativeRectanglePrivate::drawShape(QPainter *painter)
+{
+    const int border = isBordered() ? pen->width() : 0;
+    const qreal shift = border % 2 / 2.0;
+    // Where a gradient is, a border of odd width keeps its spare pixel inside.
+    const qreal spare = gradient ? 2 * shift : 0;
+    const QRectF rect(shift, shift, itemWidth - spare, itemHeight - spare);
+    painter->setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
+                           : QPen(Qt::NoPen));
+    painter->setBrush(isFilled() ? fill(rect) : QBrush());
+    if (radius > 0) {
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->drawRoundedRect(rect, cornerRadius(), cornerRadius());
+    } else {
+        painter->drawRect(rect);
+    }
+}
+
+QBrush QDeclarativeRectanglePrivate::fill(const QRectF &area)
+{
+    if (!gradient)
+        return color;
+    if (shadingIsStale) {
+        shading = QLinearGradient();
+        const QGradientStops stops = gradient->gradientStops();
+        for (const QGradientStop &stop : stops)
+            shading.setColorAt(stop.first, stop.second);
+        shadingIsStale = false;
+    }
+    shading.setStart(area.topLeft());
+    shading.setFinalStop(area.bottomLeft());
+    return shading;
+}
+
+void QDeclarativeRectanglePrivate::gradientUpdated()
+{
+    shadingIsStale = true;
+    q_func()->update();
+}
+
+void QDeclarativeRectanglePrivate::shapeUpdated()
+{
+    tile = QPixmap();
+    q_func()->update();
+}
+
+void QDeclarativeRectanglePrivate::penUpdated()
+{
+    Q_Q(QDeclarativeRectangle);
+    if (penExtent != pen->extent()) {
+        q->prepareGeometryChange();
+        penExtent = pen->extent();
+    }
+    shapeUpdated();
+}
+
+QDeclarativePen::QDeclarativePen(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void QDeclarativePen::setWidth(int width)
+{
+    if (width == m_width && m_isSet)
+        return;
+    m_width = width;
+    m_isSet = width >= 1;
+    Q_EMIT penChanged();
+}
+
+void QDeclarativePen::setColor(const QColor &color)
+{
+    if (color == m_color && m_isSet)
+        return;
+    m_color = color;
+    m_isSet = m_width >= 1;
+    Q_EMIT penChanged();
+}
+
+QDeclarativeRectangle::QDeclarativeRectangle(QDeclarativeItem *parent)
+    : QDeclarativeItem(*new QDeclarativeRectanglePrivate, parent)
+{
+    setFlag(ItemHasNoContents, false);
+}
+
+QColor QDeclarativeRectangle::color() const
+{
+    return d_func()->color;
+}
+
+void QDeclarativeRectangle::setColor(const QColor &color)
+{
+    Q_D(QDeclarativeRectangle);
+    if (color == d->color)
+        return;
+    d->color = color;
+    d->shapeUpdated();
+    Q_EMIT colorChanged();
+}
+
+QQuickGradient *QDeclarativeRectangle::gradient() const
+{
+    return d_func()->gradient;
+}
+
+void QDeclarativeRectangle::setGradient(QQuickGradient *gradient)
+{
+    Q_D(QDeclarativeRectangle);
+    if (gradient == d->gradient)
+        return;
+    const auto updated = [d] { d->gradientUpdated(); };
+    if (d->gradient)
+        disconnect(d->gradient, nullptr, this, nullptr);
+    d->gradient = gradient;
+    if (gradient) {
+        connect(gradient, &QQuickGradient::updated, this, updated);
+        connect(gradient, &QObject::destroyed, this, updated);
+    }
+    d->gradientUpdated();
+}
+
+void QDeclarativeRectangle::resetGradient()
+{
+    setGradient(nullptr);
+}
+
+QDeclarativePen *QDeclarativeRectangle::border()
+{
+    Q_D(QDeclarativeRectangle);
+    if (!d->pen) {
+        d->pen = new QDeclarativePen(this);
+        connect(d->pen, &QDeclarativePen::penChanged, this, [d] { d->penUpdated(); });
+    }
+    return d->pen;
+}
+
+qreal QDeclarativeRectangle::radius() const
+{
+    return d_func()->radius;
+}
+
+void QDeclarativeRectangle::setRadius(qreal radius)
+{
+    Q_D(QDeclarativeRectangle);
+    if (radius == d->radius)
+        return;
+    d->radius = radius;
+    d->shapeUpdated();
+    Q_EMIT radiusChanged();
+}
+
+QRectF QDeclarativeRectangle::boundingRect() const
+{
+    Q_D(const QDeclarativeRectangle);
+    const int before = d->penExtent / 2;
+    const int after = (d->penExtent + 1) / 2;
+    return QRectF(-before, -before, d->itemWidth + before + after, d->itemHeight + before + after);
+}
+
+void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+{
+    Q_D(QDeclarativeRectangle);
+    const bool bordered = d->isBordered();
+    if (d->itemWidth <= 0 || d->itemHeight <= 0 || (!bordered && !d->isFilled()))
+        return;
+    const QRectF rect(0, 0, d->itemWidth, d->itemHeight);
+    const QPainter::RenderHints hints = painter->renderHints();
+    painter->setRenderHint(QPainter::Antialiasing, d->isSmooth);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, d->isSmooth);
+    if (!bordered && d->radius <= 0)
+        painter->fillRect(rect, d->fill(rect));
+    else if (d->canTile(painter))
+        d->drawTile(painter);
+    else
+        d->drawShape(painter);
+    painter->setRenderHint(QPainter::Antialiasing, hints & QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, hints & QPainter::SmoothPixmapTransform);
+}
+
+void registerDeclarativeRectangleTypes()
+{
+    qmlRegisterAnonymousType<QDeclarativePen>("QtQuick", 1);
+    registerDeclarativeType<QDeclarativeRectangle>("Rectangle");
+}
+
+#include "moc_qdeclarativerectangle_p.cpp"

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QtCore/QVector>
+#include <QtGui/QFont>
+#include <QtGui/QTextLayout>
+
+#include <limits>
+
+class QPainter;
+
+/**
+ * Plain or styled text broken into lines, the half of Text that is not full rich text.
+ *
+ * Made anew when anything that has a part in it changes; drawing reuses the glyphs found then.
+ */
+class QDeclarativeTextLayout
+{
+public:
+    struct Parameters
+    {
+        QString text; ///< lines are separated by QChar::LineSeparator
+        QVector<QTextLayout::FormatRange> formats;
+        QFont font;
+        qreal width = -1; ///< in pixels; negative where the text is as wide as it needs
+        Qt::Alignment alignment = Qt::AlignLeft; ///< has a meaning only with a width
+        QTextOption::WrapMode wrapMode = QTextOption::NoWrap;
+        Qt::TextElideMode elide = Qt::ElideNone;
+        int maximumLineCount = std::numeric_limits<int>::max();
+        qreal lineHeight = 1; ///< in pixels if fixed, else a factor
+        bool lineHeightIsFixed = false;
+        bool isStyled = false; ///< styled text is not elided
+    };
+
+    void layOut(const Parameters &);
+
+    /** The size that the lines take, rounded up to whole pixels. */
+    QSizeF size() const { return lineBounds; }
+
+    /** Where the lines are; differs from size() where text is wider than its width. */
+    QRectF boundingRect() const { return bounds; }
+    int lineCount() const { return qMax(1, layout.lineCount()); }
+
+    /** Whether text is missing at the end, or was elided. */
+    bool isTruncated() const { return truncated; }
+
+    /** Returns the width of the longest line if none is wrapped or elided. */
+    static qreal naturalWidth(const Parameters &);
+
+    /** Draws in the pen's colour, in which @p everything is drawn even where formats name other colours. */
+    void draw(QPainter *, const QPointF &, bool everything) const;
+
+private:
+    int breakLines(const Parameters &);
+    bool elideSingleLine(const Parameters &);
+    void elideLastLine(const Parameters &, int end);
+    void measure();
+
+    QTextLayout layout;
+    QSizeF lineBounds;
+    QRectF bounds;
+    qreal height = 0;
+    bool truncated = false;
+};

@@ -1,0 +1,405 @@
+#include "galleryscene.h"
+#include "galleryvalue.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QRegularExpression>
+#include <QtGui/QFont>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QStyleFactory>
+
+/**
+ * Plays the recorded scenes of gallery/ and compares every value, line, message and picture.
+ *
+ * galleryscenes.json lists the scenes by element family. gallerydifferences.json lists what the engine, not
+ * an element, makes different, one entry for each difference with its reason; an entry that no longer differs
+ * fails the scene. The option `--family NAME` limits the run to one family.
+ */
+class tst_Gallery : public QObject
+{
+    Q_OBJECT
+
+public:
+    static QString family;
+
+private slots:
+    void initTestCase();
+    void scenes_data();
+    void scenes();
+
+private:
+    void playTrace(GalleryScene *scene, const QJsonArray &trace, const QJsonArray &steps);
+    void compareRecord(GalleryScene *scene, const QJsonObject &record, const QJsonValue &result);
+    void updateExpected(const QJsonObject &record);
+    void compareObjects(GalleryScene *scene);
+    void compareProperties(GalleryScene *scene, QObject *object, const QString &name);
+    void compareErrors(GalleryScene *scene, const QJsonObject &recorded);
+    void compareMessages(const QString &what, const QJsonArray &recorded, const QJsonArray &seen);
+    void comparePicture(GalleryScene *scene, const QString &file);
+    void differs(const QString &what, const QJsonValue &recorded, const QJsonValue &seen);
+    void finish();
+
+    QJsonArray m_differences;
+    QVector<QJsonObject> m_allowed; ///< differences of the scene that were not met yet
+    QStringList m_unexpected;
+    QString m_scene;
+    int m_record = 0;
+    bool m_hasText = false;
+    QHash<QString, QJsonObject> m_expected; ///< properties of the named objects by now
+    QHash<QString, QString> m_types;
+    QHash<QString, QJsonValue> m_reported; ///< what differed in the record before, by what
+    QJsonArray m_allWarnings;
+};
+
+QString tst_Gallery::family;
+
+namespace {
+
+const QDir folder(QStringLiteral(TEST_SOURCE_DIR "/gallery"));
+
+QJsonDocument readJson(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (document.isNull())
+        qFatal("%s: %s", qPrintable(path), qPrintable(error.errorString()));
+    return document;
+}
+
+/** Whether words of @p text are the script engine's own. */
+bool isScriptError(const QString &text)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^(Error|TypeError|ReferenceError|SyntaxError|Unable to assign)\\b"));
+    return pattern.match(text).hasMatch();
+}
+
+bool sameMessage(const QJsonObject &recorded, const QJsonObject &seen)
+{
+    const QString words = recorded.value(QLatin1String("text")).toString();
+    const QString seenWords = seen.value(QLatin1String("text")).toString();
+    if (recorded.value(QLatin1String("file")) != seen.value(QLatin1String("file"))
+        || recorded.value(QLatin1String("line")) != seen.value(QLatin1String("line"))) {
+        return false;
+    }
+    if (isScriptError(words))
+        return isScriptError(seenWords);
+    const int column = recorded.value(QLatin1String("column")).toInt(-1);
+    return words == seenWords && (column < 0 || column == seen.value(QLatin1String("column")).toInt());
+}
+
+/** The share of pixels in which a channel of @p a and @p b is more than @p limit apart. */
+double shareApart(const QImage &a, const QImage &b, int limit)
+{
+    int apart = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        const auto *left = reinterpret_cast<const QRgb *>(a.constScanLine(y));
+        const auto *right = reinterpret_cast<const QRgb *>(b.constScanLine(y));
+        for (int x = 0; x < a.width(); ++x) {
+            const int most =
+                std::max({qAbs(qRed(left[x]) - qRed(right[x])), qAbs(qGreen(left[x]) - qGreen(right[x])),
+                          qAbs(qBlue(left[x]) - qBlue(right[x])), qAbs(qAlpha(left[x]) - qAlpha(right[x]))});
+            apart += most > limit;
+        }
+    }
+    return double(apart) / qMax(1, a.width() * a.height());
+}
+
+} // namespace
+
+void tst_Gallery::initTestCase()
+{
+    QVERIFY(folder.exists());
+    m_differences = readJson(QStringLiteral(TEST_SOURCE_DIR "/gallerydifferences.json")).array();
+    for (const QJsonValue &entry : qAsConst(m_differences)) {
+        const QJsonObject object = entry.toObject();
+        QVERIFY2(!object.value(QLatin1String("reason")).toString().isEmpty(),
+                 qPrintable(GalleryValue::text(entry)));
+        QVERIFY2(folder.exists(object.value(QLatin1String("scene")).toString() + QLatin1String(".qml")),
+                 qPrintable(GalleryValue::text(entry)));
+    }
+}
+
+void tst_Gallery::scenes_data()
+{
+    QTest::addColumn<QString>("name");
+    const QJsonObject families = readJson(QStringLiteral(TEST_SOURCE_DIR "/galleryscenes.json")).object();
+    if (!family.isEmpty() && !families.contains(family))
+        qFatal("galleryscenes.json has no family %s", qPrintable(family));
+    for (auto it = families.begin(); it != families.end(); ++it) {
+        if (!family.isEmpty() && it.key() != family)
+            continue;
+        const auto names = it.value().toArray();
+        for (const QJsonValue &name : names)
+            QTest::newRow(qPrintable(name.toString())) << name.toString();
+    }
+}
+
+void tst_Gallery::scenes()
+{
+    QFETCH(QString, name);
+    QVERIFY2(folder.exists(name + QLatin1String(".qml")), "no such scene");
+    m_scene = name;
+    m_record = 0;
+    m_expected.clear();
+    m_types.clear();
+    m_reported.clear();
+    m_unexpected.clear();
+    m_allWarnings = {};
+    m_allowed.clear();
+    for (const QJsonValue &entry : qAsConst(m_differences)) {
+        if (entry.toObject().value(QLatin1String("scene")) == name)
+            m_allowed.append(entry.toObject());
+    }
+    QFile source(folder.filePath(name + QLatin1String(".qml")));
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    m_hasText = QRegularExpression(QStringLiteral("\\b(Text|TextInput|TextEdit|Badge)\\b"))
+                    .match(QString::fromUtf8(source.readAll()))
+                    .hasMatch();
+
+    const QString base = folder.filePath(name);
+    const QJsonArray trace = readJson(base + QLatin1String(".trace.json")).array();
+    const QJsonArray steps = readJson(base + QLatin1String(".steps.json")).array();
+    const QJsonObject errors = readJson(base + QLatin1String(".errors.json")).object();
+    QVERIFY2(!trace.isEmpty() || !errors.isEmpty(), "the scene has no recording");
+    {
+        GalleryScene scene(folder, name);
+        scene.load();
+        if (!trace.isEmpty())
+            playTrace(&scene, trace, steps);
+        if (!errors.isEmpty())
+            compareErrors(&scene, errors);
+    }
+    finish();
+}
+
+void tst_Gallery::playTrace(GalleryScene *scene, const QJsonArray &trace, const QJsonArray &steps)
+{
+    if (!scene->isReady()) {
+        differs(QStringLiteral("errors"), QJsonArray(), scene->errors());
+        return;
+    }
+    compareRecord(scene, trace.first().toObject(), QJsonValue::Undefined);
+    for (const QJsonValue &value : steps) {
+        const QJsonObject step = value.toObject();
+        if (step.contains(QLatin1String("grab"))) {
+            comparePicture(scene, step.value(QLatin1String("grab")).toString());
+            continue;
+        }
+        const QJsonValue result = scene->play(step);
+        if (step.value(QLatin1String("quiet")).toBool())
+            continue;
+        GalleryScene::wait(20);
+        ++m_record;
+        const QJsonObject record = trace.at(m_record).toObject();
+        if (record.value(QLatin1String("step")) != step)
+            qFatal("%s: record %d is not of this step", qPrintable(m_scene), m_record);
+        compareRecord(scene, record, result);
+    }
+    comparePicture(scene, m_scene + QLatin1String(".png"));
+}
+
+void tst_Gallery::compareRecord(GalleryScene *scene, const QJsonObject &record, const QJsonValue &result)
+{
+    updateExpected(record);
+    compareObjects(scene);
+    const QJsonValue recorded = record.value(QLatin1String("result"));
+    const QJsonValue seen = recorded.isUndefined() && result.isNull() ? recorded : result;
+    if (!GalleryValue::same(recorded, seen, 0.0201))
+        differs(QStringLiteral("result"), recorded, seen);
+    const QJsonArray log = scene->takeLog();
+    if (log != record.value(QLatin1String("log")).toArray())
+        differs(QStringLiteral("log"), record.value(QLatin1String("log")).toArray(), log);
+    const QJsonArray warnings = scene->takeWarnings();
+    for (const QJsonValue &warning : warnings)
+        m_allWarnings.append(warning);
+    // Messages of scenes made to show messages are compared for the whole run.
+    if (!m_scene.startsWith(QLatin1String("err_")))
+        compareMessages(QStringLiteral("warnings"), record.value(QLatin1String("warnings")).toArray(),
+                        warnings);
+}
+
+void tst_Gallery::updateExpected(const QJsonObject &record)
+{
+    const auto removed = record.value(QLatin1String("removed")).toArray();
+    for (const QJsonValue &name : removed)
+        m_expected.remove(name.toString());
+    for (const char *part : {"objects", "changed"}) {
+        const QJsonObject objects = record.value(QLatin1String(part)).toObject();
+        for (auto object = objects.begin(); object != objects.end(); ++object) {
+            const QJsonObject entry = object.value().toObject();
+            if (entry.contains(QLatin1String("type"))) {
+                m_types[object.key()] = entry.value(QLatin1String("type")).toString();
+                m_expected.remove(object.key());
+            }
+            QJsonObject &expected = m_expected[object.key()];
+            const QJsonObject properties = entry.value(QLatin1String("props")).toObject();
+            for (auto property = properties.begin(); property != properties.end(); ++property)
+                expected.insert(property.key(), property.value());
+        }
+    }
+}
+
+void tst_Gallery::compareObjects(GalleryScene *scene)
+{
+    const QHash<QString, QObject *> objects = scene->objects();
+    QStringList names = m_types.keys();
+    names.sort();
+    QHash<QString, QJsonValue> reported;
+    std::swap(reported, m_reported);
+    const auto presence = [&](const QString &name, bool recorded, bool seen) {
+        m_reported.insert(name, seen);
+        if (!reported.contains(name))
+            differs(name, recorded, seen);
+    };
+    for (const QString &name : qAsConst(names)) {
+        QObject *object = objects.value(name);
+        const bool recorded = m_expected.contains(name);
+        if (recorded != bool(object)) {
+            presence(name, recorded, bool(object));
+            continue;
+        }
+        if (!object)
+            continue;
+        if (GalleryScene::typeName(object) != m_types.value(name) && m_record == 0)
+            differs(name + QLatin1String(".type"), m_types.value(name), GalleryScene::typeName(object));
+        compareProperties(scene, object, name);
+    }
+    // A difference that stays is reported once, and again when either side changes.
+    for (auto it = m_reported.begin(); it != m_reported.end(); ++it) {
+        if (it.key().contains(QLatin1Char('.'))
+            && reported.value(it.key(), QJsonValue::Undefined) != it.value()) {
+            const QJsonArray both = it.value().toArray();
+            differs(it.key(), both.at(0), both.at(1));
+        }
+    }
+}
+
+void tst_Gallery::compareProperties(GalleryScene *scene, QObject *object, const QString &name)
+{
+    const QJsonObject recorded = m_expected.value(name);
+    for (auto it = recorded.begin(); it != recorded.end(); ++it) {
+        QJsonValue seen = scene->property(object, it.key());
+        if (seen.isUndefined())
+            seen = QJsonValue::Null;
+        if (!GalleryValue::same(it.value(), seen, 0.0201))
+            m_reported.insert(name + QLatin1Char('.') + it.key(), QJsonArray{it.value(), seen});
+    }
+}
+
+void tst_Gallery::compareErrors(GalleryScene *scene, const QJsonObject &recorded)
+{
+    const bool isReady = recorded.value(QLatin1String("status")) == QLatin1String("ready");
+    if (isReady != scene->isReady())
+        differs(QStringLiteral("status"), isReady, scene->isReady());
+    compareMessages(QStringLiteral("errors"), recorded.value(QLatin1String("errors")).toArray(),
+                    scene->errors());
+    const QJsonArray late = scene->takeWarnings();
+    for (const QJsonValue &warning : late)
+        m_allWarnings.append(warning);
+    compareMessages(QStringLiteral("allWarnings"), recorded.value(QLatin1String("warnings")).toArray(),
+                    m_allWarnings);
+}
+
+void tst_Gallery::compareMessages(const QString &what, const QJsonArray &recorded, const QJsonArray &seen)
+{
+    QVector<QJsonObject> left;
+    for (const QJsonValue &message : seen)
+        left.append(message.toObject());
+    bool same = recorded.count() == seen.count();
+    for (const QJsonValue &message : recorded) {
+        const auto it = std::find_if(left.begin(), left.end(), [&](const QJsonObject &candidate) {
+            return sameMessage(message.toObject(), candidate);
+        });
+        if (it == left.end())
+            same = false;
+        else
+            left.erase(it);
+    }
+    if (!same)
+        differs(what, recorded, seen);
+}
+
+void tst_Gallery::comparePicture(GalleryScene *scene, const QString &file)
+{
+    const QImage recorded = QImage(folder.filePath(file)).convertToFormat(QImage::Format_ARGB32);
+    QVERIFY2(!recorded.isNull(), qPrintable(file));
+    const QImage seen = scene->picture();
+    QString how;
+    if (recorded.size() != seen.size()) {
+        how = QStringLiteral("%1x%2").arg(seen.width()).arg(seen.height());
+    } else if (m_hasText) {
+        const double apart = shareApart(recorded, seen, 32);
+        if (apart > 0.02)
+            how = QStringLiteral("%1 % apart by 32").arg(apart * 100, 0, 'f', 2);
+    } else {
+        const double apart = shareApart(recorded, seen, 8), far = shareApart(recorded, seen, 64);
+        if (apart > 0.005 || far > 0.001)
+            how = QStringLiteral("%1 % apart by 8, %2 % by 64")
+                      .arg(apart * 100, 0, 'f', 2)
+                      .arg(far * 100, 0, 'f', 2);
+    }
+    if (how.isEmpty())
+        return;
+    seen.save(QDir(QStringLiteral(TEST_BINARY_DIR)).filePath(QLatin1String("seen_") + file));
+    differs(file, QStringLiteral("%1x%2").arg(recorded.width()).arg(recorded.height()), how);
+}
+
+void tst_Gallery::differs(const QString &what, const QJsonValue &recorded, const QJsonValue &seen)
+{
+    const auto it = std::find_if(m_allowed.begin(), m_allowed.end(), [&](const QJsonObject &entry) {
+        return entry.value(QLatin1String("record")).toInt() == m_record
+            && entry.value(QLatin1String("what")) == what
+            && GalleryValue::same(entry.value(QLatin1String("recorded")), recorded, 0.0201)
+            && GalleryValue::same(entry.value(QLatin1String("seen")), seen, 0.0201);
+    });
+    if (it != m_allowed.end()) {
+        m_allowed.erase(it);
+        return;
+    }
+    // Written as an entry of gallerydifferences.json would be.
+    const QJsonObject entry{{QStringLiteral("scene"), m_scene},
+                            {QStringLiteral("record"), m_record},
+                            {QStringLiteral("what"), what},
+                            {QStringLiteral("recorded"), recorded.isUndefined() ? QJsonValue() : recorded},
+                            {QStringLiteral("seen"), seen.isUndefined() ? QJsonValue() : seen}};
+    m_unexpected.append(GalleryValue::text(entry));
+}
+
+void tst_Gallery::finish()
+{
+    for (const QJsonObject &entry : qAsConst(m_allowed))
+        m_unexpected.append(QStringLiteral("no longer differs: ") + GalleryValue::text(entry));
+    for (const QString &line : qAsConst(m_unexpected))
+        qWarning().noquote() << line;
+    QVERIFY2(m_unexpected.isEmpty(), qPrintable(QStringLiteral("%1 differences").arg(m_unexpected.count())));
+}
+
+int main(int argc, char **argv)
+{
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(folder.filePath(QStringLiteral("fonts.conf"))));
+    qputenv("QT_FONT_DPI", "96");
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "UTC");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setCursorFlashTime(0);
+    QApplication::setStartDragDistance(10);
+    QApplication::setDoubleClickInterval(400);
+    QStringList arguments = app.arguments();
+    const int option = arguments.indexOf(QStringLiteral("--family"));
+    if (option > 0 && option + 1 < arguments.count()) {
+        tst_Gallery::family = arguments.at(option + 1);
+        arguments.erase(arguments.begin() + option, arguments.begin() + option + 2);
+    }
+    tst_Gallery test;
+    return QTest::qExec(&test,
+                        QStringList{arguments.at(0), QStringLiteral("-maxwarnings"), QStringLiteral("0")}
+                            + arguments.mid(1));
+}
+#include "tst_gallery.moc"
