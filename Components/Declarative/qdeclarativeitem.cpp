@@ -40,6 +40,8 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
     q->setAcceptedMouseButtons(Qt::NoButton);
+    // Focus is given by content alone.
+    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
