@@ -16,6 +16,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , hasActiveFocus(false)
+    , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
     , childrenInheritMirror(false)
@@ -467,7 +468,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
-        Q_EMIT parentChanged(parentItem());
+        // The place in which an item is declared is no change.
+        if (d->componentIsComplete || d->parentWasSet)
+            Q_EMIT parentChanged(parentItem());
+        d->parentWasSet = true;
         d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemParentChanged(this, parentItem());
         });
