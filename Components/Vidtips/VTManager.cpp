@@ -2,6 +2,8 @@
 
 #include "VTContext.h"
 #include "VTIndex.h"
+#include "VTScrollBarComponent.h"
+#include "VTStyledRectangleComponent.h"
 #include "VTView.h"
 #include "VTWidget.h"
 #include "VTXmlElement.h"
@@ -30,6 +32,8 @@ const char importUri[] = "com.corvale.vidtips.qml";
 void registerDeclarativeTypes()
 {
     qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
+    qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
+    qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
 }
 
 QString keyAttribute()
