@@ -4,6 +4,7 @@
 #include "VTIndex.h"
 #include "VTScrollBarComponent.h"
 #include "VTStyledRectangleComponent.h"
+#include "VTVideoComponent.h"
 #include "VTView.h"
 #include "VTWidget.h"
 #include "VTXmlElement.h"
@@ -31,6 +32,7 @@ const char importUri[] = "com.corvale.vidtips.qml";
 
 void registerDeclarativeTypes()
 {
+    qmlRegisterType<VTVideoComponent>(importUri, 1, 0, "VTVideoComponent");
     qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
     qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
     qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");

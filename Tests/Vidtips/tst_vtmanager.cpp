@@ -310,6 +310,7 @@ void tst_VTManager::registersDeclarativeTypes_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QByteArray>("className");
+    QTest::newRow("video") << QByteArray("VTVideoComponent") << QByteArray("Vidtips::VTVideoComponent");
     QTest::newRow("element") << QByteArray("VTXmlElement") << QByteArray("Vidtips::VTXmlElement");
     QTest::newRow("rectangle") << QByteArray("VTStyledRectangle")
                                << QByteArray("Vidtips::VTStyledRectangleComponent");
