@@ -203,7 +203,8 @@ QColor QDeclarativeRectangle::color() const
 void QDeclarativeRectangle::setColor(const QColor &color)
 {
     Q_D(QDeclarativeRectangle);
-    if (color == d->color)
+    // What is not a colour, such as an unknown name, leaves the one there was.
+    if (color == d->color || !color.isValid())
         return;
     d->color = color;
     d->shapeUpdated();
