@@ -162,7 +162,11 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
+        registerDeclarativeLoaderTypes();
+        registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeMouseTypes();
+        registerDeclarativeFlickableTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });

@@ -64,5 +64,9 @@ void registerDeclarativeRevision()
 void registerDeclarativeImageTypes();
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativeMouseTypes();
+void registerDeclarativeFlickableTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
+void registerDeclarativeLoaderTypes();
+void registerDeclarativeRepeaterTypes();
