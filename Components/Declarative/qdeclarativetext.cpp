@@ -28,6 +28,7 @@ public:
     void setLineCount(int);
     void setTruncated(bool);
     void updateAlignment();
+    void mirrorChange() override;
     bool reactsToWidth() const;
     QDeclarativeTextLayout::Parameters parameters() const;
     Qt::Alignment effectiveAlignment() const;
@@ -256,8 +257,19 @@ void QDeclarativeTextPrivate::updateAlignment()
 
 Qt::Alignment QDeclarativeTextPrivate::effectiveAlignment() const
 {
+    auto alignment = Qt::Alignment(int(hAlign));
+    // An alignment that follows the text's direction is right as it is.
+    if (alignmentIsSet && isMirrored() && alignment & (Qt::AlignLeft | Qt::AlignRight))
+        alignment ^= Qt::AlignLeft | Qt::AlignRight;
     // Absolute, or the layout would turn it round again for text that runs from right to left.
-    return Qt::Alignment(int(hAlign)) | Qt::AlignAbsolute;
+    return alignment | Qt::AlignAbsolute;
+}
+
+void QDeclarativeTextPrivate::mirrorChange()
+{
+    QDeclarativeItemPrivate::mirrorChange();
+    if (alignmentIsSet)
+        updateLayout();
 }
 
 bool QDeclarativeTextPrivate::reactsToWidth() const
