@@ -71,7 +71,7 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
         all = first ? geometryOf(child) : united(all, geometryOf(child));
         first = false;
     }
-    setRect(all);
+    setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
 }
 
 void QDeclarativeContents::setRect(const QRectF &rect)

@@ -79,7 +79,7 @@ QRectF QDeclarativeItemPrivate::geometry() const
     return QRectF(pos, QSizeF(itemWidth, itemHeight));
 }
 
-void QDeclarativeItemPrivate::changeSize(const QSizeF &size)
+void QDeclarativeItemPrivate::changeSize(const QSizeF &size, bool announce)
 {
     Q_Q(QDeclarativeItem);
     if (qIsNaN(size.width()) || qIsNaN(size.height()))
@@ -90,6 +90,11 @@ void QDeclarativeItemPrivate::changeSize(const QSizeF &size)
     q->prepareGeometryChange();
     itemWidth = size.width();
     itemHeight = size.height();
+    // Content can tell: each side that changes signals twice when both are set at once.
+    if (announce && itemHeight != before.height())
+        Q_EMIT q->heightChanged();
+    if (announce && itemWidth != before.width())
+        Q_EMIT q->widthChanged();
     q->geometryChanged(geometry(), before);
 }
 
@@ -154,7 +159,8 @@ void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 void QDeclarativeItemPrivate::subFocusItemChange()
 {
     Q_Q(QDeclarativeItem);
-    const bool active = subFocusItem != nullptr;
+    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
+    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
     if (active == hasActiveFocus)
         return;
     hasActiveFocus = active;
@@ -416,7 +422,7 @@ void QDeclarativeItem::setSize(const QSizeF &size)
     Q_D(QDeclarativeItem);
     d->widthIsSet = true;
     d->heightIsSet = true;
-    d->changeSize(size);
+    d->changeSize(size, true);
 }
 
 QDeclarativeItem::TransformOrigin QDeclarativeItem::transformOrigin() const

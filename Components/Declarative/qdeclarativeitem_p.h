@@ -110,7 +110,7 @@ public:
     void resetHeight() override;
     virtual qreal implicitWidth() const { return itemImplicitWidth; }
     virtual qreal implicitHeight() const { return itemImplicitHeight; }
-    void changeSize(const QSizeF &);
+    void changeSize(const QSizeF &, bool announce = false);
 
     /** Whether left and right are exchanged in the item's layout. */
     bool isMirrored() const { return effectiveMirror; }

@@ -112,13 +112,18 @@ QQmlListProperty<QObject> QDeclarativeItem::data()
 
 QQmlListProperty<QGraphicsTransform> QDeclarativeItem::transform()
 {
+    // Graphics View applies the first of its list last, QML 1 the other way round.
     return {this,
             nullptr,
             [](TransformList *list, QGraphicsTransform *transform) {
                 if (transform)
-                    itemOf(list)->setTransformations(itemOf(list)->transformations() << transform);
+                    itemOf(list)->setTransformations(QList<QGraphicsTransform *>{transform}
+                                                     + itemOf(list)->transformations());
             },
             [](TransformList *list) { return itemOf(list)->transformations().count(); },
-            [](TransformList *list, int index) { return itemOf(list)->transformations().value(index); },
+            [](TransformList *list, int index) {
+                const auto all = itemOf(list)->transformations();
+                return all.value(all.count() - 1 - index);
+            },
             [](TransformList *list) { itemOf(list)->setTransformations({}); }};
 }

@@ -161,9 +161,12 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();
         registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeMouseTypes();
+        registerDeclarativeFlickableTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });
