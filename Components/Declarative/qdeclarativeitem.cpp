@@ -26,6 +26,8 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , passedMirror(false)
 {
     isDeclarativeItem = 1;
+    // A press gives the focus only where an item asks for it, as the editors do.
+    mouseSetsFocus = 0;
 }
 
 QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;

@@ -258,6 +258,9 @@ void QDeclarativeTextPrivate::updateAlignment()
 Qt::Alignment QDeclarativeTextPrivate::effectiveAlignment() const
 {
     auto alignment = Qt::Alignment(int(hAlign));
+    // Words are spread only where nothing else is asked for.
+    if (hAlign == QDeclarativeText::AlignJustify)
+        return alignment;
     // An alignment that follows the text's direction is right as it is.
     if (alignmentIsSet && isMirrored() && alignment & (Qt::AlignLeft | Qt::AlignRight))
         alignment ^= Qt::AlignLeft | Qt::AlignRight;
@@ -274,8 +277,8 @@ void QDeclarativeTextPrivate::mirrorChange()
 
 bool QDeclarativeTextPrivate::reactsToWidth() const
 {
-    return document || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone
-        || effectiveAlignment() != (Qt::AlignLeft | Qt::AlignAbsolute);
+    const bool left = effectiveAlignment() == (Qt::AlignLeft | Qt::AlignAbsolute);
+    return document || !left || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone;
 }
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
