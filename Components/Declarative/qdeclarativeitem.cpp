@@ -109,7 +109,9 @@ void QDeclarativeItemPrivate::setWidth(qreal width)
 void QDeclarativeItemPrivate::resetWidth()
 {
     widthIsSet = false;
-    changeSize(QSizeF(implicitWidth(), itemHeight));
+    // Before the height is read: some items find out about both only now.
+    const qreal width = implicitWidth();
+    changeSize(QSizeF(width, itemHeight));
 }
 
 void QDeclarativeItemPrivate::setHeight(qreal height)
@@ -121,7 +123,8 @@ void QDeclarativeItemPrivate::setHeight(qreal height)
 void QDeclarativeItemPrivate::resetHeight()
 {
     heightIsSet = false;
-    changeSize(QSizeF(itemWidth, implicitHeight()));
+    const qreal height = implicitHeight();
+    changeSize(QSizeF(itemWidth, height));
 }
 
 void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)
