@@ -37,7 +37,6 @@ Item {
                     rotation: 45
                     smooth: true
                     color: glyph.color
-                    transform: Scale { origin.x: parent.width / 2; xScale: 1 }
                 }
                 transform: Scale { xScale: 1.55 }
             }

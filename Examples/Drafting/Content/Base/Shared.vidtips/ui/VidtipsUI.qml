@@ -48,8 +48,8 @@ Rectangle {
             return;
         dwell.stop();
         release.stop();
-        media.source = "";
-        media.source = clip !== "" ? "ClipPlayer.qml" : picture !== "" ? "PictureStage.qml" : "";
+        media.sourceComponent = undefined;
+        media.sourceComponent = clip !== "" ? clipPart : picture !== "" ? picturePart : undefined;
         state = "expanded";
     }
 
@@ -101,7 +101,7 @@ Rectangle {
     Timer {
         id: release
         interval: 300
-        onTriggered: media.source = ""
+        onTriggered: media.sourceComponent = undefined
     }
 
     Rectangle {
@@ -122,6 +122,24 @@ Rectangle {
     MouseArea {
         anchors.fill: parent
         onClicked: root.expand()
+    }
+
+    Component {
+        id: clipPart
+
+        ClipPlayer {
+            ui: look
+            autoplay: look.motion
+            Component.onCompleted: source = root.clip
+        }
+    }
+    Component {
+        id: picturePart
+
+        PictureStage {
+            ui: look
+            Component.onCompleted: source = Content.fileUrl(vidTipView.findResource(root.picture))
+        }
     }
 
     Column {
@@ -218,15 +236,6 @@ Rectangle {
                     id: media
                     width: parent.width
                     height: item ? item.height : 0
-                    onLoaded: {
-                        item.ui = look;
-                        if (root.clip !== "") {
-                            item.autoplay = look.motion;
-                            item.source = root.clip;
-                        } else {
-                            item.source = Content.fileUrl(vidTipView.findResource(root.picture));
-                        }
-                    }
                 }
                 Item {
                     width: parent.width
