@@ -1,8 +1,9 @@
 #include "qdeclarativeitem.h"
 
+#include "qdeclarativeanchors_p.h"
+#include "qdeclarativecontents_p.h"
 #include "qdeclarativeitem_p.h"
-
-#include <QtWidgets/QGraphicsScene>
+#include "qdeclarativekeys_p.h"
 
 #include <private/qquickstate_p.h>
 #include <private/qquickstategroup_p.h>
@@ -15,6 +16,14 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , hasActiveFocus(false)
+    , mirrorIsSet(false)
+    , mirrorValue(false)
+    , childrenInheritMirror(false)
+    , inheritsMirror(false)
+    , inheritedMirror(false)
+    , effectiveMirror(false)
+    , passedMirrorOn(false)
+    , passedMirror(false)
 {
     isDeclarativeItem = 1;
 }
@@ -24,95 +33,13 @@ QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
 void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
 {
     Q_Q(QDeclarativeItem);
-    if (parent)
+    if (parent) {
+        q->QObject::setParent(parent);
         q->setParentItem(parent);
+    }
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
     q->setAcceptedMouseButtons(Qt::NoButton);
-}
-
-void QDeclarativeItemPrivate::appendData(QObject *object)
-{
-    Q_Q(QDeclarativeItem);
-    if (!object)
-        return;
-    if (auto *item = qobject_cast<QGraphicsObject *>(object)) {
-        item->setParentItem(q);
-        return;
-    }
-    object->setParent(q);
-    resourceObjects.append(object);
-    QObject::connect(object, &QObject::destroyed, q,
-                     [this](QObject *gone) { resourceObjects.removeAll(gone); });
-}
-
-QQmlListProperty<QObject> QDeclarativeItemPrivate::data()
-{
-    Q_Q(QDeclarativeItem);
-    return {q,
-            this,
-            [](QQmlListProperty<QObject> *list, QObject *object) {
-                static_cast<QDeclarativeItemPrivate *>(list->data)->appendData(object);
-            },
-            [](QQmlListProperty<QObject> *list) {
-                auto *d = static_cast<QDeclarativeItemPrivate *>(list->data);
-                auto visual = d->children();
-                return d->resourceObjects.count() + visual.count(&visual);
-            },
-            [](QQmlListProperty<QObject> *list, int index) -> QObject * {
-                auto *d = static_cast<QDeclarativeItemPrivate *>(list->data);
-                if (index < d->resourceObjects.count())
-                    return d->resourceObjects.at(index);
-                auto visual = d->children();
-                return visual.at(&visual, index - d->resourceObjects.count());
-            },
-            nullptr};
-}
-
-QQmlListProperty<QObject> QDeclarativeItemPrivate::resources()
-{
-    Q_Q(QDeclarativeItem);
-    return {q,
-            this,
-            [](QQmlListProperty<QObject> *list, QObject *object) {
-                static_cast<QDeclarativeItemPrivate *>(list->data)->appendData(object);
-            },
-            [](QQmlListProperty<QObject> *list) {
-                return static_cast<QDeclarativeItemPrivate *>(list->data)->resourceObjects.count();
-            },
-            [](QQmlListProperty<QObject> *list, int index) {
-                return static_cast<QDeclarativeItemPrivate *>(list->data)->resourceObjects.value(index);
-            },
-            nullptr};
-}
-
-static QList<QGraphicsObject *> childObjects(const QGraphicsItem *item)
-{
-    QList<QGraphicsObject *> objects;
-    const auto children = item->childItems();
-    for (QGraphicsItem *child : children) {
-        if (QGraphicsObject *object = child->toGraphicsObject())
-            objects.append(object);
-    }
-    return objects;
-}
-
-QQmlListProperty<QGraphicsObject> QDeclarativeItemPrivate::children()
-{
-    Q_Q(QDeclarativeItem);
-    return {q,
-            nullptr,
-            [](QQmlListProperty<QGraphicsObject> *list, QGraphicsObject *child) {
-                if (child)
-                    child->setParentItem(static_cast<QDeclarativeItem *>(list->object));
-            },
-            [](QQmlListProperty<QGraphicsObject> *list) {
-                return childObjects(static_cast<QDeclarativeItem *>(list->object)).count();
-            },
-            [](QQmlListProperty<QGraphicsObject> *list, int index) {
-                return childObjects(static_cast<QDeclarativeItem *>(list->object)).value(index);
-            },
-            nullptr};
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -152,7 +79,7 @@ QRectF QDeclarativeItemPrivate::geometry() const
     return QRectF(pos, QSizeF(itemWidth, itemHeight));
 }
 
-void QDeclarativeItemPrivate::changeSize(const QSizeF &size)
+void QDeclarativeItemPrivate::changeSize(const QSizeF &size, bool announce)
 {
     Q_Q(QDeclarativeItem);
     if (qIsNaN(size.width()) || qIsNaN(size.height()))
@@ -163,6 +90,11 @@ void QDeclarativeItemPrivate::changeSize(const QSizeF &size)
     q->prepareGeometryChange();
     itemWidth = size.width();
     itemHeight = size.height();
+    // Content can tell: each side that changes signals twice when both are set at once.
+    if (announce && itemHeight != before.height())
+        Q_EMIT q->heightChanged();
+    if (announce && itemWidth != before.width())
+        Q_EMIT q->widthChanged();
     q->geometryChanged(geometry(), before);
 }
 
@@ -227,7 +159,8 @@ void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 void QDeclarativeItemPrivate::subFocusItemChange()
 {
     Q_Q(QDeclarativeItem);
-    const bool active = subFocusItem != nullptr;
+    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
+    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
     if (active == hasActiveFocus)
         return;
     hasActiveFocus = active;
@@ -250,6 +183,7 @@ void QDeclarativeItemPrivate::addChangeListener(QDeclarativeItemChangeListener *
             return;
         }
     }
+    ++listenerChanges;
     listeners.append({listener, changes});
 }
 
@@ -259,11 +193,86 @@ void QDeclarativeItemPrivate::removeChangeListener(QDeclarativeItemChangeListene
     for (int i = 0; i < listeners.count(); ++i) {
         if (listeners.at(i).listener != listener)
             continue;
+        ++listenerChanges;
         listeners[i].changes &= ~changes;
         if (!listeners.at(i).changes)
             listeners.remove(i);
         return;
     }
+}
+
+bool QDeclarativeItemPrivate::listens(const QDeclarativeItemChangeListener *listener,
+                                      QDeclarativeItemChange change) const
+{
+    for (const ListenerEntry &entry : listeners) {
+        if (entry.listener == listener)
+            return entry.changes & change;
+    }
+    return false;
+}
+
+QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
+{
+    if (!extraData)
+        extraData.reset(new ExtraData);
+    return *extraData;
+}
+
+QRectF QDeclarativeItemPrivate::childrenRect()
+{
+    Q_Q(QDeclarativeItem);
+    if (!extra().contents)
+        extraData->contents.reset(new QDeclarativeContents(q));
+    return extraData->contents->rect();
+}
+
+QDeclarativeAnchors *QDeclarativeItemPrivate::anchors()
+{
+    Q_Q(QDeclarativeItem);
+    if (!itemAnchors)
+        itemAnchors.reset(new QDeclarativeAnchors(q));
+    return itemAnchors.get();
+}
+
+static QDeclarativeAnchorLine anchorLine(const QDeclarativeItem *item,
+                                         QDeclarativeAnchorLine::AnchorLine line)
+{
+    return {const_cast<QDeclarativeItem *>(item), line};
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::left() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::Left);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::right() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::Right);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::horizontalCenter() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::HCenter);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::top() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::Top);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::bottom() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::Bottom);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::verticalCenter() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::VCenter);
+}
+
+QDeclarativeAnchorLine QDeclarativeItemPrivate::baseline() const
+{
+    return anchorLine(q_func(), QDeclarativeAnchorLine::Baseline);
 }
 
 QDeclarativeItem::QDeclarativeItem(QDeclarativeItem *parent)
@@ -283,6 +292,9 @@ QDeclarativeItem::~QDeclarativeItem()
     Q_D(QDeclarativeItem);
     d->notifyListeners(DestroyedChange,
                        [this](QDeclarativeItemChangeListener *listener) { listener->itemDestroyed(this); });
+    d->itemAnchors.reset();
+    if (d->extraData)
+        d->extraData->contents.reset();
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
@@ -306,42 +318,10 @@ void QDeclarativeItem::setBaselineOffset(qreal offset)
     if (offset == d->itemBaselineOffset)
         return;
     d->itemBaselineOffset = offset;
+    d->notifyListeners(BaselineOffsetChange, [this](QDeclarativeItemChangeListener *listener) {
+        listener->itemBaselineOffsetChanged(this);
+    });
     Q_EMIT baselineOffsetChanged(offset);
-}
-
-QQmlListProperty<QObject> QDeclarativeItem::data()
-{
-    return d_func()->data();
-}
-
-QQmlListProperty<QGraphicsTransform> QDeclarativeItem::transform()
-{
-    using List = QQmlListProperty<QGraphicsTransform>;
-    return {this,
-            nullptr,
-            [](List *list, QGraphicsTransform *transform) {
-                static_cast<QDeclarativeItem *>(list->object)->d_func()->appendTransform(transform);
-            },
-            [](List *list) {
-                return static_cast<QDeclarativeItem *>(list->object)->d_func()->transforms.count();
-            },
-            [](List *list, int index) {
-                return static_cast<QDeclarativeItem *>(list->object)->d_func()->transforms.value(index);
-            },
-            [](List *list) {
-                auto *item = static_cast<QDeclarativeItem *>(list->object);
-                item->d_func()->transforms.clear();
-                item->setTransformations({});
-            }};
-}
-
-void QDeclarativeItemPrivate::appendTransform(QGraphicsTransform *transform)
-{
-    Q_Q(QDeclarativeItem);
-    if (!transform)
-        return;
-    transforms.append(transform);
-    q->setTransformations(transforms);
 }
 
 bool QDeclarativeItem::clip() const
@@ -442,7 +422,7 @@ void QDeclarativeItem::setSize(const QSizeF &size)
     Q_D(QDeclarativeItem);
     d->widthIsSet = true;
     d->heightIsSet = true;
-    d->changeSize(size);
+    d->changeSize(size, true);
 }
 
 QDeclarativeItem::TransformOrigin QDeclarativeItem::transformOrigin() const
@@ -475,35 +455,15 @@ void QDeclarativeItem::setSmooth(bool smooth)
     update();
 }
 
-bool QDeclarativeItem::hasFocus() const
-{
-    Q_D(const QDeclarativeItem);
-    for (const QGraphicsItem *scope = d->parent; scope; scope = scope->parentItem()) {
-        if (scope->flags() & ItemIsFocusScope)
-            return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
-    }
-    return QGraphicsObject::hasFocus();
-}
-
-void QDeclarativeItem::setFocus(bool focus)
-{
-    if (focus)
-        QGraphicsItem::setFocus(Qt::OtherFocusReason);
-    else
-        QGraphicsItem::clearFocus();
-}
-
-bool QDeclarativeItem::hasActiveFocus() const
-{
-    return d_func()->hasActiveFocus;
-}
-
 QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant &value)
 {
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
     case ItemParentHasChanged:
+        if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
+            d->resolveMirroring();
+        Q_EMIT parentChanged(parentItem());
         d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemParentChanged(this, parentItem());
         });
@@ -545,6 +505,10 @@ void QDeclarativeItem::componentComplete()
     d->componentIsComplete = true;
     if (d->itemStateGroup)
         d->itemStateGroup->componentComplete();
+    if (d->itemAnchors)
+        d->itemAnchors->updateAll();
+    if (QDeclarativeKeyFilter *filter = d->keyFilter())
+        filter->componentComplete();
 }
 
 bool QDeclarativeItem::isComponentComplete() const
@@ -558,6 +522,8 @@ void QDeclarativeItem::geometryChanged(const QRectF &newGeometry, const QRectF &
     const bool resized = newGeometry.size() != oldGeometry.size();
     if (resized && d->transformData)
         d->updateTransformOrigin();
+    if (d->itemAnchors)
+        d->itemAnchors->ownGeometryChanged(newGeometry, oldGeometry);
     d->notifyListeners(GeometryChange, [&](QDeclarativeItemChangeListener *listener) {
         listener->itemGeometryChanged(this, newGeometry, oldGeometry);
     });

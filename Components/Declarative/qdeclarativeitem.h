@@ -2,13 +2,15 @@
 
 #include <QtDeclarative/qdeclarative.h>
 
+#include <QtQml/QJSValue>
+
 #include <QtGui/QTransform>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QGraphicsTransform>
 
+struct QDeclarativeAnchorLine;
+class QDeclarativeAnchors;
 class QDeclarativeItemPrivate;
-class QKeyEvent;
-class QInputMethodEvent;
 class QQuickState;
 class QQuickTransition;
 
@@ -36,6 +38,21 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeItem : public QGraphicsObject, publ
                        QQmlListProperty<QQuickTransition> transitions READ transitions DESIGNABLE false)
     Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
                        QString state READ state WRITE setState NOTIFY stateChanged)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
+                       QRectF childrenRect READ childrenRect NOTIFY childrenRectChanged
+                           DESIGNABLE false FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
+                       QDeclarativeAnchors *anchors READ anchors DESIGNABLE false CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(), QDeclarativeAnchorLine left READ left CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(), QDeclarativeAnchorLine right READ right CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
+                       QDeclarativeAnchorLine horizontalCenter READ horizontalCenter CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(), QDeclarativeAnchorLine top READ top CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(), QDeclarativeAnchorLine bottom READ bottom CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
+                       QDeclarativeAnchorLine verticalCenter READ verticalCenter CONSTANT FINAL)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(),
+                       QDeclarativeAnchorLine baseline READ baseline CONSTANT FINAL)
     Q_PROPERTY(qreal baselineOffset READ baselineOffset WRITE setBaselineOffset NOTIFY baselineOffsetChanged)
     Q_PROPERTY(bool clip READ clip WRITE setClip NOTIFY clipChanged)
     Q_PROPERTY(bool focus READ hasFocus WRITE setFocus NOTIFY focusChanged FINAL)
@@ -43,6 +60,7 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeItem : public QGraphicsObject, publ
     Q_PROPERTY(QQmlListProperty<QGraphicsTransform> transform READ transform DESIGNABLE false FINAL)
     Q_PROPERTY(TransformOrigin transformOrigin READ transformOrigin WRITE setTransformOrigin NOTIFY
                    transformOriginChanged)
+    Q_PROPERTY(QPointF transformOriginPoint READ transformOriginPoint)
     Q_PROPERTY(bool smooth READ smooth WRITE setSmooth NOTIFY smoothChanged)
     Q_PROPERTY(
         qreal implicitWidth READ implicitWidth WRITE setImplicitWidth NOTIFY implicitWidthChanged REVISION 1)
@@ -104,11 +122,36 @@ public:
     void setFocus(bool);
     bool hasActiveFocus() const;
 
+    /** Whether an item that filters the mouse of its children must leave this item's gesture alone. */
+    bool keepMouseGrab() const;
+    void setKeepMouseGrab(bool);
+
+    using QGraphicsObject::mapFromItem;
+    using QGraphicsObject::mapToItem;
+
+    /**
+     * Maps a point of @p item, or of the scene when it is null, to this item.
+     *
+     * The result has the properties x and y; anything that is no item gives a warning and undefined.
+     */
+    Q_INVOKABLE QJSValue mapFromItem(const QJSValue &item, qreal x, qreal y) const;
+
+    /** Maps a point of this item to @p item, or to the scene when it is null. */
+    Q_INVOKABLE QJSValue mapToItem(const QJSValue &item, qreal x, qreal y) const;
+
+    /** Takes the focus, and gives it to every focus scope above. */
+    Q_INVOKABLE void forceActiveFocus();
+
+    /** The topmost visible child whose rectangle holds the point, or null. */
+    Q_INVOKABLE QDeclarativeItem *childAt(qreal x, qreal y) const;
+
 Q_SIGNALS:
+    void childrenRectChanged(const QRectF &);
     void baselineOffsetChanged(qreal);
     void stateChanged(const QString &);
     void focusChanged(bool);
     void activeFocusChanged(bool);
+    void parentChanged(QDeclarativeItem *);
     void transformOriginChanged(QDeclarativeItem::TransformOrigin);
     void smoothChanged(bool);
     void clipChanged(bool);
@@ -119,6 +162,19 @@ protected:
     QDeclarativeItem(QDeclarativeItemPrivate &dd, QDeclarativeItem *parent = nullptr);
 
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+
+    /**
+     * Lets Keys and KeyNavigation see keys before the item; then the event handlers below come.
+     *
+     * An item that has no use for a key calls the base's handler, which ignores the event and lets those
+     * attached objects see it that come after the item.
+     */
+    bool sceneEvent(QEvent *) override;
+    void keyPressEvent(QKeyEvent *) override;
+    void keyReleaseEvent(QKeyEvent *) override;
+    void inputMethodEvent(QInputMethodEvent *) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery) const override;
+
     void classBegin() override;
 
     /** Called when all properties of the item's component are set; call the base. */
@@ -139,6 +195,7 @@ protected:
     bool heightValid() const;
 
 private:
+    friend class QDeclarativeContents;
     Q_DISABLE_COPY(QDeclarativeItem)
     Q_DECLARE_PRIVATE_D(QGraphicsItem::d_ptr.data(), QDeclarativeItem)
 };

@@ -6,6 +6,13 @@
 
 #include <QtCore/QVector>
 
+#include <memory>
+
+struct QDeclarativeAnchorLine;
+class QDeclarativeAnchors;
+class QDeclarativeContents;
+class QDeclarativeKeyFilter;
+class QDeclarativeLayoutMirroring;
 class QQuickStateGroup;
 
 /** What a QDeclarativeItemChangeListener can hear of. */
@@ -17,6 +24,7 @@ enum QDeclarativeItemChange {
     DestroyedChange = 0x10,
     ParentChange = 0x20,
     ChildrenChange = 0x40,
+    BaselineOffsetChange = 0x80,
 };
 Q_DECLARE_FLAGS(QDeclarativeItemChanges, QDeclarativeItemChange)
 Q_DECLARE_OPERATORS_FOR_FLAGS(QDeclarativeItemChanges)
@@ -35,6 +43,7 @@ public:
     virtual void itemSiblingOrderChanged(QDeclarativeItem *) { }
     virtual void itemVisibilityChanged(QDeclarativeItem *) { }
     virtual void itemOpacityChanged(QDeclarativeItem *) { }
+    virtual void itemBaselineOffsetChanged(QDeclarativeItem *) { }
     virtual void itemDestroyed(QDeclarativeItem *) { }
     virtual void itemParentChanged(QDeclarativeItem *, QDeclarativeItem * /*parent*/) { }
     virtual void itemChildAdded(QDeclarativeItem *, QGraphicsObject * /*child*/) { }
@@ -66,14 +75,29 @@ public:
     void setState(const QString &);
     QQuickStateGroup *stateGroup();
 
+    QRectF childrenRect();
+    QDeclarativeAnchors *anchors();
+    QDeclarativeAnchorLine left() const;
+    QDeclarativeAnchorLine right() const;
+    QDeclarativeAnchorLine horizontalCenter() const;
+    QDeclarativeAnchorLine top() const;
+    QDeclarativeAnchorLine bottom() const;
+    QDeclarativeAnchorLine verticalCenter() const;
+    QDeclarativeAnchorLine baseline() const;
+
+    /** The anchors if any were named, else null: reading `anchors` makes them. */
+    QDeclarativeAnchors *existingAnchors() const { return itemAnchors.get(); }
+
     void appendData(QObject *);
-    void appendTransform(QGraphicsTransform *);
+    QObjectList resourceObjects() const;
+    static QList<QGraphicsObject *> childObjects(const QGraphicsItem *);
     QPointF computeTransformOrigin() const;
     void updateTransformOrigin();
     QRectF geometry() const;
 
     void addChangeListener(QDeclarativeItemChangeListener *, QDeclarativeItemChanges);
     void removeChangeListener(QDeclarativeItemChangeListener *, QDeclarativeItemChanges);
+    bool listens(const QDeclarativeItemChangeListener *, QDeclarativeItemChange) const;
     template <typename Notify>
     void notifyListeners(QDeclarativeItemChange change, Notify notify);
 
@@ -86,13 +110,32 @@ public:
     void resetHeight() override;
     virtual qreal implicitWidth() const { return itemImplicitWidth; }
     virtual qreal implicitHeight() const { return itemImplicitHeight; }
-    void changeSize(const QSizeF &);
+    void changeSize(const QSizeF &, bool announce = false);
+
+    /** Whether left and right are exchanged in the item's layout. */
+    bool isMirrored() const { return effectiveMirror; }
+    void resolveMirroring();
+    /** Called when isMirrored() changed; call the base. */
+    virtual void mirrorChange();
+
+    QDeclarativeKeyFilter *keyFilter() const { return extraData ? extraData->keyFilter : nullptr; }
+    void setKeyFilter(QDeclarativeKeyFilter *filter) { extra().keyFilter = filter; }
+    QVariant queryInputMethod(Qt::InputMethodQuery query) const { return q_func()->inputMethodQuery(query); }
 
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;
     void focusScopeItemChange(bool isSubFocusItem) override;
     void subFocusItemChange() override;
     void siblingOrderChange() override;
+
+    /** What few items have. */
+    struct ExtraData
+    {
+        QDeclarativeKeyFilter *keyFilter = nullptr;
+        QDeclarativeLayoutMirroring *mirroring = nullptr;
+        std::unique_ptr<QDeclarativeContents> contents;
+    };
+    ExtraData &extra();
 
     struct ListenerEntry
     {
@@ -106,8 +149,8 @@ public:
     qreal itemImplicitHeight = 0;
     qreal itemBaselineOffset = 0;
     QVector<ListenerEntry> listeners;
-    QList<QObject *> resourceObjects;
-    QList<QGraphicsTransform *> transforms;
+    std::unique_ptr<QDeclarativeAnchors> itemAnchors;
+    std::unique_ptr<ExtraData> extraData;
     QQuickStateGroup *itemStateGroup = nullptr;
     QDeclarativeItem::TransformOrigin origin = QDeclarativeItem::Center;
     bool widthIsSet : 1;
@@ -116,6 +159,22 @@ public:
     bool keepMouse : 1;
     bool isSmooth : 1;
     bool hasActiveFocus : 1;
+    bool mirrorIsSet : 1; ///< LayoutMirroring.enabled was given
+    bool mirrorValue : 1; ///< what was given
+    bool childrenInheritMirror : 1;
+    bool inheritsMirror : 1; ///< an ancestor passes its value on
+    bool inheritedMirror : 1;
+    bool effectiveMirror : 1;
+    bool passedMirrorOn : 1; ///< what the children were told last
+    bool passedMirror : 1;
+    quint32 listenerChanges = 0; ///< counts additions and removals
+
+private:
+    bool passesMirrorOn() const { return (mirrorIsSet && childrenInheritMirror) || inheritsMirror; }
+    bool mirrorForChildren() const
+    {
+        return mirrorIsSet && childrenInheritMirror ? mirrorValue : bool(inheritedMirror);
+    }
 };
 
 template <typename Notify>
@@ -124,8 +183,10 @@ void QDeclarativeItemPrivate::notifyListeners(QDeclarativeItemChange change, Not
     if (listeners.isEmpty())
         return;
     const QVector<ListenerEntry> current = listeners;
+    const quint32 before = listenerChanges;
     for (const ListenerEntry &entry : current) {
-        if (entry.changes & change)
+        // A listener that another one removed may be gone by now.
+        if ((entry.changes & change) && (before == listenerChanges || listens(entry.listener, change)))
             notify(entry.listener);
     }
 }

@@ -1,8 +1,10 @@
 #include "qdeclarativepositioners_p.h"
 
+#include "qdeclarativeanchors_p.h"
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativetypes_p.h"
 
+#include <QtQml/QQmlInfo>
 #include <QtWidgets/QGraphicsWidget>
 
 #include <private/qquickstate_p.h>
@@ -70,7 +72,10 @@ public:
     void unwatch(QGraphicsObject *);
     void unwatchAll();
     void childChanged(QGraphicsObject *);
+    void mirrorChange() override;
     void place();
+    bool hasConflict() const;
+    void warnOfConflict();
     void collectCells();
     void applyCells();
     void applyWithTransitions();
@@ -92,6 +97,7 @@ public:
     Qt::LayoutDirection layoutDirection = Qt::LeftToRight;
     bool isPlacing = false;
     bool placeAgain = false;
+    bool hasWarned = false;
 };
 
 void QDeclarativeBasePositionerPrivate::watch(QGraphicsObject *object)
@@ -188,9 +194,34 @@ void QDeclarativeBasePositionerPrivate::applyWithTransitions()
     transitions->moveManager.transition(moved, transitions->move);
 }
 
+bool QDeclarativeBasePositionerPrivate::hasConflict() const
+{
+    const int lines = q_func()->placedLines();
+    return std::any_of(watched.cbegin(), watched.cend(), [lines](const Child &child) {
+        auto *item = qobject_cast<QDeclarativeItem *>(child.item);
+        const QDeclarativeAnchors *anchors = item ? get(item)->existingAnchors() : nullptr;
+        return anchors && ((anchors->usedLines() & lines) || anchors->fill() || anchors->centerIn());
+    });
+}
+
+void QDeclarativeBasePositionerPrivate::warnOfConflict()
+{
+    if (hasWarned || !hasConflict())
+        return;
+    hasWarned = true;
+    qmlWarning(q_func()) << q_func()->conflictMessage();
+}
+
+void QDeclarativeBasePositionerPrivate::mirrorChange()
+{
+    QDeclarativeItemPrivate::mirrorChange();
+    q_func()->relayout();
+}
+
 void QDeclarativeBasePositionerPrivate::place()
 {
     Q_Q(QDeclarativeBasePositioner);
+    warnOfConflict();
     collectCells();
     const QSizeF size = q->arrange(cells);
     if (transitions)
@@ -279,7 +310,8 @@ void QDeclarativeBasePositioner::relayout()
 
 bool QDeclarativeBasePositioner::isRightToLeft() const
 {
-    return d_func()->layoutDirection == Qt::RightToLeft;
+    Q_D(const QDeclarativeBasePositioner);
+    return (d->layoutDirection == Qt::RightToLeft) != d->isMirrored();
 }
 
 void QDeclarativeBasePositioner::mirror(Cells &cells, qreal contentWidth) const
@@ -337,6 +369,17 @@ QDeclarativeColumn::QDeclarativeColumn(QDeclarativeItem *parent)
 {
 }
 
+int QDeclarativeColumn::placedLines() const
+{
+    return QDeclarativeAnchorLine::Top | QDeclarativeAnchorLine::Bottom | QDeclarativeAnchorLine::VCenter;
+}
+
+QString QDeclarativeColumn::conflictMessage() const
+{
+    return QStringLiteral(
+        "Cannot specify top, bottom, verticalCenter, fill or centerIn anchors for items inside Column");
+}
+
 QSizeF QDeclarativeColumn::arrange(Cells &cells) const
 {
     QSizeF content(-1, 0);
@@ -352,6 +395,17 @@ QSizeF QDeclarativeColumn::arrange(Cells &cells) const
 QDeclarativeRow::QDeclarativeRow(QDeclarativeItem *parent)
     : QDeclarativeBasePositioner(parent)
 {
+}
+
+int QDeclarativeRow::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal;
+}
+
+QString QDeclarativeRow::conflictMessage() const
+{
+    return QStringLiteral(
+        "Cannot specify left, right, horizontalCenter, fill or centerIn anchors for items inside Row");
 }
 
 QSizeF QDeclarativeRow::arrange(Cells &cells) const
@@ -424,6 +478,16 @@ static qreal lineUp(QVector<qreal> &lengths, int spacing)
     return next - spacing;
 }
 
+int QDeclarativeGrid::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal | QDeclarativeAnchorLine::Vertical;
+}
+
+QString QDeclarativeGrid::conflictMessage() const
+{
+    return QStringLiteral("Cannot specify anchors for items inside Grid");
+}
+
 QSizeF QDeclarativeGrid::arrange(Cells &cells) const
 {
     const QSize table = tableSize(cells.count());
@@ -461,6 +525,16 @@ void QDeclarativeFlow::setFlow(Flow flow)
     m_flow = flow;
     relayout();
     Q_EMIT flowChanged();
+}
+
+int QDeclarativeFlow::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal | QDeclarativeAnchorLine::Vertical;
+}
+
+QString QDeclarativeFlow::conflictMessage() const
+{
+    return QStringLiteral("Cannot specify anchors for items inside Flow");
 }
 
 QSizeF QDeclarativeFlow::arrange(Cells &cells) const

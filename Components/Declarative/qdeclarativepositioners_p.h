@@ -60,13 +60,19 @@ protected:
     /** Gives each of @p cells its place and returns the size they take up, invalid if there are none. */
     virtual QSizeF arrange(Cells &cells) const = 0;
 
+    /** The anchor lines of children, as QDeclarativeAnchorLine::AnchorLine, that would fight the placing. */
+    virtual int placedLines() const = 0;
+
+    /** What is warned of when a child has such an anchor. */
+    virtual QString conflictMessage() const = 0;
+
     /** Tells whether the places depend on the positioner's own size. */
     virtual bool dependsOnSize() const { return false; }
 
     /** Places the children, or remembers to when that is being done already. */
     void relayout();
 
-    /** Whether what lies left is to lie right, by layoutDirection. */
+    /** Whether what lies left is to lie right, by layoutDirection and LayoutMirroring. */
     bool isRightToLeft() const;
 
     /** Moves @p cells to the other side of an area of the positioner's width, else @p contentWidth. */
@@ -94,6 +100,8 @@ public:
 
 protected:
     QSizeF arrange(Cells &) const override;
+    int placedLines() const override;
+    QString conflictMessage() const override;
 };
 
 /** Places its children side by side. */
@@ -111,6 +119,8 @@ public:
 
 protected:
     QSizeF arrange(Cells &) const override;
+    int placedLines() const override;
+    QString conflictMessage() const override;
     bool dependsOnSize() const override { return isRightToLeft(); }
 };
 
@@ -152,6 +162,8 @@ Q_SIGNALS:
 
 protected:
     QSizeF arrange(Cells &) const override;
+    int placedLines() const override;
+    QString conflictMessage() const override;
     bool dependsOnSize() const override { return isRightToLeft(); }
 
 private:
@@ -187,6 +199,8 @@ Q_SIGNALS:
 
 protected:
     QSizeF arrange(Cells &) const override;
+    int placedLines() const override;
+    QString conflictMessage() const override;
     bool dependsOnSize() const override { return true; }
 
 private:

@@ -161,17 +161,13 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeItemTypes();
+        registerDeclarativeImageTypes();
+        registerDeclarativeLoaderTypes();
+        registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeMouseTypes();
+        registerDeclarativeFlickableTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });
-}
-
-void registerDeclarativeItemTypes()
-{
-    qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
-    qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeItem>("Item");
-    registerDeclarativeType<QGraphicsScale>("Scale");
-    registerDeclarativeType<QGraphicsRotation>("Rotation");
 }

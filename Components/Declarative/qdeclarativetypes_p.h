@@ -27,15 +27,46 @@ void registerDeclarativeUncreatableType(const char *name, const QString &reason)
     qmlRegisterUncreatableType<T>("Qt", 4, 7, name, reason);
 }
 
-/** Makes the members that @p T inherits and marks as REVISION 1 available to its subclasses in QtQuick 1.1.
+/**
+ * Makes the members that @p T marks as REVISION 1 available to its subclasses in QtQuick 1.1.
+ *
+ * For a base class that has no QML name and may be abstract, which Qt's own function does not allow.
  */
 template <typename T>
 void registerDeclarativeRevision()
 {
-    qmlRegisterRevision<T, 1>("QtQuick", 1, 1);
+    const QByteArray name = T::staticMetaObject.className();
+    const QQmlPrivate::RegisterType type = {
+        1,
+        qRegisterNormalizedMetaType<T *>(name + '*'),
+        qRegisterNormalizedMetaType<QQmlListProperty<T>>("QQmlListProperty<" + name + '>'),
+        0,
+        nullptr,
+        QString(),
+        "QtQuick",
+        1,
+        1,
+        nullptr,
+        &T::staticMetaObject,
+        nullptr,
+        nullptr,
+        QQmlPrivate::StaticCastSelector<T, QQmlParserStatus>::cast(),
+        -1,
+        -1,
+        nullptr,
+        nullptr,
+        nullptr,
+        1,
+    };
+    QQmlPrivate::qmlregister(QQmlPrivate::TypeRegistration, const_cast<QQmlPrivate::RegisterType *>(&type));
 }
 
+void registerDeclarativeImageTypes();
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativeMouseTypes();
+void registerDeclarativeFlickableTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
+void registerDeclarativeLoaderTypes();
+void registerDeclarativeRepeaterTypes();

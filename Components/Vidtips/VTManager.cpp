@@ -436,7 +436,7 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
     const QPoint point = tooltipPosition(request.position, request.widget());
     view->setContent(content);
     rewriteShortcut(request, content);
-    const bool current = self && view && content && window == d->widget && view->content() == content;
+    const bool current = self && view && content && window == d->widget;
     if (current)
         window->showWithContent(request.object, request.rect, point, content, found.packageFolder());
     if (view)

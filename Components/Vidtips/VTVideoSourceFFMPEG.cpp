@@ -1,7 +1,7 @@
 #include "VTVideoSourceFFMPEG.h"
 
-#include "VTFFmpegCompat.h"
-#include "VTPixels.h"
+#include "VTFFmpegCompat_p.h"
+#include "VTPixels_p.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QFileInfo>

@@ -207,7 +207,7 @@ void VTView::nameContent(VTXmlElement *content)
 {
     disconnect(d->exposedGone);
     d->exposed = content;
-    // The engine keeps a bare pointer: whoever else deletes the tree must not leave it behind.
+    // Not every engine notices when a context property dies, and anyone may delete the tree.
     if (content)
         d->exposedGone = connect(content, &QObject::destroyed, this, [this] { nameContent(nullptr); });
     rootContext()->setContextProperty(QStringLiteral("vidtip"), content);

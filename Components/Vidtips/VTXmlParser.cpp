@@ -154,7 +154,7 @@ QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &lo
     }
     if (!object)
         report(logger, QStringLiteral("Could not find object for element: %1").arg(localName));
-    else if (!parent)
+    else if (!object->parent())
         detached.append(object);
     return object;
 }

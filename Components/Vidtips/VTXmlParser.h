@@ -81,8 +81,9 @@ public:
     QList<QObject *> read(const QXmlInputSource &source);
 
     /**
-     * Returns the objects of the last read() that were made without a parent, because the element around them
-     * got no object, and that still exist. The parser never deletes them; whoever does not want them may.
+     * Returns the objects of the last read() that had no parent once they were made, because the element
+     * around them got no object or their class did not take it, and that still exist. The parser never
+     * deletes them; whoever does not want them may.
      */
     QList<QObject *> detachedObjects() const;
 

@@ -86,6 +86,8 @@ GalleryScene::GalleryScene(const QDir &folder, const QString &name)
         for (const QQmlError &error : errors)
             m_warnings.append(message(error));
     });
+    QObject::connect(m_view.engine(), &QQmlEngine::quit, &m_view,
+                     [this] { m_log.append(QStringLiteral("<quit>")); });
 }
 
 GalleryScene::~GalleryScene()

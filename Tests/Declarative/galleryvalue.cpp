@@ -1,5 +1,6 @@
 #include "galleryvalue.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -82,6 +83,8 @@ QJsonValue GalleryValue::fromVariant(const QVariant &value, const QDir &folder)
         const auto vector = value.value<QVector3D>();
         return numbers({vector.x(), vector.y(), vector.z()});
     }
+    case QMetaType::QDateTime:
+        return value.toDateTime().toString(Qt::ISODate);
     case QMetaType::QVariantList:
     case QMetaType::QStringList:
         return fromList(value.toList(), folder);

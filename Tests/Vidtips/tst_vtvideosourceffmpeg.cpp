@@ -1,4 +1,4 @@
-#include <Vidtips/VTPixels.h>
+#include <Vidtips/VTPixels_p.h>
 #include <Vidtips/VTVideoSourceFFMPEG.h>
 
 #include "MessageLog.h"

@@ -474,6 +474,8 @@ void tst_VTXmlParser::objectThatDeletesItsParent()
     const auto root = readRoot(parser, inner);
     QVERIFY(root);
     QVERIFY(root->children().isEmpty());
+    // The remover takes no parent, and the parent of what comes after it is gone.
+    QCOMPARE(parser.detachedObjects().size(), 2);
     qDeleteAll(parser.detachedObjects());
     QVERIFY(read(parser, "<remover>text<c/></remover>").isEmpty());
     qDeleteAll(parser.detachedObjects());

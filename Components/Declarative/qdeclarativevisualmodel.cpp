@@ -1,0 +1,137 @@
+#include "qdeclarativevisualmodel_p.h"
+
+#include <QtQml/QJSValue>
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlInfo>
+#include <QtQml/qqml.h>
+#include <QtWidgets/QGraphicsScene>
+
+#include <private/qqmldelegatemodel_p.h>
+
+QDeclarativeVisualModel::QDeclarativeVisualModel(QDeclarativeItem *view)
+    : QObject(view)
+    , view(view)
+{
+}
+
+QDeclarativeVisualModel::~QDeclarativeVisualModel()
+{
+    if (isOwn)
+        delete items;
+}
+
+void QDeclarativeVisualModel::componentComplete()
+{
+    isComplete = true;
+    if (isOwn && items)
+        static_cast<QQmlDelegateModel *>(items.data())->componentComplete();
+}
+
+bool QDeclarativeVisualModel::setModel(const QVariant &value)
+{
+    const QVariant model =
+        value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant() : value;
+    if (model == source)
+        return false;
+    source = model;
+    auto *given = qobject_cast<QQmlInstanceModel *>(model.value<QObject *>());
+    if (given) {
+        adopt(given, false);
+        return true;
+    }
+    if (!isOwn) {
+        auto *made = new QQmlDelegateModel(qmlContext(view));
+        made->classBegin();
+        if (component)
+            made->setDelegate(component);
+        adopt(made, true);
+        if (isComplete)
+            made->componentComplete();
+    }
+    static_cast<QQmlDelegateModel *>(items.data())->setModel(model);
+    return true;
+}
+
+void QDeclarativeVisualModel::adopt(QQmlInstanceModel *model, bool own)
+{
+    if (items)
+        items->disconnect(this);
+    if (isOwn)
+        delete items;
+    items = model;
+    isOwn = own;
+    connect(model, &QQmlInstanceModel::modelUpdated, this, &QDeclarativeVisualModel::modelUpdated);
+    connect(model, &QQmlInstanceModel::createdItem, this, &QDeclarativeVisualModel::createdItem);
+    connect(model, &QQmlInstanceModel::destroyingItem, this, &QDeclarativeVisualModel::destroyingItem);
+    connect(model, &QQmlInstanceModel::initItem, this, &QDeclarativeVisualModel::initItem);
+}
+
+QQmlComponent *QDeclarativeVisualModel::delegate() const
+{
+    if (const auto *data = qobject_cast<QQmlDelegateModel *>(items))
+        return data->delegate();
+    return component;
+}
+
+bool QDeclarativeVisualModel::setDelegate(QQmlComponent *delegate)
+{
+    if (delegate == this->delegate())
+        return false;
+    component = delegate;
+    if (auto *data = qobject_cast<QQmlDelegateModel *>(items))
+        data->setDelegate(delegate);
+    return true;
+}
+
+int QDeclarativeVisualModel::count() const
+{
+    return items ? items->count() : 0;
+}
+
+bool QDeclarativeVisualModel::isValid() const
+{
+    return items && items->isValid();
+}
+
+void QDeclarativeVisualModel::initItem(int, QObject *object)
+{
+    auto *item = qobject_cast<QGraphicsObject *>(object);
+    if (item && container)
+        item->setParentItem(container);
+}
+
+QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
+{
+    if (!isValid() || index < 0 || index >= count())
+        return nullptr;
+    QGraphicsItem *const outer = std::exchange(container, parent);
+    QObject *object = items->object(index, QQmlIncubator::Synchronous);
+    container = outer;
+    auto *item = qobject_cast<QGraphicsObject *>(object);
+    if (item) {
+        item->setParentItem(parent);
+    } else if (object) {
+        items->release(object);
+        qmlWarning(delegate() ? static_cast<QObject *>(delegate()) : view)
+            << tr("Delegate must be of Item type");
+    }
+    return item;
+}
+
+bool QDeclarativeVisualModel::releaseItem(QGraphicsObject *item)
+{
+    if (!item)
+        return true;
+    const QPointer<QGraphicsObject> guard(item);
+    if (items && items->release(item) & QQmlInstanceModel::Referenced)
+        return false;
+    if (!guard)
+        return true;
+    // Until it is destroyed it would stand in the scene, and without a parent at the scene's top.
+    item->setParentItem(nullptr);
+    if (item->scene())
+        item->scene()->removeItem(item);
+    return true;
+}
+
+#include "moc_qdeclarativevisualmodel_p.cpp"

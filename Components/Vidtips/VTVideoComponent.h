@@ -1,0 +1,138 @@
+#pragma once
+
+#include <Vidtips/VTExport.h>
+
+#include <QtCore/QString>
+#include <QtDeclarative/QDeclarativeItem>
+
+#include <memory>
+
+namespace Vidtips {
+
+/**
+ * The QML item that shows a clip.
+ *
+ * It owns a video source and a controller, both running from its creation to its destruction, and paints the
+ * current frame at its origin, unscaled. A clip is named by the path of a resource, which the VTView that
+ * shows the item resolves. GUI thread only.
+ */
+class VIDTIPS_EXPORT VTVideoComponent : public QDeclarativeItem
+{
+    Q_OBJECT
+    /** The resource name of the clip. */
+    Q_PROPERTY(QString source READ source WRITE setSource NOTIFY sourceChanged)
+    /** Whether the clip plays. */
+    Q_PROPERTY(VideoState state READ state WRITE setState NOTIFY stateChanged)
+    /** The index of the frame to show next. */
+    Q_PROPERTY(qint64 position READ position WRITE setPosition NOTIFY positionChanged)
+    /** The position as a share of the frames, from 0 to 1. */
+    Q_PROPERTY(double progress READ progress WRITE setProgress NOTIFY progressChanged)
+    /** Kept for QML; it takes no part in finding the clip. */
+    Q_PROPERTY(QString searchPath READ searchPath WRITE setSearchPath NOTIFY searchPathChanged)
+    /** The user drags the position, so that the end of the stream does not pause. */
+    Q_PROPERTY(bool scrubbing READ isScrubbing WRITE setScrubbing NOTIFY scrubbingChanged)
+    /** The height of the clip's pictures in pixels, 150 before any clip is open. */
+    Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
+    /** The width of the clip's pictures in pixels, 200 before any clip is open. */
+    Q_PROPERTY(double contentWidth READ contentWidth NOTIFY contentWidthChanged)
+    /** The share of the frames that is decoded; not a number without frames. */
+    Q_PROPERTY(double loadProgress READ loadProgress NOTIFY loadProgressChanged)
+
+public:
+    /** The states of playback as QML sees them. */
+    enum VideoState {
+        resetState = 0,
+        pausedState = 1,
+        playingState = 2,
+    };
+    Q_ENUM(VideoState)
+
+    /** Makes a paused item without a clip and starts its threads. */
+    explicit VTVideoComponent(QDeclarativeItem *parent = nullptr);
+
+    /** Ends both threads; a thread that does not end is reported to the debug stream and waited for. */
+    ~VTVideoComponent() override;
+
+    QString source() const;
+
+    /**
+     * Names the clip. An empty name resets playback. Any other is resolved by every VTView that shows the
+     * item's scene: the old picture goes at once, and the clip changes where the name leads to a file. A name
+     * given before a VTView shows the item is kept and resolved then; until then source() stays as it was.
+     * Emits nothing.
+     */
+    void setSource(const QString &name);
+
+    VideoState state() const;
+
+    /** Plays, pauses, or, with resetState, ends playback as at the end of the clip. Other values are ignored.
+     */
+    void setState(VideoState state);
+
+    qint64 position() const;
+    void setPosition(qint64 position);
+    double progress() const;
+    void setProgress(double progress);
+    QString searchPath() const;
+
+    /** Stores @p path. Emits searchPathChanged() in any case. */
+    void setSearchPath(const QString &path);
+
+    bool isScrubbing() const;
+
+    /** Sets whether the user drags the position. Emits nothing. */
+    void setScrubbing(bool scrubbing);
+
+    double contentHeight() const;
+    double contentWidth() const;
+    double loadProgress() const;
+
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+Q_SIGNALS:
+    /** Never emitted: the name changes only where it is set. */
+    void sourceChanged();
+    /** The state of playback was set. */
+    void stateChanged();
+    /** The position advanced or was set. */
+    void positionChanged();
+    /** The progress changed with the position. */
+    void progressChanged();
+    /** A picture of another height is shown. */
+    void heightChanged();
+    /** The search path was set. */
+    void searchPathChanged();
+    /** Never emitted: scrubbing changes only where it is set. */
+    void scrubbingChanged();
+    /** A clip was opened. */
+    void contentHeightChanged();
+    /** A clip was opened. */
+    void contentWidthChanged();
+    /** A clip was opened, or its end was reached. */
+    void loadProgressChanged();
+
+public Q_SLOTS:
+    /** Shows the controller's current frame, if there is one. */
+    void frameReady();
+    void play();
+    void pause();
+    /** Announces the controller's state. */
+    void sourceChangedState();
+    /** Pauses at the first frame. */
+    void rewindToStart();
+    /** Announces the controller's position. */
+    void controllerPositionChanged();
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+
+private:
+    struct Private;
+
+    void connectController();
+    bool resolve(const QString &name);
+
+    std::unique_ptr<Private> const d;
+};
+
+} // namespace Vidtips

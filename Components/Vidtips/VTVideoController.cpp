@@ -1,0 +1,387 @@
+#include "VTVideoController.h"
+
+#include "VTVideoSource.h"
+
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QDebug>
+#include <QtCore/QMutex>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <limits>
+
+namespace Vidtips {
+
+namespace {
+constexpr unsigned long quitTimeout = 10000;
+constexpr int lockTimeout = 100;
+constexpr unsigned long idleInterval = 100;
+constexpr double millisecondsPerDay = 86400000.0;
+constexpr double longestWait = 1e12;
+
+// The conversion of a whole number to an unsigned one, which wraps below zero, for every double.
+quint64 truncatedToUnsigned(double value)
+{
+    constexpr double signedBound = 9223372036854775808.0;
+    if (value >= -signedBound && value < 0.0)
+        return quint64(qint64(value));
+    return value >= 0.0 && value < 2 * signedBound ? quint64(value) : std::numeric_limits<quint64>::max();
+}
+} // namespace
+
+struct VTVideoController::Private
+{
+    enum class Next { Present, Announce, Pause, Sleep };
+
+    VTVideoSource *source = nullptr;
+    quint64 displayedIndex = 0;
+    // Written under the lock, read without it.
+    std::atomic<quint64> position{0};
+    // Taken before the source's locks, never after them.
+    QRecursiveMutex lock;
+    // Set without the lock, so that asking the thread to end never waits for it.
+    std::atomic<bool> shouldQuit{false};
+    bool needFrame = true;
+    bool scrubbing = false;
+    QDateTime lastFrameDisplayTime;
+    State state = Paused;
+
+    bool isAvailable() const { return source && source->isFrameAvailable(position); }
+    quint64 loadedCount() const { return source ? source->loadedFrameCount() : 0; }
+    quint64 totalCount() const { return source ? source->totalFrameCount() : 0; }
+
+    void moveTo(quint64 index);
+    quint64 indexAt(double progress) const;
+    Next next();
+    Next nextWhilePlaying();
+    Next nextWhilePaused();
+    void sleep(double seconds);
+    bool isPlaying();
+};
+
+void VTVideoController::Private::moveTo(quint64 index)
+{
+    const quint64 count = loadedCount();
+    position = index < count ? index : count - 1;
+    displayedIndex = position - 1;
+    needFrame = true;
+}
+
+quint64 VTVideoController::Private::indexAt(double progress) const
+{
+    return truncatedToUnsigned(double(totalCount()) * progress);
+}
+
+VTVideoController::Private::Next VTVideoController::Private::next()
+{
+    return state == Playing ? nextWhilePlaying() : nextWhilePaused();
+}
+
+VTVideoController::Private::Next VTVideoController::Private::nextWhilePlaying()
+{
+    if (isAvailable()) {
+        needFrame = false;
+        return Next::Present;
+    }
+    if (totalCount() < position)
+        return Next::Sleep;
+    state = Paused;
+    return Next::Pause;
+}
+
+VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
+{
+    if (!needFrame || !isAvailable())
+        return Next::Sleep;
+    if (!source->getFrame(0).isNull())
+        needFrame = false;
+    return Next::Announce;
+}
+
+// Long waits end early when the thread is to end or playback was paused meanwhile.
+void VTVideoController::Private::sleep(double seconds)
+{
+    const double milliseconds =
+        std::isfinite(seconds) ? std::min(seconds * 1000.0, longestWait) : idleInterval;
+    const QDeadlineTimer deadline(qint64(milliseconds), Qt::PreciseTimer);
+    do {
+        msleep(std::min(static_cast<unsigned long>(deadline.remainingTime()), idleInterval));
+    } while (!deadline.hasExpired() && isPlaying());
+}
+
+bool VTVideoController::Private::isPlaying()
+{
+    const QMutexLocker locker(&lock);
+    return state == Playing && !shouldQuit;
+}
+
+VTVideoController::VTVideoController(VTVideoSource *source, QObject *parent)
+    : QThread(parent)
+    , d(new Private)
+{
+    setObjectName(QStringLiteral("Controller"));
+    d->source = source;
+    connect(this, &QThread::finished, this, &QObject::deleteLater);
+    if (!source)
+        return;
+    connect(source, &VTVideoSource::streamEnded, this, &VTVideoController::streamEnded);
+    connect(source, &VTVideoSource::sourceLoaded, this, &VTVideoController::sourceLoaded);
+    connect(source, &VTVideoSource::loadProgressChanged, this, &VTVideoController::loadProgressChanged);
+}
+
+VTVideoController::~VTVideoController()
+{
+    quit();
+    wait();
+}
+
+bool VTVideoController::setSource(const QUrl &url)
+{
+    setNeedFrame(true);
+    streamEnded();
+    setPosition(0);
+    setState(Paused);
+    if (!d->source || !d->source->setSource(url))
+        return false;
+    const QMutexLocker locker(&d->lock);
+    d->position = 0;
+    d->needFrame = true;
+    return true;
+}
+
+QUrl VTVideoController::source()
+{
+    return d->source ? d->source->source() : QUrl();
+}
+
+void VTVideoController::play()
+{
+    bool rewound = false;
+    {
+        // In one step, as the thread pauses a clip that plays past its last frame.
+        const QMutexLocker locker(&d->lock);
+        d->state = Playing;
+        rewound = d->source && d->position >= d->totalCount();
+        if (rewound)
+            d->moveTo(d->indexAt(0.0));
+    }
+    if (rewound)
+        Q_EMIT positionChanged();
+    Q_EMIT stateChanged();
+}
+
+void VTVideoController::pause()
+{
+    setState(Paused);
+}
+
+void VTVideoController::setState(State state)
+{
+    {
+        const QMutexLocker locker(&d->lock);
+        d->state = state;
+    }
+    Q_EMIT stateChanged();
+}
+
+VTVideoController::State VTVideoController::state()
+{
+    const QMutexLocker locker(&d->lock);
+    return d->state;
+}
+
+void VTVideoController::setPosition(quint64 position)
+{
+    {
+        const QMutexLocker locker(&d->lock);
+        d->moveTo(position);
+    }
+    Q_EMIT positionChanged();
+}
+
+quint64 VTVideoController::position()
+{
+    return d->position;
+}
+
+void VTVideoController::setProgress(double progress)
+{
+    setPosition(d->indexAt(progress));
+}
+
+double VTVideoController::progress()
+{
+    const quint64 total = d->totalCount();
+    return total ? double(d->position) / double(total) : 0.0;
+}
+
+double VTVideoController::loadProgress() const
+{
+    return d->source ? double(d->loadedCount()) / double(d->totalCount()) : 0.0;
+}
+
+void VTVideoController::setScrubbing(bool scrubbing)
+{
+    const QMutexLocker locker(&d->lock);
+    d->scrubbing = scrubbing;
+}
+
+bool VTVideoController::isScrubbing()
+{
+    const QMutexLocker locker(&d->lock);
+    return d->scrubbing;
+}
+
+void VTVideoController::setNeedFrame(bool needFrame)
+{
+    const QMutexLocker locker(&d->lock);
+    d->needFrame = needFrame;
+}
+
+void VTVideoController::setLastFrameDisplayTime(const QDateTime &time)
+{
+    const QMutexLocker locker(&d->lock);
+    d->lastFrameDisplayTime = time;
+}
+
+QDateTime VTVideoController::lastFrameDisplayTime()
+{
+    const QMutexLocker locker(&d->lock);
+    return d->lastFrameDisplayTime;
+}
+
+VTVideoFrame VTVideoController::currentFrame()
+{
+    const QMutexLocker locker(&d->lock);
+    d->displayedIndex = d->position;
+    return getFrame(d->displayedIndex);
+}
+
+VTVideoFrame VTVideoController::getFrame(quint64 index)
+{
+    const QMutexLocker locker(&d->lock);
+    return d->source ? d->source->getFrame(uint(index)) : VTVideoFrame();
+}
+
+quint64 VTVideoController::frameCount()
+{
+    return d->totalCount();
+}
+
+double VTVideoController::frameWidth() const
+{
+    return d->source ? d->source->frameWidth() : 0.0;
+}
+
+double VTVideoController::frameHeight() const
+{
+    return d->source ? d->source->frameHeight() : 0.0;
+}
+
+void VTVideoController::close()
+{
+    if (d->source)
+        d->source->close();
+}
+
+void VTVideoController::streamEnded()
+{
+    if (!isScrubbing())
+        setState(Paused);
+    Q_EMIT loadProgressChanged();
+    setNeedFrame(true);
+}
+
+void VTVideoController::sourceLoaded()
+{
+    setNeedFrame(true);
+    Q_EMIT widthChanged();
+    Q_EMIT heightChanged();
+    Q_EMIT loadProgressChanged();
+}
+
+void VTVideoController::setShouldQuit()
+{
+    d->shouldQuit = true;
+}
+
+bool VTVideoController::shouldQuit()
+{
+    if (!d->lock.tryLock(lockTimeout))
+        return false;
+    const bool result = d->shouldQuit;
+    d->lock.unlock();
+    return result;
+}
+
+void VTVideoController::quit()
+{
+    setShouldQuit();
+    if (wait(quitTimeout))
+        return;
+    qDebug("VTVideoController did not quit in a timely fashion");
+    terminate();
+    if (!wait(quitTimeout))
+        qDebug("VTVideoController did not quit at all");
+}
+
+void VTVideoController::run()
+{
+    while (!shouldQuit()) {
+        if (!d->lock.tryLock(lockTimeout))
+            continue;
+        const Private::Next next = d->next();
+        d->lock.unlock();
+        if (next == Private::Next::Present) {
+            presentFrame();
+            continue;
+        }
+        if (next == Private::Next::Announce)
+            Q_EMIT displayFrame();
+        if (next == Private::Next::Pause)
+            Q_EMIT stateChanged();
+        msleep(idleInterval);
+    }
+}
+
+void VTVideoController::presentFrame()
+{
+    QMutexLocker locker(&d->lock);
+    if (d->state != Playing) {
+        locker.unlock();
+        Q_EMIT displayFrame();
+        return;
+    }
+    const bool isLoaded = d->position < d->loadedCount();
+    if (d->displayedIndex == d->position && !isLoaded)
+        return;
+    const double wait = presentationWait(d->position - d->displayedIndex, d->source->frameRate(),
+                                         d->lastFrameDisplayTime, QDateTime::currentDateTime());
+    if (isLoaded)
+        ++d->position;
+    locker.unlock();
+    if (isLoaded) {
+        Q_EMIT displayFrame();
+        Q_EMIT positionChanged();
+        setLastFrameDisplayTime(QDateTime::currentDateTime());
+    }
+    // A wait that is no number, for lack of a frame rate, is no reason to spin.
+    if (!(wait <= 0.0))
+        d->sleep(wait);
+}
+
+double VTVideoController::presentationWait(quint64 dueFrames, double frameRate, const QDateTime &last,
+                                           const QDateTime &now)
+{
+    const double frameDuration = 1.0 / frameRate;
+    const double expected = double(dueFrames) * frameDuration;
+    // A thousand times the milliseconds, compared with seconds: a wait is one frame long as soon as a
+    // millisecond has passed, however far the display lags behind.
+    const double elapsed =
+        (double(last.daysTo(now)) * millisecondsPerDay + double(last.time().msecsTo(now.time()))) * 1000.0;
+    const double remainder = expected - std::min(expected, elapsed);
+    return std::max(remainder, frameDuration);
+}
+
+} // namespace Vidtips
