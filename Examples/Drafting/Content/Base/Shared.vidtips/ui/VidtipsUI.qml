@@ -232,10 +232,14 @@ Rectangle {
                 id: parts
                 width: parent.width
 
-                Loader {
-                    id: media
+                Item {
                     width: parent.width
-                    height: item ? item.height : 0
+                    height: media.item ? media.item.height : 0
+
+                    Loader {
+                        id: media
+                        width: parent.width
+                    }
                 }
                 Item {
                     width: parent.width
