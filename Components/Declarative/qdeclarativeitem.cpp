@@ -27,6 +27,8 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , passedMirror(false)
 {
     isDeclarativeItem = 1;
+    // A press gives the focus only where an item asks for it, as the editors do.
+    mouseSetsFocus = 0;
 }
 
 QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
@@ -110,7 +112,9 @@ void QDeclarativeItemPrivate::setWidth(qreal width)
 void QDeclarativeItemPrivate::resetWidth()
 {
     widthIsSet = false;
-    changeSize(QSizeF(implicitWidth(), itemHeight));
+    // Before the height is read: some items find out about both only now.
+    const qreal width = implicitWidth();
+    changeSize(QSizeF(width, itemHeight));
 }
 
 void QDeclarativeItemPrivate::setHeight(qreal height)
@@ -122,7 +126,8 @@ void QDeclarativeItemPrivate::setHeight(qreal height)
 void QDeclarativeItemPrivate::resetHeight()
 {
     heightIsSet = false;
-    changeSize(QSizeF(itemWidth, implicitHeight()));
+    const qreal height = implicitHeight();
+    changeSize(QSizeF(itemWidth, height));
 }
 
 void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)

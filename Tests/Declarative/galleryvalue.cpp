@@ -61,6 +61,7 @@ QJsonValue GalleryValue::fromVariant(const QVariant &value, const QDir &folder)
     switch (int(value.userType())) {
     case QMetaType::UnknownType:
     case QMetaType::Nullptr:
+    case QMetaType::QFont: // not recorded
         return QJsonValue::Null;
     case QMetaType::Bool:
         return value.toBool();
