@@ -74,8 +74,11 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
     setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
 }
 
-void QDeclarativeContents::setRect(const QRectF &rect)
+void QDeclarativeContents::setRect(const QRectF &enclosing)
 {
+    // The rectangle reaches to the item's origin when all children lie left of or above it.
+    const QPointF end(qMax(enclosing.right(), 0.0), qMax(enclosing.bottom(), 0.0));
+    const QRectF rect(enclosing.topLeft(), end);
     if (rect == m_rect)
         return;
     m_rect = rect;
