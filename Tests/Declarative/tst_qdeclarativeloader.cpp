@@ -228,8 +228,8 @@ void tst_QDeclarativeLoader::survivesTheItemsEnd()
 void tst_QDeclarativeLoader::survivesTheComponentsEnd()
 {
     DeclarativeScene scene;
-    QVERIFY(scene.load(
-        "Loader { property Component one: Component { Item { width: 5 } } sourceComponent: one }"));
+    QVERIFY(scene.load("Loader { property Component one: Component { Item { width: 5 } }\n"
+                       "Component.onCompleted: sourceComponent = one }"));
     delete scene.value("one").value<QObject *>();
     QCOMPARE(scene.evaluate("item.width").toInt(), 5);
     QCOMPARE(scene.value("status").toInt(), 1);
