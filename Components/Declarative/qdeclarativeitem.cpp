@@ -42,6 +42,8 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
     q->setAcceptedMouseButtons(Qt::NoButton);
+    // Focus is given by content alone.
+    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -226,6 +228,8 @@ QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 QRectF QDeclarativeItemPrivate::childrenRect()
 {
     Q_Q(QDeclarativeItem);
+    if (inDestructor)
+        return {};
     if (!extra().contents)
         extraData->contents.reset(new QDeclarativeContents(q));
     return extraData->contents->rect();
