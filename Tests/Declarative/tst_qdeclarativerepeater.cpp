@@ -322,13 +322,12 @@ void tst_QDeclarativeRepeater::refusesWhatIsNotVisual()
 void tst_QDeclarativeRepeater::survivesItemsEnd()
 {
     WatchedScene scene;
-    QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t }")));
+    QVERIFY(scene.load(withRepeater("property variant items: VisualItemModel { id: items\n"
+                                    "Item { property string label: 'p' } Item { property string label: 'q' } "
+                                    "Item { property string label: 'r' } }\nmodel: items")));
     delete scene.evaluate("children[2]").value<QObject *>();
-    QCOMPARE(labels(scene), QStringLiteral("<ACD>"));
-    scene.evaluate("model.move(0, 3, 1)");
-    scene.evaluate("model.insert(0, {t: 'X'})");
-    QCOMPARE(labels(scene), QStringLiteral("<XCDA>"));
-    scene.evaluate("model.clear()");
+    QCOMPARE(labels(scene), QStringLiteral("<pr>"));
+    scene.evaluate("model = 2");
     QCOMPARE(labels(scene), QStringLiteral("<>"));
 }
 
