@@ -43,7 +43,7 @@ QPalette Theme::palette(const QString &style)
 {
     if (style == QLatin1String("dark"))
         return fromTones({"#20262e", "#171d25", "#e3e9f0", "#6b7684", "#2a323c", "#39434f", "#3b8cf0",
-                          "#ffffff", "#2c3540"});
+                          "#ffffff", "#d5dce4"});
     return fromTones(
         {"#f3f5f7", "#ffffff", "#1f2731", "#9aa4b0", "#f8f9fb", "#ccd3db", "#1f6feb", "#ffffff", "#ffffe1"});
 }
@@ -58,5 +58,9 @@ void Theme::apply(const QString &style)
     QApplication::setStyle(QStringLiteral("Fusion"));
     const QPalette colors = palette(style);
     QApplication::setPalette(colors);
-    QToolTip::setPalette(colors);
+    // The simple tips write in black on the tool-tip colour, whatever the rest looks like.
+    QPalette tip = colors;
+    tip.setColor(QPalette::ToolTipText, Qt::black);
+    tip.setColor(QPalette::WindowText, Qt::black);
+    QToolTip::setPalette(tip);
 }
