@@ -74,8 +74,10 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
     setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
 }
 
-void QDeclarativeContents::setRect(const QRectF &rect)
+void QDeclarativeContents::setRect(const QRectF &enclosing)
 {
+    // A positioner with nothing to place may have a negative size and be the only child.
+    const QRectF rect(enclosing.topLeft(), enclosing.size().expandedTo(QSizeF(0, 0)));
     if (rect == m_rect)
         return;
     m_rect = rect;

@@ -26,6 +26,8 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , passedMirror(false)
 {
     isDeclarativeItem = 1;
+    // A press gives the focus only where an item asks for it, as the editors do.
+    mouseSetsFocus = 0;
 }
 
 QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
@@ -40,6 +42,8 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
     q->setAcceptedMouseButtons(Qt::NoButton);
+    // Focus is given by content alone.
+    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -107,7 +111,9 @@ void QDeclarativeItemPrivate::setWidth(qreal width)
 void QDeclarativeItemPrivate::resetWidth()
 {
     widthIsSet = false;
-    changeSize(QSizeF(implicitWidth(), itemHeight));
+    // Before the height is read: some items find out about both only now.
+    const qreal width = implicitWidth();
+    changeSize(QSizeF(width, itemHeight));
 }
 
 void QDeclarativeItemPrivate::setHeight(qreal height)
@@ -119,7 +125,8 @@ void QDeclarativeItemPrivate::setHeight(qreal height)
 void QDeclarativeItemPrivate::resetHeight()
 {
     heightIsSet = false;
-    changeSize(QSizeF(itemWidth, implicitHeight()));
+    const qreal height = implicitHeight();
+    changeSize(QSizeF(itemWidth, height));
 }
 
 void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)
@@ -221,6 +228,8 @@ QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 QRectF QDeclarativeItemPrivate::childrenRect()
 {
     Q_Q(QDeclarativeItem);
+    if (inDestructor)
+        return {};
     if (!extra().contents)
         extraData->contents.reset(new QDeclarativeContents(q));
     return extraData->contents->rect();

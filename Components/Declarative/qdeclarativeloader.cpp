@@ -9,6 +9,8 @@
 #include <QtQml/QQmlInfo>
 #include <QtWidgets/QGraphicsScene>
 
+#include <private/qqmlengine_p.h>
+
 QDeclarativeLoader::QDeclarativeLoader(QDeclarativeItem *parent)
     : QDeclarativeItem(parent)
 {
@@ -144,7 +146,7 @@ void QDeclarativeLoader::finishLoading()
         return;
     }
     if (component && component->isError())
-        qmlWarning(this, component->errors());
+        QQmlEnginePrivate::warning(qmlEngine(this), component->errors());
     if (object && !loadedItem) {
         qmlWarning(this) << tr("Loader does not support loading non-visual elements.");
         delete object;

@@ -1,9 +1,9 @@
 #include "qdeclarativerepeater_p.h"
 
+#include "qdeclarativegraphicsitem_p.h"
 #include "qdeclarativetypes_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
-#include <QtCore/QHash>
 #include <QtQml/QQmlComponent>
 
 QDeclarativeRepeater::QDeclarativeRepeater(QDeclarativeItem *parent)
@@ -65,8 +65,9 @@ QDeclarativeItem *QDeclarativeRepeater::itemAt(int index) const
 
 void QDeclarativeRepeater::componentComplete()
 {
-    QDeclarativeItem::componentComplete();
+    // First, so that the rows that it finds are not news.
     rows->componentComplete();
+    QDeclarativeItem::componentComplete();
     if (rows->count())
         Q_EMIT countChanged();
     regenerate();
@@ -78,17 +79,6 @@ QVariant QDeclarativeRepeater::itemChange(GraphicsItemChange change, const QVari
     if (change == ItemParentHasChanged && isComponentComplete())
         regenerate();
     return result;
-}
-
-void QDeclarativeRepeater::report(int index, bool added)
-{
-    auto *item = qobject_cast<QDeclarativeItem *>(items.at(index).data());
-    if (!item)
-        return;
-    if (added)
-        Q_EMIT itemAdded(index, item);
-    else
-        Q_EMIT itemRemoved(index, item);
 }
 
 void QDeclarativeRepeater::clear()
@@ -117,13 +107,13 @@ void QDeclarativeRepeater::insertItem(int index, QGraphicsObject *item)
 {
     items.insert(index, item);
     stack(index);
-    report(index, true);
+    if (auto *added = qobject_cast<QDeclarativeItem *>(item))
+        Q_EMIT itemAdded(index, added);
 }
 
 void QDeclarativeRepeater::stack(int index)
 {
-    QGraphicsObject *const item = items.at(index);
-    if (!item)
+    if (!items.at(index))
         return;
     QGraphicsItem *above = this;
     for (int i = index + 1; i < items.count(); ++i) {
@@ -132,7 +122,23 @@ void QDeclarativeRepeater::stack(int index)
             break;
         }
     }
-    item->stackBefore(above);
+    items.at(index)->stackBefore(above);
+}
+
+void QDeclarativeRepeater::restack()
+{
+    const auto place = [](QGraphicsItem *item) { return QGraphicsItemPrivate::get(item)->siblingIndex; };
+    // An item can only be put below another one, so each goes below the lowest of those that follow it.
+    for (int i = 0; i < items.count(); ++i) {
+        if (!items.at(i))
+            continue;
+        QGraphicsItem *lowest = this;
+        for (int next = i + 1; next < items.count(); ++next) {
+            if (items.at(next) && place(items.at(next)) < place(lowest))
+                lowest = items.at(next);
+        }
+        items.at(i)->stackBefore(lowest);
+    }
 }
 
 void QDeclarativeRepeater::updateItems(const QQmlChangeSet &changes, bool reset)
@@ -141,38 +147,49 @@ void QDeclarativeRepeater::updateItems(const QQmlChangeSet &changes, bool reset)
         return;
     if (reset) {
         regenerate();
-        if (changes.difference() != 0)
-            Q_EMIT countChanged();
-        return;
-    }
-    QHash<int, QVector<QPointer<QGraphicsObject>>> moved;
-    for (const QQmlChangeSet::Change &remove : changes.removes()) {
-        const int index = qMin(remove.index, items.count());
-        const int count = qMin(remove.index + remove.count, items.count()) - index;
-        if (remove.isMove()) {
-            moved.insert(remove.moveId, items.mid(index, count));
-            items.remove(index, count);
-            continue;
-        }
-        for (int i = 0; i < count; ++i) {
-            report(index, false);
-            rows->releaseItem(items.takeAt(index));
-        }
-    }
-    for (const QQmlChangeSet::Change &insert : changes.inserts()) {
-        const int index = qMin(insert.index, items.count());
-        const auto back = moved.value(insert.moveId);
-        for (int i = 0; i < insert.count; ++i) {
-            if (insert.isMove()) {
-                items.insert(index + i, back.value(insert.offset + i));
-                stack(index + i);
-            } else if (parentObject()) {
-                insertItem(index + i, rows->item(index + i, QGraphicsItem::parentItem()));
-            }
-        }
+    } else {
+        const MovedItems moved = removeRows(changes);
+        insertRows(changes, moved);
+        if (!moved.isEmpty())
+            restack();
     }
     if (changes.difference() != 0)
         Q_EMIT countChanged();
+}
+
+QDeclarativeRepeater::MovedItems QDeclarativeRepeater::removeRows(const QQmlChangeSet &changes)
+{
+    MovedItems moved;
+    for (const QQmlChangeSet::Change &remove : changes.removes()) {
+        const int index = qMin(remove.index, items.count());
+        const int count = qMin(remove.count, items.count() - index);
+        if (remove.isMove()) {
+            for (int i = 0; i < count; ++i)
+                moved.insert({remove.moveId, remove.offset + i}, items.takeAt(index));
+            continue;
+        }
+        for (int i = 0; i < count; ++i) {
+            const QPointer<QGraphicsObject> item = items.at(index);
+            if (auto *reported = qobject_cast<QDeclarativeItem *>(item.data()))
+                Q_EMIT itemRemoved(index, reported);
+            items.removeAt(index);
+            rows->releaseItem(item);
+        }
+    }
+    return moved;
+}
+
+void QDeclarativeRepeater::insertRows(const QQmlChangeSet &changes, const MovedItems &moved)
+{
+    for (const QQmlChangeSet::Change &insert : changes.inserts()) {
+        for (int i = 0; i < insert.count; ++i) {
+            const int index = qMin(insert.index + i, items.count());
+            if (insert.isMove())
+                items.insert(index, moved.value({insert.moveId, insert.offset + i}));
+            else if (parentObject())
+                insertItem(index, rows->item(index, QGraphicsItem::parentItem()));
+        }
+    }
 }
 
 void registerDeclarativeRepeaterTypes()

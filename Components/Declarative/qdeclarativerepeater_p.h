@@ -2,6 +2,8 @@
 
 #include "qdeclarativeitem.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QPair>
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
 #include <QtCore/QVector>
@@ -48,12 +50,16 @@ protected:
     QVariant itemChange(GraphicsItemChange, const QVariant &) override;
 
 private:
+    using MovedItems = QHash<QPair<int, int>, QPointer<QGraphicsObject>>; ///< by move and place in it
+
     void clear();
     void regenerate();
     void updateItems(const QQmlChangeSet &, bool reset);
     void insertItem(int index, QGraphicsObject *);
     void stack(int index);
-    void report(int index, bool added);
+    void restack();
+    MovedItems removeRows(const QQmlChangeSet &);
+    void insertRows(const QQmlChangeSet &, const MovedItems &);
 
     QDeclarativeVisualModel *const rows;
     QVector<QPointer<QGraphicsObject>> items;

@@ -27,6 +27,7 @@ public:
     void setLineCount(int);
     void setTruncated(bool);
     void updateAlignment();
+    void mirrorChange() override;
     bool reactsToWidth() const;
     QDeclarativeTextLayout::Parameters parameters() const;
     Qt::Alignment effectiveAlignment() const;
@@ -59,6 +60,7 @@ public:
     QDeclarativeText::LineHeightMode lineHeightMode = QDeclarativeText::ProportionalHeight;
     bool isTruncated = false;
     bool isTextDirty = true;
+    bool keepsTruncated = false;
     bool alignmentIsSet = false;
     bool isSizing = false;
     bool implicitWidthIsRead = false;
@@ -112,6 +114,8 @@ void QDeclarativeTextPrivate::updateLayout()
         if (implicitWidthIsRead)
             return;
     }
+    // Of the same text a single line keeps counting as truncated.
+    keepsTruncated = !isTextDirty;
     if (isTextDirty)
         prepareText();
     QSizeF size;
@@ -188,7 +192,7 @@ void QDeclarativeTextPrivate::layOutLines()
         setTruncated(true);
     setLineCount(layout->lineCount());
     const bool limited = maximumLineCount != std::numeric_limits<int>::max();
-    if (limited || elide == QDeclarativeText::ElideNone)
+    if (limited || elide == QDeclarativeText::ElideNone || !keepsTruncated)
         setTruncated(layout->isTruncated());
 }
 
@@ -255,14 +259,28 @@ void QDeclarativeTextPrivate::updateAlignment()
 
 Qt::Alignment QDeclarativeTextPrivate::effectiveAlignment() const
 {
+    auto alignment = Qt::Alignment(int(hAlign));
+    // Words are spread only where nothing else is asked for.
+    if (hAlign == QDeclarativeText::AlignJustify)
+        return alignment;
+    // An alignment that follows the text's direction is right as it is.
+    if (alignmentIsSet && isMirrored() && alignment & (Qt::AlignLeft | Qt::AlignRight))
+        alignment ^= Qt::AlignLeft | Qt::AlignRight;
     // Absolute, or the layout would turn it round again for text that runs from right to left.
-    return Qt::Alignment(int(hAlign)) | Qt::AlignAbsolute;
+    return alignment | Qt::AlignAbsolute;
+}
+
+void QDeclarativeTextPrivate::mirrorChange()
+{
+    QDeclarativeItemPrivate::mirrorChange();
+    if (alignmentIsSet)
+        updateLayout();
 }
 
 bool QDeclarativeTextPrivate::reactsToWidth() const
 {
-    return document || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone
-        || effectiveAlignment() != (Qt::AlignLeft | Qt::AlignAbsolute);
+    const bool left = effectiveAlignment() == (Qt::AlignLeft | Qt::AlignAbsolute);
+    return document || !left || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone;
 }
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
@@ -344,9 +362,10 @@ QFont QDeclarativeText::font() const
 void QDeclarativeText::setFont(const QFont &font)
 {
     Q_D(QDeclarativeText);
-    if (font == d->font && font.resolve() == d->font.resolve())
-        return;
+    const bool same = font == d->font;
     d->font = font;
+    if (same)
+        return;
     d->isTextDirty = true;
     d->updateLayout();
     Q_EMIT fontChanged(font);
@@ -627,6 +646,12 @@ void QDeclarativeText::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 
 void registerDeclarativeTextTypes()
 {
+    qRegisterMetaType<QDeclarativeText::HAlignment>();
+    qRegisterMetaType<QDeclarativeText::VAlignment>();
+    qRegisterMetaType<QDeclarativeText::TextStyle>();
+    qRegisterMetaType<QDeclarativeText::TextFormat>();
+    qRegisterMetaType<QDeclarativeText::TextElideMode>();
+    qRegisterMetaType<QDeclarativeText::LineHeightMode>();
     registerDeclarativeType<QDeclarativeText>("Text");
 }
 

@@ -85,8 +85,10 @@ void QDeclarativeTextLayout::measure()
     bounds = QRectF();
     for (int i = 0; i < layout.lineCount(); ++i) {
         const QTextLine line = layout.lineAt(i);
-        widest = qMax(widest, line.naturalTextWidth());
-        bounds |= line.naturalTextRect();
+        // Unlike the line's natural width, this one knows of justified words.
+        const QRectF rect = line.naturalTextRect();
+        widest = qMax(widest, rect.width());
+        bounds |= rect;
     }
     lineBounds = QSizeF(std::ceil(widest), std::ceil(height));
     bounds |= QRectF(bounds.left(), 0, lineBounds.width(), lineBounds.height());

@@ -164,7 +164,10 @@ QJsonValue GalleryScene::evaluate(const QString &script)
     const QVariant value = expression.evaluate(&isUndefined);
     if (expression.hasError())
         m_warnings.append(message(expression.error()));
-    return isUndefined ? QJsonValue(QJsonValue::Undefined) : GalleryValue::fromVariant(value, m_folder);
+    if (isUndefined)
+        return QJsonValue::Undefined;
+    const QJsonValue result = GalleryValue::fromVariant(value, m_folder);
+    return result.isNull() && value.value<QObject *>() ? QJsonValue(QStringLiteral("<object>")) : result;
 }
 
 void GalleryScene::mouse(const QJsonObject &step)

@@ -31,8 +31,10 @@ QJsonArray numbers(std::initializer_list<double> values)
 
 QJsonValue fromObject(const QObject *object)
 {
-    if (!object || object->objectName().isEmpty())
+    if (!object)
         return QJsonValue::Null;
+    if (object->objectName().isEmpty())
+        return QStringLiteral("<object>");
     return QLatin1Char('@') + object->objectName();
 }
 
@@ -59,6 +61,7 @@ QJsonValue GalleryValue::fromVariant(const QVariant &value, const QDir &folder)
     switch (int(value.userType())) {
     case QMetaType::UnknownType:
     case QMetaType::Nullptr:
+    case QMetaType::QFont: // not recorded
         return QJsonValue::Null;
     case QMetaType::Bool:
         return value.toBool();
