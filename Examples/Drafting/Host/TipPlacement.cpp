@@ -1,15 +1,26 @@
 #include "TipPlacement.h"
 
+#include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
+#include <Vidtips/VTXmlElement.h>
 
 #include <QtCore/QEvent>
 #include <QtGui/QCursor>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
 
 namespace {
 
 constexpr int distance = 12;
+
+// To the right of the menu, or to its left where the screen ends before.
+QRect beside(const QRect &menu, QRect tip, const QRect &screen)
+{
+    tip.moveLeft(menu.right() + distance);
+    if (tip.right() > screen.right())
+        tip.moveRight(menu.left() - distance);
+    return tip;
+}
 
 } // namespace
 
@@ -24,10 +35,25 @@ bool TipPlacement::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::Resize && event->type() != QEvent::Show)
         return false;
     auto *tip = qobject_cast<Vidtips::VTWidget *>(watched);
+    if (!tip || !tip->isWindow())
+        return false;
     // A pinned tip has a title and goes where the user drags it.
-    if (tip && tip->isWindow() && !(tip->windowFlags() & Qt::WindowTitleHint))
+    if (tip->windowFlags() & Qt::WindowTitleHint)
+        settle(tip);
+    else
         place(tip);
     return false;
+}
+
+void TipPlacement::settle(Vidtips::VTWidget *tip) const
+{
+    const Vidtips::VTXmlElement *content = tip->view() ? tip->view()->content() : nullptr;
+    if (!content || !tip->windowTitle().isEmpty())
+        return;
+    tip->setWindowTitle(content->attribute(QStringLiteral("title")));
+    // The user has just clicked it: from now on the keyboard is for the pinned tip.
+    tip->activateWindow();
+    tip->view()->setFocus();
 }
 
 void TipPlacement::place(QWidget *tip) const
@@ -35,7 +61,11 @@ void TipPlacement::place(QWidget *tip) const
     const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
     if (!screen)
         return;
-    const QPoint place = placed(tip->geometry(), screen->availableGeometry(), QCursor::pos()).topLeft();
+    QRect geometry = tip->geometry();
+    const QWidget *menu = QApplication::activePopupWidget();
+    if (menu && menu->geometry().intersects(geometry))
+        geometry = beside(menu->geometry(), geometry, screen->availableGeometry());
+    const QPoint place = placed(geometry, screen->availableGeometry(), QCursor::pos()).topLeft();
     if (place != tip->pos())
         tip->move(place);
 }

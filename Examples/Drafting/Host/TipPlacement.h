@@ -5,6 +5,10 @@
 
 class QWidget;
 
+namespace Vidtips {
+class VTWidget;
+}
+
 /**
  * Keeps the tip on screen. The library puts a tip beside the pointer and lets it grow downwards; where the
  * screen ends is for the host to say.
@@ -23,5 +27,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void settle(Vidtips::VTWidget *tip) const;
     void place(QWidget *tip) const;
 };
