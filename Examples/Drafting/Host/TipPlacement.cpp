@@ -32,7 +32,7 @@ TipPlacement::TipPlacement(QObject *parent)
 
 bool TipPlacement::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::Resize && event->type() != QEvent::Show)
+    if (event->type() != QEvent::Resize && event->type() != QEvent::Show && event->type() != QEvent::Move)
         return false;
     auto *tip = qobject_cast<Vidtips::VTWidget *>(watched);
     if (!tip || !tip->isWindow())
@@ -40,8 +40,10 @@ bool TipPlacement::eventFilter(QObject *watched, QEvent *event)
     // A pinned tip has a title and goes where the user drags it.
     if (tip->windowFlags() & Qt::WindowTitleHint)
         settle(tip);
+    else if (event->type() == QEvent::Move)
+        holdPlace(tip, event->spontaneous());
     else
-        place(tip);
+        place(tip, event->type() == QEvent::Show);
     return false;
 }
 
@@ -56,8 +58,23 @@ void TipPlacement::settle(Vidtips::VTWidget *tip) const
     tip->view()->setFocus();
 }
 
-void TipPlacement::place(QWidget *tip) const
+// Some window managers report the place of a new window while it is still on its way there; believing them
+// once would make the next change of size bring it there. Nobody can drag a tip, so its place is where it was
+// put.
+void TipPlacement::holdPlace(QWidget *tip, bool byWindowSystem)
 {
+    if (!byWindowSystem)
+        m_place = tip->pos();
+    else if (m_mayCorrect && tip->isVisible() && tip->pos() != m_place) {
+        m_mayCorrect = false;
+        tip->move(m_place);
+    }
+}
+
+void TipPlacement::place(QWidget *tip, bool isNew)
+{
+    m_mayCorrect = m_mayCorrect || isNew;
+    m_place = tip->pos();
     const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
     if (!screen)
         return;
@@ -68,6 +85,7 @@ void TipPlacement::place(QWidget *tip) const
     const QPoint place = placed(geometry, screen->availableGeometry(), QCursor::pos()).topLeft();
     if (place != tip->pos())
         tip->move(place);
+    m_place = place;
 }
 
 QRect TipPlacement::placed(const QRect &tip, const QRect &screen, const QPoint &pointer)

@@ -28,5 +28,9 @@ protected:
 
 private:
     void settle(Vidtips::VTWidget *tip) const;
-    void place(QWidget *tip) const;
+    void holdPlace(QWidget *tip, bool byWindowSystem);
+    void place(QWidget *tip, bool isNew);
+
+    QPoint m_place;
+    bool m_mayCorrect = false;
 };
