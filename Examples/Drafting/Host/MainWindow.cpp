@@ -341,7 +341,7 @@ void MainWindow::retranslate()
         m_menus.at(i)->setTitle(menus.at(i));
     m_languageMenu->setTitle(tr("&Language"));
     m_appearanceMenu->setTitle(tr("&Appearance"));
-    const QStringList languages{QStringLiteral("English"), QStringLiteral("Deutsch")};
+    const QStringList languages{QStringLiteral("&English"), QStringLiteral("&Deutsch")};
     const QStringList styles{tr("&Light"), tr("&Dark")};
     for (int i = 0; i < 2; ++i) {
         m_languageMenu->actions().at(i)->setText(languages.at(i));
