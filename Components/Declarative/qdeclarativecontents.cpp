@@ -71,6 +71,9 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
         all = first ? geometryOf(child) : united(all, geometryOf(child));
         first = false;
     }
+    // The far edges are never left of or above the item itself, wherever the children are.
+    all.setRight(qMax<qreal>(all.right(), 0));
+    all.setBottom(qMax<qreal>(all.bottom(), 0));
     setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
 }
 
