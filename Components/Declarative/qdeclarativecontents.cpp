@@ -62,23 +62,28 @@ void QDeclarativeContents::unwatch(QGraphicsObject *child)
 
 void QDeclarativeContents::update(const QGraphicsObject *except)
 {
-    QRectF all;
+    // The origin counts towards right and bottom, and the last place stays when the children are gone.
+    QPointF start, end;
     bool first = true;
     const auto children = QDeclarativeItemPrivate::childObjects(m_item);
     for (const QGraphicsObject *child : children) {
         if (child == except)
             continue;
-        all = first ? geometryOf(child) : united(all, geometryOf(child));
+        const QRectF rect = geometryOf(child);
+        start = first ? rect.topLeft() : QPointF(qMin(start.x(), rect.left()), qMin(start.y(), rect.top()));
+        end = QPointF(qMax(end.x(), rect.right()), qMax(end.y(), rect.bottom()));
         first = false;
     }
-    // The far edges are never left of or above the item itself, wherever the children are.
-    all.setRight(qMax<qreal>(all.right(), 0));
-    all.setBottom(qMax<qreal>(all.bottom(), 0));
-    setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
+    if (first)
+        setRect(QRectF(m_rect.topLeft(), QSizeF(0, 0)));
+    else
+        setRect(QRectF(start, QSizeF(end.x() - start.x(), end.y() - start.y()).expandedTo(QSizeF(0, 0))));
 }
 
-void QDeclarativeContents::setRect(const QRectF &rect)
+void QDeclarativeContents::setRect(const QRectF &enclosing)
 {
+    // A positioner with nothing to place may have a negative size and be the only child.
+    const QRectF rect(enclosing.topLeft(), enclosing.size().expandedTo(QSizeF(0, 0)));
     if (rect == m_rect)
         return;
     m_rect = rect;

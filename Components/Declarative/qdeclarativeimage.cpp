@@ -1,5 +1,6 @@
 #include "qdeclarativeimage_p.h"
 
+#include "qdeclarativeanimatedimage_p.h"
 #include "qdeclarativeborderimage_p.h"
 #include "qdeclarativetypes_p.h"
 
@@ -145,6 +146,7 @@ void registerDeclarativeImageTypes()
     registerDeclarativeRevision<QDeclarativeImageBase>();
     registerDeclarativeType<QDeclarativeImage>("Image");
     registerDeclarativeType<QDeclarativeBorderImage>("BorderImage");
+    registerDeclarativeType<QDeclarativeAnimatedImage>("AnimatedImage");
 }
 
 #include "moc_qdeclarativeimage_p.cpp"

@@ -16,6 +16,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , hasActiveFocus(false)
+    , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
     , childrenInheritMirror(false)
@@ -26,6 +27,8 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , passedMirror(false)
 {
     isDeclarativeItem = 1;
+    // A press gives the focus only where an item asks for it, as the editors do.
+    mouseSetsFocus = 0;
 }
 
 QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
@@ -42,6 +45,8 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     // The focus moves when content says so, not with every press.
     mouseSetsFocus = 0;
     q->setAcceptedMouseButtons(Qt::NoButton);
+    // Focus is given by content alone.
+    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -109,7 +114,9 @@ void QDeclarativeItemPrivate::setWidth(qreal width)
 void QDeclarativeItemPrivate::resetWidth()
 {
     widthIsSet = false;
-    changeSize(QSizeF(implicitWidth(), itemHeight));
+    // Before the height is read: some items find out about both only now.
+    const qreal width = implicitWidth();
+    changeSize(QSizeF(width, itemHeight));
 }
 
 void QDeclarativeItemPrivate::setHeight(qreal height)
@@ -121,7 +128,8 @@ void QDeclarativeItemPrivate::setHeight(qreal height)
 void QDeclarativeItemPrivate::resetHeight()
 {
     heightIsSet = false;
-    changeSize(QSizeF(itemWidth, implicitHeight()));
+    const qreal height = implicitHeight();
+    changeSize(QSizeF(itemWidth, height));
 }
 
 void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)
@@ -223,6 +231,8 @@ QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 QRectF QDeclarativeItemPrivate::childrenRect()
 {
     Q_Q(QDeclarativeItem);
+    if (inDestructor)
+        return {};
     if (!extra().contents)
         extraData->contents.reset(new QDeclarativeContents(q));
     return extraData->contents->rect();
@@ -465,7 +475,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
-        Q_EMIT parentChanged(parentItem());
+        // The place in which an item is declared is no change.
+        if (d->componentIsComplete || d->parentWasSet)
+            Q_EMIT parentChanged(parentItem());
+        d->parentWasSet = true;
         d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemParentChanged(this, parentItem());
         });

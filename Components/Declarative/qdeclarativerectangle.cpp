@@ -11,6 +11,9 @@
 
 #include <private/qquickrectangle_p.h>
 
+/** What is longer is cut to what can be seen first: Qt's rasterizer has no more room for it. */
+static constexpr int lengthLimit = 8192;
+
 /** The widest border and corner that are painted from a picture; larger ones are drawn each time. */
 static constexpr int tileMarginLimit = 128;
 
@@ -64,12 +67,22 @@ QRect QDeclarativeRectanglePrivate::tiledRect() const
     return QRect(-(border / 2), -(border / 2), int(itemWidth) + border, int(itemHeight) + border);
 }
 
+/** Returns @p rect with the sides that are far out of sight, by @p reach or more, moved closer. */
+static QRectF visiblePart(const QPainter *painter, const QRectF &rect, qreal reach)
+{
+    if (rect.width() <= lengthLimit && rect.height() <= lengthLimit)
+        return rect;
+    const QRectF device(0, 0, painter->device()->width(), painter->device()->height());
+    const QRectF visible = painter->deviceTransform().inverted().mapRect(device);
+    return rect & visible.adjusted(-reach, -reach, reach, reach);
+}
+
 bool QDeclarativeRectanglePrivate::canTile(const QPainter *painter) const
 {
     const int margin = tileMargin();
-    return !gradient && margin <= tileMarginLimit && itemWidth < QWIDGETSIZE_MAX
-        && itemHeight < QWIDGETSIZE_MAX && tiledRect().width() >= 2 * margin
-        && tiledRect().height() >= 2 * margin && painter->device()->devicePixelRatioF() == 1;
+    return !gradient && margin <= tileMarginLimit && itemWidth <= lengthLimit && itemHeight <= lengthLimit
+        && tiledRect().width() >= 2 * margin && tiledRect().height() >= 2 * margin
+        && painter->device()->devicePixelRatioF() == 1;
 }
 
 const QPixmap &QDeclarativeRectanglePrivate::needTile()
@@ -112,7 +125,8 @@ void QDeclarativeRectanglePrivate::drawTile(QPainter *painter)
 
 void QDeclarativeRectanglePrivate::drawShape(QPainter *painter)
 {
-    const int border = isBordered() ? pen->width() : 0;
+    const int border = isBordered() ? qMin(pen->width(), lengthLimit) : 0;
+    const qreal corner = qMin(cornerRadius(), qreal(lengthLimit));
     const qreal shift = border % 2 / 2.0;
     // Where a gradient is, a border of odd width keeps its spare pixel inside.
     const qreal spare = gradient ? 2 * shift : 0;
@@ -120,11 +134,12 @@ void QDeclarativeRectanglePrivate::drawShape(QPainter *painter)
     painter->setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
                            : QPen(Qt::NoPen));
     painter->setBrush(isFilled() ? fill(rect) : QBrush());
-    if (radius > 0) {
+    const QRectF outline = visiblePart(painter, rect, border + corner);
+    if (corner > 0) {
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->drawRoundedRect(rect, cornerRadius(), cornerRadius());
+        painter->drawRoundedRect(outline, corner, corner);
     } else {
-        painter->drawRect(rect);
+        painter->drawRect(outline);
     }
 }
 
@@ -203,7 +218,8 @@ QColor QDeclarativeRectangle::color() const
 void QDeclarativeRectangle::setColor(const QColor &color)
 {
     Q_D(QDeclarativeRectangle);
-    if (color == d->color)
+    // What is not a colour, such as an unknown name, leaves the one there was.
+    if (color == d->color || !color.isValid())
         return;
     d->color = color;
     d->shapeUpdated();

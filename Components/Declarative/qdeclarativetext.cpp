@@ -61,6 +61,7 @@ public:
     QDeclarativeText::LineHeightMode lineHeightMode = QDeclarativeText::ProportionalHeight;
     bool isTruncated = false;
     bool isTextDirty = true;
+    bool keepsTruncated = false;
     bool alignmentIsSet = false;
     bool isSizing = false;
     bool implicitWidthIsRead = false;
@@ -114,6 +115,8 @@ void QDeclarativeTextPrivate::updateLayout()
         if (implicitWidthIsRead)
             return;
     }
+    // Of the same text a single line keeps counting as truncated.
+    keepsTruncated = !isTextDirty;
     if (isTextDirty)
         prepareText();
     QSizeF size;
@@ -190,7 +193,7 @@ void QDeclarativeTextPrivate::layOutLines()
         setTruncated(true);
     setLineCount(layout->lineCount());
     const bool limited = maximumLineCount != std::numeric_limits<int>::max();
-    if (limited || elide == QDeclarativeText::ElideNone)
+    if (limited || elide == QDeclarativeText::ElideNone || !keepsTruncated)
         setTruncated(layout->isTruncated());
 }
 
@@ -258,6 +261,9 @@ void QDeclarativeTextPrivate::updateAlignment()
 Qt::Alignment QDeclarativeTextPrivate::effectiveAlignment() const
 {
     auto alignment = Qt::Alignment(int(hAlign));
+    // Words are spread only where nothing else is asked for.
+    if (hAlign == QDeclarativeText::AlignJustify)
+        return alignment;
     // An alignment that follows the text's direction is right as it is.
     if (alignmentIsSet && isMirrored() && alignment & (Qt::AlignLeft | Qt::AlignRight))
         alignment ^= Qt::AlignLeft | Qt::AlignRight;
@@ -274,8 +280,8 @@ void QDeclarativeTextPrivate::mirrorChange()
 
 bool QDeclarativeTextPrivate::reactsToWidth() const
 {
-    return document || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone
-        || effectiveAlignment() != (Qt::AlignLeft | Qt::AlignAbsolute);
+    const bool left = effectiveAlignment() == (Qt::AlignLeft | Qt::AlignAbsolute);
+    return document || !left || wrapMode != QDeclarativeText::NoWrap || elide != QDeclarativeText::ElideNone;
 }
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
@@ -359,9 +365,10 @@ QFont QDeclarativeText::font() const
 void QDeclarativeText::setFont(const QFont &font)
 {
     Q_D(QDeclarativeText);
-    if (font == d->font && font.resolve() == d->font.resolve())
-        return;
+    const bool same = font == d->font;
     d->font = font;
+    if (same)
+        return;
     d->isTextDirty = true;
     d->updateLayout();
     Q_EMIT fontChanged(font);
@@ -642,6 +649,12 @@ void QDeclarativeText::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 
 void registerDeclarativeTextTypes()
 {
+    qRegisterMetaType<QDeclarativeText::HAlignment>();
+    qRegisterMetaType<QDeclarativeText::VAlignment>();
+    qRegisterMetaType<QDeclarativeText::TextStyle>();
+    qRegisterMetaType<QDeclarativeText::TextFormat>();
+    qRegisterMetaType<QDeclarativeText::TextElideMode>();
+    qRegisterMetaType<QDeclarativeText::LineHeightMode>();
     registerDeclarativeType<QDeclarativeText>("Text");
 }
 

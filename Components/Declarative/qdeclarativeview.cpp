@@ -9,6 +9,8 @@
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsWidget>
 
+#include <private/qqmldata_p.h>
+
 class QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
 public:
@@ -82,7 +84,7 @@ void QDeclarativeView::Private::finishLoading()
     QObject *object = component->isError() ? nullptr : component->create();
     if (component->isError()) {
         delete object;
-        report(component->errors());
+        report(q->errors());
     } else {
         q->setRootObject(object);
     }
@@ -100,7 +102,11 @@ void QDeclarativeView::Private::releaseRoot()
 {
     if (QDeclarativeItem *item = rootItem())
         QDeclarativeItemPrivate::get(item)->removeChangeListener(this, GeometryChange);
-    delete root;
+    if (root) {
+        // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
+        QQmlData::markAsDeleted(root);
+        delete root;
+    }
 }
 
 void QDeclarativeView::Private::adoptRoot(QGraphicsObject *object)
@@ -231,6 +237,11 @@ QList<QDeclarativeError> QDeclarativeView::errors() const
     QList<QQmlError> all = d->rootErrors;
     if (d->component)
         all = d->component->errors() + all;
+    for (QQmlError &error : all) {
+        // The compiler leaves out the file where it refuses a type.
+        if (error.url().isEmpty())
+            error.setUrl(d->source);
+    }
     return all;
 }
 
@@ -266,10 +277,8 @@ void QDeclarativeView::resizeEvent(QResizeEvent *event)
 {
     if (d->resizeMode == SizeRootObjectToView)
         d->fitRootToView();
-    if (d->root) {
-        setSceneRect(QRectF(QPointF(), d->rootSize()));
-        Q_EMIT sceneResized(event->size());
-    }
+    setSceneRect(d->root ? QRectF(QPointF(), d->rootSize()) : QRectF(rect()));
+    Q_EMIT sceneResized(event->size());
     QGraphicsView::resizeEvent(event);
 }
 

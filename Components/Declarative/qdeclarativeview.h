@@ -60,7 +60,7 @@ public:
     QSize initialSize() const;
 
 Q_SIGNALS:
-    /** Emitted when the view was resized while it shows a root object. */
+    /** Emitted when the view was resized, after the root object followed it where it has to. */
     void sceneResized(QSize size);
     void statusChanged(QDeclarativeView::Status status);
 

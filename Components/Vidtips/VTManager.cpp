@@ -2,6 +2,9 @@
 
 #include "VTContext.h"
 #include "VTIndex.h"
+#include "VTScrollBarComponent.h"
+#include "VTStyledRectangleComponent.h"
+#include "VTVideoComponent.h"
 #include "VTView.h"
 #include "VTWidget.h"
 #include "VTXmlElement.h"
@@ -29,7 +32,10 @@ const char importUri[] = "com.corvale.vidtips.qml";
 
 void registerDeclarativeTypes()
 {
+    qmlRegisterType<VTVideoComponent>(importUri, 1, 0, "VTVideoComponent");
     qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
+    qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
+    qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
 }
 
 QString keyAttribute()

@@ -31,8 +31,10 @@ QJsonArray numbers(std::initializer_list<double> values)
 
 QJsonValue fromObject(const QObject *object)
 {
-    if (!object || object->objectName().isEmpty())
+    if (!object)
         return QJsonValue::Null;
+    if (object->objectName().isEmpty())
+        return QStringLiteral("<object>");
     return QLatin1Char('@') + object->objectName();
 }
 

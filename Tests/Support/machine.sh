@@ -2,10 +2,10 @@
 
 packages=(
     cmake ninja-build pkg-config
-    qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qttools5-dev-tools
+    qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qttools5-dev qttools5-dev-tools
     libqt5svg5
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
-    ffmpeg xvfb openbox xdotool fonts-dejavu-core
+    ffmpeg xvfb openbox picom xdotool fonts-dejavu-core
 )
 
 say() { printf '\033[1m%s\033[0m\n' "$*"; }

@@ -310,7 +310,11 @@ void tst_VTManager::registersDeclarativeTypes_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QByteArray>("className");
+    QTest::newRow("video") << QByteArray("VTVideoComponent") << QByteArray("Vidtips::VTVideoComponent");
     QTest::newRow("element") << QByteArray("VTXmlElement") << QByteArray("Vidtips::VTXmlElement");
+    QTest::newRow("rectangle") << QByteArray("VTStyledRectangle")
+                               << QByteArray("Vidtips::VTStyledRectangleComponent");
+    QTest::newRow("scroll bar") << QByteArray("VTScrollBar") << QByteArray("VTScrollBarComponent");
 }
 
 void tst_VTManager::registersDeclarativeTypes()

@@ -2,7 +2,7 @@
 #include <Vidtips/VTVideoController.h>
 #include <Vidtips/VTVideoSourceFFMPEG.h>
 
-#include "MessageLog.h"
+#include "MessageRecorder.h"
 #include "TestClips.h"
 #include "TestHost.h"
 #include "TestPackage.h"
@@ -510,7 +510,7 @@ void tst_VTVideoComponent::destroyedAtAnyMoment()
     QFETCH(bool, plays);
     QFETCH(int, frames);
     const int threadsBefore = threadCount();
-    MessageLog log;
+    MessageRecorder log;
     VTVideoComponent *const item = addItem();
     if (!name.isEmpty())
         item->setSource(name);
@@ -522,7 +522,7 @@ void tst_VTVideoComponent::destroyedAtAnyMoment()
     delete item;
     QVERIFY(timer.elapsed() < 5000);
     QTRY_COMPARE(threadCount(), threadsBefore);
-    QVERIFY(log.messages().filter("did not quit").isEmpty());
+    QVERIFY(log.texts().filter("did not quit").isEmpty());
 }
 
 // The controller that has finished asks to be deleted; its owner may be gone before that request is handled.

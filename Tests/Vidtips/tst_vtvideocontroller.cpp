@@ -1,7 +1,7 @@
 #include <Vidtips/VTVideoController.h>
 #include <Vidtips/VTVideoSource.h>
 
-#include "MessageLog.h"
+#include "MessageRecorder.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMutex>
@@ -132,6 +132,25 @@ private:
     QElapsedTimer m_timer;
     QVector<QMetaObject::Connection> m_connections;
 };
+
+// Makes the thread of the player hang where it announces a still frame.
+void hang(Player *player, bool canBeTerminated, QSemaphore *hangs, const std::atomic<bool> *isHeld)
+{
+    struct Protection : QThread
+    {
+        using QThread::setTerminationEnabled;
+    };
+    QObject::connect(
+        player->controller, &VTVideoController::displayFrame, player->controller,
+        [=] {
+            Protection::setTerminationEnabled(canBeTerminated);
+            hangs->release();
+            while (*isHeld)
+                QThread::msleep(10);
+        },
+        Qt::DirectConnection);
+    player->controller->start();
+}
 
 } // namespace
 
@@ -590,7 +609,7 @@ void tst_VTVideoController::shouldQuitGivesUpOnABusyLock()
 
 void tst_VTVideoController::quitBeforeTheThreadRuns()
 {
-    MessageLog log;
+    MessageRecorder log;
     Player player(3);
     Recorder recorder(player.controller);
     player.controller->setShouldQuit();
@@ -598,7 +617,7 @@ void tst_VTVideoController::quitBeforeTheThreadRuns()
     QVERIFY(player.controller->wait(10000));
     QCOMPARE(recorder.names(), QStringList());
     player.controller->quit();
-    QCOMPARE(log.messages(), QStringList());
+    QCOMPARE(log.texts(), QStringList());
 }
 
 void tst_VTVideoController::quitInEveryState_data()
@@ -619,7 +638,7 @@ void tst_VTVideoController::quitInEveryState()
     QFETCH(int, frames);
     QFETCH(double, rate);
     QFETCH(bool, plays);
-    MessageLog log;
+    MessageRecorder log;
     Player player(frames, rate);
     Recorder recorder(player.controller);
     if (plays)
@@ -631,47 +650,30 @@ void tst_VTVideoController::quitInEveryState()
     player.controller->quit();
     QVERIFY(timer.elapsed() < 5000);
     QVERIFY(player.controller->isFinished());
-    QCOMPARE(log.messages(), QStringList());
+    QCOMPARE(log.texts(), QStringList());
 }
 
 // Both waits run side by side, as each takes its full ten seconds.
 void tst_VTVideoController::quitReportsAThreadThatDoesNotEnd()
 {
-    MessageLog log;
+    MessageRecorder log;
     Player terminated(3);
     Player immortal(3);
-    QSemaphore isImmortal;
-    connect(
-        immortal.controller, &VTVideoController::displayFrame, immortal.controller,
-        [&] {
-            struct Protection : QThread
-            {
-                using QThread::setTerminationEnabled;
-            };
-            Protection::setTerminationEnabled(false);
-            isImmortal.release();
-            while (immortal.source.isBlocked)
-                QThread::msleep(10);
-        },
-        Qt::DirectConnection);
-    for (Player *player : {&terminated, &immortal}) {
-        player->source.isBlocked = player == &immortal;
-        player->controller->start();
-    }
-    isImmortal.acquire();
-    terminated.source.isBlocked = true;
-    terminated.controller->play();
-    terminated.source.asked.acquire();
+    QSemaphore hangs;
+    std::atomic<bool> isHeld{true};
+    hang(&terminated, true, &hangs, &isHeld);
+    hang(&immortal, false, &hangs, &isHeld);
+    hangs.acquire(2);
     std::thread first([&] { terminated.controller->quit(); });
     std::thread second([&] { immortal.controller->quit(); });
     first.join();
     second.join();
     QVERIFY(terminated.controller->isFinished());
     QVERIFY(immortal.controller->isRunning());
-    immortal.source.isBlocked = false;
+    isHeld = false;
     QVERIFY(immortal.controller->wait(10000));
     const QString late = "VTVideoController did not quit in a timely fashion";
-    QCOMPARE(log.messages(), (QStringList{late, late, "VTVideoController did not quit at all"}));
+    QCOMPARE(log.texts(), (QStringList{late, late, "VTVideoController did not quit at all"}));
     QVERIFY(log.allHaveContext());
 }
 

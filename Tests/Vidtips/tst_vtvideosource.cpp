@@ -1,7 +1,7 @@
 #include <Vidtips/VTVideoFrameCache.h>
 #include <Vidtips/VTVideoSource.h>
 
-#include "MessageLog.h"
+#include "MessageRecorder.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QSemaphore>
@@ -464,20 +464,20 @@ void tst_VTVideoSource::quitOfAThreadThatEnds_data()
 void tst_VTVideoSource::quitOfAThreadThatEnds()
 {
     QFETCH(bool, started);
-    MessageLog log;
+    MessageRecorder log;
     ObedientSource source;
     if (started)
         source.start();
     source.quit();
     QVERIFY(source.shouldQuit());
     QVERIFY(!source.isRunning());
-    QCOMPARE(log.messages(), QStringList());
+    QCOMPARE(log.texts(), QStringList());
 }
 
 // Both waits run side by side, as each takes its full ten seconds.
 void tst_VTVideoSource::quitReportsAThreadThatDoesNotEnd()
 {
-    MessageLog log;
+    MessageRecorder log;
     StubbornSource terminated(true);
     StubbornSource immortal(false);
     for (StubbornSource *source : {&terminated, &immortal}) {
@@ -493,7 +493,7 @@ void tst_VTVideoSource::quitReportsAThreadThatDoesNotEnd()
     immortal.release.release();
     QVERIFY(immortal.wait(10000));
     const QString late = "VTVideoSource did not quit in a timely fashion";
-    QCOMPARE(log.messages(), (QStringList{late, late, "VTVideoSource did not quit at all"}));
+    QCOMPARE(log.texts(), (QStringList{late, late, "VTVideoSource did not quit at all"}));
     QVERIFY(log.allHaveContext());
 }
 

@@ -1,3 +1,4 @@
+#include <MetaMembers.h>
 #include <TestHost.h>
 #include <TestPackage.h>
 
@@ -140,19 +141,11 @@ VTXmlElement *tst_VTView::setContent(const QMap<QString, QString> &attributes,
 
 void tst_VTView::propertiesInDeclaredOrder()
 {
-    const QMetaObject &meta = VTView::staticMetaObject;
-    QStringList properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        properties << QStringLiteral("%1 %2 %3 %4")
-                          .arg(property.typeName(), property.name(), property.isWritable() ? "write" : "read",
-                               QString::fromLatin1(property.notifySignal().name()));
-    }
-    QCOMPARE(properties,
-             (QStringList{"bool stayOpen write stayOpenChanged", "bool reserved write reservedChanged",
-                          "VTXmlElement* content write contentChanged",
-                          "bool documentationAvailable read documentationAvailableChanged",
-                          "QString resourceDirectory read "}));
+    QCOMPARE(ownProperties(VTView::staticMetaObject),
+             (QList<QByteArray>{"bool stayOpen rw stayOpenChanged", "bool reserved rw reservedChanged",
+                                "VTXmlElement* content rw contentChanged",
+                                "bool documentationAvailable r documentationAvailableChanged",
+                                "QString resourceDirectory r "}));
 }
 
 void tst_VTView::methodsInDeclaredOrder()

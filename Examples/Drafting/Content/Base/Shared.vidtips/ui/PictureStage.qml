@@ -1,0 +1,20 @@
+import QtQuick 1.1
+
+// A picture over the full width, in the proportions of a clip so that tips of either kind look alike.
+Rectangle {
+    id: stage
+
+    property variant ui
+    property url source
+
+    width: parent ? parent.width : 352
+    height: Math.round(width * 9 / 16)
+    color: "#171d25"
+
+    Image {
+        anchors.fill: parent
+        source: stage.source
+        fillMode: Image.PreserveAspectFit
+        smooth: true
+    }
+}

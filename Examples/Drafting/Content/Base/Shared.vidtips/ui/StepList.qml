@@ -1,0 +1,49 @@
+import QtQuick 1.1
+
+// Numbered steps; the numbers stand in a column of their own whatever the length of the texts.
+Column {
+    id: list
+
+    property variant ui
+    property variant steps: []
+
+    spacing: 8
+
+    Repeater {
+        model: list.steps
+
+        Item {
+            width: list.width
+            height: Math.max(badge.height, label.paintedHeight)
+
+            Rectangle {
+                id: badge
+                x: list.ui.mirrored ? parent.width - width : 0
+                width: 20
+                height: 20
+                radius: 10
+                smooth: true
+                color: list.ui.accent
+                opacity: 0.16
+            }
+            Text {
+                anchors.centerIn: badge
+                text: index + 1
+                font { pixelSize: list.ui.small; bold: true }
+                color: list.ui.accent
+            }
+            Text {
+                id: label
+                x: list.ui.mirrored ? 0 : 32
+                y: Math.max(0, Math.round((badge.height - font.pixelSize * 1.35) / 2))
+                width: parent.width - 32
+                text: modelData
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                horizontalAlignment: list.ui.textAlign
+                font.pixelSize: list.ui.body
+                color: list.ui.text
+            }
+        }
+    }
+}

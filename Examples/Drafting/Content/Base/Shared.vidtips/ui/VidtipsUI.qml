@@ -1,0 +1,316 @@
+import QtQuick 1.1
+import "content.js" as Content
+
+// The full tip. It opens small, with what answers most questions, and grows after a moment or at a click. The file
+// stays loaded from tip to tip: everything follows from "vidtip", which names another element each time.
+Rectangle {
+    id: root
+
+    property QtObject tip: vidtip
+    property bool complete: false
+    property string title: ""
+    property string summary: ""
+    property string shortcut: ""
+    property string unavailable: ""
+    property string help: ""
+    property string clip: ""
+    property string picture: ""
+    property variant steps: []
+    property variant notes: []
+    property bool hasMore: clip !== "" || picture !== "" || steps.length > 0 || notes.length > 0 || help !== ""
+    property bool pinned: vidTipView.reserved
+
+    function read() {
+        state = "";
+        if (!tip || !complete)
+            return;
+        look.mirrored = Qt.application.layoutDirection === Qt.RightToLeft;
+        look.motion = Content.hostProperty("motion", "on") !== "off";
+        title = Content.attribute(tip, "title");
+        shortcut = tip.attribute("shortcut");
+        summary = Content.text(tip, "summary");
+        unavailable = Content.hostProperty("available", "on") === "off" ? Content.text(tip, "unavailable") : "";
+        help = vidTipView.documentationAvailable ? tip.attribute("help") : "";
+        clip = Content.resource(tip, "clip");
+        picture = Content.resource(tip, "picture");
+        steps = Content.texts(tip, "step");
+        notes = Content.texts(tip, "note");
+        helpButton.label = Content.word("More help");
+        pinButton.label = Content.word("Keep open");
+        if (hasMore)
+            dwell.restart();
+        else
+            dwell.stop();
+    }
+
+    function expand() {
+        if (!hasMore || state === "expanded")
+            return;
+        dwell.stop();
+        release.stop();
+        media.sourceComponent = undefined;
+        media.sourceComponent = clip !== "" ? clipPart : picture !== "" ? picturePart : undefined;
+        state = "expanded";
+    }
+
+    function pin() {
+        expand();
+        vidTipView.stayOpen = true;
+        vidTipView.reserved = true;
+    }
+
+    onTipChanged: read()
+    onStateChanged: {
+        if (state !== "")
+            return;
+        if (media.item && media.item.pause)
+            media.item.pause();
+        release.restart();
+    }
+    Component.onCompleted: { complete = true; read() }
+
+    // The window is one pixel wider and higher than the view and shows the same colour there, so the frame stands
+    // one pixel inside the view at the top and at the left as well.
+    width: 355
+    height: content.height + 3
+    color: look.window
+    focus: true
+
+    Keys.onPressed: {
+        if (event.key === Qt.Key_F1 && help !== "")
+            vidTipView.openExternalResource(help);
+        else if (event.key === Qt.Key_Escape && pinned)
+            vidTipView.notification(100, "close");
+        else if (event.key === Qt.Key_Space && media.item && media.item.toggle)
+            media.item.toggle();
+        else
+            return;
+        event.accepted = true;
+    }
+
+    Style { id: look }
+
+    Timer {
+        id: dwell
+        interval: 900
+        onTriggered: root.expand()
+    }
+
+    // A clip's pictures are not kept for a tip that is closed or small, but ending a clip takes a moment, which
+    // must not delay the next tip.
+    Timer {
+        id: release
+        interval: 300
+        onTriggered: media.sourceComponent = undefined
+    }
+
+    Rectangle {
+        x: 1
+        y: 1
+        width: root.width - 1
+        height: root.height - 1
+        color: look.text
+        opacity: look.hairline + 0.06
+    }
+    Rectangle {
+        x: 2
+        y: 2
+        width: root.width - 3
+        height: root.height - 3
+        color: look.window
+    }
+    MouseArea {
+        anchors.fill: parent
+        onClicked: root.expand()
+    }
+
+    Component {
+        id: clipPart
+
+        ClipPlayer {
+            ui: look
+            autoplay: look.motion
+            Component.onCompleted: source = root.clip
+        }
+    }
+    Component {
+        id: picturePart
+
+        PictureStage {
+            ui: look
+            Component.onCompleted: source = Content.fileUrl(vidTipView.findResource(root.picture))
+        }
+    }
+
+    Column {
+        id: content
+        x: 2
+        y: 2
+        width: root.width - 3
+
+        Item {
+            id: header
+            width: parent.width
+            height: 12 + Math.max(titleText.paintedHeight, chip.height)
+
+            Text {
+                id: titleText
+                x: look.mirrored ? parent.width - width - look.margin : look.margin
+                y: 12
+                width: parent.width - 2 * look.margin - (chip.width > 0 ? chip.width + 12 : 0)
+                text: root.title
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                horizontalAlignment: look.textAlign
+                font { pixelSize: look.title; bold: true }
+                color: look.text
+            }
+            KeyChip {
+                id: chip
+                x: look.mirrored ? look.margin : parent.width - width - look.margin
+                y: 12
+                ui: look
+                shortcut: root.shortcut
+                width: root.shortcut === "" ? 0 : childrenRect.width
+            }
+        }
+        Item {
+            width: parent.width
+            height: summaryText.text === "" ? 4 : summaryText.paintedHeight + 4
+
+            Text {
+                id: summaryText
+                x: look.margin
+                y: 4
+                width: parent.width - 2 * look.margin
+                text: root.summary
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                horizontalAlignment: look.textAlign
+                font.pixelSize: look.body
+                color: look.text
+                opacity: look.soft
+            }
+        }
+        Item {
+            width: parent.width
+            height: root.unavailable === "" ? 0 : reason.height + 12
+            visible: root.unavailable !== ""
+
+            NoteList {
+                id: reason
+                x: look.margin
+                y: 12
+                width: parent.width - 2 * look.margin
+                ui: look
+                color: look.caution
+                notes: root.unavailable === "" ? [] : [root.unavailable]
+            }
+        }
+        Item {
+            id: foot
+            width: parent.width
+            height: root.hasMore && root.state === "" ? 20 : 12
+
+            Glyph {
+                anchors.centerIn: parent
+                name: "more"
+                width: 16
+                height: 12
+                color: look.text
+                opacity: look.faint
+                visible: root.hasMore && root.state === ""
+            }
+        }
+        Item {
+            id: detail
+            width: parent.width
+            height: 0
+            clip: true
+
+            Column {
+                id: parts
+                width: parent.width
+
+                Item {
+                    width: parent.width
+                    height: media.item ? media.item.height : 0
+
+                    Loader {
+                        id: media
+                        width: parent.width
+                    }
+                }
+                Item {
+                    width: parent.width
+                    height: root.steps.length > 0 ? stepList.height + (root.clip !== "" ? 4 : 12) + 12 : 0
+                    visible: root.steps.length > 0
+
+                    StepList {
+                        id: stepList
+                        x: look.margin
+                        y: root.clip !== "" ? 4 : 12
+                        width: parent.width - 2 * look.margin
+                        ui: look
+                        steps: root.steps
+                    }
+                }
+                Item {
+                    width: parent.width
+                    height: root.notes.length > 0 ? noteList.height + 12 : 0
+                    visible: root.notes.length > 0
+
+                    NoteList {
+                        id: noteList
+                        x: look.margin
+                        width: parent.width - 2 * look.margin
+                        ui: look
+                        notes: root.notes
+                    }
+                }
+                Item {
+                    id: footer
+                    width: parent.width
+                    height: 40
+
+                    Rectangle {
+                        width: parent.width
+                        height: 1
+                        color: look.text
+                        opacity: look.hairline
+                    }
+                    ActionButton {
+                        id: helpButton
+                        x: look.mirrored ? parent.width - width - 8 : 8
+                        y: 6
+                        ui: look
+                        glyph: ""
+                        color: look.accent
+                        visible: root.help !== ""
+                        onClicked: vidTipView.openExternalResource(root.help)
+                        KeyNavigation.tab: pinButton
+                    }
+                    ActionButton {
+                        id: pinButton
+                        x: look.mirrored ? 8 : parent.width - width - 8
+                        y: 6
+                        ui: look
+                        glyph: "pin"
+                        visible: !root.pinned
+                        onClicked: root.pin()
+                        KeyNavigation.tab: helpButton
+                    }
+                }
+            }
+        }
+    }
+
+    states: State {
+        name: "expanded"
+        PropertyChanges { target: detail; height: parts.height }
+    }
+    transitions: Transition {
+        to: "expanded"
+        NumberAnimation { target: detail; property: "height"; duration: look.growTime; easing.type: Easing.OutCubic }
+    }
+}

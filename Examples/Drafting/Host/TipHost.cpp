@@ -1,0 +1,198 @@
+#include "TipHost.h"
+
+#include "Commands.h"
+#include "Core/DraftingScene.h"
+#include "MessageLog.h"
+#include "Options.h"
+
+#include <Vidtips/VTWidget.h>
+
+#include <QtCore/QUrl>
+#include <QtGui/QDesktopServices>
+#include <QtWidgets/QAbstractScrollArea>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolButton>
+
+using namespace Vidtips;
+
+namespace {
+
+const QString fallbackTip = QStringLiteral("tip.fallback");
+
+// Handing the settings over happens while the base class is made, before any member exists.
+VTContext &filled(VTContext &context, const Options &options)
+{
+    TipHost::fill(context, options);
+    return context;
+}
+
+QString onOff(bool on)
+{
+    return on ? QStringLiteral("on") : QStringLiteral("off");
+}
+
+QString nameOf(QObject *object)
+{
+    const QString name = object->objectName();
+    return name.startsWith(QLatin1String("qt_")) ? QString() : name;
+}
+
+} // namespace
+
+void TipHost::fill(VTContext &context, const Options &options)
+{
+    context.set(InstallEventFilter, true);
+    context.set(AlwaysShowToolTips, true);
+    context.set(ShowDuration, options.motion ? 120 : 0);
+    context.set(HideDuration, options.motion ? 160 : 0);
+    context.set(TooltipOffset, QSize(20, 24));
+    context.set(TipsOff, options.tipsOff);
+    context.set(UseSimpleUserInterface, options.simpleTips);
+    context.set(RequiredModifiers, options.modifierOnly ? int(Qt::ControlModifier) : 0);
+    context.set(KeyDataFile, Options::shareFolder() + QStringLiteral("/Content/Keys.xml"));
+    context.set(MessageThreshold, int(options.debugMessages ? VTMessageDebug : VTMessageWarning));
+    context.set(AllowDocumentation, true);
+    if (options.idleInterval >= 0)
+        context.set(IdleInterval, options.idleInterval);
+}
+
+TipHost::TipHost(VTContext &context, const Options &options, Commands *commands, MessageLog *log)
+    : VTInterface(filled(context, options), options.dataPaths, nullptr)
+    , m_commands(commands)
+    , m_log(log)
+    , m_container(options.reserveInContainer)
+    , m_fallback(options.fallback)
+{
+    setMotion(options.motion);
+    setGlobalProperty(QStringLiteral("application"), QCoreApplication::applicationName());
+}
+
+void TipHost::setMotion(bool on)
+{
+    setGlobalProperty(QStringLiteral("motion"), onOff(on));
+    context().set(ShowDuration, on ? 120 : 0);
+    context().set(HideDuration, on ? 160 : 0);
+}
+
+void TipHost::setLanguage(const QString &localeName)
+{
+    context().set(UserInterfaceLocale, localeName);
+    context().set(ContentLocale, localeName);
+    const QString step = QLocale(localeName).toString(DraftingScene::gridStep, 'f', 0);
+    setGlobalProperty(QStringLiteral("grid"), step + QStringLiteral("\u00a0mm"));
+}
+
+void TipHost::hideTip()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        auto *tip = qobject_cast<VTWidget *>(widget);
+        if (tip && tip->isVisible() && !(tip->windowFlags() & Qt::WindowTitleHint))
+            tip->hideAnimated();
+    }
+}
+
+bool TipHost::showUnderPointer()
+{
+    const QPoint position = QCursor::pos();
+    QWidget *widget = QApplication::widgetAt(position);
+    const QString key = widget ? keyForObject(widget) : QString();
+    return !key.isEmpty() && show(key, position, widget);
+}
+
+bool TipHost::openHelp(const QString &key)
+{
+    const QString help = key.isEmpty() ? QString() : vidTipAttribute(key, QStringLiteral("help"), QString());
+    if (help.isEmpty())
+        return false;
+    Q_EMIT topicRequested(help);
+    return true;
+}
+
+QWidget *TipHost::createWindow(VTWindowType type)
+{
+    if (type != VTWindowTooltip || !m_container)
+        return nullptr;
+    auto *window = new QWidget(QApplication::activeWindow(), Qt::Tool);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setObjectName(QStringLiteral("PinnedTip"));
+    return window;
+}
+
+QString TipHost::keyForObject(QObject *object)
+{
+    const QString key = commandKey(object);
+    // Only commands have a say in the fallback: the drawing and the frame of the window stay silent.
+    const bool covered = m_fallback && m_commands->action(key);
+    context().set(FallbackKey, covered ? fallbackTip : QString());
+    return key;
+}
+
+QString TipHost::commandKey(QObject *object) const
+{
+    if (auto *button = qobject_cast<QToolButton *>(object)) {
+        if (button->defaultAction())
+            return nameOf(button->defaultAction());
+    }
+    if (auto *menu = qobject_cast<QMenu *>(object))
+        return menu->activeAction() ? nameOf(menu->activeAction()) : QString();
+    if (auto *area = object ? qobject_cast<QAbstractScrollArea *>(object->parent()) : nullptr)
+        return nameOf(area);
+    return object ? nameOf(object) : QString();
+}
+
+bool TipHost::openExternalResource(VTExternalResourceType type, const QString &resource)
+{
+    if (type == VTResourceTopic) {
+        Q_EMIT topicRequested(resource);
+        return true;
+    }
+    const QUrl url = type == VTResourceUrl ? QUrl(resource) : QUrl::fromLocalFile(resource);
+    const QString question =
+        tr("A tip wants to open this outside %1:").arg(QCoreApplication::applicationName());
+    const auto answer = QMessageBox::question(QApplication::activeWindow(), tr("Open outside?"),
+                                              question + QStringLiteral("\n\n") + url.toDisplayString(),
+                                              QMessageBox::Open | QMessageBox::Cancel, QMessageBox::Cancel);
+    return answer == QMessageBox::Open && QDesktopServices::openUrl(url);
+}
+
+void TipHost::handleMessage(VTMessageType type, const QString &message)
+{
+    if (!m_log) {
+        VTInterface::handleMessage(type, message);
+        return;
+    }
+    const auto severity = type <= VTMessageError ? MessageLog::Error
+        : type <= VTMessageWarning               ? MessageLog::Warning
+        : type <= VTMessageInformation           ? MessageLog::Information
+                                                 : MessageLog::Debug;
+    m_log->append(severity, message);
+}
+
+QString TipHost::shortCutForObject(const QString &key, QObject *, const QString &shortcut)
+{
+    describe(key);
+    const QAction *action = m_commands->action(key);
+    if (!action || action->shortcut().isEmpty())
+        return shortcut;
+    return action->shortcut().toString(QKeySequence::NativeText);
+}
+
+// The tip reads these when it appears, which is right after it asked for its shortcut.
+void TipHost::describe(const QString &key)
+{
+    const QAction *action = m_commands->action(key);
+    setGlobalProperty(QStringLiteral("available"), onOff(!action || action->isEnabled()));
+    setGlobalProperty(QStringLiteral("active"), onOff(action && action->isChecked()));
+}
+
+void TipHost::notification(VTNotification type, const QVariant &, const QString &text)
+{
+    if (type == VTNotificationShown)
+        m_shownKey = text;
+    else if (type == VTNotificationHidden && text == m_shownKey)
+        m_shownKey.clear();
+    else if (int(type) == CloseWindow && QApplication::activeWindow())
+        QApplication::activeWindow()->close();
+}

@@ -1,0 +1,19 @@
+#include "Host/MainWindow.h"
+#include "Host/Options.h"
+
+#include <QtWidgets/QApplication>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Drafting"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
+    const Options options = Options::parse(application);
+    if (options.rightToLeft)
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+    MainWindow window(options);
+    window.show();
+    return QApplication::exec();
+}

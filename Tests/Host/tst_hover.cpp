@@ -1,0 +1,321 @@
+#include "TestClips.h"
+#include "TestHost.h"
+#include "TestPackage.h"
+
+#include <QtGui/QScreen>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QToolTip>
+
+using namespace Vidtips;
+
+namespace {
+
+const QColor tipColor("#2060c0");
+constexpr int tipWidth = 160;
+constexpr int tipHeight = 100;
+
+/** A tip with a pin in its left half and a panel in the desktop's colours at its bottom. */
+const char userInterface[] = R"(
+    Rectangle { anchors.fill: parent; color: vidtip.attribute("color") || "#2060c0" }
+    VTStyledRectangle { y: 70; width: parent.width; height: 30; toolTipStyle: true }
+    MouseArea { width: 80; height: 60; onClicked: vidTipView.reserved = true }
+)";
+
+/** A tip that is one clip, started with its first picture. */
+const char clipInterface[] = R"(
+    VTVideoComponent {
+        width: 160; height: 120; source: "colours.mp4"
+        onLoadProgressChanged: if (loadProgress > 0) play()
+    }
+)";
+
+} // namespace
+
+/** Hovers the commands of a real window with the real pointer and looks at the screen. */
+class tst_Hover : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void restingShowsTheTip();
+    void tipStandsBesideThePointer();
+    void fadesInAndOut();
+    void hidesWhenThePointerIsAway();
+    void staysWhileThePointerIsNear();
+    void movingToAnotherCommandReplacesTheTip();
+    void clickOutsideHides();
+    void clickInsideKeeps();
+    void pinnedTipIsAWindowOfItsOwn();
+    void pinnedTipMovesIntoTheHostsWindow();
+    void clipPlays();
+    void styledRectangleHasTheToolTipColour();
+    void otherObjectsKeepTheirPlainToolTips();
+
+private:
+    void startSession(const std::function<void(VTContext &)> &configure = {});
+    QPushButton *addCommand(const QString &key, const QPoint &position);
+    void pointAt(const QWidget *widget);
+    bool hover(const QWidget *widget);
+    void click(const QPoint &globalPosition);
+    QColor screenPixel(const QPoint &globalPosition) const;
+    QColor tipPixel(int x, int y) const;
+    VTWidget *tip() const { return m_session->window(); }
+
+    std::unique_ptr<TestPackages> m_packages;
+    std::unique_ptr<TestSession> m_session;
+    std::unique_ptr<QWidget> m_window;
+    QPushButton *m_first = nullptr;
+    QPushButton *m_second = nullptr;
+};
+
+void tst_Hover::init()
+{
+    m_packages = std::make_unique<TestPackages>();
+    m_packages->writeControl("Hover", "tips.xml",
+                             R"(<vidtip key="first" title="First"/>
+                                <vidtip key="second" title="Second" color="#c02060"/>
+                                <vidtip key="clip" title="Clip" ui="ui/Clip.qml"/>)");
+    const QByteArray imports = "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\n";
+    m_packages->write("Hover.vidtips/ui/VidtipsUI.qml",
+                      imports + "Item { width: 160; height: 100\n" + userInterface + "}\n");
+    m_packages->write("Hover.vidtips/ui/Clip.qml",
+                      imports + "Item { width: 160; height: 120\n" + clipInterface + "}\n");
+    m_window = std::make_unique<QWidget>();
+    m_window->setWindowTitle("Host");
+    m_window->setGeometry(100, 100, 700, 400);
+    m_first = addCommand("first", {40, 40});
+    m_second = addCommand("second", {40, 340});
+    QCursor::setPos(900, 700);
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void tst_Hover::cleanup()
+{
+    m_session.reset();
+    m_window.reset();
+    m_packages.reset();
+}
+
+void tst_Hover::startSession(const std::function<void(VTContext &)> &configure)
+{
+    VTContext settings;
+    settings.set(InstallEventFilter, true);
+    settings.set(HideDuration, 0);
+    settings.set(IdleInterval, 300);
+    if (configure)
+        configure(settings);
+    m_session = std::make_unique<TestSession>(QStringList{m_packages->path()}, settings);
+}
+
+QPushButton *tst_Hover::addCommand(const QString &key, const QPoint &position)
+{
+    auto *button = new QPushButton(key, m_window.get());
+    button->setObjectName(key);
+    button->setGeometry(QRect(position, QSize(120, 30)));
+    return button;
+}
+
+// Two steps, because a pointer that jumps straight onto a widget sends it no movement.
+void tst_Hover::pointAt(const QWidget *widget)
+{
+    const QPoint center = widget->mapToGlobal(widget->rect().center());
+    QCursor::setPos(center - QPoint(3, 3));
+    QTest::qWait(20);
+    QCursor::setPos(center);
+}
+
+bool tst_Hover::hover(const QWidget *widget)
+{
+    pointAt(widget);
+    return QTest::qWaitFor([&] {
+        return tip() && tip()->isVisible() && m_session->content()
+            && m_session->content()->attribute("key") == widget->objectName();
+    });
+}
+
+void tst_Hover::click(const QPoint &globalPosition)
+{
+    QCursor::setPos(globalPosition);
+    QTest::qWait(20);
+    QWidget *const target = QApplication::widgetAt(globalPosition);
+    QVERIFY(target);
+    QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFromGlobal(globalPosition));
+}
+
+QColor tst_Hover::screenPixel(const QPoint &globalPosition) const
+{
+    const QPixmap shot =
+        QGuiApplication::primaryScreen()->grabWindow(0, globalPosition.x(), globalPosition.y(), 1, 1);
+    return shot.toImage().pixelColor(0, 0);
+}
+
+QColor tst_Hover::tipPixel(int x, int y) const
+{
+    return screenPixel(tip()->mapToGlobal(QPoint(x, y)));
+}
+
+void tst_Hover::restingShowsTheTip()
+{
+    startSession();
+    QVERIFY(hover(m_first));
+    QCOMPARE(m_session->host->notificationTexts(), QStringList{"0 first"});
+    QTRY_COMPARE(tipPixel(20, 20), tipColor);
+    QCOMPARE(tip()->size(), QSize(tipWidth + 1, tipHeight + 1));
+    QVERIFY(!tip()->isActiveWindow());
+}
+
+void tst_Hover::tipStandsBesideThePointer()
+{
+    startSession([](VTContext &settings) { settings.set(TooltipOffset, QSize(12, 34)); });
+    QVERIFY(hover(m_first));
+    QCOMPARE(tip()->pos(), QCursor::pos() + QPoint(12, 34));
+}
+
+void tst_Hover::fadesInAndOut()
+{
+    startSession([](VTContext &settings) {
+        settings.set(ShowDuration, 400);
+        settings.set(HideDuration, 400);
+        settings.set(IdleInterval, 200);
+    });
+    QVERIFY(hover(m_first));
+    const QPoint inside = tip()->mapToGlobal(QPoint(20, 20));
+    QTRY_VERIFY(tip()->windowOpacity() > 0.1 && tip()->windowOpacity() < 1.0);
+    QTRY_COMPARE(tip()->windowOpacity(), 1.0);
+    QTRY_COMPARE(screenPixel(inside), tipColor);
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTRY_VERIFY(tip()->windowOpacity() < 1.0);
+    // With a compositing manager the window is seen through on its way out.
+    QTRY_VERIFY(screenPixel(inside) != tipColor);
+    QTRY_VERIFY(!tip()->isVisible());
+    QTRY_COMPARE(screenPixel(inside), m_window->palette().color(QPalette::Window));
+}
+
+void tst_Hover::hidesWhenThePointerIsAway()
+{
+    startSession();
+    QVERIFY(hover(m_first));
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTRY_VERIFY(!tip()->isVisible());
+    QCOMPARE(m_session->host->notificationTexts(), (QStringList{"0 first", "6 first"}));
+}
+
+void tst_Hover::staysWhileThePointerIsNear()
+{
+    startSession();
+    QVERIFY(hover(m_first));
+    const QPoint edge = tip()->frameGeometry().bottomRight() + QPoint(15, 15);
+    QCursor::setPos(edge - QPoint(2, 2));
+    QTest::qWait(20);
+    QCursor::setPos(edge);
+    // Well over the idle time.
+    QTest::qWait(800);
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::movingToAnotherCommandReplacesTheTip()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 5000); });
+    QVERIFY(hover(m_first));
+    QVERIFY(hover(m_second));
+    QTRY_COMPARE(tipPixel(20, 20), QColor("#c02060"));
+    QVERIFY(m_session->host->notificationTexts().endsWith("0 second"));
+}
+
+void tst_Hover::clickOutsideHides()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 0); });
+    QVERIFY(hover(m_first));
+    QSignalSpy clicked(m_second, &QPushButton::clicked);
+    click(m_second->mapToGlobal(m_second->rect().center()));
+    QVERIFY(!tip()->isVisible());
+    QCOMPARE(clicked.count(), 1);
+}
+
+void tst_Hover::clickInsideKeeps()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 0); });
+    QVERIFY(hover(m_first));
+    click(tip()->mapToGlobal(QPoint(120, 20)));
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::pinnedTipIsAWindowOfItsOwn()
+{
+    startSession();
+    QVERIFY(hover(m_first));
+    const QPointer<VTWidget> pinned = tip();
+    click(pinned->mapToGlobal(QPoint(20, 20)));
+    QVERIFY(pinned != tip());
+    QTRY_VERIFY(pinned->isVisible());
+    QVERIFY(pinned->windowFlags() & Qt::WindowCloseButtonHint);
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTest::qWait(800);
+    QVERIFY(pinned->isVisible());
+    QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
+    QVERIFY(hover(m_second));
+    QVERIFY(pinned->isVisible());
+    pinned->close();
+    QTRY_VERIFY(!pinned);
+}
+
+void tst_Hover::pinnedTipMovesIntoTheHostsWindow()
+{
+    startSession();
+    auto *container = new QWidget(m_window.get(), Qt::Tool);
+    m_session->host->onCreateWindow = [container] { return container; };
+    QVERIFY(hover(m_first));
+    const QPointer<VTWidget> pinned = tip();
+    click(pinned->mapToGlobal(QPoint(20, 20)));
+    QVERIFY(QTest::qWaitForWindowExposed(container));
+    QCOMPARE(container->windowTitle(), QString("First"));
+    QVERIFY(container->isAncestorOf(pinned));
+    QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
+}
+
+void tst_Hover::clipPlays()
+{
+    const QString clip =
+        TestClips::make("colours.mp4",
+                        {"-f", "lavfi", "-i", "color=red:size=160x120:rate=10:duration=1", "-f", "lavfi",
+                         "-i", "color=blue:size=160x120:rate=10:duration=1", "-filter_complex",
+                         "[0][1]concat", "-pix_fmt", "yuv420p", "-c:v", "libx264"});
+    QVERIFY(!clip.isEmpty());
+    m_packages->write("Hover.vidtips/Resources/colours.mp4", TestClips::read(clip));
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 0); });
+    addCommand("clip", {300, 40})->show();
+    QVERIFY(hover(m_window->findChild<QPushButton *>("clip")));
+    QTRY_VERIFY(tipPixel(80, 60).red() > 200);
+    QTRY_VERIFY(tipPixel(80, 60).blue() > 200);
+}
+
+void tst_Hover::styledRectangleHasTheToolTipColour()
+{
+    QPalette palette = QToolTip::palette();
+    palette.setColor(QPalette::ToolTipBase, QColor("#ffe0a0"));
+    QToolTip::setPalette(palette);
+    startSession();
+    QVERIFY(hover(m_first));
+    QTRY_COMPARE(tipPixel(80, 85), QColor("#ffe0a0"));
+}
+
+void tst_Hover::otherObjectsKeepTheirPlainToolTips()
+{
+    startSession();
+    m_first->setObjectName("unknown");
+    m_first->setToolTip("plain");
+    pointAt(m_first);
+    QTRY_COMPARE(QToolTip::text(), QString("plain"));
+    QVERIFY(!tip()->isVisible());
+    QToolTip::hideText();
+}
+
+QTEST_MAIN(tst_Hover)
+#include "tst_hover.moc"
