@@ -31,7 +31,9 @@ public:
     void fetch();
     void receive();
     void open(MoviePointer candidate);
-    void startMovie();
+    bool seek(int frame);
+    bool showFirstFrame();
+    void follow();
     void showFrame();
     void finish(QDeclarativeImageBase::Status, qreal loaded);
 
@@ -103,31 +105,54 @@ void QDeclarativeAnimatedImagePrivate::open(MoviePointer candidate)
 {
     Q_Q(QDeclarativeAnimatedImage);
     movie = std::move(candidate);
-    if (!movie->isValid() || !movie->jumpToFrame(firstFrame)) {
-        // A frame that does not exist is no reason to show nothing.
-        if (!movie->isValid() || !movie->jumpToFrame(0)) {
-            qmlWarning(q) << "Error Reading Animated Image File " << url.toString();
-            movie.reset();
-            finish(QDeclarativeImageBase::Error, 1);
-            return;
-        }
+    if (!showFirstFrame()) {
+        qmlWarning(q) << "Error Reading Animated Image File " << url.toString();
+        movie.reset();
+        finish(QDeclarativeImageBase::Error, 1);
+        return;
     }
-    picture = movie->currentPixmap();
     const QMovie *opened = movie.get();
     finish(QDeclarativeImageBase::Ready, 1);
     if (movie.get() == opened)
-        startMovie();
+        follow();
 }
 
-void QDeclarativeAnimatedImagePrivate::startMovie()
+/** Goes to @p frame, if there is one, as most formats allow it: from the first frame onwards. */
+bool QDeclarativeAnimatedImagePrivate::seek(int frame)
+{
+    if (frame < 0 || frame >= movie->frameCount())
+        return false;
+    const QSignalBlocker quiet(movie.get());
+    if (frame < movie->currentFrameNumber())
+        movie->jumpToFrame(0);
+    while (movie->currentFrameNumber() < frame && movie->jumpToNextFrame()) { }
+    return movie->currentFrameNumber() == frame;
+}
+
+/** Goes to the first frame to be shown, and on from it if wanted; returns whether there is a picture. */
+bool QDeclarativeAnimatedImagePrivate::showFirstFrame()
+{
+    if (!movie->isValid())
+        return false;
+    const QSignalBlocker quiet(movie.get());
+    if (!playing && !movie->jumpToFrame(0))
+        return false;
+    // A movie starts with the frame after the current one.
+    const int frame = playing ? firstFrame - 1 : firstFrame;
+    if (frame >= 0)
+        seek(frame);
+    if (playing)
+        movie->start();
+    movie->setPaused(paused);
+    picture = movie->currentPixmap();
+    return !picture.isNull();
+}
+
+void QDeclarativeAnimatedImagePrivate::follow()
 {
     Q_Q(QDeclarativeAnimatedImage);
     QObject::connect(movie.get(), &QMovie::frameChanged, q, [this] { showFrame(); });
     QObject::connect(movie.get(), &QMovie::stateChanged, q, &QDeclarativeAnimatedImage::playingChanged);
-    if (playing)
-        movie->start();
-    if (paused)
-        movie->setPaused(true);
 }
 
 void QDeclarativeAnimatedImagePrivate::showFrame()
@@ -196,10 +221,10 @@ int QDeclarativeAnimatedImage::currentFrame() const
 void QDeclarativeAnimatedImage::setCurrentFrame(int frame)
 {
     Q_D(QDeclarativeAnimatedImage);
-    if (d->movie)
-        d->movie->jumpToFrame(frame);
-    else
+    if (!d->movie)
         d->firstFrame = frame;
+    else if (frame != currentFrame() && d->seek(frame))
+        d->showFrame();
 }
 
 int QDeclarativeAnimatedImage::frameCount() const

@@ -82,8 +82,9 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
 
 void QDeclarativeContents::setRect(const QRectF &enclosing)
 {
-    // A positioner with nothing to place may have a negative size and be the only child.
-    const QRectF rect(enclosing.topLeft(), enclosing.size().expandedTo(QSizeF(0, 0)));
+    // The rectangle reaches to the item's origin when all children lie left of or above it.
+    const QPointF end(qMax(enclosing.right(), 0.0), qMax(enclosing.bottom(), 0.0));
+    const QRectF rect(enclosing.topLeft(), end);
     if (rect == m_rect)
         return;
     m_rect = rect;

@@ -100,9 +100,11 @@ void tst_QDeclarativeBorderImage::description()
     QCOMPARE(image->property("status").toInt(), int(Ready));
     QCOMPARE(image->width(), 16.0);
     QCOMPARE(image->property("source").toUrl(), scene.url(QStringLiteral("frame.sci")));
-    QCOMPARE(scene.run(QStringLiteral("with (children[0].border) [left, top, right, bottom].join()")).toString(),
-             QStringLiteral("1,2,3,4"));
-    QCOMPARE(scene.run(QStringLiteral("children[0].horizontalTileMode == BorderImage.Round")), QVariant(true));
+    QCOMPARE(
+        scene.run(QStringLiteral("with (children[0].border) [left, top, right, bottom].join()")).toString(),
+        QStringLiteral("1,2,3,4"));
+    QCOMPARE(scene.run(QStringLiteral("children[0].horizontalTileMode == BorderImage.Round")),
+             QVariant(true));
     QCOMPARE(scene.run(QStringLiteral("children[0].verticalTileMode == BorderImage.Repeat")), QVariant(true));
 }
 
@@ -120,8 +122,10 @@ void tst_QDeclarativeBorderImage::descriptionErrors_data()
     QTest::newRow("rule that does not exist")
         << QByteArray("horizontalTileRule: Sideways\n")
         << QStringLiteral("QDeclarativeGridScaledImage: Invalid tile rule specified. Using Stretch.");
-    QTest::newRow("endless") << QByteArray(10 * 1024 * 1024, 'x') + "\n" + whole + "source: frame.png" << QString();
-    QTest::newRow("picture missing") << whole + "source: lost.png" << QStringLiteral("QML BorderImage: Cannot open: ");
+    QTest::newRow("endless") << QByteArray(10 * 1024 * 1024, 'x') + "\n" + whole + "source: frame.png"
+                             << QString();
+    QTest::newRow("picture missing") << whole + "source: lost.png"
+                                     << QStringLiteral("QML BorderImage: Cannot open: ");
 }
 
 void tst_QDeclarativeBorderImage::descriptionErrors()
@@ -161,8 +165,9 @@ void tst_QDeclarativeBorderImage::statusSignals()
 {
     QmlScene scene;
     scene.addFile(QStringLiteral("frame.png"), frame());
-    scene.addFile(QStringLiteral("frame.sci"),
-                  QByteArray("border.left: 1\nborder.top: 1\nborder.right: 1\nborder.bottom: 1\nsource: frame.png"));
+    scene.addFile(
+        QStringLiteral("frame.sci"),
+        QByteArray("border.left: 1\nborder.top: 1\nborder.right: 1\nborder.bottom: 1\nsource: frame.png"));
     scene.load(::scene("onStatusChanged: root.statuses++"));
     const auto count = [&scene](const char *source) {
         scene.root()->setProperty("statuses", 0);

@@ -2,6 +2,7 @@
 #include "QmlScene.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QtEndian>
 #include <QtNetwork/QTcpServer>
 #include <QtNetwork/QTcpSocket>
 #include <QtTest/QSignalSpy>
@@ -84,6 +85,8 @@ private slots:
     void newMembersAreOf11_data();
     void newMembersAreOf11();
     void animation();
+    void animationStartsAt_data();
+    void animationStartsAt();
     void animationThatEnds();
     void animationFromNetwork();
     void animationReplacedByItsHandler();
@@ -111,6 +114,20 @@ static QByteArray png(const QImage &image)
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
     return data;
+}
+
+/** Returns the PNG @p data with another size in its header, whose checksum is right. */
+static QByteArray claiming(QByteArray data, const QByteArray &size)
+{
+    data.replace(16, 8, size);
+    quint32 crc = 0xffffffff;
+    for (int i = 12; i < 29; ++i) {
+        crc ^= quint8(data.at(i));
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? (crc >> 1) ^ 0xedb88320 : crc >> 1;
+    }
+    crc = qToBigEndian(~crc);
+    return data.replace(29, 4, reinterpret_cast<const char *>(&crc), 4);
 }
 
 static QByteArray scene(const QByteArray &image)
@@ -147,11 +164,12 @@ void tst_QDeclarativeImage::signalOrder()
 {
     QmlScene scene;
     scene.addFile(QStringLiteral("blocks.png"), blocks(20, 10));
-    scene.load(::scene("Image { onSourceChanged: root.note(\"source\"); onWidthChanged: root.note(\"width\")\n"
-                       "onHeightChanged: root.note(\"height\"); onStatusChanged: root.note(\"status\" + status)\n"
-                       "onProgressChanged: root.note(\"progress\" + progress)\n"
-                       "onSourceSizeChanged: root.note(\"sourceSize\")\n"
-                       "onPaintedGeometryChanged: root.note(\"painted\") }"));
+    scene.load(
+        ::scene("Image { onSourceChanged: root.note(\"source\"); onWidthChanged: root.note(\"width\")\n"
+                "onHeightChanged: root.note(\"height\"); onStatusChanged: root.note(\"status\" + status)\n"
+                "onProgressChanged: root.note(\"progress\" + progress)\n"
+                "onSourceSizeChanged: root.note(\"sourceSize\")\n"
+                "onPaintedGeometryChanged: root.note(\"painted\") }"));
     QCOMPARE(scene.root()->property("log").toStringList(), QStringList());
     scene.run(QStringLiteral("children[0].source = \"blocks.png\""));
     QCOMPARE(scene.root()->property("log").toStringList().join(QLatin1Char(' ')),
@@ -167,8 +185,7 @@ void tst_QDeclarativeImage::failures_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("message");
     const QByteArray whole = png(blocks(64, 64));
-    QByteArray huge = whole;
-    huge.replace(16, 8, QByteArray::fromHex("0000f0000000f000"));
+    const QByteArray huge = claiming(whole, QByteArray::fromHex("0000f0000000f000"));
     QTest::newRow("missing") << QByteArray() << QStringLiteral("QML Image: Cannot open: %1");
     QTest::newRow("text") << QByteArray("no picture at all")
                           << QStringLiteral("QML Image: Error decoding: %1: Unsupported image format");
@@ -348,7 +365,6 @@ void tst_QDeclarativeImage::fillModes()
     // What tells tiled from stretched.
     const bool tilesAcross = mode == "Tile" || mode == "TileHorizontally";
     const bool tilesDown = mode == "Tile" || mode == "TileVertically";
-    QCOMPARE(picture.pixelColor(25, 12) == QColor(Qt::red), tilesAcross && tilesDown);
     if (mode.startsWith("Tile")) {
         QCOMPARE(picture.pixelColor(22, 1), QColor(tilesAcross ? Qt::red : Qt::green));
         QCOMPARE(picture.pixelColor(1, 12), QColor(Qt::red));
@@ -435,10 +451,16 @@ void tst_QDeclarativeImage::deletedWhileLoading()
 {
     const Server server("200 OK", png(blocks(20, 10)));
     QmlScene scene;
-    scene.load(::scene("Image { objectName: \"i\"; source: \"" + server.url("gone.png") + "\" }\n"
-                       "AnimatedImage { objectName: \"a\"; source: \"" + server.url("gone.gif") + "\" }\n"
-                       "BorderImage { objectName: \"b\"; source: \"" + server.url("gone.sci") + "\" }\n"
-                       "Image { objectName: \"kept\"; source: \"" + server.url("kept.png") + "\" }"));
+    scene.load(::scene("Image { objectName: \"i\"; source: \"" + server.url("gone.png")
+                       + "\" }\n"
+                         "AnimatedImage { objectName: \"a\"; source: \""
+                       + server.url("gone.gif")
+                       + "\" }\n"
+                         "BorderImage { objectName: \"b\"; source: \""
+                       + server.url("gone.sci")
+                       + "\" }\n"
+                         "Image { objectName: \"kept\"; source: \""
+                       + server.url("kept.png") + "\" }"));
     for (const char *name : {"i", "a", "b"})
         delete scene.find(name);
     QTRY_COMPARE(scene.find("kept")->property("status").toInt(), int(Ready));
@@ -469,13 +491,14 @@ void tst_QDeclarativeImage::newMembersAreOf11()
 void tst_QDeclarativeImage::animation()
 {
     QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \""
-                       + galleryFile("anim.gif").toEncoded() + "\" }"));
+    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
+                       + "\" }"));
     QDeclarativeItem *image = scene.find("i");
     QCOMPARE(image->property("status").toInt(), int(Ready));
     QCOMPARE(sizeOf(image), QSizeF(20, 20));
     QVERIFY(image->property("frameCount").toInt() > 1);
     QVERIFY(image->property("playing").toBool());
+    QCOMPARE(image->property("currentFrame").toInt(), 0);
     const QImage first = scene.picture();
     QSignalSpy frames(image, SIGNAL(frameChanged()));
     QTRY_VERIFY(frames.count() > 1);
@@ -494,11 +517,34 @@ void tst_QDeclarativeImage::animation()
     QCOMPARE(playing.count(), 1);
 }
 
+void tst_QDeclarativeImage::animationStartsAt_data()
+{
+    QTest::addColumn<QByteArray>("properties");
+    QTest::addColumn<int>("frame");
+    QTest::newRow("the first frame") << QByteArray("") << 0;
+    QTest::newRow("a frame") << QByteArray("currentFrame: 2; paused: true") << 2;
+    QTest::newRow("a frame, not playing") << QByteArray("currentFrame: 2; playing: false") << 2;
+    QTest::newRow("beyond the last frame") << QByteArray("currentFrame: 99; playing: false") << 0;
+    QTest::newRow("before the first frame") << QByteArray("currentFrame: -9; playing: false") << 0;
+}
+
+void tst_QDeclarativeImage::animationStartsAt()
+{
+    QFETCH(QByteArray, properties);
+    QmlScene scene;
+    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
+                       + "\"; " + properties + " }"));
+    QTEST(scene.find("i")->property("currentFrame").toInt(), "frame");
+    const QRgb colors[] = {0xffc82828, 0xff288c3c, 0xff283cbe, 0xffffffff};
+    QFETCH(int, frame);
+    QCOMPARE(scene.pixel(10, 10).rgb(), colors[frame]);
+}
+
 void tst_QDeclarativeImage::animationThatEnds()
 {
     QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \""
-                       + galleryFile("once.gif").toEncoded() + "\" }"));
+    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("once.gif").toEncoded()
+                       + "\" }"));
     QTRY_VERIFY(!scene.find("i")->property("playing").toBool());
     QCOMPARE(scene.find("i")->property("currentFrame").toInt(),
              scene.find("i")->property("frameCount").toInt() - 1);
@@ -521,8 +567,7 @@ void tst_QDeclarativeImage::animationReplacedByItsHandler()
 {
     QmlScene scene;
     scene.addFile(QStringLiteral("blocks.png"), blocks(20, 10));
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \""
-                       + galleryFile("anim.gif").toEncoded()
+    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
                        + "\"; onFrameChanged: if (currentFrame == 1) source = \"blocks.png\" }"));
     QTRY_COMPARE(sizeOf(scene.find("i")), QSizeF(20, 10));
     QCOMPARE(scene.picture().copy(0, 0, 20, 10), blocks(20, 10));

@@ -137,6 +137,41 @@ void tst_QDeclarativeRectangle::gradientUpdatesRepaint()
     QSignalSpy changed(scene.view().scene(), &QGraphicsScene::changed);
     scene.find<QObject>("first")->setProperty("color", QColor(Qt::green));
     QTRY_VERIFY(changed.count() > 0);
+    QVERIFY(scene.pixel(30, 20).green() > 240);
+}
+
+void tst_QDeclarativeRectangle::deletedGradientGivesTheColor()
+{
+    QmlScene scene;
+    scene.load(::scene("color: \"lime\"; border.width: 1; " + QByteArray(gradient)));
+    scene.picture();
+    delete scene.find<QObject>("g");
+    QCOMPARE(scene.pixel(30, 30), QColor(Qt::green));
+    QVERIFY(scene.find("r")->property("gradient").value<QObject *>() == nullptr);
+}
+
+void tst_QDeclarativeRectangle::unknownColorIsRefused()
+{
+    QmlScene scene;
+    scene.load(::scene("color: \"red\""));
+    QSignalSpy changed(scene.find("r"), SIGNAL(colorChanged()));
+    scene.run(QStringLiteral("children[0].color = \"nosuchcolour\""));
+    QCOMPARE(scene.find("r")->property("color").value<QColor>(), QColor(Qt::red));
+    QCOMPARE(changed.count(), 0);
+    scene.run(QStringLiteral("children[0].color = \"blue\""));
+    QCOMPARE(changed.count(), 1);
+}
+
+void tst_QDeclarativeRectangle::repaintsOnlyItself()
+{
+    QmlScene scene;
+    scene.load(::scene("color: \"red\"; border.width: 4"));
+    scene.view().show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.view()));
+    QSignalSpy changed(scene.view().scene(), &QGraphicsScene::changed);
+    QTRY_VERIFY(!changed.wait(20));
+    scene.run(QStringLiteral("children[0].color = \"blue\""));
+    QTRY_VERIFY(changed.count() > 0);
     for (const QList<QVariant> &arguments : qAsConst(changed)) {
         const auto regions = arguments.at(0).value<QList<QRectF>>();
         for (const QRectF &region : regions)
