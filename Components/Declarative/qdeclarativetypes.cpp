@@ -195,6 +195,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeTextTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
+        registerDeclarativeListViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });
