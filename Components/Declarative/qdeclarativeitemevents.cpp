@@ -12,7 +12,8 @@ bool QDeclarativeItem::hasFocus() const
         if (scope->flags() & ItemIsFocusScope)
             return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
     }
-    return QGraphicsObject::hasFocus();
+    // A scope that no other one holds has the focus with what it passes it on to.
+    return QGraphicsObject::hasFocus() || ((flags() & ItemIsFocusScope) && d->hasActiveFocus);
 }
 
 void QDeclarativeItem::setFocus(bool focus)

@@ -138,6 +138,7 @@ public:
     Item *currentRow() const;
     void regenerate();
     void refill();
+    void releaseDeferred();
     void layout();
     void scheduleLayout();
     void flushLayout();
@@ -177,6 +178,7 @@ public:
     QDeclarativeVisualModel *visualModel = nullptr;
     std::vector<std::unique_ptr<Item>> visibleItems;
     std::unique_ptr<Item> currentItem;
+    std::vector<std::unique_ptr<Item>> partedItems; ///< left the view with a change that is under way
     QDeclarativeItem *highlightItem = nullptr;
     QDeclarativeItem *headerItem = nullptr;
     QDeclarativeItem *footerItem = nullptr;

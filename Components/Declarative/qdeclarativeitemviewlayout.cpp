@@ -205,6 +205,9 @@ void QDeclarativeItemViewPrivate::releaseItem(std::unique_ptr<Item> released)
         return;
     QDeclarativeItem *item = released->item;
     if (!isUsed(item)) {
+        // The view keeps the focus that goes with the item.
+        if (item->hasActiveFocus())
+            item->setFocus(false);
         QDeclarativeItemPrivate::get(item)->removeChangeListener(
             this, QDeclarativeItemChanges(GeometryChange) | DestroyedChange);
         released->attached->disconnect(q_func());
@@ -268,6 +271,7 @@ void QDeclarativeItemViewPrivate::regenerate()
     clear();
     setViewPosition(0);
     layout();
+    placeParts();
     if (visualModel->isValid() && currentIndex >= 0) {
         moveReason = Other;
         updateCurrent(currentIndex);
@@ -315,7 +319,6 @@ void QDeclarativeItemViewPrivate::layout()
             setViewPosition(0);
             updateContentSize();
         }
-        placeParts();
         viewMoved();
         return;
     }
@@ -354,6 +357,13 @@ void QDeclarativeItemViewPrivate::refill()
     placeParts();
     if (changed)
         updateContentSize();
+}
+
+/** Gives up what the last frame of a movement left over. */
+void QDeclarativeItemViewPrivate::releaseDeferred()
+{
+    if (deferredRelease)
+        refill();
 }
 
 void QDeclarativeItemViewPrivate::updateContentSize()
@@ -682,6 +692,11 @@ void QDeclarativeItemViewPrivate::finishChanges(const Changes &done)
         Q_EMIT q->currentIndexChanged();
     } else if (!currentItem && currentIndex < 0 && !currentIsCleared && rows > 0) {
         updateCurrent(0);
+    }
+    while (!partedItems.empty()) {
+        auto item = std::move(partedItems.back());
+        partedItems.pop_back();
+        releaseItem(std::move(item));
     }
     layout();
     if (!isPressed && !mainAxis().moving)
