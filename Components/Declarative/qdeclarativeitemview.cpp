@@ -3,7 +3,7 @@
 #include "qdeclarativeitemview_p_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
-#include <QtCore/QCoreApplication>
+#include <utility>
 
 QDeclarativeItemViewAttached::QDeclarativeItemViewAttached(QObject *object)
     : QObject(object)
@@ -54,9 +54,11 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
     d->visualModel->componentComplete();
     connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
             [d](const QQmlChangeSet &changes, bool reset) { d->applyChanges(changes, reset); });
-    const auto atRest = [d] { d->releaseDeferred(); };
-    connect(&d->timeLine, &QQuickTimeLine::completed, this, atRest);
-    connect(&d->highlightTimeLine, &QQuickTimeLine::completed, this, atRest);
+    connect(&d->timeLine, &QQuickTimeLine::completed, this, [d] { d->releaseDeferred(); });
+    connect(&d->highlightTimeLine, &QQuickTimeLine::completed, this, [d] {
+        if (std::exchange(d->followsHighlight, false))
+            d->releaseDeferred();
+    });
     connect(d->visualModel, &QDeclarativeVisualModel::createdItem, this, [d](int index) {
         if (index == d->requestedIndex)
             d->isNewItem = true;
@@ -435,9 +437,10 @@ int QDeclarativeItemView::indexAt(qreal x, qreal y) const
 void QDeclarativeItemView::componentComplete()
 {
     Q_D(QDeclarativeItemView);
-    QDeclarativeFlickable::componentComplete();
+    // Anchors give the view its size when it is complete, and its rows with it.
     d->recreate(&d->headerItem, d->headerComponent);
     d->recreate(&d->footerItem, d->footerComponent);
+    QDeclarativeFlickable::componentComplete();
     // From right to left, the first row is at the view's right edge, wherever that came to be.
     if (d->runsBackwards())
         d->setViewPosition(0);

@@ -147,7 +147,9 @@ public:
     void updateCurrent(int index);
     void updateHighlight();
     void createHighlight();
-    void trackHighlight();
+    bool trackHighlight();
+    /** To be called with each step of the highlight's movement. */
+    void highlightMoved();
     void moveValue(QDeclarativeHighlightValue *, qreal from, qreal to, int duration, qreal speed);
     void followView();
     void setCurrent(std::unique_ptr<Item>);
@@ -207,4 +209,5 @@ public:
     bool layoutScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;
+    bool followsHighlight = false; ///< the view has moved with the highlight that is on its way
 };

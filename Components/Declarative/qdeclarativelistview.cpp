@@ -72,7 +72,7 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
     : highlightPlace([this](qreal place) {
         if (highlightItem)
             placeAt(highlightItem, place);
-        trackHighlight();
+        highlightMoved();
     })
     , highlightLength([this](qreal length) {
         if (!highlightItem)
@@ -84,7 +84,7 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
             highlightItem->setHeight(length);
         if (runsBackwards())
             placeAt(highlightItem, place);
-        trackHighlight();
+        highlightMoved();
     })
 {
     direction = QDeclarativeFlickable::VerticalFlick;

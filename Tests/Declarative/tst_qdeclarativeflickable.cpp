@@ -44,6 +44,7 @@ private:
     QString seen() const { return m_scene->value("seen").toString(); }
 
     QScopedPointer<DeclarativeScene> m_scene;
+    int m_contentHeight = 400;
 };
 
 void tst_QDeclarativeFlickable::initTestCase()
@@ -54,17 +55,19 @@ void tst_QDeclarativeFlickable::initTestCase()
 void tst_QDeclarativeFlickable::init()
 {
     m_scene.reset(new DeclarativeScene);
+    m_contentHeight = 400;
 }
 
 void tst_QDeclarativeFlickable::load(const QByteArray &settings, const QByteArray &content)
 {
+    const QByteArray contentHeight = QByteArray::number(m_contentHeight);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 100; property string seen: ""
         MouseArea { anchors.fill: parent; onPressed: seen += "below " }
-        Flickable { id: flick; objectName: "flick"; anchors.fill: parent; contentWidth: 100; contentHeight: 400
+        Flickable { id: flick; objectName: "flick"; anchors.fill: parent; contentWidth: 100
             onMovementStarted: seen += "started "; onMovementEnded: seen += "ended "
             onFlickStarted: seen += "flick "; onFlickEnded: seen += "flicked "
-            )" + settings + "\n"
-                          + content + "} }"));
+            contentHeight: )"
+                          + contentHeight + "; " + settings + "\n" + content + "} }"));
 }
 
 void tst_QDeclarativeFlickable::move(const QPoint &at)
@@ -204,7 +207,8 @@ void tst_QDeclarativeFlickable::bounds()
 
 void tst_QDeclarativeFlickable::pressStopsAFlick()
 {
-    load("contentHeight: 20000", "MouseArea { width: 100; height: 20000; onClicked: seen += \"clicked \" }");
+    m_contentHeight = 20000;
+    load({}, "MouseArea { width: 100; height: 20000; onClicked: seen += \"clicked \" }");
     drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
     release({50, 5});
     QTRY_VERIFY(flick("verticalVelocity").toReal() > 100);
@@ -312,11 +316,12 @@ void tst_QDeclarativeFlickable::resizingKeepsInBounds()
 
 void tst_QDeclarativeFlickable::visibleAreaOfNothing()
 {
-    load("contentHeight: 100", "property variant area: visibleArea");
-    QCOMPARE(m_scene->evaluate("flick.area.heightRatio").toReal(), 0.0);
+    m_contentHeight = 100;
+    load({});
+    QCOMPARE(m_scene->evaluate("flick.visibleArea.heightRatio").toReal(), 0.0);
     m_scene->evaluate("flick.contentY = 5");
-    QCOMPARE(m_scene->evaluate("flick.area.heightRatio").toReal(), 1.0);
-    QCOMPARE(m_scene->evaluate("flick.area.yPosition").toReal(), 0.05);
+    QCOMPARE(m_scene->evaluate("flick.visibleArea.heightRatio").toReal(), 1.0);
+    QCOMPARE(m_scene->evaluate("flick.visibleArea.yPosition").toReal(), 0.05);
 }
 
 QTEST_MAIN(tst_QDeclarativeFlickable)

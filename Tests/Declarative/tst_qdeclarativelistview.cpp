@@ -414,7 +414,7 @@ void tst_QDeclarativeListView::moveOutOfView()
 {
     load("model: letters; delegate: letter; currentIndex: 5");
     m_scene->evaluate("letters.move(1, 7, 1)");
-    QTRY_COMPARE(rows(), QStringLiteral("acdefg"));
+    QTRY_COMPARE(rows(), QStringLiteral("cdefgh"));
     QCOMPARE(list("currentIndex").toInt(), 4);
 }
 
@@ -439,7 +439,8 @@ void tst_QDeclarativeListView::headerResizes()
     m_scene->object("head")->setProperty("height", 35);
     QTRY_COMPARE(rowPosition(QStringLiteral("head")), -15.0);
     QCOMPARE(rowPosition(QStringLiteral("row0")), 20.0);
-    QTRY_COMPARE(list("contentY").toReal(), -15.0);
+    // What does not fit by 5 pixels comes to rest with its end in view.
+    QTRY_COMPARE(list("contentY").toReal(), -10.0);
 }
 
 void tst_QDeclarativeListView::sectionsFollowTheRows()
