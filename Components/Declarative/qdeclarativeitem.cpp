@@ -162,17 +162,6 @@ void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
     Q_EMIT q->focusChanged(isSubFocusItem);
 }
 
-void QDeclarativeItemPrivate::subFocusItemChange()
-{
-    Q_Q(QDeclarativeItem);
-    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
-    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
-    if (active == hasActiveFocus)
-        return;
-    hasActiveFocus = active;
-    Q_EMIT q->activeFocusChanged(active);
-}
-
 void QDeclarativeItemPrivate::siblingOrderChange()
 {
     Q_Q(QDeclarativeItem);

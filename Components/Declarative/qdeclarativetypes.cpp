@@ -1,3 +1,4 @@
+#include "qdeclarativelistmodel_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
@@ -32,7 +33,6 @@ const EngineType engineTypes[] = {
     {"QtQml", "Connections", nullptr},
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
-    {"QtQml.Models", "ListModel", nullptr},
     {"QtQml.Models", "ListElement", nullptr},
     {"QtQml.Models", "Package", nullptr},
     {"QtQml.Models", "DelegateModel", "VisualDataModel"},
@@ -73,11 +73,12 @@ const EngineType engineTypes[] = {
     {"QtQuick", "Easing", nullptr},
 };
 
-/** Registers @p type, as Qt registered it elsewhere, as @p name in @p uri @p major . @p minor. */
-void registerCopy(const QQmlType &type, const char *uri, int major, int minor, const char *name)
+/** How @p type, as Qt registered it elsewhere, is registered as @p name in @p uri @p major . @p minor. */
+QQmlPrivate::RegisterType copyOf(const QQmlType &type, const char *uri, int major, int minor,
+                                 const char *name)
 {
     const auto *cpp = type.priv()->extraData.cd;
-    const QQmlPrivate::RegisterType copy = {
+    return {
         0,
         type.typeId(),
         type.qListTypeId(),
@@ -99,6 +100,10 @@ void registerCopy(const QQmlType &type, const char *uri, int major, int minor, c
         cpp->customParser,
         0,
     };
+}
+
+void registerCopy(const QQmlPrivate::RegisterType &copy)
+{
     const QQmlType registered = QQmlMetaType::registerType(copy);
     // The copy shares the original's parser, which each would delete at exit: this one is never released.
     static QVector<QQmlType> *const immortal = new QVector<QQmlType>;
@@ -128,17 +133,39 @@ QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *par
     return QQmlPrivate::Parented;
 }
 
+QQmlType engineType(const EngineType &entry)
+{
+    const QQmlType type =
+        QQmlMetaType::qmlType(QString::fromLatin1(entry.name), QString::fromLatin1(entry.module), 2, 15);
+    if (!type.isValid())
+        qFatal("QtDeclarative: Qt does not have the type %s in %s 2", entry.name, entry.module);
+    return type;
+}
+
 void registerEngineTypes()
 {
     for (const EngineType &entry : engineTypes) {
-        const QQmlType type =
-            QQmlMetaType::qmlType(QString::fromLatin1(entry.name), QString::fromLatin1(entry.module), 2, 15);
-        if (!type.isValid()) {
-            qFatal("QtDeclarative: Qt does not have the type %s in %s 2", entry.name, entry.module);
-        }
+        const QQmlType type = engineType(entry);
         const char *name = entry.oldName ? entry.oldName : entry.name;
-        registerCopy(type, "QtQuick", 1, 0, name);
-        registerCopy(type, "Qt", 4, 7, name);
+        registerCopy(copyOf(type, "QtQuick", 1, 0, name));
+        registerCopy(copyOf(type, "Qt", 4, 7, name));
+    }
+}
+
+/** Registers @p T, a subclass of what @p entry names, in place of it; both are read by the same parser. */
+template <typename T>
+void registerInPlaceOf(const EngineType &entry)
+{
+    const QQmlType type = engineType(entry);
+    for (QQmlPrivate::RegisterType copy :
+         {copyOf(type, "QtQuick", 1, 0, entry.name), copyOf(type, "Qt", 4, 7, entry.name)}) {
+        copy.typeId = qRegisterNormalizedMetaType<T *>(QByteArray(T::staticMetaObject.className()) + '*');
+        copy.listId = qRegisterNormalizedMetaType<QQmlListProperty<T>>(
+            "QQmlListProperty<" + QByteArray(T::staticMetaObject.className()) + '>');
+        copy.objectSize = sizeof(T);
+        copy.create = QQmlPrivate::createInto<T>;
+        copy.metaObject = &T::staticMetaObject;
+        registerCopy(copy);
     }
 }
 
@@ -160,6 +187,7 @@ void qmlRegisterDeclarativeTypes()
         QQmlPrivate::qmlregister(QQmlPrivate::AutoParentRegistration,
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
+        registerInPlaceOf<QDeclarativeListModel>({"QtQml.Models", "ListModel", nullptr});
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

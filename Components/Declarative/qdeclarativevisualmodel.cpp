@@ -1,5 +1,6 @@
 #include "qdeclarativevisualmodel_p.h"
 
+#include <QtCore/QSignalBlocker>
 #include <QtQml/QJSValue>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlInfo>
@@ -16,8 +17,37 @@ QDeclarativeVisualModel::QDeclarativeVisualModel(QDeclarativeItem *view)
 
 QDeclarativeVisualModel::~QDeclarativeVisualModel()
 {
-    if (isOwn)
+    dispose();
+}
+
+void QDeclarativeVisualModel::watch(QGraphicsItem *container)
+{
+    QGraphicsObject *object = container ? container->toGraphicsObject() : nullptr;
+    auto *item = qobject_cast<QDeclarativeItem *>(object);
+    if (item == watched)
+        return;
+    if (watched)
+        QDeclarativeItemPrivate::get(watched)->removeChangeListener(this, DestroyedChange);
+    watched = item;
+    if (watched)
+        QDeclarativeItemPrivate::get(watched)->addChangeListener(this, DestroyedChange);
+}
+
+void QDeclarativeVisualModel::itemDestroyed(QDeclarativeItem *)
+{
+    watched = nullptr;
+    dispose();
+}
+
+void QDeclarativeVisualModel::dispose()
+{
+    watch(nullptr);
+    // Our own model takes its items along, at once.
+    if (std::exchange(isOwn, false))
         delete items;
+    const auto left = std::exchange(borrowed, {});
+    for (const QPointer<QGraphicsObject> &item : left)
+        releaseItem(item);
 }
 
 void QDeclarativeVisualModel::componentComplete()
@@ -34,6 +64,8 @@ bool QDeclarativeVisualModel::setModel(const QVariant &value)
     if (model == source)
         return false;
     source = model;
+    // Whoever sets it knows that all rows are new.
+    const QSignalBlocker blocker(this);
     auto *given = qobject_cast<QQmlInstanceModel *>(model.value<QObject *>());
     if (given) {
         adopt(given, false);
@@ -78,6 +110,7 @@ bool QDeclarativeVisualModel::setDelegate(QQmlComponent *delegate)
     if (delegate == this->delegate())
         return false;
     component = delegate;
+    const QSignalBlocker blocker(this);
     if (auto *data = qobject_cast<QQmlDelegateModel *>(items))
         data->setDelegate(delegate);
     return true;
@@ -110,6 +143,9 @@ QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
     auto *item = qobject_cast<QGraphicsObject *>(object);
     if (item) {
         item->setParentItem(parent);
+        watch(parent);
+        if (!isOwn)
+            borrowed.append(item);
     } else if (object) {
         items->release(object);
         qmlWarning(delegate() ? static_cast<QObject *>(delegate()) : view)
@@ -123,6 +159,7 @@ bool QDeclarativeVisualModel::releaseItem(QGraphicsObject *item)
     if (!item)
         return true;
     const QPointer<QGraphicsObject> guard(item);
+    borrowed.removeOne(guard);
     if (items && items->release(item) & QQmlInstanceModel::Referenced)
         return false;
     if (!guard)

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "DeclarativeScene.h"
+
+#include <QtDeclarative/QDeclarativeItem>
+
+#include <QtGui/QKeyEvent>
+
+/** A scene whose items are found by their names and get keys. */
+class ItemScene : public DeclarativeScene
+{
+public:
+    /** Shows @p body, after @p imports besides QtQuick 1.1; ends the program when it cannot be loaded. */
+    explicit ItemScene(const QByteArray &body, const QByteArray &imports = {})
+    {
+        if (!load(imports + "\n" + body))
+            qFatal("the scene does not load");
+    }
+
+    QDeclarativeItem *root() const { return item(nullptr); }
+
+    /** The item with that object name; ends the program when there is none. */
+    QDeclarativeItem *item(const char *name) const
+    {
+        auto *found = qobject_cast<QDeclarativeItem *>(object(name));
+        if (!found)
+            qFatal("no item %s", name);
+        return found;
+    }
+
+    QRectF geometry(const char *name) const
+    {
+        const QDeclarativeItem *found = item(name);
+        return QRectF(found->pos(), QSizeF(found->width(), found->height()));
+    }
+
+    /** Presses and releases @p key, and tells whether the press was accepted. */
+    bool key(int key, const QString &text = {})
+    {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&view, &press);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&view, &release);
+        return press.isAccepted();
+    }
+};
