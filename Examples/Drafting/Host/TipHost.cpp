@@ -214,10 +214,14 @@ void TipHost::describe(const QString &key)
 
 void TipHost::notification(VTNotification type, const QVariant &, const QString &text)
 {
-    if (type == VTNotificationShown)
+    if (type == VTNotificationShown) {
         m_shownKey = text;
-    else if (type == VTNotificationHidden && text == m_shownKey)
-        m_shownKey.clear();
-    else if (int(type) == CloseWindow && QApplication::activeWindow())
+        Q_EMIT tipShown(text);
+    } else if (type == VTNotificationHidden) {
+        if (text == m_shownKey)
+            m_shownKey.clear();
+        Q_EMIT tipHidden(text);
+    } else if (int(type) == CloseWindow && QApplication::activeWindow()) {
         QApplication::activeWindow()->close();
+    }
 }

@@ -55,6 +55,9 @@ Q_SIGNALS:
     /** Help on @p topic is to be shown inside the application. */
     void topicRequested(const QString &topic);
 
+    void tipShown(const QString &key);
+    void tipHidden(const QString &key);
+
 private:
     QString commandKey(QObject *object) const;
     bool confirms(const QUrl &url) const;
