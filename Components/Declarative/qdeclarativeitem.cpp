@@ -461,6 +461,9 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
+    case ItemSceneHasChanged:
+        d->subFocusItemChange();
+        break;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
