@@ -10,6 +10,8 @@
 #include <QtGui/QPainter>
 #include <QtGui/QTextBlock>
 
+#include <utility>
+
 QDeclarativeTextEdit::QDeclarativeTextEdit(QDeclarativeItem *parent)
     : QDeclarativeTextEditor(*new QDeclarativeTextEditPrivate(this), parent)
 {
@@ -515,13 +517,16 @@ void QDeclarativeTextEdit::paste()
     d_func()->control.paste();
 }
 
-int QDeclarativeTextEditPrivate::withoutComposed(int position) const
+int QDeclarativeTextEditPrivate::positionAt(const QPointF &point) const
 {
+    const QAbstractTextDocumentLayout *layout = document.documentLayout();
+    const int position = layout->hitTest(point, Qt::FuzzyHit);
     const QTextCursor cursor = control.textCursor();
-    const QTextBlock block = cursor.block();
-    const int composed = block.layout()->preeditAreaText().length();
-    if (position <= cursor.position())
+    const QRectF paragraph = layout->blockBoundingRect(cursor.block());
+    if (position <= cursor.position() || point.y() < paragraph.top() || point.y() >= paragraph.bottom())
         return position;
+    // What is being composed is shown at the cursor but not part of the text yet.
+    const int composed = cursor.block().layout()->preeditAreaText().length();
     return qMax(cursor.position(), position - composed);
 }
 
@@ -536,8 +541,7 @@ QRectF QDeclarativeTextEdit::positionToRectangle(int position) const
 int QDeclarativeTextEdit::positionAt(int x, int y) const
 {
     Q_D(const QDeclarativeTextEdit);
-    const QPointF point(x, y - d->offset);
-    return d->withoutComposed(d->document.documentLayout()->hitTest(point, Qt::FuzzyHit));
+    return d->positionAt(QPointF(x, y - d->offset));
 }
 
 void QDeclarativeTextEdit::componentComplete()
@@ -573,12 +577,11 @@ void QDeclarativeTextEdit::drawContents(QPainter *painter)
 {
     Q_D(QDeclarativeTextEdit);
     auto context = d->control.getPaintContext(nullptr);
-    if (!d->paintsCursor())
-        context.cursorPosition = -1;
-    else if (!d->blinks())
-        context.cursorPosition = d->control.textCursor().position();
+    const bool isLit = std::exchange(context.cursorPosition, -1) != -1;
     painter->translate(0, d->offset);
     d->document.documentLayout()->draw(painter, context);
+    painter->translate(0, -d->offset);
+    d->drawCursor(painter, cursorRectangle(), isLit);
 }
 
 void registerDeclarativeTextEditTypes()

@@ -32,7 +32,8 @@ public:
     qreal naturalWidth();
     qreal implicitWidth() const override;
     int endPosition() const { return document.characterCount() - 1; }
-    int withoutComposed(int position) const;
+    /** The position nearest to a point of the document. */
+    int positionAt(const QPointF &) const;
 
     /** Hands an event to the control, which counts from the top of the text. */
     void process(QEvent *);

@@ -4,6 +4,7 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethod>
+#include <QtGui/QPainter>
 #include <QtGui/QStyleHints>
 #include <QtQml/QQmlContext>
 #include <QtQml/qqmlinfo.h>
@@ -124,6 +125,13 @@ void QDeclarativeTextEditorPrivate::placeCursorItem()
     const QRectF rect = exactCursorRect();
     cursorItem->setPos(rect.topLeft());
     cursorItem->setHeight(rect.height());
+}
+
+void QDeclarativeTextEditorPrivate::drawCursor(QPainter *painter, const QRect &rect, bool isLit) const
+{
+    // Not left to the engines, which turn over what is below: that shows nothing on a translucent window.
+    if (paintsCursor() && (isLit || !blinks()))
+        painter->fillRect(rect, color);
 }
 
 bool QDeclarativeTextEditorPrivate::updateAlignment()

@@ -171,6 +171,7 @@ public:
     void instantiateCursorItem();
     void placeCursorItem();
     bool paintsCursor() const { return cursorVisible && !cursorItem; }
+    void drawCursor(QPainter *, const QRect &, bool isLit) const;
     bool blinks() const { return paintsCursor() && hasSceneFocus && !readOnly; }
 
     /** Follows the text, or where that is empty the keyboard, unless an alignment was set. */

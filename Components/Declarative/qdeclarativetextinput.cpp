@@ -502,11 +502,15 @@ QRectF QDeclarativeTextInput::drawnRect() const
 void QDeclarativeTextInput::drawContents(QPainter *painter)
 {
     Q_D(QDeclarativeTextInput);
-    int parts = QWidgetLineControl::DrawText | QWidgetLineControl::DrawSelections;
-    if (d->paintsCursor())
-        parts |= QWidgetLineControl::DrawCursor;
+    int parts = QWidgetLineControl::DrawText;
+    // Over a mask the cursor marks the place that the next letter goes to, which the control does by
+    // selecting.
+    const bool marksBlank = d->paintsCursor() && !d->readOnly && !d->control.inputMask().isEmpty();
+    if (d->control.hasSelectedText() || marksBlank)
+        parts |= QWidgetLineControl::DrawSelections;
     painter->setPen(d->color);
     d->control.draw(painter, QPoint(-d->scroll, 0), drawnRect().toAlignedRect(), parts);
+    d->drawCursor(painter, cursorRectangle(), d->control.cursorBlinkStatus());
 }
 
 void registerDeclarativeTextInputTypes()
