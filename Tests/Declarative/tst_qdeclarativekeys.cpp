@@ -219,7 +219,7 @@ void tst_QDeclarativeKeys::inputMethodIsForwarded()
                     "import Test 1.0");
     QInputMethodEvent event;
     event.setCommitString(QStringLiteral("ab"));
-    QCoreApplication::sendEvent(&scene.view, &event);
+    QCoreApplication::sendEvent(&scene.view(), &event);
     QCOMPARE(static_cast<TextTaker *>(scene.item("taker"))->text, QStringLiteral("ab"));
 }
 
