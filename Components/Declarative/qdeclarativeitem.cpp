@@ -292,6 +292,8 @@ QDeclarativeItem::~QDeclarativeItem()
     d->itemAnchors.reset();
     if (d->extraData)
         d->extraData->contents.reset();
+    // Graphics View takes the focus away later, when nobody may hear of it from what is left of the item.
+    d->hasActiveFocus = false;
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const

@@ -21,6 +21,7 @@ public:
 private slots:
     void initTestCase();
     void init();
+    void destroyedWithFocus();
     void formats_data();
     void formats();
     void formatChangesLater();
@@ -78,6 +79,24 @@ void tst_QDeclarativeTextEdit::initTestCase()
 void tst_QDeclarativeTextEdit::init()
 {
     QGuiApplication::clipboard()->clear();
+}
+
+void tst_QDeclarativeTextEdit::destroyedWithFocus()
+{
+    EditorScene scene(
+        "Item { id: root; width: 100; height: 100; property int changes: 0; property variant made\n"
+        "Component { id: editor; TextEdit { text: \"ab\"; focus: true\n"
+        "onActiveFocusChanged: root.changes += 1; onCursorVisibleChanged: root.changes += 1\n"
+        "onTextChanged: root.changes += 1 } }\n"
+        "function make() { made = editor.createObject(root) } }");
+    scene.evaluate("make()");
+    QPointer<QObject> made = scene.value("made").value<QObject *>();
+    QVERIFY(made && made->property("activeFocus").toBool());
+    scene.compose(QStringLiteral("half"));
+    scene.evaluate("changes = 0; made.destroy()");
+    QTRY_VERIFY(!made);
+    QCOMPARE(scene.value("changes").toInt(), 0);
+    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeTextEdit::formats_data()
