@@ -7,6 +7,9 @@
 #include <QtCore/QtMath>
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QFontMetrics>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QInputMethod>
+#include <QtGui/QInputMethodEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QTextBlock>
 
@@ -277,9 +280,23 @@ bool QDeclarativeTextEditPrivate::composes() const
     return control.isPreediting();
 }
 
+void QDeclarativeTextEditPrivate::endComposing()
+{
+    if (!control.isPreediting())
+        return;
+    QGuiApplication::inputMethod()->commit();
+    // What the input method does not enter goes.
+    if (control.isPreediting()) {
+        QInputMethodEvent nothing;
+        process(&nothing);
+    }
+    updateLayout();
+}
+
 void QDeclarativeTextEditPrivate::leaveFocus()
 {
     Q_Q(QDeclarativeTextEdit);
+    endComposing();
     QTextCursor cursor = control.textCursor();
     if (persistentSelection || !cursor.hasSelection())
         return;

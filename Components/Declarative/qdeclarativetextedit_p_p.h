@@ -29,6 +29,7 @@ public:
     void cursorRectChange();
     void selectionChange();
     void noteSelectionEnds();
+    void endComposing();
     qreal naturalWidth();
     qreal implicitWidth() const override;
     int endPosition() const { return document.characterCount() - 1; }

@@ -1,6 +1,4 @@
 #include "EditorScene.h"
-#include "InputPanel.h"
-#include "PaintLog.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QtMath>
@@ -21,7 +19,6 @@ public:
 private slots:
     void initTestCase();
     void init();
-    void destroyedWithFocus();
     void formats_data();
     void formats();
     void formatChangesLater();
@@ -33,14 +30,11 @@ private slots:
     void verticalAlignment();
     void horizontalAlignment_data();
     void horizontalAlignment();
-    void alignmentFollowsText();
     void margin();
     void refusesValues_data();
     void refusesValues();
-    void readOnlyKeepsItsText();
     void pastesByFormat_data();
     void pastesByFormat();
-    void canPasteFollowsTheClipboard();
     void dropsOrKeepsItsSelection_data();
     void dropsOrKeepsItsSelection();
     void followsLinks_data();
@@ -50,15 +44,9 @@ private slots:
     void selectsByMouse();
     void keysLeadOut_data();
     void keysLeadOut();
-    void claimsShortcuts();
     void composes();
-    void readOnlyDoesNotCompose();
     void tellsTheInputMethod_data();
     void tellsTheInputMethod();
-    void opensTheInputPanel();
-    void paintsItsCursor();
-    void blinksOnlyWithFocus();
-    void cursorDelegate();
     void showsPictures();
     void scaledContents();
 };
@@ -67,8 +55,7 @@ static const char mono[] = "font.family: \"DejaVu Sans Mono\"; font.pixelSize: 2
 
 void tst_QDeclarativeTextEdit::initMain()
 {
-    qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
-    qputenv("QT_FONT_DPI", "96");
+    EditorScene::useRecordedFonts();
 }
 
 void tst_QDeclarativeTextEdit::initTestCase()
@@ -79,24 +66,6 @@ void tst_QDeclarativeTextEdit::initTestCase()
 void tst_QDeclarativeTextEdit::init()
 {
     QGuiApplication::clipboard()->clear();
-}
-
-void tst_QDeclarativeTextEdit::destroyedWithFocus()
-{
-    EditorScene scene(
-        "Item { id: root; width: 100; height: 100; property int changes: 0; property variant made\n"
-        "Component { id: editor; TextEdit { text: \"ab\"; focus: true\n"
-        "onActiveFocusChanged: root.changes += 1; onCursorVisibleChanged: root.changes += 1\n"
-        "onTextChanged: root.changes += 1 } }\n"
-        "function make() { made = editor.createObject(root) } }");
-    scene.evaluate("make()");
-    QPointer<QObject> made = scene.value("made").value<QObject *>();
-    QVERIFY(made && made->property("activeFocus").toBool());
-    scene.compose(QStringLiteral("half"));
-    scene.evaluate("changes = 0; made.destroy()");
-    QTRY_VERIFY(!made);
-    QCOMPARE(scene.value("changes").toInt(), 0);
-    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeTextEdit::formats_data()
@@ -236,20 +205,6 @@ void tst_QDeclarativeTextEdit::horizontalAlignment()
     QCOMPARE(scene.value("cursorRectangle").toRect().x(), x);
 }
 
-void tst_QDeclarativeTextEdit::alignmentFollowsText()
-{
-    EditorScene scene("TextEdit { width: 200; text: \"latin\"; property int changes: 0\n"
-                      "onHorizontalAlignmentChanged: changes += 1 }");
-    scene.evaluate("text = \"\\u05d0\\u05d1\"");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignRight));
-    scene.evaluate("horizontalAlignment = TextEdit.AlignJustify");
-    scene.evaluate("text = \"latin\"");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignJustify));
-    scene.evaluate("horizontalAlignment = undefined");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignLeft));
-    QCOMPARE(scene.value("changes").toInt(), 3);
-}
-
 void tst_QDeclarativeTextEdit::margin()
 {
     EditorScene scene("TextEdit { text: \"MM\"; textMargin: 7; " + QByteArray(mono) + " }");
@@ -281,18 +236,6 @@ void tst_QDeclarativeTextEdit::refusesValues()
     QCOMPARE(text.count(), 0);
 }
 
-void tst_QDeclarativeTextEdit::readOnlyKeepsItsText()
-{
-    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
-    EditorScene scene("TextEdit { focus: true; readOnly: true; text: \"kept\" }");
-    scene.type(QStringLiteral("x"));
-    scene.key(Qt::Key_Return);
-    scene.evaluate("selectAll(); cut(); paste()");
-    QCOMPARE(scene.text(), QStringLiteral("kept"));
-    scene.evaluate("copy()");
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("kept"));
-}
-
 void tst_QDeclarativeTextEdit::pastesByFormat_data()
 {
     QTest::addColumn<QByteArray>("body");
@@ -313,18 +256,6 @@ void tst_QDeclarativeTextEdit::pastesByFormat()
     scene.evaluate("paste()");
     QVERIFY(scene.text().contains(QLatin1String("fat")));
     QCOMPARE(scene.text().contains(QLatin1String("font-weight:600")), bold);
-}
-
-void tst_QDeclarativeTextEdit::canPasteFollowsTheClipboard()
-{
-    EditorScene scene("TextEdit {}");
-    QCOMPARE(scene.value("canPaste").toBool(), false);
-    QSignalSpy changed(scene.root(), SIGNAL(canPasteChanged()));
-    QGuiApplication::clipboard()->setText(QStringLiteral("one"));
-    QTRY_COMPARE(changed.count(), 1);
-    QCOMPARE(scene.value("canPaste").toBool(), true);
-    scene.evaluate("readOnly = true");
-    QCOMPARE(scene.value("canPaste").toBool(), false);
 }
 
 void tst_QDeclarativeTextEdit::dropsOrKeepsItsSelection_data()
@@ -431,15 +362,6 @@ void tst_QDeclarativeTextEdit::keysLeadOut()
     QCOMPARE(scene.value("seen").toBool(), leaves);
 }
 
-void tst_QDeclarativeTextEdit::claimsShortcuts()
-{
-    EditorScene scene("TextEdit { focus: true }");
-    QVERIFY(scene.claims(Qt::Key_S, Qt::NoModifier, QStringLiteral("s")));
-    QVERIFY(scene.claims(Qt::Key_C, Qt::ControlModifier));
-    QVERIFY(!scene.claims(Qt::Key_S, Qt::ControlModifier));
-    QVERIFY(!scene.claims(Qt::Key_F5, Qt::NoModifier));
-}
-
 void tst_QDeclarativeTextEdit::composes()
 {
     EditorScene scene("TextEdit { focus: true; text: \"ad\\ne\"; " + QByteArray(mono) + "}");
@@ -456,15 +378,6 @@ void tst_QDeclarativeTextEdit::composes()
     QCOMPARE(scene.cursor(), 3);
     QVERIFY(!scene.value("inputMethodComposing").toBool());
     QCOMPARE(composing.count(), 2);
-}
-
-void tst_QDeclarativeTextEdit::readOnlyDoesNotCompose()
-{
-    EditorScene scene("TextEdit { focus: true; readOnly: true; text: \"ab\" }");
-    scene.compose(QStringLiteral("x"));
-    QVERIFY(!scene.value("inputMethodComposing").toBool());
-    scene.compose({}, QStringLiteral("x"));
-    QCOMPARE(scene.text(), QStringLiteral("ab"));
 }
 
 void tst_QDeclarativeTextEdit::tellsTheInputMethod_data()
@@ -488,61 +401,6 @@ void tst_QDeclarativeTextEdit::tellsTheInputMethod()
     scene.evaluate("select(1, 3)");
     QCOMPARE(scene.query(query), answer);
     QCOMPARE(scene.query(Qt::ImCursorRectangle).toRectF().toRect(), QRect(36, 76, 1, 24));
-}
-
-void tst_QDeclarativeTextEdit::opensTheInputPanel()
-{
-    InputPanel panel;
-    EditorScene scene("TextEdit { width: 100; focus: true }");
-    panel.visible = false;
-    scene.click(5, 5);
-    QVERIFY(panel.visible);
-    scene.evaluate("closeSoftwareInputPanel()");
-    QVERIFY(!panel.visible);
-    scene.evaluate("openSoftwareInputPanel()");
-    QVERIFY(panel.visible);
-}
-
-void tst_QDeclarativeTextEdit::paintsItsCursor()
-{
-    EditorScene scene("TextEdit { width: 100; focus: true; color: \"#ff0000\"; fillColor: \"white\"; "
-                      + QByteArray(mono) + "}");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::red));
-    scene.evaluate("cursorVisible = false");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::white));
-    scene.evaluate("focus = false; cursorVisible = true");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::red));
-}
-
-void tst_QDeclarativeTextEdit::blinksOnlyWithFocus()
-{
-    QApplication::setCursorFlashTime(20);
-    EditorScene scene("Item { width: 200; height: 100\n"
-                      "TextEdit { objectName: \"first\"; width: 200; focus: true }\n"
-                      "TextEdit { objectName: \"second\"; y: 50; width: 200 } }");
-    PaintLog log(scene.view().viewport());
-    const QRect first(0, 0, 200, 40), second(0, 50, 200, 40);
-    QTRY_VERIFY(log.count(first) > 3);
-    scene.item("second")->setProperty("focus", true);
-    QCoreApplication::processEvents();
-    log.clear();
-    QTRY_VERIFY(log.count(second) > 3);
-    QCOMPARE(log.count(first), 0);
-    QApplication::setCursorFlashTime(0);
-}
-
-void tst_QDeclarativeTextEdit::cursorDelegate()
-{
-    EditorScene scene("TextEdit { text: \"MM\\nMMM\"; focus: true; " + QByteArray(mono)
-                      + "cursorDelegate: Item { objectName: \"cursor\"; width: 2 } }");
-    QPointer<QGraphicsObject> item = scene.item("cursor");
-    QVERIFY(item);
-    QCOMPARE(item->pos().toPoint(), QPoint(0, 0));
-    QCOMPARE(item->property("height").toInt(), 24);
-    scene.key(Qt::Key_End, Qt::ControlModifier);
-    QCOMPARE(item->pos().toPoint(), QPoint(36, 24));
-    scene.evaluate("cursorDelegate = null");
-    QVERIFY(!item);
 }
 
 void tst_QDeclarativeTextEdit::showsPictures()

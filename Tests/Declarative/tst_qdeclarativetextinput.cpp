@@ -1,6 +1,4 @@
 #include "EditorScene.h"
-#include "InputPanel.h"
-#include "PaintLog.h"
 
 #include <QtGui/QClipboard>
 #include <QtTest/QSignalSpy>
@@ -18,60 +16,38 @@ public:
 private slots:
     void initTestCase();
     void init();
-    void destroyedWithFocus();
     void echoModes_data();
     void echoModes();
     void echoesWhileEditing();
     void passwordCharacter();
     void refusesValues_data();
     void refusesValues();
-    void readOnlyKeepsItsText();
     void cutTakesOnlySelections_data();
     void cutTakesOnlySelections();
-    void canPasteFollowsTheClipboard();
     void validatorGoesAway();
     void positions_data();
     void positions();
-    void isRightToLeft_data();
-    void isRightToLeft();
     void alignment_data();
     void alignment();
-    void alignmentFollowsText();
-    void selectsWords_data();
-    void selectsWords();
     void keysLeadOut_data();
     void keysLeadOut();
-    void claimsShortcuts_data();
-    void claimsShortcuts();
     void composes();
-    void composedTextStays();
-    void readOnlyDoesNotCompose();
     void tellsTheInputMethod_data();
     void tellsTheInputMethod();
     void hints_data();
     void hints();
-    void opensTheInputPanel_data();
-    void opensTheInputPanel();
-    void inputPanelOnDemand();
     void shiftPressExtends();
     void scrollsToTheCursor();
-    void paintsItsCursor();
     void marksBlanksOfTheMask();
-    void blinksOnlyWithFocus();
-    void cursorDelegate();
-    void badCursorDelegates_data();
-    void badCursorDelegates();
     void paintsSelection();
     void paintsContents();
-    void keepsDragsFromFlickable();
 };
 
 static const char ten[] = "TextInput { width: 200; font.family: \"DejaVu Sans Mono\"; font.pixelSize: 20; ";
 
 void tst_QDeclarativeTextInput::initMain()
 {
-    qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
-    qputenv("QT_FONT_DPI", "96");
+    EditorScene::useRecordedFonts();
 }
 
 void tst_QDeclarativeTextInput::initTestCase()
@@ -82,24 +58,6 @@ void tst_QDeclarativeTextInput::initTestCase()
 void tst_QDeclarativeTextInput::init()
 {
     QGuiApplication::clipboard()->clear();
-}
-
-void tst_QDeclarativeTextInput::destroyedWithFocus()
-{
-    EditorScene scene(
-        "Item { id: root; width: 100; height: 100; property int changes: 0; property variant made\n"
-        "Component { id: editor; TextInput { text: \"ab\"; focus: true\n"
-        "onActiveFocusChanged: root.changes += 1; onCursorVisibleChanged: root.changes += 1\n"
-        "onTextChanged: root.changes += 1 } }\n"
-        "function make() { made = editor.createObject(root) } }");
-    scene.evaluate("make()");
-    QPointer<QObject> made = scene.value("made").value<QObject *>();
-    QVERIFY(made && made->property("activeFocus").toBool());
-    scene.compose(QStringLiteral("half"));
-    scene.evaluate("changes = 0; made.destroy()");
-    QTRY_VERIFY(!made);
-    QCOMPARE(scene.value("changes").toInt(), 0);
-    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeTextInput::echoModes_data()
@@ -177,19 +135,6 @@ void tst_QDeclarativeTextInput::refusesValues()
     QCOMPARE(scene.warnings, QStringList());
 }
 
-void tst_QDeclarativeTextInput::readOnlyKeepsItsText()
-{
-    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
-    EditorScene scene("TextInput { focus: true; readOnly: true; text: \"kept\" }");
-    scene.type(QStringLiteral("x"));
-    scene.key(Qt::Key_Backspace);
-    scene.evaluate("selectAll(); cut(); paste()");
-    QCOMPARE(scene.text(), QStringLiteral("kept"));
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("pasted"));
-    scene.evaluate("copy()");
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("kept"));
-}
-
 void tst_QDeclarativeTextInput::cutTakesOnlySelections_data()
 {
     QTest::addColumn<QByteArray>("setup");
@@ -211,20 +156,6 @@ void tst_QDeclarativeTextInput::cutTakesOnlySelections()
     scene.evaluate(setup + "; cut()");
     QCOMPARE(scene.text(), text);
     QCOMPARE(QGuiApplication::clipboard()->text(), clipboard);
-}
-
-void tst_QDeclarativeTextInput::canPasteFollowsTheClipboard()
-{
-    EditorScene scene("TextInput {}");
-    QCOMPARE(scene.value("canPaste").toBool(), false);
-    QSignalSpy changed(scene.root(), SIGNAL(canPasteChanged()));
-    QGuiApplication::clipboard()->setText(QStringLiteral("one"));
-    QTRY_COMPARE(changed.count(), 1);
-    QCOMPARE(scene.value("canPaste").toBool(), true);
-    QGuiApplication::clipboard()->setText(QStringLiteral("two"));
-    scene.evaluate("readOnly = true");
-    QCOMPARE(scene.value("canPaste").toBool(), false);
-    QCOMPARE(changed.count(), 2);
 }
 
 void tst_QDeclarativeTextInput::validatorGoesAway()
@@ -267,30 +198,6 @@ void tst_QDeclarativeTextInput::positions()
     QCOMPARE(scene.evaluate(script).toInt(), position);
 }
 
-void tst_QDeclarativeTextInput::isRightToLeft_data()
-{
-    QTest::addColumn<QByteArray>("range");
-    QTest::addColumn<bool>("rightToLeft");
-    QTest::addColumn<QStringList>("warnings");
-    QTest::newRow("latin") << QByteArray("0, 2") << false << QStringList();
-    QTest::newRow("hebrew") << QByteArray("2, 4") << true << QStringList();
-    QTest::newRow("empty") << QByteArray("2, 2") << false << QStringList();
-    QTest::newRow("reversed") << QByteArray("3, 1") << false
-                              << QStringList{QStringLiteral(
-                                     "QML Scene1: isRightToLeft(start, end) called with the end "
-                                     "property being smaller than the start.")};
-}
-
-void tst_QDeclarativeTextInput::isRightToLeft()
-{
-    QFETCH(QByteArray, range);
-    QFETCH(bool, rightToLeft);
-    QFETCH(QStringList, warnings);
-    EditorScene scene("TextInput { text: \"ab\\u05d0\\u05d1\" }");
-    QCOMPARE(scene.evaluate("isRightToLeft(" + range + ")").toBool(), rightToLeft);
-    QCOMPARE(scene.warnings, warnings);
-}
-
 void tst_QDeclarativeTextInput::alignment_data()
 {
     QTest::addColumn<QByteArray>("body");
@@ -314,54 +221,6 @@ void tst_QDeclarativeTextInput::alignment()
     QFETCH(int, cursorX);
     EditorScene scene(ten + QByteArray("text: \"MM\"; ") + body + " }");
     QCOMPARE(scene.value("cursorRectangle").toRect().x(), cursorX);
-}
-
-void tst_QDeclarativeTextInput::alignmentFollowsText()
-{
-    EditorScene scene("TextInput { width: 200; text: \"latin\"; property int changes: 0\n"
-                      "onHorizontalAlignmentChanged: changes += 1 }");
-    scene.evaluate("text = \"\\u05d0\\u05d1\"");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignRight));
-    QCOMPARE(scene.value("changes").toInt(), 1);
-    scene.evaluate("horizontalAlignment = TextInput.AlignHCenter");
-    scene.evaluate("text = \"latin\"");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignHCenter));
-    scene.evaluate("horizontalAlignment = undefined");
-    QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignLeft));
-    QCOMPARE(scene.value("changes").toInt(), 3);
-}
-
-void tst_QDeclarativeTextInput::selectsWords_data()
-{
-    QTest::addColumn<int>("from");
-    QTest::addColumn<QVector<int>>("moves");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<int>("cursor");
-    using Moves = QVector<int>;
-    // alpha 0..5, beta 6..10, gamma 11..16
-    QTest::newRow("forwards") << 2 << Moves{8} << "alpha beta" << 10;
-    QTest::newRow("backwards") << 13 << Moves{8} << "beta gamma" << 6;
-    QTest::newRow("to a boundary") << 2 << Moves{6} << "alpha " << 6;
-    QTest::newRow("within a word") << 7 << Moves{8} << "beta" << 10;
-    QTest::newRow("further") << 2 << Moves{3, 13} << "alpha beta gamma" << 16;
-    QTest::newRow("less far") << 2 << Moves{13, 3} << "alpha" << 5;
-    QTest::newRow("to the other side") << 8 << Moves{9, 2} << "alpha beta" << 0;
-    QTest::newRow("there and back") << 8 << Moves{9, 2, 13} << "beta gamma" << 16;
-    QTest::newRow("nowhere") << 8 << Moves{8} << QString() << 8;
-}
-
-void tst_QDeclarativeTextInput::selectsWords()
-{
-    QFETCH(int, from);
-    QFETCH(QVector<int>, moves);
-    QFETCH(QString, selected);
-    QFETCH(int, cursor);
-    EditorScene scene("TextInput { text: \"alpha beta gamma\" }");
-    scene.root()->setProperty("cursorPosition", from);
-    for (int move : qAsConst(moves))
-        scene.evaluate("moveCursorSelection(" + QByteArray::number(move) + ", TextInput.SelectWords)");
-    QCOMPARE(scene.value("selectedText").toString(), selected);
-    QCOMPARE(scene.cursor(), cursor);
 }
 
 void tst_QDeclarativeTextInput::keysLeadOut_data()
@@ -391,30 +250,6 @@ void tst_QDeclarativeTextInput::keysLeadOut()
     QCOMPARE(scene.value("seen").toBool(), leaves);
 }
 
-void tst_QDeclarativeTextInput::claimsShortcuts_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("claimed");
-    const Qt::KeyboardModifiers none = Qt::NoModifier, control = Qt::ControlModifier;
-    QTest::newRow("letter") << int(Qt::Key_S) << none << "s" << true;
-    QTest::newRow("copy") << int(Qt::Key_C) << control << QString() << true;
-    QTest::newRow("delete") << int(Qt::Key_Delete) << none << QString() << true;
-    QTest::newRow("save") << int(Qt::Key_S) << control << QString() << false;
-    QTest::newRow("function key") << int(Qt::Key_F5) << none << QString() << false;
-}
-
-void tst_QDeclarativeTextInput::claimsShortcuts()
-{
-    QFETCH(int, key);
-    QFETCH(Qt::KeyboardModifiers, modifiers);
-    QFETCH(QString, text);
-    QFETCH(bool, claimed);
-    EditorScene scene("TextInput { focus: true }");
-    QCOMPARE(scene.claims(key, modifiers, text), claimed);
-}
-
 void tst_QDeclarativeTextInput::composes()
 {
     EditorScene scene("TextInput { focus: true; text: \"ad\" }");
@@ -431,24 +266,6 @@ void tst_QDeclarativeTextInput::composes()
     QCOMPARE(scene.cursor(), 3);
     QVERIFY(!scene.value("inputMethodComposing").toBool());
     QCOMPARE(composing.count(), 2);
-}
-
-void tst_QDeclarativeTextInput::composedTextStays()
-{
-    EditorScene scene("TextInput { focus: true }");
-    scene.compose(QStringLiteral("half"));
-    scene.evaluate("focus = false");
-    QVERIFY(!scene.value("inputMethodComposing").toBool());
-    QCOMPARE(scene.value("displayText").toString(), scene.text());
-}
-
-void tst_QDeclarativeTextInput::readOnlyDoesNotCompose()
-{
-    EditorScene scene("TextInput { focus: true; readOnly: true; text: \"ab\" }");
-    scene.compose(QStringLiteral("x"));
-    QCOMPARE(scene.value("displayText").toString(), QStringLiteral("ab"));
-    scene.compose({}, QStringLiteral("x"));
-    QCOMPARE(scene.text(), QStringLiteral("ab"));
 }
 
 void tst_QDeclarativeTextInput::tellsTheInputMethod_data()
@@ -498,36 +315,6 @@ void tst_QDeclarativeTextInput::hints()
     QCOMPARE(scene.value("inputMethodHints").toInt(), 0);
 }
 
-void tst_QDeclarativeTextInput::opensTheInputPanel_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("opens");
-    QTest::newRow("focused") << QByteArray("focus: true") << true;
-    QTest::newRow("left alone") << QByteArray("focus: true; activeFocusOnPress: false") << false;
-    QTest::newRow("read-only") << QByteArray("focus: true; readOnly: true") << false;
-}
-
-void tst_QDeclarativeTextInput::opensTheInputPanel()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(bool, opens);
-    InputPanel panel;
-    EditorScene scene("TextInput { width: 100; height: 20; " + body + " }");
-    panel.visible = false;
-    scene.click(5, 5);
-    QCOMPARE(panel.visible, opens);
-}
-
-void tst_QDeclarativeTextInput::inputPanelOnDemand()
-{
-    InputPanel panel;
-    EditorScene scene("TextInput { activeFocusOnPress: false }");
-    scene.evaluate("openSoftwareInputPanel()");
-    QVERIFY(panel.visible);
-    scene.evaluate("closeSoftwareInputPanel()");
-    QVERIFY(!panel.visible);
-}
-
 void tst_QDeclarativeTextInput::shiftPressExtends()
 {
     EditorScene scene(ten + QByteArray("selectByMouse: true; text: \"MMMMM\" }"));
@@ -551,17 +338,6 @@ void tst_QDeclarativeTextInput::scrollsToTheCursor()
     QCOMPARE(moved.count(), 2);
 }
 
-void tst_QDeclarativeTextInput::paintsItsCursor()
-{
-    EditorScene scene(ten
-                      + QByteArray("text: \"\"; focus: true; color: \"#ff0000\"; fillColor: \"white\" }"));
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::red));
-    scene.evaluate("cursorVisible = false");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::white));
-    scene.evaluate("focus = false; cursorVisible = true");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::red));
-}
-
 void tst_QDeclarativeTextInput::marksBlanksOfTheMask()
 {
     EditorScene scene(ten
@@ -571,65 +347,6 @@ void tst_QDeclarativeTextInput::marksBlanksOfTheMask()
     QCOMPARE(scene.pixel(6, 12), QColor(Qt::white));
     scene.evaluate("cursorVisible = false");
     QCOMPARE(scene.pixel(18, 12), QColor(Qt::white));
-}
-
-void tst_QDeclarativeTextInput::blinksOnlyWithFocus()
-{
-    QApplication::setCursorFlashTime(20);
-    EditorScene scene("Item { width: 200; height: 100\n"
-                      "TextInput { objectName: \"first\"; width: 200; focus: true }\n"
-                      "TextInput { objectName: \"second\"; y: 50; width: 200 } }");
-    PaintLog log(scene.view().viewport());
-    const QRect first(0, 0, 200, 40), second(0, 50, 200, 40);
-    QTRY_VERIFY(log.count(first) > 3);
-    scene.item("second")->setProperty("focus", true);
-    QCoreApplication::processEvents();
-    log.clear();
-    QTRY_VERIFY(log.count(second) > 3);
-    QCOMPARE(log.count(first), 0);
-    QApplication::setCursorFlashTime(0);
-}
-
-void tst_QDeclarativeTextInput::cursorDelegate()
-{
-    EditorScene scene(ten
-                      + QByteArray("text: \"MMM\"; focus: true; fillColor: \"white\"; color: \"red\"\n"
-                                   "cursorDelegate: Item { objectName: \"cursor\"; width: 2 } }"));
-    QPointer<QObject> item = scene.item("cursor");
-    QVERIFY(item);
-    QCOMPARE(item->property("height").toInt(), 24);
-    QCOMPARE(item->property("x").toInt(), 36);
-    scene.key(Qt::Key_Home);
-    QCOMPARE(item->property("x").toInt(), 0);
-    scene.evaluate("font.pixelSize = 40");
-    QCOMPARE(item->property("height").toInt(), scene.value("implicitHeight").toInt());
-    scene.evaluate("text = \"\"");
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::white));
-    scene.evaluate("cursorDelegate = null");
-    QVERIFY(!item);
-    QCOMPARE(scene.pixel(0, 12), QColor(Qt::red));
-}
-
-void tst_QDeclarativeTextInput::badCursorDelegates_data()
-{
-    QTest::addColumn<QByteArray>("source");
-    QTest::addColumn<QString>("warning");
-    QTest::newRow("no file") << QByteArray("Nowhere.qml") << "QML Scene1: Could not load cursor delegate";
-    QTest::newRow("no item") << QByteArray("Object.qml")
-                             << "QML Scene1: Could not instantiate cursor delegate";
-}
-
-void tst_QDeclarativeTextInput::badCursorDelegates()
-{
-    QFETCH(QByteArray, source);
-    QFETCH(QString, warning);
-    EditorScene scene(
-        "TextInput { width: 100; height: 20; focus: true; color: \"red\"; fillColor: \"white\" }");
-    scene.addFile(QStringLiteral("Object.qml"), QByteArray("import QtQuick 1.1\nQtObject {}"));
-    scene.evaluate("cursorDelegate = Qt.createComponent(\"" + source + "\")");
-    QVERIFY2(scene.warnings.contains(warning), qPrintable(scene.warnings.join(QLatin1Char('\n'))));
-    // Without one of its own, the item shows the cursor itself.
-    QCOMPARE(scene.pixel(0, 9), QColor(Qt::red));
 }
 
 void tst_QDeclarativeTextInput::paintsSelection()
@@ -660,19 +377,6 @@ void tst_QDeclarativeTextInput::paintsContents()
     QCOMPARE(scene.pixel(50, 12), QColor(Qt::blue));
     input->setProperty("clip", true);
     QCOMPARE(scene.pixel(20, 40), QColor(Qt::blue));
-}
-
-void tst_QDeclarativeTextInput::keepsDragsFromFlickable()
-{
-    EditorScene scene("Flickable { width: 200; height: 60; contentWidth: 600; contentHeight: 60\n"
-                      "TextInput { objectName: \"input\"; width: 600; selectByMouse: true\n"
-                      "text: \"MMMMMMMMMMMMMMM\"; font.family: \"DejaVu Sans Mono\"; font.pixelSize: 20 } }");
-    scene.press(150, 5);
-    for (int x = 145; x >= 30; x -= 5)
-        scene.move(x, 5);
-    scene.release(30, 5);
-    QCOMPARE(scene.value("contentX").toInt(), 0);
-    QVERIFY(scene.item("input")->property("selectedText").toString().length() > 5);
 }
 
 QTEST_MAIN(tst_QDeclarativeTextInput)

@@ -16,6 +16,13 @@ public:
             qFatal("the scene is not shown");
     }
 
+    /** Makes texts as wide as in the recorded scenes; to be called before there is an application. */
+    static void useRecordedFonts()
+    {
+        qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
+        qputenv("QT_FONT_DPI", "96");
+    }
+
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QTest::keyClick(&view(), Qt::Key(key), modifiers);
