@@ -193,6 +193,8 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeLoaderTypes();
         registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeTextInputTypes();
+        registerDeclarativeTextEditTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
