@@ -32,8 +32,6 @@ const EngineType engineTypes[] = {
     {"QtQml", "Connections", nullptr},
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
-    {"QtQml.Models", "ListModel", nullptr},
-    {"QtQml.Models", "ListElement", nullptr},
     {"QtQml.Models", "Package", nullptr},
     {"QtQml.Models", "DelegateModel", "VisualDataModel"},
     {"QtQml.Models", "ObjectModel", "VisualItemModel"},
@@ -160,6 +158,7 @@ void qmlRegisterDeclarativeTypes()
         QQmlPrivate::qmlregister(QQmlPrivate::AutoParentRegistration,
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
+        registerDeclarativeListModelTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

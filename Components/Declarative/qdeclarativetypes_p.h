@@ -70,3 +70,4 @@ void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
 void registerDeclarativeLoaderTypes();
 void registerDeclarativeRepeaterTypes();
+void registerDeclarativeListModelTypes();
