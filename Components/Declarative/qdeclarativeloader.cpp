@@ -44,7 +44,7 @@ QQmlComponent *QDeclarativeLoader::sourceComponent() const
 
 void QDeclarativeLoader::setSourceComponent(QQmlComponent *source)
 {
-    if (source == component && (source || url.isEmpty()))
+    if (source == component && (source || (url.isEmpty() && !loadedItem)))
         return;
     clear();
     component = source;

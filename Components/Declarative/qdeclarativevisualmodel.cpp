@@ -1,5 +1,6 @@
 #include "qdeclarativevisualmodel_p.h"
 
+#include <QtCore/QSignalBlocker>
 #include <QtQml/QJSValue>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlInfo>
@@ -34,6 +35,8 @@ bool QDeclarativeVisualModel::setModel(const QVariant &value)
     if (model == source)
         return false;
     source = model;
+    // Whoever sets it knows that all rows are new.
+    const QSignalBlocker blocker(this);
     auto *given = qobject_cast<QQmlInstanceModel *>(model.value<QObject *>());
     if (given) {
         adopt(given, false);
@@ -78,6 +81,7 @@ bool QDeclarativeVisualModel::setDelegate(QQmlComponent *delegate)
     if (delegate == this->delegate())
         return false;
     component = delegate;
+    const QSignalBlocker blocker(this);
     if (auto *data = qobject_cast<QQmlDelegateModel *>(items))
         data->setDelegate(delegate);
     return true;
