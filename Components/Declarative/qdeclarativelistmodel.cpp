@@ -46,6 +46,18 @@ QVariantMap mapOf(const QJSValue &object)
     return map;
 }
 
+bool isNumber(const QVariant &value)
+{
+    return value.userType() == QMetaType::Int || value.userType() == QMetaType::Double;
+}
+
+bool isSame(const QVariant &value, const QVariant &other)
+{
+    if (isNumber(value) && isNumber(other))
+        return value.toDouble() == other.toDouble();
+    return value.userType() == other.userType() && value == other;
+}
+
 bool isRow(const QJSValue &value)
 {
     return value.isObject() && !value.isArray() && !value.isCallable() && !value.isDate()
@@ -112,17 +124,21 @@ int QDeclarativeListModel::roleOf(const QString &name)
     const auto known = roleIndexes.constFind(name);
     if (known != roleIndexes.constEnd())
         return *known;
-    // Delegates that exist cannot learn of another role, so that views have to make them anew.
-    const bool reset = rolesWereRead;
-    if (reset)
-        beginResetModel();
     const int role = roles.count();
     roles.append(name.toUtf8());
     roleIndexes.insert(name, role);
-    rolesWereRead = false;
-    if (reset)
-        endResetModel();
+    rolesAreStale = rolesAreStale || rolesWereRead;
     return role;
+}
+
+void QDeclarativeListModel::refreshRoles()
+{
+    // Delegates that exist cannot learn of another role, so that views have to make them anew.
+    if (!std::exchange(rolesAreStale, false))
+        return;
+    rolesWereRead = false;
+    beginResetModel();
+    endResetModel();
 }
 
 QVariant QDeclarativeListModel::plain(const QVariant &value)
@@ -130,21 +146,9 @@ QVariant QDeclarativeListModel::plain(const QVariant &value)
     if (value.userType() != qMetaTypeId<QJSValue>())
         return value;
     const auto script = value.value<QJSValue>();
-    if (qobject_cast<QDeclarativeListRow *>(script.toQObject()))
-        return mapOf(script);
-    if (script.isArray()) {
-        QVariantList list;
-        const uint length = script.property(QStringLiteral("length")).toUInt();
-        for (uint i = 0; i < length; ++i)
-            list.append(plain(QVariant::fromValue(script.property(i))));
-        return list;
-    }
-    if (script.isCallable())
-        return value;
-    if (script.isQObject())
-        return QVariant::fromValue(script.toQObject());
-    return script.isObject() && !script.isVariant() && isRow(script) ? QVariant(mapOf(script))
-                                                                     : script.toVariant();
+    if (const auto *row = qobject_cast<QDeclarativeListRow *>(script.toQObject()))
+        return row->values();
+    return script.isCallable() ? value : script.toVariant();
 }
 
 QVariant QDeclarativeListModel::convert(const QVariant &plain)
@@ -167,7 +171,7 @@ bool QDeclarativeListModel::store(Row &row, int role, const QVariant &plain)
         if (plain.userType() == QMetaType::QVariantList && list->toList() == plain.toList())
             return false;
         list->deleteLater();
-    } else if (before == plain && before.userType() == plain.userType()) {
+    } else if (isSame(before, plain)) {
         return false;
     }
     if (row.values.count() <= role)
@@ -178,12 +182,10 @@ bool QDeclarativeListModel::store(Row &row, int role, const QVariant &plain)
 
 void QDeclarativeListModel::insertRow(int index, const QVariantMap &values)
 {
-    // Another role resets the model, which must not happen inside of an insertion.
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
-        roleOf(it.key());
     auto row = std::make_unique<Row>();
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         store(*row, roleOf(it.key()), it.value());
+    refreshRoles();
     beginInsertRows({}, index, index);
     rows.insert(rows.begin() + index, std::move(row));
     endInsertRows();
@@ -269,6 +271,7 @@ void QDeclarativeListModel::change(int index, const QVariantMap &values)
         if (store(*rows[size_t(index)], role, it.value()))
             changed.append(Qt::UserRole + role);
     }
+    refreshRoles();
     if (changed.isEmpty())
         return;
     const QModelIndex place = createIndex(index, 0);

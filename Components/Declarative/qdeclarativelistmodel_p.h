@@ -50,7 +50,7 @@ public:
     /** Only what a worker script gets to see of a model can be synchronized; here it says so. */
     Q_INVOKABLE void sync();
 
-    /** Adds a row. Nested lists and objects are taken as convert() describes. */
+    /** Adds a row; lists of maps among its values become nested lists. */
     void insertRow(int index, const QVariantMap &);
 
     /** Returns all rows, nested lists included, without what belongs to one thread. Any thread may use it. */
@@ -62,7 +62,7 @@ public:
     /** Makes this list equal to @p rows, whose identities are @p ids, with as few changes as they allow. */
     void assign(const QVariantList &rows, const QVector<quint64> &ids);
 
-    /** What is worth a place in a model: script values become plain ones. Arrays become lists. */
+    /** Returns a value from a script as plain data: arrays become lists, and objects maps. */
     static QVariant plain(const QVariant &);
 
 Q_SIGNALS:
@@ -79,6 +79,7 @@ private:
     QObject *makeAgent();
     void warn(const QString &) const;
     int roleOf(const QString &name);
+    void refreshRoles();
     QVariant convert(const QVariant &plain);
     bool store(Row &, int role, const QVariant &plain);
     void change(int index, const QVariantMap &);
@@ -94,6 +95,7 @@ private:
     QHash<QString, int> roleIndexes;
     QPointer<QDeclarativeListModelAgent> lastAgent;
     mutable bool rolesWereRead = false; ///< views make their delegates for the roles known then
+    bool rolesAreStale = false; ///< there are more roles than those that were read
 };
 
 /** Declares one row of a ListModel; the parser of the model reads it, no object is made of it. */

@@ -33,8 +33,6 @@ const EngineType engineTypes[] = {
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
     {"QtQml.Models", "Package", nullptr},
-    {"QtQml.Models", "DelegateModel", "VisualDataModel"},
-    {"QtQml.Models", "ObjectModel", "VisualItemModel"},
     {"QtQuick", "State", nullptr},
     {"QtQuick", "StateGroup", nullptr},
     {"QtQuick", "PropertyChanges", nullptr},
@@ -159,6 +157,7 @@ void qmlRegisterDeclarativeTypes()
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
         registerDeclarativeListModelTypes();
+        registerDeclarativeVisualModelTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

@@ -71,3 +71,4 @@ void registerDeclarativeRectangleTypes();
 void registerDeclarativeLoaderTypes();
 void registerDeclarativeRepeaterTypes();
 void registerDeclarativeListModelTypes();
+void registerDeclarativeVisualModelTypes();
