@@ -8,6 +8,8 @@
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
 
+#include <algorithm>
+
 QDeclarativeVisualDataModel::QDeclarativeVisualDataModel()
 {
     watchItems();
@@ -88,18 +90,23 @@ void QDeclarativeVisualDataModel::reportPackage(int index, QObject *item)
     // Parts are declared in the component whose root is the package.
     const QQmlContext *context = item ? qmlContext(item) : nullptr;
     QObject *package = context ? context->contextObject() : nullptr;
-    if (!package || packages.contains(package))
+    if (!package)
         return;
-    packages.insert(package);
-    Q_EMIT createdPackage(index, package);
+    const bool isKnown = std::find(packages.cbegin(), packages.cend(), package) != packages.cend();
+    packages.insert(item, package);
+    if (!isKnown)
+        Q_EMIT createdPackage(index, package);
 }
 
 void QDeclarativeVisualDataModel::reportPackageEnd(QObject *item)
 {
-    const QQmlContext *context = item ? qmlContext(item) : nullptr;
-    QObject *package = context ? context->contextObject() : nullptr;
-    if (packages.remove(package))
-        Q_EMIT destroyingPackage(package);
+    QObject *const package = packages.take(item);
+    if (!package)
+        return;
+    // All parts of a package go at once.
+    for (auto it = packages.begin(); it != packages.end();)
+        it = it.value() == package ? packages.erase(it) : std::next(it);
+    Q_EMIT destroyingPackage(package);
 }
 
 void registerDeclarativeVisualModelTypes()

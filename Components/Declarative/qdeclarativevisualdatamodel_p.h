@@ -2,7 +2,7 @@
 
 #include "qdeclarativeitem.h"
 
-#include <QtCore/QSet>
+#include <QtCore/QHash>
 
 #include <private/qqmlchangeset_p.h>
 #include <private/qqmldelegatemodel_p.h>
@@ -65,7 +65,7 @@ private:
     QString partName;
     QMetaObject::Connection reset;
     QHash<int, QByteArray> roles; ///< of the item model, as the delegates know them
-    QSet<QObject *> packages;
+    QHash<QObject *, QObject *> packages; ///< of the parts that are shown
 };
 
 /** Emits what @p changes amount to as the signals that QML 1 models have. */
