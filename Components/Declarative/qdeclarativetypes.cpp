@@ -158,6 +158,7 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeListModelTypes();
         registerDeclarativeVisualModelTypes();
+        registerDeclarativeXmlListModelTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

@@ -72,3 +72,4 @@ void registerDeclarativeLoaderTypes();
 void registerDeclarativeRepeaterTypes();
 void registerDeclarativeListModelTypes();
 void registerDeclarativeVisualModelTypes();
+void registerDeclarativeXmlListModelTypes();
