@@ -159,6 +159,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeListModelTypes();
         registerDeclarativeVisualModelTypes();
         registerDeclarativeXmlListModelTypes();
+        registerDeclarativeFolderListModelTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

@@ -73,3 +73,4 @@ void registerDeclarativeRepeaterTypes();
 void registerDeclarativeListModelTypes();
 void registerDeclarativeVisualModelTypes();
 void registerDeclarativeXmlListModelTypes();
+void registerDeclarativeFolderListModelTypes();
