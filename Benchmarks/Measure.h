@@ -11,19 +11,22 @@
  * Times two pieces of work in turn and prints how the first compares with the second.
  *
  * The ratio is taken pair by pair, so that a machine whose speed drifts does not favour either; the row shows
- * its median, with the extremes, and the median times in milliseconds.
+ * its median, with the extremes, and the median times in milliseconds. @p tidy runs after each piece,
+ * untimed.
  */
-template <typename Work, typename Reference>
-double compare(const char *what, int pairs, double goal, Work work, Reference reference)
+template <typename Work, typename Reference, typename Tidy>
+double compare(const char *what, int pairs, double goal, Work work, Reference reference, Tidy tidy)
 {
-    const auto time = [](auto &piece) {
+    const auto time = [&tidy](auto &piece) {
         QElapsedTimer timer;
         timer.start();
         piece();
-        return timer.nsecsElapsed() / 1e6;
+        const double milliseconds = timer.nsecsElapsed() / 1e6;
+        tidy();
+        return milliseconds;
     };
-    work();
-    reference();
+    time(work);
+    time(reference);
     QVector<double> ours, theirs, ratios;
     for (int i = 0; i < pairs; ++i) {
         ours << time(work);
@@ -38,4 +41,10 @@ double compare(const char *what, int pairs, double goal, Work work, Reference re
                 goal, median <= goal ? "met" : "MISSED");
     std::fflush(stdout);
     return median;
+}
+
+template <typename Work, typename Reference>
+double compare(const char *what, int pairs, double goal, Work work, Reference reference)
+{
+    return compare(what, pairs, goal, work, reference, [] {});
 }

@@ -27,7 +27,8 @@ QDeclarativeContents::QDeclarativeContents(QDeclarativeItem *item)
     const auto children = QDeclarativeItemPrivate::childObjects(item);
     for (QGraphicsObject *child : children)
         watch(child);
-    update();
+    // Made while a binding reads the rectangle, which is no change of it.
+    m_rect = enclose();
 }
 
 QDeclarativeContents::~QDeclarativeContents()
@@ -62,23 +63,30 @@ void QDeclarativeContents::unwatch(QGraphicsObject *child)
 
 void QDeclarativeContents::update(const QGraphicsObject *except)
 {
-    QRectF all;
+    setRect(enclose(except));
+}
+
+QRectF QDeclarativeContents::enclose(const QGraphicsObject *except) const
+{
+    // The origin counts towards right and bottom, and the last place stays when the children are gone.
+    QPointF start, end;
     bool first = true;
     const auto children = QDeclarativeItemPrivate::childObjects(m_item);
     for (const QGraphicsObject *child : children) {
         if (child == except)
             continue;
-        all = first ? geometryOf(child) : united(all, geometryOf(child));
+        const QRectF rect = geometryOf(child);
+        start = first ? rect.topLeft() : QPointF(qMin(start.x(), rect.left()), qMin(start.y(), rect.top()));
+        end = QPointF(qMax(end.x(), rect.right()), qMax(end.y(), rect.bottom()));
         first = false;
     }
-    setRect(QRectF(all.topLeft(), all.size().expandedTo(QSizeF(0, 0))));
+    if (first)
+        return QRectF(m_rect.topLeft(), QSizeF(0, 0));
+    return QRectF(start, QSizeF(end.x() - start.x(), end.y() - start.y()).expandedTo(QSizeF(0, 0)));
 }
 
-void QDeclarativeContents::setRect(const QRectF &enclosing)
+void QDeclarativeContents::setRect(const QRectF &rect)
 {
-    // The rectangle reaches to the item's origin when all children lie left of or above it.
-    const QPointF end(qMax(enclosing.right(), 0.0), qMax(enclosing.bottom(), 0.0));
-    const QRectF rect(enclosing.topLeft(), end);
     if (rect == m_rect)
         return;
     m_rect = rect;

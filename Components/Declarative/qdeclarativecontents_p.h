@@ -15,6 +15,7 @@ private:
     void watch(QGraphicsObject *child);
     void unwatch(QGraphicsObject *child);
     void update(const QGraphicsObject *except = nullptr);
+    QRectF enclose(const QGraphicsObject *except = nullptr) const;
     void setRect(const QRectF &);
 
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;

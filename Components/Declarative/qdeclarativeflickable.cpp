@@ -15,17 +15,15 @@ QDeclarativeFlickableVisibleArea::QDeclarativeFlickableVisibleArea(QDeclarativeF
 void QDeclarativeFlickableVisibleArea::update()
 {
     const QDeclarativeFlickablePrivate *d = m_flickable->d_func();
+    // Where there is no content at all in a direction this divides by zero, and so it is reported.
     const auto ratios = [d](const QDeclarativeFlickableAxis &axis) {
         const qreal start = d->travelStart(axis);
         const qreal whole = d->travelEnd(axis) - start + d->viewSize(axis);
-        const qreal all = d->travelEnd(axis) > start ? whole : qMax<qreal>(d->contentSize(axis), 0);
-        if (all <= 0)
-            return QPair<qreal, qreal>(0, 1);
-        return QPair<qreal, qreal>((axis.value() - start) / all, d->viewSize(axis) / all);
+        return QPair<qreal, qreal>((axis.value() - start) / whole, d->viewSize(axis) / whole);
     };
     const auto assign = [this](qreal *member, qreal value,
                                void (QDeclarativeFlickableVisibleArea::*changed)(qreal)) {
-        if (*member == value)
+        if (*member == value || (qIsNaN(*member) && qIsNaN(value)))
             return;
         *member = value;
         Q_EMIT(this->*changed)(value);

@@ -66,7 +66,7 @@ public:
 
     void init();
 
-    /** The least and the greatest value that the content comes to rest at. */
+    /** The least and the greatest value that the content comes to rest at; the greatest may be less. */
     virtual qreal travelStart(const Axis &) const;
     virtual qreal travelEnd(const Axis &) const;
 
@@ -76,11 +76,11 @@ public:
     /** Lets the content run on at @p velocity; tells whether it does. */
     virtual bool flick(Axis &, qreal velocity);
 
-    /** Called after the content has moved, before signals tell of it. */
+    /** Called after the content has moved. */
     virtual void viewportMoved(Axis &) { }
     /** Called when the user begins to move the content. */
     virtual void dragStarting() { }
-    virtual void movementEnding();
+    void movementEnding();
 
     qreal boundedValue(const Axis &, qreal value) const;
     qreal viewSize(const Axis &) const;
@@ -95,6 +95,8 @@ public:
     void moveTo(Axis &, qreal value);
     void settle(Axis &, qreal target, FixupMode);
     bool runOut(Axis &, qreal velocity, qreal maximumDistance);
+    bool runOutTo(Axis &, qreal velocity, qreal distance);
+    void endRun(Axis &);
     void startMovement(Axis &);
     void endMovement(Axis &);
     void startFlick(Axis &);

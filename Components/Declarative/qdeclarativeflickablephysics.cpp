@@ -67,7 +67,7 @@ qreal QDeclarativeFlickablePrivate::travelStart(const Axis &) const
 
 qreal QDeclarativeFlickablePrivate::travelEnd(const Axis &axis) const
 {
-    return qMax<qreal>(0, contentSize(axis) - viewSize(axis));
+    return contentSize(axis) - viewSize(axis);
 }
 
 qreal QDeclarativeFlickablePrivate::boundedValue(const Axis &axis, qreal value) const
@@ -94,7 +94,6 @@ void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
 {
     Q_Q(QDeclarativeFlickable);
     placeContent();
-    viewportMoved(axis);
     if (axis.value() != before) {
         const qint64 now = clock.nsecsElapsed();
         if (axis.moving) {
@@ -107,6 +106,7 @@ void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
         else
             Q_EMIT q->contentYChanged();
     }
+    viewportMoved(axis);
     updateBounds();
 }
 
@@ -200,6 +200,21 @@ bool QDeclarativeFlickablePrivate::runOut(Axis &axis, qreal velocity, qreal maxi
         return false;
     timeLine.reset(axis);
     timeLine.accel(axis, velocity, deceleration, maximumDistance);
+    endRun(axis);
+    return true;
+}
+
+/** Lets the axis slow down from @p velocity so that it has gone @p distance. */
+bool QDeclarativeFlickablePrivate::runOutTo(Axis &axis, qreal velocity, qreal distance)
+{
+    timeLine.reset(axis);
+    timeLine.accelDistance(axis, velocity, distance);
+    endRun(axis);
+    return true;
+}
+
+void QDeclarativeFlickablePrivate::endRun(Axis &axis)
+{
     timeLine.callback(QQuickTimeLineCallback(
         &axis,
         [](void *data) {
@@ -208,7 +223,6 @@ bool QDeclarativeFlickablePrivate::runOut(Axis &axis, qreal velocity, qreal maxi
         },
         &axis));
     startFlick(axis);
-    return true;
 }
 
 bool QDeclarativeFlickablePrivate::flick(Axis &axis, qreal velocity)
@@ -312,7 +326,7 @@ void QDeclarativeFlickablePrivate::press(const QGraphicsSceneMouseEvent &event)
     Q_Q(QDeclarativeFlickable);
     // A press that stops a flick is not meant for what happens to be under it.
     steals = isFlickingFast();
-    QDeclarativePointer::setKeepsMouse(q, steals);
+    q->setKeepMouseGrab(steals);
     isPressed = true;
     timeLine.clear();
     pressPosition = event.pos();
@@ -339,7 +353,7 @@ void QDeclarativeFlickablePrivate::drag(Axis &axis, qreal way, bool stealing)
         return;
     if (!stealing) {
         steals = true;
-        QDeclarativePointer::setKeepsMouse(q, true);
+        q->setKeepMouseGrab(true);
         return;
     }
     if (!axis.dragged) {
@@ -379,7 +393,7 @@ void QDeclarativeFlickablePrivate::release()
         return;
     isPressed = false;
     steals = false;
-    QDeclarativePointer::setKeepsMouse(q, false);
+    q->setKeepMouseGrab(false);
     const qint64 now = clock.nsecsElapsed();
     for (Axis *axis : {&x, &y}) {
         const qreal velocity = axis->dragged ? axis->releaseVelocity(now) : 0;
@@ -403,7 +417,7 @@ void QDeclarativeFlickablePrivate::cancel()
         return;
     isPressed = false;
     steals = false;
-    QDeclarativePointer::setKeepsMouse(q, false);
+    q->setKeepMouseGrab(false);
     delayedPressTimer.stop();
     delayedPress.reset();
     for (Axis *axis : {&x, &y}) {

@@ -16,6 +16,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , hasActiveFocus(false)
+    , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
     , childrenInheritMirror(false)
@@ -42,8 +43,6 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
     q->setAcceptedMouseButtons(Qt::NoButton);
-    // Focus is given by content alone.
-    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -161,17 +160,6 @@ void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 {
     Q_Q(QDeclarativeItem);
     Q_EMIT q->focusChanged(isSubFocusItem);
-}
-
-void QDeclarativeItemPrivate::subFocusItemChange()
-{
-    Q_Q(QDeclarativeItem);
-    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
-    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
-    if (active == hasActiveFocus)
-        return;
-    hasActiveFocus = active;
-    Q_EMIT q->activeFocusChanged(active);
 }
 
 void QDeclarativeItemPrivate::siblingOrderChange()
@@ -472,7 +460,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
-        Q_EMIT parentChanged(parentItem());
+        // The place in which an item is declared is no change.
+        if (d->componentIsComplete || d->parentWasSet)
+            Q_EMIT parentChanged(parentItem());
+        d->parentWasSet = true;
         d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemParentChanged(this, parentItem());
         });

@@ -60,7 +60,7 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeItem : public QGraphicsObject, publ
     Q_PROPERTY(QQmlListProperty<QGraphicsTransform> transform READ transform DESIGNABLE false FINAL)
     Q_PROPERTY(TransformOrigin transformOrigin READ transformOrigin WRITE setTransformOrigin NOTIFY
                    transformOriginChanged)
-    Q_PROPERTY(QPointF transformOriginPoint READ transformOriginPoint)
+    Q_PRIVATE_PROPERTY(QDeclarativeItem::d_func(), QPointF transformOriginPoint READ computeTransformOrigin)
     Q_PROPERTY(bool smooth READ smooth WRITE setSmooth NOTIFY smoothChanged)
     Q_PROPERTY(
         qreal implicitWidth READ implicitWidth WRITE setImplicitWidth NOTIFY implicitWidthChanged REVISION 1)

@@ -159,6 +159,7 @@ public:
     bool keepMouse : 1;
     bool isSmooth : 1;
     bool hasActiveFocus : 1;
+    bool parentWasSet : 1; ///< the item had a parent before
     bool mirrorIsSet : 1; ///< LayoutMirroring.enabled was given
     bool mirrorValue : 1; ///< what was given
     bool childrenInheritMirror : 1;

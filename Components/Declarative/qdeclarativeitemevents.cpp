@@ -5,14 +5,33 @@
 
 #include <QtQml/qqmlinfo.h>
 
+/** The focus scope that the item belongs to, null at the top. */
+static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
+{
+    const QGraphicsItem *scope = item->parentItem();
+    while (scope && !(scope->flags() & QGraphicsItem::ItemIsFocusScope))
+        scope = scope->parentItem();
+    return scope;
+}
+
+void QDeclarativeItemPrivate::subFocusItemChange()
+{
+    Q_Q(QDeclarativeItem);
+    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
+    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
+    if (active == hasActiveFocus)
+        return;
+    hasActiveFocus = active;
+    Q_EMIT q->activeFocusChanged(active);
+    // Outside every scope both are the same.
+    if (!scopeOf(q))
+        Q_EMIT q->focusChanged(active);
+}
+
 bool QDeclarativeItem::hasFocus() const
 {
-    Q_D(const QDeclarativeItem);
-    for (const QGraphicsItem *scope = d->parent; scope; scope = scope->parentItem()) {
-        if (scope->flags() & ItemIsFocusScope)
-            return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
-    }
-    return QGraphicsObject::hasFocus();
+    const QGraphicsItem *scope = scopeOf(this);
+    return scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem == this : hasActiveFocus();
 }
 
 void QDeclarativeItem::setFocus(bool focus)

@@ -1,7 +1,10 @@
+#include "qdeclarativeanchorchanges_p.h"
 #include "qdeclarativeanchors_p.h"
 #include "qdeclarativefocusscope_p.h"
+#include "qdeclarativeitemanimation_p.h"
 #include "qdeclarativekeynavigation_p.h"
 #include "qdeclarativelayoutmirroring_p.h"
+#include "qdeclarativeparentchange_p.h"
 #include "qdeclarativetranslate_p.h"
 #include "qdeclarativetypes_p.h"
 
@@ -23,6 +26,11 @@ void registerDeclarativeItemTypes()
     registerDeclarativeType<QDeclarativeTranslate>("Translate");
     registerDeclarativeType<QGraphicsScale>("Scale");
     registerDeclarativeType<QGraphicsRotation>("Rotation");
+    qmlRegisterAnonymousType<QDeclarativeAnchorSet>("QtQuick", 1);
+    registerDeclarativeType<QDeclarativeAnchorChanges>("AnchorChanges");
+    registerDeclarativeType<QDeclarativeParentChange>("ParentChange");
+    registerDeclarativeType<QDeclarativeAnchorAnimation>("AnchorAnimation");
+    registerDeclarativeType<QDeclarativeParentAnimation>("ParentAnimation");
     registerDeclarativeUncreatableType<QDeclarativeKeys>("Keys", attachedOnly("Keys"));
     registerDeclarativeUncreatableType<QDeclarativeKeyNavigation>("KeyNavigation",
                                                                   attachedOnly("KeyNavigation"));

@@ -262,7 +262,7 @@ void QDeclarativeMouseAreaPrivate::dragTo(const QGraphicsSceneMouseEvent *event)
     // The way that it took to tell a drag from a click is not made up for.
     dragging = true;
     startDrag(event);
-    QDeclarativePointer::setKeepsMouse(q, true);
+    q->setKeepMouseGrab(true);
 }
 
 QDeclarativeMouseArea::QDeclarativeMouseArea(QDeclarativeItem *parent)
@@ -362,7 +362,7 @@ void QDeclarativeMouseArea::setPreventStealing(bool prevent)
         return;
     d->preventStealing = prevent;
     if (d->pressed)
-        QDeclarativePointer::setKeepsMouse(this, prevent || d->dragging);
+        setKeepMouseGrab(prevent || d->dragging);
     Q_EMIT preventStealingChanged();
 }
 
@@ -378,7 +378,7 @@ void QDeclarativeMouseArea::mousePressEvent(QGraphicsSceneMouseEvent *event)
     d->held = false;
     d->saveEvent(event);
     d->startDrag(event);
-    QDeclarativePointer::setKeepsMouse(this, d->preventStealing);
+    setKeepMouseGrab(d->preventStealing);
     d->setHovered(true);
     if (d->isConnected(&QDeclarativeMouseArea::pressAndHold))
         d->holdTimer.start(pressAndHoldDelay, this);
@@ -416,7 +416,10 @@ void QDeclarativeMouseArea::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
         d->drag->setActive(false);
     if (!acceptHoverEvents())
         d->setHovered(false);
-    QDeclarativePointer::setKeepsMouse(this, false);
+    setKeepMouseGrab(false);
+    // What other buttons do until they are released as well is nobody's.
+    if (QDeclarativePointer::grabber(this) == this)
+        ungrabMouse();
 }
 
 void QDeclarativeMouseArea::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)

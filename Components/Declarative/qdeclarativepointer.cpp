@@ -1,7 +1,5 @@
 #include "qdeclarativepointer_p.h"
 
-#include "qdeclarativeitem_p.h"
-
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsScene>
 
@@ -48,17 +46,7 @@ bool isKeptFrom(const QDeclarativeItem *item)
     if (!current || current == item || !current->toGraphicsObject())
         return false;
     const auto *other = qobject_cast<QDeclarativeItem *>(current->toGraphicsObject());
-    return other && keepsMouse(other);
-}
-
-void setKeepsMouse(QDeclarativeItem *item, bool keep)
-{
-    QDeclarativeItemPrivate::get(item)->keepMouse = keep;
-}
-
-bool keepsMouse(const QDeclarativeItem *item)
-{
-    return QDeclarativeItemPrivate::get(item)->keepMouse;
+    return other && other->keepMouseGrab();
 }
 
 void steal(QDeclarativeItem *item)

@@ -28,10 +28,6 @@ QGraphicsItem *grabber(const QGraphicsItem *item);
 /** Tells whether the item that has the mouse refuses to give it to @p item. */
 bool isKeptFrom(const QDeclarativeItem *item);
 
-/** Says whether other items may take the mouse from @p item while it has it. */
-void setKeepsMouse(QDeclarativeItem *item, bool keep);
-bool keepsMouse(const QDeclarativeItem *item);
-
 /** Gives the mouse to @p item if another item has it and does not keep it. */
 void steal(QDeclarativeItem *item);
 

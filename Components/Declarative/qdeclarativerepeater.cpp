@@ -15,8 +15,7 @@ QDeclarativeRepeater::QDeclarativeRepeater(QDeclarativeItem *parent)
 
 QDeclarativeRepeater::~QDeclarativeRepeater()
 {
-    for (const QPointer<QGraphicsObject> &item : qAsConst(items))
-        rows->releaseItem(item);
+    delete rows;
 }
 
 QVariant QDeclarativeRepeater::model() const

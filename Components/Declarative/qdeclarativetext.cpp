@@ -8,7 +8,6 @@
 
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QFontMetrics>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 
@@ -333,8 +332,6 @@ QString QDeclarativeTextPrivate::linkAt(const QPointF &position) const
 QDeclarativeText::QDeclarativeText(QDeclarativeItem *parent)
     : QDeclarativeItem(*new QDeclarativeTextPrivate, parent)
 {
-    Q_D(QDeclarativeText);
-    d->font = QGuiApplication::font();
     setFlag(ItemHasNoContents, false);
 }
 

@@ -167,6 +167,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeTextTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
+        registerDeclarativeListViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });

@@ -32,8 +32,37 @@ QDeclarativeVisualModel::QDeclarativeVisualModel(QDeclarativeItem *view)
 
 QDeclarativeVisualModel::~QDeclarativeVisualModel()
 {
-    if (isOwn)
+    dispose();
+}
+
+void QDeclarativeVisualModel::watch(QGraphicsItem *container)
+{
+    QGraphicsObject *object = container ? container->toGraphicsObject() : nullptr;
+    auto *item = qobject_cast<QDeclarativeItem *>(object);
+    if (item == watched)
+        return;
+    if (watched)
+        QDeclarativeItemPrivate::get(watched)->removeChangeListener(this, DestroyedChange);
+    watched = item;
+    if (watched)
+        QDeclarativeItemPrivate::get(watched)->addChangeListener(this, DestroyedChange);
+}
+
+void QDeclarativeVisualModel::itemDestroyed(QDeclarativeItem *)
+{
+    watched = nullptr;
+    dispose();
+}
+
+void QDeclarativeVisualModel::dispose()
+{
+    watch(nullptr);
+    // Our own model takes its items along, at once.
+    if (std::exchange(isOwn, false))
         delete items;
+    const auto left = std::exchange(borrowed, {});
+    for (const QPointer<QGraphicsObject> &item : left)
+        releaseItem(item);
 }
 
 void QDeclarativeVisualModel::componentComplete()
@@ -129,6 +158,9 @@ QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
     auto *item = qobject_cast<QGraphicsObject *>(object);
     if (item) {
         item->setParentItem(parent);
+        watch(parent);
+        if (!isOwn)
+            borrowed.append(item);
     } else if (object) {
         items->release(object);
         qmlWarning(delegate() ? static_cast<QObject *>(delegate()) : view)
@@ -142,6 +174,7 @@ bool QDeclarativeVisualModel::releaseItem(QGraphicsObject *item)
     if (!item)
         return true;
     const QPointer<QGraphicsObject> guard(item);
+    borrowed.removeOne(guard);
     if (items && items->release(item) & QQmlInstanceModel::Referenced)
         return false;
     if (!guard)

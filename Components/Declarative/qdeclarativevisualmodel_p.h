@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qdeclarativeitem.h"
+#include "qdeclarativeitem_p.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
@@ -14,8 +14,11 @@
  * A model may be a VisualItemModel or VisualDataModel, which is used as it is, or anything else that gives
  * rows: a ListModel or other item model, a list, a number, an object. Around those it makes a model of its
  * own with the delegate. Nothing is made before componentComplete().
+ *
+ * Items go with their container: they are given back when it is about to be destroyed, since the model does
+ * not get over items that are destroyed behind its back.
  */
-class QDeclarativeVisualModel : public QObject
+class QDeclarativeVisualModel : public QObject, public QDeclarativeItemChangeListener
 {
     Q_OBJECT
 
@@ -67,12 +70,17 @@ Q_SIGNALS:
 private:
     void adopt(QQmlInstanceModel *, bool own);
     void initItem(int index, QObject *);
+    void watch(QGraphicsItem *container);
+    void dispose();
+    void itemDestroyed(QDeclarativeItem *) override;
 
     QDeclarativeItem *const view;
     QVariant source;
     QPointer<QQmlInstanceModel> items;
     QPointer<QQmlComponent> component; ///< kept for the own model while another one is used
     QGraphicsItem *container = nullptr; ///< of the item that is being made
+    QDeclarativeItem *watched = nullptr; ///< the container of the items that are out
+    QVector<QPointer<QGraphicsObject>> borrowed; ///< items of a model that is not ours
     bool isOwn = false;
     bool isComplete = false;
 };

@@ -23,7 +23,10 @@ public:
     /** Makes a source named "FFMPEG" without media. The first one silences FFmpeg's own log. */
     explicit VTVideoSourceFFMPEG(QObject *parent);
 
-    /** Ends the thread and frees the media and the frames. */
+    /**
+     * Ends the thread and frees the media and the frames. A derived class must quit() in its own destructor,
+     * before the thread could call what is gone.
+     */
     ~VTVideoSourceFFMPEG() override;
 
     /** Closes the media. The frames stay, and so does what the getters report. */

@@ -20,6 +20,14 @@ namespace {
 
 const qreal fadeInStart = 0.1;
 
+/** Like QWidget::isAncestorOf(), and across windows. */
+bool isOwnedBy(const QWidget *widget, const QWidget *owner)
+{
+    while (widget && widget != owner)
+        widget = widget->parentWidget();
+    return widget;
+}
+
 } // namespace
 
 struct VTWidget::Private
@@ -208,10 +216,16 @@ void VTWidget::contentReservedChanged()
         d->animation->stop();
         setWindowOpacity(1.0);
     }
-    if (container)
+    if (container && container != this)
         moveInto(container);
     else
         becomeToolWindow();
+}
+
+QWidget *VTWidget::owner() const
+{
+    QWidget *const window = d->reference ? d->reference->window() : nullptr;
+    return window == this ? nullptr : window;
 }
 
 void VTWidget::moveInto(QWidget *container)
@@ -220,6 +234,9 @@ void VTWidget::moveInto(QWidget *container)
     const QPointer<VTWidget> self(this);
     const QPointer<QWidget> host(container);
     const QPoint position = pos();
+    // A host that owns its window by the active one may have hit upon this very tip.
+    if (isOwnedBy(container, this))
+        container->setParent(owner(), container->windowFlags());
     setParent(container, Qt::WindowFlags());
     if (!self || !host)
         return;
@@ -241,11 +258,8 @@ void VTWidget::becomeToolWindow()
 {
     const QPointer<VTWidget> self(this);
     const QPoint position = pos();
-    QWidget *owner = d->reference ? d->reference->window() : nullptr;
-    if (owner == this)
-        owner = nullptr;
     setAttribute(Qt::WA_DeleteOnClose);
-    setParent(owner,
+    setParent(owner(),
               Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
                   | Qt::WindowCloseButtonHint);
     if (!self)

@@ -102,6 +102,7 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
+    QWidget *owner() const;
     void moveInto(QWidget *container);
     void becomeToolWindow();
 

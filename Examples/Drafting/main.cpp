@@ -11,8 +11,6 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Drafting"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
     const Options options = Options::parse(application);
-    if (options.rightToLeft)
-        QApplication::setLayoutDirection(Qt::RightToLeft);
     MainWindow window(options);
     window.show();
     return QApplication::exec();

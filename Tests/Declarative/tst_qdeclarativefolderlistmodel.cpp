@@ -1,4 +1,4 @@
-#include "DeclarativeScene.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QTest>
 
@@ -22,7 +22,7 @@ private slots:
 
 private:
     void write(const QString &name, int size, int age);
-    bool load(DeclarativeScene &, const QByteArray &members = {});
+    bool load(WatchedScene &, const QByteArray &members = {});
 
     QTemporaryDir m_folder;
 };
@@ -48,7 +48,7 @@ void tst_QDeclarativeFolderListModel::initTestCase()
     write(QStringLiteral(".hidden"), 10, 30);
 }
 
-bool tst_QDeclarativeFolderListModel::load(DeclarativeScene &scene, const QByteArray &members)
+bool tst_QDeclarativeFolderListModel::load(WatchedScene &scene, const QByteArray &members)
 {
     return scene.load("import Qt.labs.folderlistmodel 1.0\nItem { id: root; property int changes\n"
                       "FolderListModel { id: list; folder: '"
@@ -61,7 +61,7 @@ bool tst_QDeclarativeFolderListModel::load(DeclarativeScene &scene, const QByteA
 
 void tst_QDeclarativeFolderListModel::initialValues()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("import Qt.labs.folderlistmodel 1.0\nItem { FolderListModel { id: list } }"));
     QCOMPARE(
         scene
@@ -101,12 +101,12 @@ void tst_QDeclarativeFolderListModel::lists()
 {
     QFETCH(QByteArray, members);
     QFETCH(QString, names);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, members));
     QCOMPARE(scene.evaluate("names()").toString(), names);
     QCOMPARE(scene.evaluate("list.count").toInt(), names.isEmpty() ? 0 : names.count(',') + 1);
     // Set while running it has to come to the same.
-    DeclarativeScene later;
+    WatchedScene later;
     QVERIFY(load(later));
     for (const QByteArray &member : members.split(';')) {
         const QByteArray assignment = member.trimmed();
@@ -118,14 +118,14 @@ void tst_QDeclarativeFolderListModel::lists()
 
 void tst_QDeclarativeFolderListModel::roles()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, "showDirs: false"));
     QCOMPARE(scene.evaluate("rep.itemAt(1).path").toString(), m_folder.filePath(QStringLiteral("b.txt")));
 }
 
 void tst_QDeclarativeFolderListModel::isFolder()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene));
     QCOMPARE(
         scene.evaluate("[list.isFolder(1), list.isFolder(2), list.isFolder(99), list.isFolder(-1)].join()")
@@ -135,7 +135,7 @@ void tst_QDeclarativeFolderListModel::isFolder()
 
 void tst_QDeclarativeFolderListModel::parentFolder()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene));
     scene.evaluate("list.folder = list.folder + '/sub'");
     QCOMPARE(scene.evaluate("list.count + ' ' + root.changes").toString(), QStringLiteral("0 1"));
@@ -158,7 +158,7 @@ void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne_data()
 void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne()
 {
     QFETCH(QByteArray, folder);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene));
     scene.evaluate("list.folder = '" + folder + "'");
     QCOMPARE(scene.evaluate("list.count + ' ' + root.changes").toString(), QStringLiteral("5 0"));
@@ -167,7 +167,7 @@ void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne()
 
 void tst_QDeclarativeFolderListModel::followsChanges()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, "showDirs: false"));
     scene.evaluate("rep.itemAt(0).name = 'kept'");
     write(QStringLiteral("bb.txt"), 1, 0);

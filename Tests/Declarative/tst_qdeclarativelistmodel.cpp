@@ -1,4 +1,4 @@
-#include "DeclarativeScene.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -99,7 +99,7 @@ void tst_QDeclarativeListModel::functions()
 {
     QFETCH(QByteArray, script);
     QFETCH(QString, rows);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(letters));
     scene.evaluate("root.log = []");
     scene.evaluate(script.constData());
@@ -138,7 +138,7 @@ void tst_QDeclarativeListModel::values()
     QFETCH(QByteArray, value);
     QFETCH(QByteArray, read);
     QFETCH(QVariant, expected);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { id: root; ListModel { id: list } function read(v) { return " + read + R"( }
         Repeater { id: rep; model: list; Item { property variant got: index ? null : read(model.v) } } })"));
     scene.evaluate("list.append({ v: " + value + " })");
@@ -192,7 +192,7 @@ void tst_QDeclarativeListModel::refusals()
 {
     QFETCH(QByteArray, script);
     QFETCH(QString, warning);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(letters));
     QVERIFY(!scene.evaluate(script.constData()).isValid());
     QCOMPARE(scene.warnings.join('\n'), warning);
@@ -257,7 +257,7 @@ void tst_QDeclarativeListModel::declarations()
 
 void tst_QDeclarativeListModel::writesThroughGetSilently()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(letters));
     scene.evaluate("root.log = []");
     scene.evaluate("list.get(1).n = 22; list.get(1).other = 5");
@@ -272,7 +272,7 @@ void tst_QDeclarativeListModel::writesThroughGetSilently()
 
 void tst_QDeclarativeListModel::rowObjectFollowsItsRow()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(letters));
     scene.evaluate("root.log = list.get(0); list.move(0, 2, 1)");
     QCOMPARE(scene.evaluate("root.log.name").toString(), QStringLiteral("a"));
@@ -285,7 +285,7 @@ void tst_QDeclarativeListModel::rowObjectFollowsItsRow()
 
 void tst_QDeclarativeListModel::rolesMayComeLater()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item { ListModel { id: list; ListElement { a: 1 } }
         Repeater { id: rep; model: list; Item { property string got: model.a + "," + model.b } } })"));
     scene.evaluate("list.append({ a: 2, b: 3 })");
@@ -298,7 +298,7 @@ void tst_QDeclarativeListModel::rolesMayComeLater()
 
 void tst_QDeclarativeListModel::nestedListsAreModels()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item { id: root; ListModel { id: list; ListElement { a: [ ListElement { n: 1 } ] } }
         Repeater { id: rep; model: list
             Item { property variant texts: inner; property int n: a.count
@@ -319,7 +319,7 @@ void tst_QDeclarativeListModel::nestedListsAreModels()
 
 void tst_QDeclarativeListModel::copiesRows()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item { ListModel { id: list; ListElement { x: 1; a: [ ListElement { n: 1 } ] } }
         ListModel { id: other } })"));
     scene.evaluate("other.append(list.get(0)); other.get(0).a.append({ n: 2 }); list.append(list.get(0))");
@@ -329,8 +329,8 @@ void tst_QDeclarativeListModel::copiesRows()
 
 void tst_QDeclarativeListModel::worker()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("work.js"), R"(
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("work.js"), R"(
         WorkerScript.onMessage = function(message) {
             var list = message.list
             var found = list.get(1).name + list.get(1).sub.count
@@ -368,8 +368,8 @@ void tst_QDeclarativeListModel::worker()
 
 void tst_QDeclarativeListModel::workerOutlivesModel()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("work.js"), R"(
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("work.js"), R"(
         WorkerScript.onMessage = function(message) {
             for (var i = 0; i < 200; ++i) { message.list.append({ n: i }); message.list.sync() }
             WorkerScript.sendMessage({ done: message.list.count })

@@ -1,4 +1,5 @@
-#include "DeclarativeScene.h"
+#include "HeldServer.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -31,7 +32,7 @@ private slots:
 
 void tst_QDeclarativeLoader::initialValues()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader {}"));
     QCOMPARE(scene.value("status").toInt(), 0);
     QCOMPARE(scene.value("progress").toReal(), 0.0);
@@ -56,10 +57,10 @@ void tst_QDeclarativeLoader::takesSize_data()
 void tst_QDeclarativeLoader::takesSize()
 {
     QFETCH(QByteArray, properties);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { width: 9; height: 9; Loader { objectName: 'loader'; " + properties
                        + " sourceComponent: Item { width: 40; height: 30 } } }"));
-    QObject *loader = scene.object("loader");
+    QObject *loader = scene.item("loader");
     QObject *item = loader->property("item").value<QObject *>();
     QVERIFY(item);
     QTEST(QSizeF(loader->property("width").toReal(), loader->property("height").toReal()), "loader");
@@ -68,10 +69,10 @@ void tst_QDeclarativeLoader::takesSize()
 
 void tst_QDeclarativeLoader::followsItem()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Item { Loader { objectName: 'loader'; sourceComponent: Item { width: 40; height: 30 } } }"));
-    QObject *loader = scene.object("loader");
+    QObject *loader = scene.item("loader");
     QObject *item = loader->property("item").value<QObject *>();
     item->setProperty("width", 70);
     QCOMPARE(loader->property("width").toInt(), 70);
@@ -87,11 +88,11 @@ void tst_QDeclarativeLoader::followsItem()
 void tst_QDeclarativeLoader::sizesBoundItems()
 {
     // The item's own bindings run later than the loader's size is there, and do not win over it.
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { id: root; property int wanted: 40\n"
                        "Loader { objectName: 'loader'; width: 10; "
                        "sourceComponent: Item { width: root.wanted; height: root.wanted } } }"));
-    QObject *loader = scene.object("loader");
+    QObject *loader = scene.item("loader");
     QObject *item = loader->property("item").value<QObject *>();
     QCOMPARE(item->property("width").toInt(), 10);
     QCOMPARE(item->property("height").toInt(), 40);
@@ -100,14 +101,14 @@ void tst_QDeclarativeLoader::sizesBoundItems()
 
 void tst_QDeclarativeLoader::signalsInOrder()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader { property string seen; property Component one: Component { Item {} }\n"
                        "onSourceComponentChanged: seen += 'c'; onSourceChanged: seen += 's'\n"
                        "onStatusChanged: seen += 't' + status; onProgressChanged: seen += 'p' + progress\n"
                        "onItemChanged: seen += item ? 'i' : 'n'; onLoaded: seen += 'l' }"));
     const auto seen = [&scene] {
         const QString text = scene.value("seen").toString();
-        scene.object()->setProperty("seen", QString());
+        scene.root()->setProperty("seen", QString());
         return text;
     };
     scene.evaluate("sourceComponent = one");
@@ -123,8 +124,8 @@ void tst_QDeclarativeLoader::signalsInOrder()
 
 void tst_QDeclarativeLoader::sourceAndComponentReplaceEachOther()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("Part.qml"), "import QtQuick 1.0\nItem { objectName: 'part' }");
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("Part.qml"), "import QtQuick 1.0\nItem { objectName: 'part' }");
     QVERIFY(scene.load("Loader { property Component one: Component { Item { objectName: 'one' } } "
                        "sourceComponent: one }"));
     scene.evaluate("source = 'Part.qml'");
@@ -141,7 +142,7 @@ void tst_QDeclarativeLoader::sourceAndComponentReplaceEachOther()
 
 void tst_QDeclarativeLoader::refusesWhatIsNotVisual()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader { property int loads: 0; onLoaded: ++loads; sourceComponent: QtObject {} }"));
     QCOMPARE(scene.warnings.count(), 1);
     QVERIFY2(scene.warnings.first().endsWith(
@@ -167,9 +168,9 @@ void tst_QDeclarativeLoader::reportsErrors()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, message);
-    DeclarativeScene scene;
+    WatchedScene scene;
     if (!content.isEmpty())
-        scene.write(QStringLiteral("Part.qml"), content);
+        scene.addFile(QStringLiteral("Part.qml"), content);
     QVERIFY(scene.load("Loader { property int loads: 0; onLoaded: ++loads; source: 'Part.qml' }"));
     QCOMPARE(scene.value("status").toInt(), 3);
     QVERIFY(!scene.value("item").value<QObject *>());
@@ -180,15 +181,15 @@ void tst_QDeclarativeLoader::reportsErrors()
 void tst_QDeclarativeLoader::showsItsProperties()
 {
     // Files see what the loader itself declares.
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("Part.qml"), "import QtQuick 1.0\nItem { objectName: given }");
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("Part.qml"), "import QtQuick 1.0\nItem { objectName: given }");
     QVERIFY(scene.load("Loader { property string given: 'from outside'; source: 'Part.qml' }"));
     QCOMPARE(scene.evaluate("item.objectName").toString(), QStringLiteral("from outside"));
 }
 
 void tst_QDeclarativeLoader::replacesItemFromWithin()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Loader { id: loader; property Component two: Component { Item { objectName: 'two' } }\n"
                    "sourceComponent: Item { signal go; onGo: { loader.sourceComponent = loader.two; "
@@ -196,12 +197,12 @@ void tst_QDeclarativeLoader::replacesItemFromWithin()
     scene.evaluate("item.go()");
     QCOMPARE(scene.evaluate("item.objectName").toString(), QStringLiteral("two"));
     QCOMPARE(scene.warnings, QStringList());
-    QTRY_COMPARE(scene.view.rootObject()->childItems().count(), 1);
+    QTRY_COMPARE(scene.view().rootObject()->childItems().count(), 1);
 }
 
 void tst_QDeclarativeLoader::replacesSourceWhileLoading()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader { id: loader; property int loads: 0; onLoaded: ++loads\n"
                        "property Component two: Component { Item { objectName: 'two' } }\n"
                        "sourceComponent: Item { objectName: 'one'; "
@@ -209,12 +210,12 @@ void tst_QDeclarativeLoader::replacesSourceWhileLoading()
     QCOMPARE(scene.evaluate("item.objectName").toString(), QStringLiteral("two"));
     QCOMPARE(scene.value("loads").toInt(), 1);
     QCOMPARE(scene.value("status").toInt(), 1);
-    QTRY_COMPARE(scene.view.rootObject()->childItems().count(), 1);
+    QTRY_COMPARE(scene.view().rootObject()->childItems().count(), 1);
 }
 
 void tst_QDeclarativeLoader::survivesTheItemsEnd()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Loader { property Component one: Component { Item { width: 5 } } sourceComponent: one }"));
     delete scene.value("item").value<QObject *>();
@@ -227,7 +228,7 @@ void tst_QDeclarativeLoader::survivesTheItemsEnd()
 
 void tst_QDeclarativeLoader::survivesTheComponentsEnd()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader { property Component one: Component { Item { width: 5 } }\n"
                        "Component.onCompleted: sourceComponent = one }"));
     delete scene.value("one").value<QObject *>();
@@ -240,56 +241,68 @@ void tst_QDeclarativeLoader::survivesTheComponentsEnd()
 
 void tst_QDeclarativeLoader::oldItemLeavesAtOnce()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Loader { property Component one: Component { Rectangle { width: 50; height: 50; color: 'red' } } "
         "sourceComponent: one }"));
     QPointer<QObject> old = scene.value("item").value<QObject *>();
     scene.evaluate("sourceComponent = undefined");
     QVERIFY(old);
-    QCOMPARE(scene.view.rootObject()->childItems().count(), 0);
+    QCOMPARE(scene.view().rootObject()->childItems().count(), 0);
     QVERIFY(!qobject_cast<QGraphicsObject *>(old.data())->scene());
     QTRY_VERIFY(!old);
 }
 
 void tst_QDeclarativeLoader::loadsFromTheNetwork()
 {
-    DeclarativeScene scene;
+    HeldServer server;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader {}"));
-    QSignalSpy status(scene.object(), SIGNAL(statusChanged()));
-    scene.evaluate("source = 'http://127.0.0.1:9/Part.qml'");
+    QSignalSpy status(scene.root(), SIGNAL(statusChanged()));
+    const auto setSource = [&](const QByteArray &name) {
+        scene.root()->setProperty("source", QUrl(QString::fromLatin1(server.url(name))));
+    };
+    setSource("Part.qml");
     QCOMPARE(scene.value("status").toInt(), 2);
     QCOMPARE(scene.value("progress").toReal(), 0.0);
-    QTRY_COMPARE(scene.value("status").toInt(), 3);
+    QVERIFY(server.answer("200 OK", "import QtQuick 1.0\nItem { width: 12 }"));
+    // The engine wants to know of types beside the file.
+    QVERIFY(server.answer("404 Not Found", QByteArray()));
+    QTRY_COMPARE(scene.value("status").toInt(), 1);
+    QCOMPARE(scene.value("progress").toReal(), 1.0);
+    QCOMPARE(scene.value("width").toInt(), 12);
     QCOMPARE(status.count(), 2);
+    setSource("None.qml");
+    QVERIFY(server.answer("404 Not Found", QByteArray()));
+    QTRY_COMPARE(scene.value("status").toInt(), 3);
     QCOMPARE(scene.warnings.count(), 1);
     // Called off, and gone, while on the way.
-    scene.evaluate("source = 'http://127.0.0.1:9/Other.qml'");
+    setSource("Other.qml");
     scene.evaluate("source = ''");
     QCOMPARE(scene.value("status").toInt(), 0);
-    scene.evaluate("source = 'http://127.0.0.1:9/Third.qml'");
+    setSource("Third.qml");
     QVERIFY(scene.load("Item {}"));
     QCOMPARE(scene.warnings.count(), 1);
 }
 
 void tst_QDeclarativeLoader::passesFocusAndKeys()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Item { property string seen\n"
         "Loader { objectName: 'loader'; focus: true; Keys.onPressed: parent.seen += 'l' + event.text\n"
         "sourceComponent: Item { focus: true; Keys.onPressed: { parent.parent.seen += 'i' + event.text; "
         "event.accepted = event.text == 'a' } } } }"));
-    QVERIFY(scene.object("loader")->property("activeFocus").toBool());
-    QVERIFY(scene.object("loader")->property("item").value<QObject *>()->property("activeFocus").toBool());
-    QTest::keyClick(&scene.view, Qt::Key_A);
-    QTest::keyClick(&scene.view, Qt::Key_B);
+    QVERIFY(scene.item("loader")->property("activeFocus").toBool());
+    QVERIFY(scene.item("loader")->property("item").value<QObject *>()->property("activeFocus").toBool());
+    QTest::keyClick(&scene.view(), Qt::Key_A);
+    QTest::keyClick(&scene.view(), Qt::Key_B);
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("iaiblb"));
 }
 
 void tst_QDeclarativeLoader::itemRefusesDestroy()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Loader { sourceComponent: Item {} }"));
     scene.evaluate("item.destroy()");
     QCOMPARE(scene.warnings.count(), 1);

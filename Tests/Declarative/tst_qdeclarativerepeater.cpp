@@ -1,4 +1,4 @@
-#include "DeclarativeScene.h"
+#include "WatchedScene.h"
 
 #include <QtCore/QStringListModel>
 #include <QtTest/QSignalSpy>
@@ -16,6 +16,8 @@ private slots:
     void stacksBeforeItself();
     void keepsOrder_data();
     void keepsOrder();
+    void refusedRows_data();
+    void refusedRows();
     void changedNumber();
     void changedDelegate();
     void reset();
@@ -32,10 +34,10 @@ private slots:
 
 namespace {
 
-QString labels(const DeclarativeScene &scene)
+QString labels(WatchedScene &scene)
 {
     QString text;
-    const auto children = scene.view.rootObject()->childItems();
+    const auto children = scene.view().rootObject()->childItems();
     for (QGraphicsItem *child : children)
         text += child->toGraphicsObject()->property("label").toString();
     return text;
@@ -89,7 +91,7 @@ void tst_QDeclarativeRepeater::models()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, order);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater(content)));
     QCOMPARE(labels(scene), order);
     QCOMPARE(scene.warnings, QStringList());
@@ -98,8 +100,8 @@ void tst_QDeclarativeRepeater::models()
 void tst_QDeclarativeRepeater::itemModel()
 {
     QStringListModel model({QStringLiteral("a"), QStringLiteral("b")});
-    DeclarativeScene scene;
-    scene.view.rootContext()->setContextProperty(QStringLiteral("outside"), &model);
+    WatchedScene scene;
+    scene.view().rootContext()->setContextProperty(QStringLiteral("outside"), &model);
     QVERIFY(scene.load(withRepeater("model: outside; Item { property string label: display }")));
     QCOMPARE(labels(scene), QStringLiteral("<ab>"));
     model.insertRows(1, 1);
@@ -117,18 +119,18 @@ void tst_QDeclarativeRepeater::objectList()
     QObject first, second;
     first.setObjectName(QStringLiteral("f"));
     second.setObjectName(QStringLiteral("s"));
-    DeclarativeScene scene;
-    scene.view.rootContext()->setContextProperty(QStringLiteral("objects"),
-                                                 QVariant::fromValue(QList<QObject *>{&first, &second}));
+    WatchedScene scene;
+    scene.view().rootContext()->setContextProperty(QStringLiteral("objects"),
+                                                   QVariant::fromValue(QList<QObject *>{&first, &second}));
     QVERIFY(scene.load(withRepeater("model: objects; Item { property string label: modelData.objectName }")));
     QCOMPARE(labels(scene), QStringLiteral("<fs>"));
 }
 
 void tst_QDeclarativeRepeater::stacksBeforeItself()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 2; Item { property string label: index }")));
-    const auto children = scene.view.rootObject()->childItems();
+    const auto children = scene.view().rootObject()->childItems();
     QCOMPARE(children.count(), 5);
     QCOMPARE(children.at(3)->toGraphicsObject()->objectName(), QStringLiteral("repeater"));
 }
@@ -165,27 +167,53 @@ void tst_QDeclarativeRepeater::keepsOrder_data()
 void tst_QDeclarativeRepeater::keepsOrder()
 {
     QFETCH(QByteArray, script);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t }")));
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("#4+0A+1B+2C+3D"));
-    scene.object()->setProperty("seen", QString());
+    scene.root()->setProperty("seen", QString());
     // Where the model is out of the root's own scope it is reached through the repeater.
     scene.evaluate("var letters = model; " + script);
     QTEST(labels(scene), "order");
     QTEST(scene.value("seen").toString(), "seen");
 }
 
+void tst_QDeclarativeRepeater::refusedRows_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("append a list") << QByteArray("append([{t: 'X'}])") << "append: value is not an object";
+    QTest::newRow("append a number") << QByteArray("append(7)") << "append: value is not an object";
+    QTest::newRow("append nothing") << QByteArray("append()") << "append: value is not an object";
+    QTest::newRow("append null") << QByteArray("append(null)") << "append: value is not an object";
+    QTest::newRow("insert a list") << QByteArray("insert(0, [{t: 'X'}])") << "insert: value is not an object";
+    QTest::newRow("insert beyond") << QByteArray("insert(9, {t: 'X'})") << "insert: index 9 out of range";
+    QTest::newRow("remove beyond") << QByteArray("remove(4)") << "remove: index 4 out of range";
+    QTest::newRow("remove before") << QByteArray("remove(-1)") << "remove: index -1 out of range";
+    QTest::newRow("move beyond") << QByteArray("move(0, 9, 1)") << "move: out of range";
+}
+
+void tst_QDeclarativeRepeater::refusedRows()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QString, message);
+    WatchedScene scene;
+    QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t }")));
+    scene.evaluate("model." + script);
+    QCOMPARE(labels(scene), QStringLiteral("<ABCD>"));
+    QCOMPARE(scene.warnings, QStringList{QStringLiteral("QML ListModel: ") + message});
+}
+
 void tst_QDeclarativeRepeater::changedNumber()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 2; Item { property string label: index }")));
     const QPointer<QObject> first = scene.evaluate("children[1]").value<QObject *>();
-    scene.object()->setProperty("seen", QString());
+    scene.root()->setProperty("seen", QString());
     scene.evaluate("model = 3");
     QCOMPARE(labels(scene), QStringLiteral("<012>"));
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("-01--10+00+11+22#3"));
     QTRY_VERIFY(!first);
-    scene.object()->setProperty("seen", QString());
+    scene.root()->setProperty("seen", QString());
     scene.evaluate("model = 3");
     QCOMPARE(scene.value("seen").toString(), QString());
     scene.evaluate("model = undefined");
@@ -195,11 +223,11 @@ void tst_QDeclarativeRepeater::changedNumber()
 
 void tst_QDeclarativeRepeater::changedDelegate()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         withRepeater("property Component other: Component { Item { property string label: 'o' } }\n"
                      "model: 2; Item { property string label: index }")));
-    QObject *repeater = scene.object("repeater");
+    QObject *repeater = scene.item("repeater");
     QSignalSpy changed(repeater, SIGNAL(delegateChanged()));
     repeater->setProperty("delegate", repeater->property("other"));
     QCOMPARE(labels(scene), QStringLiteral("<oo>"));
@@ -210,16 +238,16 @@ void tst_QDeclarativeRepeater::changedDelegate()
 
 void tst_QDeclarativeRepeater::reset()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: ['x', 'y']; Item { property string label: modelData }")));
-    scene.object()->setProperty("seen", QString());
+    scene.root()->setProperty("seen", QString());
     scene.evaluate("model = ['z']");
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("-0y--1x+0z#1"));
 }
 
 void tst_QDeclarativeRepeater::removedItemsLeaveAtOnce()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 1; Item { property string label: index }")));
     const QPointer<QGraphicsObject> item = scene.evaluate("children[1]").value<QGraphicsObject *>();
     QVERIFY(item);
@@ -231,26 +259,26 @@ void tst_QDeclarativeRepeater::removedItemsLeaveAtOnce()
 
 void tst_QDeclarativeRepeater::itemAtIsNullOutside()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 2; Item { property string label: index }\n"
                                     "property string found: [itemAt(-1), itemAt(0).label, itemAt(1).label, "
                                     "itemAt(2)].join()\n"
                                     "function probe() { root.seen = [itemAt(-1) == null, itemAt(0).label, "
                                     "itemAt(1).label, itemAt(2) == null].join(); }")));
-    QMetaObject::invokeMethod(scene.object("repeater"), "probe");
+    QMetaObject::invokeMethod(scene.item("repeater"), "probe");
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("true,0,1,true"));
 }
 
 void tst_QDeclarativeRepeater::visualItemModel()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load(withRepeater("property variant items: VisualItemModel { id: items\n"
                                 "Item { property string label: 'p' } Item { property string label: 'q' } }\n"
                                 "model: items")));
     QCOMPARE(labels(scene), QStringLiteral("<pq>"));
     const QPointer<QObject> first = scene.evaluate("children[1]").value<QObject *>();
-    QObject *repeater = scene.object("repeater");
+    QObject *repeater = scene.item("repeater");
     const QVariant items = repeater->property("model");
     repeater->setProperty("model", 1);
     QCOMPARE(labels(scene), QStringLiteral("<>"));
@@ -262,28 +290,28 @@ void tst_QDeclarativeRepeater::visualItemModel()
 
 void tst_QDeclarativeRepeater::sharedDataModel()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Item { VisualDataModel { id: rows; model: 2; delegate: Item { property string label: index } }\n"
         "Repeater { model: rows } Repeater { objectName: 'other'; model: rows } }"));
     // Each row has one item, which the second repeater holds as well.
-    QCOMPARE(scene.view.rootObject()->childItems().count(), 4);
-    scene.object("other")->setProperty("model", QVariant());
-    QCOMPARE(scene.view.rootObject()->childItems().count(), 4);
+    QCOMPARE(scene.view().rootObject()->childItems().count(), 4);
+    scene.item("other")->setProperty("model", QVariant());
+    QCOMPARE(scene.view().rootObject()->childItems().count(), 4);
 }
 
 void tst_QDeclarativeRepeater::waitsForParent()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Item { id: root; property Component maker: Component { Repeater { model: 2; Item {} } } }"));
     scene.evaluate("maker.createObject(null).parent = root");
-    QCOMPARE(scene.view.rootObject()->childItems().count(), 3);
+    QCOMPARE(scene.view().rootObject()->childItems().count(), 3);
 }
 
 void tst_QDeclarativeRepeater::refusesWhatIsNotVisual()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 2; QtObject {}")));
     QCOMPARE(labels(scene), QStringLiteral("<>"));
     QCOMPARE(scene.warnings.count(), 2);
@@ -293,20 +321,19 @@ void tst_QDeclarativeRepeater::refusesWhatIsNotVisual()
 
 void tst_QDeclarativeRepeater::survivesItemsEnd()
 {
-    DeclarativeScene scene;
-    QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t }")));
+    WatchedScene scene;
+    QVERIFY(scene.load(withRepeater("property variant items: VisualItemModel { id: items\n"
+                                    "Item { property string label: 'p' } Item { property string label: 'q' } "
+                                    "Item { property string label: 'r' } }\nmodel: items")));
     delete scene.evaluate("children[2]").value<QObject *>();
-    QCOMPARE(labels(scene), QStringLiteral("<ACD>"));
-    scene.evaluate("model.move(0, 3, 1)");
-    scene.evaluate("model.insert(0, {t: 'X'})");
-    QCOMPARE(labels(scene), QStringLiteral("<XCDA>"));
-    scene.evaluate("model.clear()");
+    QCOMPARE(labels(scene), QStringLiteral("<pr>"));
+    scene.evaluate("model = 2");
     QCOMPARE(labels(scene), QStringLiteral("<>"));
 }
 
 void tst_QDeclarativeRepeater::removesFromWithin()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t; signal go; "
                                     "onGo: letters.remove(index) }")));
     scene.evaluate("children[2].go()");
@@ -317,9 +344,9 @@ void tst_QDeclarativeRepeater::removesFromWithin()
 
 void tst_QDeclarativeRepeater::goesWithItsItems()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(withRepeater("model: 3; Item { property string label: index }")));
-    delete scene.object("repeater");
+    delete scene.item("repeater");
     QCOMPARE(labels(scene), QStringLiteral("<>"));
     // The items, which stand below the repeater, go before it when their parent does.
     QVERIFY(scene.load(withRepeater("model: 3; Item { property string label: index }")));

@@ -1,5 +1,7 @@
-#include "DeclarativeScene.h"
+#include "HeldServer.h"
+#include "WatchedScene.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QMargins>
 #include <QtQuick/QQuickImageProvider>
 #include <QtTest/QSignalSpy>
@@ -77,7 +79,7 @@ QRect tst_QDeclarativeText::inked(const QImage &image, QRgb background)
 
 void tst_QDeclarativeText::initialValues()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text {}"));
     QCOMPARE(scene.value("text").toString(), QString());
     QCOMPARE(scene.value("color").value<QColor>(), QColor(Qt::black));
@@ -122,7 +124,7 @@ void tst_QDeclarativeText::choosesFormat()
     QFETCH(QString, format);
     QFETCH(QString, text);
     QFETCH(QString, sameAs);
-    DeclarativeScene scene;
+    WatchedScene scene;
     const QString body =
         QStringLiteral("Item { property bool same: Math.abs(a.paintedWidth - b.paintedWidth) <= 1\n"
                        "Text { id: a; textFormat: Text.%1; text: '%2' }\n"
@@ -175,7 +177,7 @@ void tst_QDeclarativeText::styledMarkup()
     QFETCH(QString, text);
     QFETCH(QString, sameAs);
     QFETCH(int, lines);
-    DeclarativeScene scene;
+    WatchedScene scene;
     const QString body =
         QStringLiteral("Item { property int lines: a.lineCount\nproperty real first: a.paintedWidth\n"
                        "property real second: b.paintedWidth\n"
@@ -188,7 +190,7 @@ void tst_QDeclarativeText::styledMarkup()
 
 void tst_QDeclarativeText::styledSizes()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Item { property real small: a.paintedWidth; property real large: b.paintedWidth\n"
                    "property real bold: c.paintedWidth\n"
@@ -225,7 +227,7 @@ void tst_QDeclarativeText::breaksLines()
 {
     QFETCH(QByteArray, properties);
     QFETCH(int, lines);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { font.family: 'DejaVu Sans'; font.pixelSize: 20; " + properties + " }"));
     QCOMPARE(scene.value("lineCount").toInt(), lines);
 }
@@ -279,21 +281,21 @@ void tst_QDeclarativeText::elides()
     QFETCH(bool, truncated);
     const QByteArray font = "font.family: 'DejaVu Sans'; font.pixelSize: 20; ";
     const QByteArray page = "Rectangle { width: 320; height: 60; Text { objectName: 'text'; " + font;
-    DeclarativeScene elided, plain;
+    WatchedScene elided, plain;
     QVERIFY(elided.load(page + properties + " } }"));
-    QCOMPARE(elided.object("text")->property("truncated").toBool(), truncated);
+    QCOMPARE(elided.item("text")->property("truncated").toBool(), truncated);
     QVERIFY(plain.load(page + "text: '" + shown + "' } }"));
     QCOMPARE(elided.picture(), plain.picture());
 }
 
 void tst_QDeclarativeText::elidesAgainWhenNarrowed()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Text { width: 500; elide: Text.ElideRight; font.pixelSize: 20; text: 'some words' }"));
     QCOMPARE(scene.value("truncated").toBool(), false);
     const qreal whole = scene.value("paintedWidth").toReal();
-    QSignalSpy truncated(scene.object(), SIGNAL(truncatedChanged()));
+    QSignalSpy truncated(scene.root(), SIGNAL(truncatedChanged()));
     scene.evaluate("width = 50");
     QVERIFY(scene.value("truncated").toBool());
     QVERIFY(scene.value("paintedWidth").toReal() <= 50);
@@ -325,7 +327,7 @@ void tst_QDeclarativeText::truncation_data()
 void tst_QDeclarativeText::truncation()
 {
     QFETCH(QByteArray, script);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { maximumLineCount: 2; text: 'a\\nb\\nc\\nd' }"));
     scene.evaluate(script);
     QTEST(scene.value("truncated").toBool(), "truncated");
@@ -346,7 +348,7 @@ void tst_QDeclarativeText::lineHeights_data()
 void tst_QDeclarativeText::lineHeights()
 {
     QFETCH(QByteArray, properties);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { font.family: 'DejaVu Sans'; font.pixelSize: 13; text: 'one\\ntwo\\nthree'; "
                        + properties + "}"));
     QTEST(scene.value("height").toInt(), "height");
@@ -380,7 +382,7 @@ void tst_QDeclarativeText::alignsHorizontally()
 {
     QFETCH(QByteArray, properties);
     QFETCH(int, place);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Rectangle { width: 300; height: 40; Text { width: 300; font.pixelSize: 20; "
                        + properties + " } }"));
     const QRect ink = inked(scene.picture());
@@ -405,11 +407,11 @@ void tst_QDeclarativeText::alignsVertically()
     QFETCH(int, baseline);
     QFETCH(int, top);
     for (const char *format : {"PlainText", "RichText"}) {
-        DeclarativeScene scene;
+        WatchedScene scene;
         QVERIFY(scene.load("Rectangle { width: 50; height: 100; Text { objectName: 'text'; height: 100; "
                            "font.family: 'DejaVu Sans'; font.pixelSize: 13; text: 'H'; textFormat: Text."
                            + QByteArray(format) + "; verticalAlignment: Text." + alignment + " } }"));
-        QCOMPARE(scene.object("text")->property("baselineOffset").toInt(), baseline);
+        QCOMPARE(scene.item("text")->property("baselineOffset").toInt(), baseline);
         // The letter stands on the baseline.
         const QRect ink = inked(scene.picture());
         QVERIFY2(qAbs(ink.bottom() + 1 - (top + 13)) <= 1, qPrintable(QString::number(ink.bottom())));
@@ -418,9 +420,9 @@ void tst_QDeclarativeText::alignsVertically()
 
 void tst_QDeclarativeText::alignmentFollowsText()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { width: 100; text: 'left' }"));
-    QSignalSpy changed(scene.object(), SIGNAL(horizontalAlignmentChanged(QDeclarativeText::HAlignment)));
+    QSignalSpy changed(scene.root(), SIGNAL(horizontalAlignmentChanged(QDeclarativeText::HAlignment)));
     QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignLeft));
     scene.evaluate("text = '\u0644\u0644'");
     QCOMPARE(scene.value("horizontalAlignment").toInt(), int(Qt::AlignRight));
@@ -433,7 +435,7 @@ void tst_QDeclarativeText::alignmentFollowsText()
 
 void tst_QDeclarativeText::implicitSizeOfSizedText()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Item { property real wanted: a.implicitWidth; property real natural: b.width\n"
         "property real tall: a.implicitHeight; property real rich: c.implicitWidth\n"
@@ -449,7 +451,7 @@ void tst_QDeclarativeText::implicitSizeOfSizedText()
 
 void tst_QDeclarativeText::widthGivenBack()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { wrapMode: Text.Wrap; font.pixelSize: 20; text: 'some words here' }"));
     const QVariant width = scene.value("width"), height = scene.value("height");
     scene.evaluate("width = 40");
@@ -462,12 +464,12 @@ void tst_QDeclarativeText::widthGivenBack()
 
 void tst_QDeclarativeText::announcesOnlyChanges()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { text: 'text' }"));
-    QSignalSpy text(scene.object(), SIGNAL(textChanged(QString)));
-    QSignalSpy painted(scene.object(), SIGNAL(paintedSizeChanged()));
-    QSignalSpy color(scene.object(), SIGNAL(colorChanged(QColor)));
-    QSignalSpy font(scene.object(), SIGNAL(fontChanged(QFont)));
+    QSignalSpy text(scene.root(), SIGNAL(textChanged(QString)));
+    QSignalSpy painted(scene.root(), SIGNAL(paintedSizeChanged()));
+    QSignalSpy color(scene.root(), SIGNAL(colorChanged(QColor)));
+    QSignalSpy font(scene.root(), SIGNAL(fontChanged(QFont)));
     scene.evaluate("text = 'text'; color = 'black'; font.bold = false");
     QCOMPARE(text.count() + painted.count() + color.count() + font.count(), 0);
     scene.evaluate("color = 'red'");
@@ -495,13 +497,13 @@ void tst_QDeclarativeText::drawsStyles()
     QFETCH(QByteArray, style);
     QFETCH(QMargins, grown);
     for (const char *format : {"PlainText", "StyledText", "RichText"}) {
-        DeclarativeScene scene;
+        WatchedScene scene;
         QVERIFY(scene.load(
             "Rectangle { width: 100; height: 60; Text { objectName: 'text'; x: 20; y: 10; "
             "font.pixelSize: 24; text: 'Ho'; color: '#00ff00'; styleColor: 'red'; textFormat: Text."
             + QByteArray(format) + " } }"));
         const QRect plain = inked(scene.picture());
-        scene.object("text")->setProperty("style", 0);
+        scene.item("text")->setProperty("style", 0);
         scene.evaluate("children[0].style = Text." + style);
         const QImage picture = scene.picture();
         QCOMPARE(inked(picture), plain.translated(-1, 0).marginsAdded(grown));
@@ -516,7 +518,7 @@ void tst_QDeclarativeText::drawsStyles()
 
 void tst_QDeclarativeText::drawsColors()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         "Rectangle { width: 60; height: 90; Text { color: '#0000ff'; font.pixelSize: 40; text: '\u2588' }\n"
         "Text { x: 30; color: '#0000ff'; font.pixelSize: 40; textFormat: Text.StyledText; "
@@ -529,7 +531,7 @@ void tst_QDeclarativeText::drawsColors()
 
 void tst_QDeclarativeText::clipsItself()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Rectangle { width: 200; height: 60; Text { width: 30; clip: true; font.pixelSize: 24; "
                    "text: 'HHHHHHHH' } }"));
@@ -541,11 +543,11 @@ void tst_QDeclarativeText::clipsItself()
 void tst_QDeclarativeText::reachesBeyondItsWidth()
 {
     // What lies outside of the item's own rectangle is repainted as well when it changes.
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Rectangle { width: 200; height: 60; Text { x: 100; width: 10; font.pixelSize: 24; "
                        "horizontalAlignment: Text.AlignHCenter; text: 'HHHHH' } }"));
     auto *text =
-        qobject_cast<QGraphicsObject *>(scene.view.rootObject()->childItems().first()->toGraphicsObject());
+        qobject_cast<QGraphicsObject *>(scene.view().rootObject()->childItems().first()->toGraphicsObject());
     QVERIFY(text->boundingRect().left() < -20);
     QVERIFY(text->boundingRect().right() > 30);
     QCOMPARE(text->property("width").toInt(), 10);
@@ -554,12 +556,12 @@ void tst_QDeclarativeText::reachesBeyondItsWidth()
 
 void tst_QDeclarativeText::followsLinks()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { width: 300; height: 100; property string seen\n"
                        "Text { font.pixelSize: 20; height: 100; verticalAlignment: Text.AlignBottom; "
                        "text: '<a href=\"one\">OneOneOne</a> <a href=\"two\">TwoTwoTwo</a>'; "
                        "onLinkActivated: seen += link + ';' } }"));
-    QWidget *viewport = scene.view.viewport();
+    QWidget *viewport = scene.view().viewport();
     QTest::mouseClick(viewport, Qt::LeftButton, {}, {30, 90});
     QCOMPARE(scene.value("seen").toString(), QStringLiteral("one;"));
     QTest::mouseClick(viewport, Qt::LeftButton, {}, {150, 90});
@@ -573,28 +575,28 @@ void tst_QDeclarativeText::followsLinks()
 
 void tst_QDeclarativeText::leavesPressesElsewhere()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { width: 300; height: 40; property int below: 0\n"
                        "MouseArea { anchors.fill: parent; onPressed: ++below }\n"
                        "Text { font.pixelSize: 20; text: '<a href=\"x\">LinkLink</a> and plain words' } }"));
-    QTest::mouseClick(scene.view.viewport(), Qt::LeftButton, {}, {20, 12});
+    QTest::mouseClick(scene.view().viewport(), Qt::LeftButton, {}, {20, 12});
     QCOMPARE(scene.value("below").toInt(), 0);
-    QTest::mouseClick(scene.view.viewport(), Qt::LeftButton, {}, {180, 12});
+    QTest::mouseClick(scene.view().viewport(), Qt::LeftButton, {}, {180, 12});
     QCOMPARE(scene.value("below").toInt(), 1);
     scene.evaluate("children[1].text = 'only plain words'");
-    QTest::mouseClick(scene.view.viewport(), Qt::LeftButton, {}, {20, 12});
+    QTest::mouseClick(scene.view().viewport(), Qt::LeftButton, {}, {20, 12});
     QCOMPARE(scene.value("below").toInt(), 2);
 }
 
 void tst_QDeclarativeText::forgetsLinksOfAnOldText()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Text { property string seen; font.pixelSize: 20; text: '<a href=\"old\">LinkLink</a>'; "
                    "onLinkActivated: seen = link }"));
-    QTest::mousePress(scene.view.viewport(), Qt::LeftButton, {}, {20, 12});
+    QTest::mousePress(scene.view().viewport(), Qt::LeftButton, {}, {20, 12});
     scene.evaluate("text = '<a href=\"new\">LinkLink</a>'");
-    QTest::mouseRelease(scene.view.viewport(), Qt::LeftButton, {}, {20, 12});
+    QTest::mouseRelease(scene.view().viewport(), Qt::LeftButton, {}, {20, 12});
     QCOMPARE(scene.value("seen").toString(), QString());
 }
 
@@ -630,11 +632,11 @@ void tst_QDeclarativeText::showsPictures_data()
 void tst_QDeclarativeText::showsPictures()
 {
     QFETCH(QString, source);
-    DeclarativeScene scene;
-    scene.view.engine()->addImageProvider(QStringLiteral("red"), new RedProvider);
+    WatchedScene scene;
+    scene.view().engine()->addImageProvider(QStringLiteral("red"), new RedProvider);
     QImage red(20, 30, QImage::Format_RGB32);
     red.fill(Qt::red);
-    QVERIFY(red.save(scene.path(QStringLiteral("red.png"))));
+    scene.addFile(QStringLiteral("red.png"), red);
     QVERIFY(scene.load("Rectangle { width: 60; height: 60; Text { text: '<img src=\"" + source.toUtf8()
                        + "\">' } }"));
     const QImage picture = scene.picture();
@@ -646,7 +648,7 @@ void tst_QDeclarativeText::showsPictures()
 
 void tst_QDeclarativeText::reportsMissingPictures()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Text { text: 'a<img src=\"nothing.png\">b' }"));
     QCOMPARE(scene.warnings.count(), 1);
     QVERIFY2(scene.warnings.first().contains(QStringLiteral("nothing.png")),
@@ -658,16 +660,29 @@ void tst_QDeclarativeText::reportsMissingPictures()
 
 void tst_QDeclarativeText::loadsLatePictures()
 {
-    // An address of the network is never waited for; this one is refused at once by the machine itself.
-    DeclarativeScene scene;
-    QVERIFY(scene.load("Text { text: 'a<img src=\"http://127.0.0.1:9/late.png\">b' }"));
-    const qreal width = scene.value("paintedWidth").toReal();
+    HeldServer server;
+    WatchedScene scene;
+    QVERIFY(scene.load("Rectangle { width: 60; height: 60; property alias text: shown.text\n"
+                       "property alias paintedWidth: shown.paintedWidth\nText { id: shown; text: '<img src=\""
+                       + server.url("late.png") + "\">' } }"));
+    QVERIFY(scene.value("paintedWidth").toInt() <= 1);
+    QImage red(20, 30, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QBuffer content;
+    QVERIFY(red.save(&content, "PNG"));
+    QVERIFY(server.answer("200 OK", content.data()));
+    QTRY_COMPARE(scene.value("paintedWidth").toInt(), 20);
+    QCOMPARE(scene.pixel(10, 15), QColor(Qt::red));
+    QCOMPARE(scene.warnings, QStringList());
+    scene.evaluate(("text = '<img src=\"" + server.url("none.png") + "\">'").constData());
+    QVERIFY(server.answer("404 Not Found", QByteArray()));
     QTRY_COMPARE(scene.warnings.count(), 1);
-    QCOMPARE(scene.value("paintedWidth").toReal(), width);
-    // Gone while a picture is on its way.
-    QVERIFY(scene.load("Text { text: 'a<img src=\"http://127.0.0.1:9/later.png\">b' }"));
+    // Another text, and the end of the item, while a picture is on its way.
+    scene.evaluate(("text = '<img src=\"" + server.url("a.png") + "\">'").constData());
     scene.evaluate("text = 'plain'");
+    scene.evaluate(("text = '<img src=\"" + server.url("b.png") + "\">'").constData());
     QVERIFY(scene.load("Item {}"));
+    QCOMPARE(scene.warnings.count(), 1);
 }
 
 void tst_QDeclarativeText::survivesOddText_data()
@@ -686,12 +701,12 @@ void tst_QDeclarativeText::survivesOddText_data()
 void tst_QDeclarativeText::survivesOddText()
 {
     QFETCH(QString, text);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(
         scene.load("Text { width: 100; wrapMode: Text.Wrap; maximumLineCount: 3; elide: Text.ElideRight }"));
     for (int format : {0, 1, 2, 4}) {
-        scene.object()->setProperty("textFormat", format);
-        scene.object()->setProperty("text", text);
+        scene.root()->setProperty("textFormat", format);
+        scene.root()->setProperty("text", text);
         scene.picture();
         QCOMPARE(scene.value("text").toString(), text);
     }

@@ -2,8 +2,12 @@
 #include <QtDeclarative/QDeclarativeView>
 
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QGraphicsProxyWidget>
+#include <QtWidgets/QGraphicsScene>
+#include <QtWidgets/QGraphicsWidget>
 
 class tst_QDeclarativeView : public QObject
 {
@@ -15,6 +19,19 @@ private slots:
     void modules();
     void takesTheRootsSize();
     void missingFileIsAnError();
+    void statusIsTold_data();
+    void statusIsTold();
+    void sameSourceLoadsAgain();
+    void emptySource();
+    void rootThatIsNoItem();
+    void rootThatIsAWidget();
+    void resizeModes();
+    void runTimeErrorsKeepTheScene();
+    void bindingsRestOnDestruction_data();
+    void bindingsRestOnDestruction();
+    void rootDestroyedByHost();
+    void translucent();
+    void embedded();
 
 private:
     QUrl write(const QByteArray &qml);
@@ -95,6 +112,244 @@ void tst_QDeclarativeView::missingFileIsAnError()
     QCOMPARE(view.errors().count(), 1);
     QVERIFY(!view.rootObject());
     QVERIFY(status.count() >= 1);
+}
+
+void tst_QDeclarativeView::statusIsTold_data()
+{
+    QTest::addColumn<QByteArray>("qml");
+    QTest::addColumn<QDeclarativeView::Status>("status");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("good") << QByteArray("Item {}") << QDeclarativeView::Ready << QString();
+    QTest::newRow("syntax") << QByteArray("Item { width: }") << QDeclarativeView::Error << "Expected token";
+    QTest::newRow("type") << QByteArray("Nonsense {}") << QDeclarativeView::Error << "Nonsense is not a type";
+    QTest::newRow("not creatable") << QByteArray("Keys {}") << QDeclarativeView::Error
+                                   << "Keys is only available via attached properties";
+    QTest::newRow("two roots") << QByteArray("Item {}\nItem {}") << QDeclarativeView::Error << QString();
+}
+
+void tst_QDeclarativeView::statusIsTold()
+{
+    QFETCH(QByteArray, qml);
+    QFETCH(QDeclarativeView::Status, status);
+    QFETCH(QString, error);
+    QDeclarativeView view;
+    QCOMPARE(view.status(), QDeclarativeView::Null);
+    QVector<QDeclarativeView::Status> told;
+    bool hadRoot = false;
+    connect(&view, &QDeclarativeView::statusChanged, &view, [&](QDeclarativeView::Status now) {
+        told.append(now);
+        hadRoot = view.rootObject();
+    });
+    const QUrl url = write("import QtQuick 1.0\n" + qml);
+    if (status == QDeclarativeView::Error)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Scene")));
+    view.setSource(url);
+    QCOMPARE(told, QVector<QDeclarativeView::Status>{status});
+    QCOMPARE(view.status(), status);
+    QCOMPARE(hadRoot, status == QDeclarativeView::Ready);
+    QCOMPARE(view.errors().isEmpty(), status == QDeclarativeView::Ready);
+    if (view.errors().isEmpty())
+        return;
+    QCOMPARE(view.errors().first().url(), url);
+    QVERIFY2(view.errors().first().description().contains(error),
+             qPrintable(view.errors().first().description()));
+}
+
+void tst_QDeclarativeView::sameSourceLoadsAgain()
+{
+    QDeclarativeView view;
+    const QUrl url = write("import QtQuick 1.0\nItem { property int n: 0 }");
+    view.setSource(url);
+    const QPointer<QGraphicsObject> first = view.rootObject();
+    first->setProperty("n", 3);
+    view.setSource(url);
+    QVERIFY(!first);
+    QCOMPARE(view.rootObject()->property("n").toInt(), 0);
+    QCOMPARE(view.scene()->items().count(), 1);
+}
+
+void tst_QDeclarativeView::emptySource()
+{
+    QDeclarativeView view(write("import QtQuick 1.0\nItem { width: 30; height: 20 }"));
+    const QPointer<QGraphicsObject> root = view.rootObject();
+    QVERIFY(root);
+    view.setSource(QUrl());
+    QVERIFY(!root);
+    QVERIFY(!view.rootObject());
+    QCOMPARE(view.status(), QDeclarativeView::Null);
+    QVERIFY(view.sizeHint() != QSize(30, 20));
+}
+
+void tst_QDeclarativeView::rootThatIsNoItem()
+{
+    QDeclarativeView view;
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(QStringLiteral("only supports loading of root objects")));
+    view.setSource(write("import QtQuick 1.0\nQtObject {}"));
+    QVERIFY(!view.rootObject());
+    QCOMPARE(view.status(), QDeclarativeView::Error);
+    QCOMPARE(view.errors().count(), 1);
+    view.setSource(write("import QtQuick 1.0\nItem {}"));
+    QCOMPARE(view.status(), QDeclarativeView::Ready);
+    QVERIFY(view.errors().isEmpty());
+}
+
+void tst_QDeclarativeView::rootThatIsAWidget()
+{
+    qmlRegisterType<QGraphicsWidget>("Test", 1, 0, "Widget");
+    QDeclarativeView view;
+    view.setSource(write("import Test 1.0\nWidget { preferredSize: '70x40' }"));
+    auto *widget = qobject_cast<QGraphicsWidget *>(view.rootObject());
+    QVERIFY(widget);
+    widget->resize(90, 60);
+    view.show();
+    QTRY_COMPARE(view.size(), QSize(90, 60));
+    QCOMPARE(view.sizeHint(), QSize(90, 60));
+    view.setResizeMode(QDeclarativeView::SizeRootObjectToView);
+    view.resize(120, 50);
+    QTRY_COMPARE(widget->size(), QSizeF(120, 50));
+}
+
+void tst_QDeclarativeView::resizeModes()
+{
+    QDeclarativeView view;
+    view.setResizeMode(QDeclarativeView::SizeRootObjectToView);
+    view.setSource(write("import QtQuick 1.0\nItem { width: 120; height: 80 }"));
+    QCOMPARE(view.initialSize(), QSize(120, 80));
+    QCOMPARE(view.size(), QSize(120, 80));
+    view.show();
+    QSignalSpy resized(&view, &QDeclarativeView::sceneResized);
+    view.resize(200, 100);
+    QTRY_COMPARE(resized.count(), 1);
+    QCOMPARE(resized.first().first().toSize(), QSize(200, 100));
+    QCOMPARE(view.rootObject()->property("width").toReal(), 200.0);
+    QCOMPARE(view.sceneRect(), QRectF(0, 0, 200, 100));
+    view.rootObject()->setProperty("width", 50);
+    QTest::qWait(0);
+    QCOMPARE(view.width(), 200);
+    view.setResizeMode(QDeclarativeView::SizeViewToRootObject);
+    QTRY_COMPARE(view.size(), QSize(50, 100));
+    QCOMPARE(view.initialSize(), QSize(120, 80));
+    // A root without area leaves the view as it is.
+    view.rootObject()->setProperty("width", 0);
+    QTest::qWait(0);
+    QCOMPARE(view.size(), QSize(50, 100));
+}
+
+void tst_QDeclarativeView::runTimeErrorsKeepTheScene()
+{
+    QDeclarativeView view;
+    view.engine()->setOutputWarningsToStandardError(false);
+    QSignalSpy warnings(view.engine(), &QQmlEngine::warnings);
+    view.setSource(write("import QtQuick 1.0\nItem { width: missing.width; height: 20 }"));
+    QCOMPARE(view.status(), QDeclarativeView::Ready);
+    QVERIFY(view.errors().isEmpty());
+    QCOMPARE(view.rootObject()->property("height").toInt(), 20);
+    QCOMPARE(warnings.count(), 1);
+}
+
+void tst_QDeclarativeView::bindingsRestOnDestruction_data()
+{
+    QTest::addColumn<bool>("replaced");
+    QTest::newRow("with the view") << false;
+    QTest::newRow("by another source") << true;
+}
+
+void tst_QDeclarativeView::bindingsRestOnDestruction()
+{
+    QFETCH(bool, replaced);
+    QStringList seen;
+    QQmlPropertyMap log;
+    {
+        QDeclarativeView view;
+        view.engine()->setOutputWarningsToStandardError(false);
+        connect(view.engine(), &QQmlEngine::warnings, &view, [&seen](const QList<QQmlError> &errors) {
+            for (const QQmlError &error : errors)
+                seen.append(error.description());
+        });
+        view.rootContext()->setContextProperty(QStringLiteral("log"), &log);
+        view.setSource(write(R"(import QtQuick 1.0
+            Item {
+                id: root; width: a.width + b.x; height: childrenRect.height + b.children.length
+                Item { id: a; width: 10; height: b.height; anchors.left: b.right }
+                Item { id: b; x: a.width; height: 5; Item { width: root.width; onParentChanged: a.width } }
+                Timer { interval: 1; running: true; repeat: true; onTriggered: a.width++ }
+                onWidthChanged: a.x = b.x
+                Component.onDestruction: log.last = "width " + a.width + ", children " + b.children.length
+            })"));
+        QCOMPARE(view.status(), QDeclarativeView::Ready);
+        view.show();
+        if (replaced)
+            view.setSource(write("import QtQuick 1.0\nItem {}"));
+    }
+    QVERIFY(log.value(QStringLiteral("last")).toString().endsWith(QStringLiteral("children 1")));
+    QVERIFY2(seen.isEmpty(), qPrintable(seen.join(QLatin1Char('\n'))));
+}
+
+void tst_QDeclarativeView::rootDestroyedByHost()
+{
+    QDeclarativeView view(write("import QtQuick 1.0\nItem { width: 30; height: 20 }"));
+    view.show();
+    delete view.rootObject();
+    QVERIFY(!view.rootObject());
+    view.resize(70, 70);
+    view.setResizeMode(QDeclarativeView::SizeRootObjectToView);
+    view.setSource(write("import QtQuick 1.0\nItem { width: 30; height: 20 }"));
+    QCOMPARE(view.rootObject()->property("width").toInt(), 70);
+}
+
+static const char halfRed[] =
+    "import QtQuick 1.0\n"
+    "Item { width: 40; height: 20; Rectangle { width: 20; height: 20; color: '#80ff0000' } }";
+
+void tst_QDeclarativeView::translucent()
+{
+    QDeclarativeView view;
+    view.setAttribute(Qt::WA_TranslucentBackground);
+    view.setStyleSheet(QStringLiteral("background: transparent"));
+    view.viewport()->setAutoFillBackground(false);
+    view.setSource(write(halfRed));
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QImage picture(view.size(), QImage::Format_ARGB32);
+    picture.fill(Qt::transparent);
+    static_cast<QWidget &>(view).render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
+    QCOMPARE(picture.pixelColor(30, 10).alpha(), 0);
+    QCOMPARE(picture.pixelColor(10, 10).alpha(), 128);
+    QCOMPARE(picture.pixelColor(10, 10).red(), 255);
+}
+
+void tst_QDeclarativeView::embedded()
+{
+    QWidget window;
+    window.resize(100, 60);
+    QPalette palette;
+    palette.setColor(QPalette::Window, Qt::blue);
+    window.setPalette(palette);
+    auto *view = new QDeclarativeView(&window);
+    view->setStyleSheet(QStringLiteral("background: transparent"));
+    view->viewport()->setAutoFillBackground(false);
+    view->setSource(write(halfRed));
+    view->move(10, 10);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QImage picture = window.grab().toImage();
+    QCOMPARE(picture.pixelColor(45, 20), QColor(Qt::blue));
+    QVERIFY(picture.pixelColor(20, 20).red() > 120 && picture.pixelColor(20, 20).blue() > 120);
+
+    QGraphicsScene scene;
+    auto *second = new QDeclarativeView;
+    second->setSource(write("import QtQuick 1.0\nRectangle { width: 90; height: 80; color: 'red' }"));
+    QGraphicsProxyWidget *proxy = scene.addWidget(second);
+    QCOMPARE(proxy->size(), QSizeF(90, 80));
+    QGraphicsView outer(&scene);
+    outer.setFrameStyle(QFrame::NoFrame);
+    outer.setSceneRect(0, 0, 90, 80);
+    outer.resize(90, 80);
+    outer.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&outer));
+    const QImage inScene = outer.grab().toImage();
+    QCOMPARE(inScene.pixelColor(20, 10), QColor(Qt::red));
 }
 
 QTEST_MAIN(tst_QDeclarativeView)

@@ -1,4 +1,4 @@
-#include "DeclarativeScene.h"
+#include "WatchedScene.h"
 
 #include <QtCore/QSortFilterProxyModel>
 #include <QtCore/QStringListModel>
@@ -79,9 +79,9 @@ private slots:
     void packagesAreReported();
 
 private:
-    static bool load(DeclarativeScene &scene, const QByteArray &body, const QVariant &model)
+    static bool load(WatchedScene &scene, const QByteArray &body, const QVariant &model)
     {
-        scene.view.rootContext()->setContextProperty(QStringLiteral("given"), model);
+        scene.view().rootContext()->setContextProperty(QStringLiteral("given"), model);
         return scene.load(body);
     }
 
@@ -130,8 +130,8 @@ void tst_QDeclarativeVisualModels::kindsOfModels()
     QObject right;
     left.setObjectName(QStringLiteral("left"));
     right.setObjectName(QStringLiteral("right"));
-    DeclarativeScene scene;
-    QQmlContext *context = scene.view.rootContext();
+    WatchedScene scene;
+    QQmlContext *context = scene.view().rootContext();
     context->setContextProperty(QStringLiteral("words"), QStringList{"one", "two"});
     context->setContextProperty(QStringLiteral("shelf"), &shelf);
     context->setContextProperty(QStringLiteral("objects"),
@@ -177,7 +177,7 @@ void tst_QDeclarativeVisualModels::itemModelChanges()
     QFETCH(Change, change);
     QFETCH(QString, shown);
     Shelf shelf({QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")});
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, showing("model.name"), QVariant::fromValue<QObject *>(&shelf)));
     QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("b a c"));
     scene.evaluate("root.made = 0");
@@ -190,7 +190,7 @@ void tst_QDeclarativeVisualModels::itemModelChanges()
 void tst_QDeclarativeVisualModels::rolesMayChangeWithReset()
 {
     Shelf shelf({QStringLiteral("b")});
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, showing("model.name + model.extra"), QVariant::fromValue<QObject *>(&shelf)));
     QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("bundefined"));
     QStandardItem *entry = Shelf::entry(QStringLiteral("q"));
@@ -206,7 +206,7 @@ void tst_QDeclarativeVisualModels::rolesMayChangeWithReset()
 void tst_QDeclarativeVisualModels::modelMayGo()
 {
     auto shelf = std::make_unique<Shelf>(QStringList{"b", "a"});
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, showing("model.name"), QVariant::fromValue<QObject *>(shelf.get())));
     QCOMPARE(scene.evaluate("rep.count").toInt(), 2);
     shelf.reset();
@@ -215,7 +215,7 @@ void tst_QDeclarativeVisualModels::modelMayGo()
 
 void tst_QDeclarativeVisualModels::visualItemModel()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item {
         id: root
         property variant log: []
@@ -251,7 +251,7 @@ void tst_QDeclarativeVisualModels::visualItemModelTakesItemsOnly()
 
 void tst_QDeclarativeVisualModels::initialValues()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item { VisualDataModel { id: data } VisualItemModel { id: items } })"));
     QCOMPARE(scene.evaluate("[data.count, data.part, items.count, items.children.length].join()").toString(),
              QStringLiteral("0,,0,0"));
@@ -260,7 +260,7 @@ void tst_QDeclarativeVisualModels::initialValues()
 
 void tst_QDeclarativeVisualModels::visualDataModelSignals()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item {
         id: root
         property variant log: []
@@ -298,7 +298,7 @@ void tst_QDeclarativeVisualModels::rootIndex()
     Shelf shelf({QStringLiteral("a"), QStringLiteral("b")});
     shelf.item(1)->appendRow(Shelf::entry(QStringLiteral("b1")));
     shelf.item(1)->appendRow(Shelf::entry(QStringLiteral("b2")));
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(load(scene, R"(Item {
         id: root
         VisualDataModel { id: visual; model: given; delegate: Item { property string shown: name } }
@@ -315,7 +315,7 @@ void tst_QDeclarativeVisualModels::rootIndex()
 
 void tst_QDeclarativeVisualModels::parts()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item {
         id: root
         ListModel { id: rows; ListElement { a: 1 } ListElement { a: 2 } }
@@ -340,7 +340,7 @@ void tst_QDeclarativeVisualModels::parts()
 
 void tst_QDeclarativeVisualModels::partOfTheModelItself()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item {
         VisualDataModel {
             id: visual; model: 2; part: "right"
@@ -356,7 +356,7 @@ void tst_QDeclarativeVisualModels::partOfTheModelItself()
 
 void tst_QDeclarativeVisualModels::packagesAreReported()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(R"(Item {
         id: root
         property variant log: []

@@ -1,5 +1,5 @@
-#include "DeclarativeScene.h"
 #include "DocumentServer.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -72,7 +72,7 @@ private slots:
 
 void tst_QDeclarativeXmlListModel::initialValues()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load("Item { XmlListModel { id: m } XmlRole { id: r } }"));
     QCOMPARE(
         scene
@@ -100,11 +100,11 @@ void tst_QDeclarativeXmlListModel::sources()
 {
     QFETCH(QString, kind);
     DocumentServer server("200 OK", feed);
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load(model("query: '/feed/entry'; XmlRole { name: 't'; query: 'title/string()' }")));
     if (kind == QLatin1String("xml"))
-        scene.object()->property("model").value<QObject *>()->setProperty("xml", feed);
+        scene.root()->property("model").value<QObject *>()->setProperty("xml", feed);
     else if (kind == QLatin1String("http"))
         scene.evaluate("list.source = '" + server.url("feed.xml") + "'");
     else
@@ -129,7 +129,7 @@ void tst_QDeclarativeXmlListModel::failedSource()
 {
     QFETCH(QString, source);
     DocumentServer server("404 Not Found", "none");
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model("query: '/feed/entry'; xml: '<feed><entry/></feed>'")));
     QTRY_COMPARE(scene.evaluate("list.count").toInt(), 1);
     scene.evaluate("take(); list.source = '" + (source.isEmpty() ? server.url("x") : source.toUtf8())
@@ -167,8 +167,8 @@ void tst_QDeclarativeXmlListModel::queries()
 {
     QFETCH(QByteArray, query);
     QFETCH(QByteArray, role);
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load(
         model("source: 'feed.xml'; query: '" + query + "'; XmlRole { name: 't'; query: '" + role + "' }")));
     QTRY_COMPARE(scene.evaluate("list.status").toInt(), 1);
@@ -201,8 +201,8 @@ void tst_QDeclarativeXmlListModel::wrongQueries()
     QFETCH(QByteArray, query);
     QFETCH(QByteArray, role);
     QFETCH(QString, warning);
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), document);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), document);
     QVERIFY(scene.load(
         model("source: 'feed.xml'; query: '" + query + "'; XmlRole { name: 't'; query: '" + role + "' }")));
     QTRY_COMPARE(scene.evaluate("list.status").toInt(), 1);
@@ -226,7 +226,7 @@ void tst_QDeclarativeXmlListModel::refusals_data()
 void tst_QDeclarativeXmlListModel::refusals()
 {
     QFETCH(QByteArray, members);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model(members)));
     QTEST(scene.warnings.join('|'), "warning");
     QVERIFY(scene.evaluate("list.roles.length").toInt() < 2);
@@ -234,7 +234,7 @@ void tst_QDeclarativeXmlListModel::refusals()
 
 void tst_QDeclarativeXmlListModel::namespaces()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model(R"(
         xml: "<f xmlns='urn:f' xmlns:o='urn:o'><e><o:t>x</o:t></e></f>"
         namespaceDeclarations: "declare default element namespace 'urn:f'; declare namespace o = 'urn:o';"
@@ -248,8 +248,8 @@ void tst_QDeclarativeXmlListModel::namespaces()
 
 void tst_QDeclarativeXmlListModel::signalsInOrder()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load(model("query: '/feed/entry'; onProgressChanged: note('progress ' + progress);"
                              "onSourceChanged: note('source'); onQueryChanged: note('query');"
                              "onXmlChanged: note('xml'); onNamespaceDeclarationsChanged: note('ns')")));
@@ -265,8 +265,8 @@ void tst_QDeclarativeXmlListModel::signalsInOrder()
 
 void tst_QDeclarativeXmlListModel::xmlComesFirst()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load(model("source: 'feed.xml'; xml: '<feed><entry/></feed>'; query: '/feed/entry'")));
     QTRY_COMPARE(scene.evaluate("list.count").toInt(), 1);
     scene.evaluate("list.xml = ''");
@@ -275,12 +275,12 @@ void tst_QDeclarativeXmlListModel::xmlComesFirst()
 
 void tst_QDeclarativeXmlListModel::reloadsAll()
 {
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load(
         model("source: 'feed.xml'; query: '/feed/entry'; XmlRole { name: 't'; query: 'title/string()' }")));
     QTRY_COMPARE(scene.evaluate("list.count").toInt(), 3);
-    scene.write(QStringLiteral("feed.xml"), "<feed><entry><title>new</title></entry></feed>");
+    scene.addFile(QStringLiteral("feed.xml"), "<feed><entry><title>new</title></entry></feed>");
     scene.evaluate("take(); list.reload()");
     QTRY_COMPARE(scene.evaluate("list.status").toInt(), 1);
     QCOMPARE(scene.evaluate("take()").toString(),
@@ -322,7 +322,7 @@ void tst_QDeclarativeXmlListModel::reloadsByKey()
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, after);
     QFETCH(QString, log);
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model("query: '/f/e'; XmlRole { name: 't'; query: '@k/string()'; isKey: true }")));
     scene.evaluate("list.xml = \"" + document(before) + '"');
     QTRY_COMPARE(scene.evaluate("list.status").toInt(), 1);
@@ -339,7 +339,7 @@ void tst_QDeclarativeXmlListModel::reloadsByKey()
 
 void tst_QDeclarativeXmlListModel::clears()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model("xml: '<f><e/><e/></f>'; query: '/f/e'")));
     QTRY_COMPARE(scene.evaluate("list.count").toInt(), 2);
     scene.evaluate("take(); list.xml = ''");
@@ -348,7 +348,7 @@ void tst_QDeclarativeXmlListModel::clears()
 
 void tst_QDeclarativeXmlListModel::keepsTheLastOfManyChanges()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(model("query: '/f/e'; XmlRole { name: 't'; query: '@k/string()' }")));
     scene.evaluate("take(); for (var i = 0; i < 50; ++i) list.xml = \"<f><e k='\" + i + \"'/></f>\"");
     QTRY_COMPARE(scene.evaluate("list.status").toInt(), 1);
@@ -359,8 +359,8 @@ void tst_QDeclarativeXmlListModel::keepsTheLastOfManyChanges()
 void tst_QDeclarativeXmlListModel::mayGoWhileLoading()
 {
     DocumentServer server("200 OK", feed);
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("feed.xml"), feed);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("feed.xml"), feed);
     QVERIFY(scene.load("Item { id: root; property variant sources; property variant model;\n"
                        "Component { id: maker; XmlListModel { query: '//entry' } } }"));
     scene.evaluate("root.sources = ['feed.xml', '" + server.url("feed.xml") + "']");
@@ -377,8 +377,8 @@ void tst_QDeclarativeXmlListModel::doesNotHoldUpTheView()
     for (int i = 0; i < 20000; ++i)
         document += "<e k='" + QByteArray::number(i) + "'/>";
     document += "</f>";
-    DeclarativeScene scene;
-    scene.write(QStringLiteral("big.xml"), document);
+    WatchedScene scene;
+    scene.addFile(QStringLiteral("big.xml"), document);
     QVERIFY(scene.load("Item { XmlListModel { id: list; source: 'big.xml'; query: '/f/e'\n"
                        "XmlRole { name: 't'; query: '@k/number()' } } }"));
     // The thread that paints is free while the status is Loading.
@@ -391,7 +391,7 @@ void tst_QDeclarativeXmlListModel::doesNotHoldUpTheView()
 
 void tst_QDeclarativeXmlListModel::get()
 {
-    DeclarativeScene scene;
+    WatchedScene scene;
     QVERIFY(scene.load(
         model("xml: '<f><e k=\"5\"/></f>'; query: '/f/e'; XmlRole { name: 't'; query: '@k/number()' }")));
     QTRY_COMPARE(scene.evaluate("list.count").toInt(), 1);

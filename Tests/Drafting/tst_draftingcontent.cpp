@@ -179,7 +179,8 @@ void TestDraftingContent::helpTopicsExistInBothLanguages()
         const QString text = QString::fromUtf8(page.readAll());
         for (const QString &key : qAsConst(m_keys)) {
             const QString topic = tip(key, QStringLiteral("en_US"))->attribute(QStringLiteral("help"));
-            QVERIFY2(topic.isEmpty() || text.contains(QStringLiteral("name=\"%1\"").arg(topic)),
+            QVERIFY2(topic.isEmpty() || topic.contains(QStringLiteral("://"))
+                         || text.contains(QStringLiteral("name=\"%1\"").arg(topic)),
                      qPrintable(topic));
         }
     }

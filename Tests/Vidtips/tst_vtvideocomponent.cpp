@@ -3,6 +3,7 @@
 #include <Vidtips/VTVideoSourceFFMPEG.h>
 
 #include "MessageRecorder.h"
+#include "SignalCounter.h"
 #include "TestClips.h"
 #include "TestHost.h"
 #include "TestPackage.h"
@@ -145,7 +146,7 @@ VTVideoComponent *tst_VTVideoComponent::addItem()
 VTVideoComponent *tst_VTVideoComponent::itemWithClip(const QString &name)
 {
     VTVideoComponent *const item = addItem();
-    QSignalSpy ended(sourceOf(item), &VTVideoSource::streamEnded);
+    SignalCounter ended(sourceOf(item), &VTVideoSource::streamEnded);
     item->setSource(name);
     const auto isShown = [&] {
         return ended.count() > 0 && painted(item, QSize(1, 1)) != blank(QSize(1, 1));
@@ -246,7 +247,7 @@ void tst_VTVideoComponent::emptyNameResets()
 void tst_VTVideoComponent::nameIsResolvedByTheView()
 {
     VTVideoComponent *const item = addItem();
-    QSignalSpy loaded(sourceOf(item), &VTVideoSource::sourceLoaded);
+    SignalCounter loaded(sourceOf(item), &VTVideoSource::sourceLoaded);
     item->setSource("clip.mp4");
     QCOMPARE(item->source(), QString("clip.mp4"));
     QTRY_COMPARE(loaded.count(), 1);
@@ -418,7 +419,7 @@ void tst_VTVideoComponent::secondFrameOfTheSameHeight()
 void tst_VTVideoComponent::playsToTheEnd()
 {
     VTVideoComponent *const item = itemWithClip();
-    QSignalSpy displayed(controllerOf(item), &VTVideoController::displayFrame);
+    SignalCounter displayed(controllerOf(item), &VTVideoController::displayFrame);
     item->play();
     QTRY_COMPARE(item->state(), VTVideoComponent::pausedState);
     QCOMPARE(item->position(), qint64(12));

@@ -7,12 +7,12 @@
 #include <QtCore/QMutex>
 #include <QtCore/QPointer>
 #include <QtCore/QSemaphore>
-#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
 #include <atomic>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <thread>
 
 using namespace Vidtips;
@@ -78,13 +78,13 @@ struct Player
     QPointer<VTVideoController> controller;
 };
 
-// Notes the order in which the controller's signals arrive and when; takes part in the controller's thread.
+// Notes in which order and when the controller's signals are emitted, in the thread that emits them.
 class Recorder
 {
 public:
     explicit Recorder(VTVideoController *controller)
     {
-        m_timer.start();
+        m_notes->timer.start();
         note(controller, &VTVideoController::displayFrame, "display");
         note(controller, &VTVideoController::stateChanged, "state");
         note(controller, &VTVideoController::positionChanged, "position");
@@ -92,45 +92,45 @@ public:
         note(controller, &VTVideoController::heightChanged, "height");
         note(controller, &VTVideoController::loadProgressChanged, "load");
     }
-    ~Recorder()
+    QStringList names() const
     {
-        for (const QMetaObject::Connection &connection : m_connections)
-            QObject::disconnect(connection);
+        const QMutexLocker locker(&m_notes->lock);
+        return m_notes->names;
     }
-    QStringList names()
+    int count(const QString &name) const { return names().count(name); }
+    QVector<qint64> times(const QString &name) const
     {
-        const QMutexLocker locker(&m_lock);
-        return m_names;
-    }
-    int count(const QString &name) { return names().count(name); }
-    QVector<qint64> times(const QString &name)
-    {
-        const QMutexLocker locker(&m_lock);
+        const QMutexLocker locker(&m_notes->lock);
         QVector<qint64> found;
-        for (int i = 0; i < m_names.size(); ++i) {
-            if (m_names.at(i) == name)
-                found << m_times.at(i);
+        for (int i = 0; i < m_notes->names.size(); ++i) {
+            if (m_notes->names.at(i) == name)
+                found << m_notes->times.at(i);
         }
         return found;
     }
 
 private:
+    // Shared with the emission that may go on when the recorder is destroyed.
+    struct Notes
+    {
+        QMutex lock;
+        QStringList names;
+        QVector<qint64> times;
+        QElapsedTimer timer;
+    };
+
     void note(VTVideoController *controller, void (VTVideoController::*signal)(), const QString &name)
     {
-        m_connections << QObject::connect(
+        QObject::connect(
             controller, signal, controller,
-            [this, name] {
-                const QMutexLocker locker(&m_lock);
-                m_names << name;
-                m_times << m_timer.elapsed();
+            [notes = m_notes, name] {
+                const QMutexLocker locker(&notes->lock);
+                notes->names << name;
+                notes->times << notes->timer.elapsed();
             },
             Qt::DirectConnection);
     }
-    QMutex m_lock;
-    QStringList m_names;
-    QVector<qint64> m_times;
-    QElapsedTimer m_timer;
-    QVector<QMetaObject::Connection> m_connections;
+    const std::shared_ptr<Notes> m_notes = std::make_shared<Notes>();
 };
 
 // Makes the thread of the player hang where it announces a still frame.

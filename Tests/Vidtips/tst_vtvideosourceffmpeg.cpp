@@ -2,11 +2,11 @@
 #include <Vidtips/VTVideoSourceFFMPEG.h>
 
 #include "MessageRecorder.h"
+#include "SignalCounter.h"
 #include "TestClips.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QtMath>
-#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
 extern "C" {
@@ -29,6 +29,7 @@ public:
         : VTVideoSourceFFMPEG(nullptr)
     {
     }
+    ~Source() override { quit(); }
     bool load(const QString &path)
     {
         changeSetSource(QUrl::fromLocalFile(path));
@@ -54,7 +55,7 @@ struct Playback
         return QTest::qWaitFor([this] { return ended.count() > 0; }, 30000);
     }
     std::unique_ptr<VTVideoSourceFFMPEG> source;
-    QSignalSpy ended;
+    SignalCounter ended;
 };
 
 // The pictures that the ffmpeg command decodes, as packed RGB.
@@ -229,7 +230,7 @@ void tst_VTVideoSourceFFMPEG::getTimeIsTheWallClock()
 void tst_VTVideoSourceFFMPEG::openReportsTheClip()
 {
     Source source;
-    QSignalSpy loaded(&source, &VTVideoSource::sourceLoaded);
+    SignalCounter loaded(&source, &VTVideoSource::sourceLoaded);
     QVERIFY(source.load(TestClips::h264()));
     QCOMPARE(loaded.count(), 1);
     QVERIFY(source.isOpen());
@@ -424,7 +425,7 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionWhileClosed()
     Playback playback(TestClips::h264());
     QVERIFY(playback.finish());
     QVERIFY(playback.source->progress() > 0.0);
-    QSignalSpy moved(playback.source.get(), &VTVideoSource::positionChanged);
+    SignalCounter moved(playback.source.get(), &VTVideoSource::positionChanged);
     playback.source->changeSetPosition(0);
     QCOMPARE(moved.count(), 1);
     QCOMPARE(playback.source->progress(), 0.0);
@@ -447,10 +448,10 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen()
     QFETCH(double, firstTime);
     Source source;
     QVERIFY(source.load(TestClips::h264()));
-    QSignalSpy moved(&source, &VTVideoSource::positionChanged);
+    SignalCounter moved(&source, &VTVideoSource::positionChanged);
     source.changeSetPosition(index);
     QCOMPARE(moved.count(), 1);
-    QSignalSpy ended(&source, &VTVideoSource::streamEnded);
+    SignalCounter ended(&source, &VTVideoSource::streamEnded);
     source.start();
     QTRY_COMPARE(ended.count(), 1);
     if (source.loadedFrameCount() > 0)
@@ -474,7 +475,7 @@ void tst_VTVideoSourceFFMPEG::closeActionClosesAndIdles()
     Source source;
     QVERIFY(source.load(TestClips::h264()));
     source.clearChanges();
-    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    SignalCounter changed(&source, &VTVideoSource::actionChanged);
     source.setAction(VTVideoSource::Close);
     source.start();
     QTRY_COMPARE(changed.count(), 2);
@@ -485,7 +486,7 @@ void tst_VTVideoSourceFFMPEG::closeActionClosesAndIdles()
 void tst_VTVideoSourceFFMPEG::seekWithoutMediaIdles()
 {
     Source source;
-    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    SignalCounter changed(&source, &VTVideoSource::actionChanged);
     source.setAction(VTVideoSource::Seek);
     source.start();
     QTRY_VERIFY(changed.count() >= 2);
@@ -495,8 +496,8 @@ void tst_VTVideoSourceFFMPEG::seekWithoutMediaIdles()
 void tst_VTVideoSourceFFMPEG::decodeWithoutMediaIdles()
 {
     Source source;
-    QSignalSpy ended(&source, &VTVideoSource::streamEnded);
-    QSignalSpy changed(&source, &VTVideoSource::actionChanged);
+    SignalCounter ended(&source, &VTVideoSource::streamEnded);
+    SignalCounter changed(&source, &VTVideoSource::actionChanged);
     source.setAction(VTVideoSource::Decode);
     source.start();
     QTRY_VERIFY(changed.count() >= 2);

@@ -112,8 +112,10 @@ public:
     {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QPalette palette = QGuiApplication::palette();
-        const QColor ink = palette.color(group, QPalette::ButtonText);
-        const QColor accent = mode == QIcon::Disabled ? ink : palette.color(QPalette::Highlight);
+        const bool selected = mode == QIcon::Selected;
+        const QColor ink = palette.color(group, selected ? QPalette::HighlightedText : QPalette::ButtonText);
+        const bool plain = selected || mode == QIcon::Disabled;
+        const QColor accent = plain ? ink : palette.color(QPalette::Highlight);
         Icons::paint(painter, m_name, rect, ink, accent);
     }
 

@@ -13,6 +13,7 @@
 #include "TipHost.h"
 #include "TipKeyboard.h"
 #include "TipList.h"
+#include "TipPlacement.h"
 
 #include <QtCore/QLibraryInfo>
 #include <QtGui/QPainter>
@@ -64,6 +65,7 @@ MainWindow::MainWindow(const Options &options)
     VTContext context;
     m_tips = std::make_unique<TipHost>(context, options, m_commands, m_log);
     new TipKeyboard(m_tips.get(), this);
+    new TipPlacement(this);
     connectCommands();
     connectTips();
     setAppearance(options.appearance);
@@ -323,6 +325,9 @@ void MainWindow::setLanguage(const QString &language)
         QCoreApplication::installTranslator(&m_qtTranslator);
     if (m_translator.load(QLocale(name), "drafting", "_", Options::shareFolder() + "/Translations"))
         QCoreApplication::installTranslator(&m_translator);
+    // A new translator sets the direction of its language.
+    if (m_options.rightToLeft)
+        QApplication::setLayoutDirection(Qt::RightToLeft);
     m_tips->setLanguage(name);
     retranslate();
 }
@@ -336,7 +341,7 @@ void MainWindow::retranslate()
         m_menus.at(i)->setTitle(menus.at(i));
     m_languageMenu->setTitle(tr("&Language"));
     m_appearanceMenu->setTitle(tr("&Appearance"));
-    const QStringList languages{QStringLiteral("English"), QStringLiteral("Deutsch")};
+    const QStringList languages{QStringLiteral("&English"), QStringLiteral("&Deutsch")};
     const QStringList styles{tr("&Light"), tr("&Dark")};
     for (int i = 0; i < 2; ++i) {
         m_languageMenu->actions().at(i)->setText(languages.at(i));

@@ -5,14 +5,17 @@
 #include "MessageLog.h"
 #include "Options.h"
 
+#include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
+#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolButton>
 
 using namespace Vidtips;
@@ -98,7 +101,14 @@ bool TipHost::showUnderPointer()
     const QPoint position = QCursor::pos();
     QWidget *widget = QApplication::widgetAt(position);
     const QString key = widget ? keyForObject(widget) : QString();
-    return !key.isEmpty() && show(key, position, widget);
+    if (key.isEmpty())
+        return false;
+    // The user has asked: no further key need be held, and one that was just pressed is not yet known to be.
+    const QVariant required = context().get(RequiredModifiers, 0);
+    context().set(RequiredModifiers, 0);
+    const bool shown = show(key, position, widget);
+    context().set(RequiredModifiers, required);
+    return shown;
 }
 
 bool TipHost::openHelp(const QString &key)
@@ -106,17 +116,25 @@ bool TipHost::openHelp(const QString &key)
     const QString help = key.isEmpty() ? QString() : vidTipAttribute(key, QStringLiteral("help"), QString());
     if (help.isEmpty())
         return false;
-    Q_EMIT topicRequested(help);
-    return true;
+    if (!QUrl(help).scheme().isEmpty())
+        return openExternalResource(VTResourceUrl, help);
+    return openExternalResource(help.contains(QLatin1Char('/')) ? VTResourcePath : VTResourceTopic, help);
 }
 
 QWidget *TipHost::createWindow(VTWindowType type)
 {
     if (type != VTWindowTooltip || !m_container)
         return nullptr;
-    auto *window = new QWidget(QApplication::activeWindow(), Qt::Tool);
+    // Not the active window: that is the tip itself once it was clicked.
+    auto *window = new QWidget(m_log ? m_log->window() : nullptr, Qt::Tool);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setObjectName(QStringLiteral("PinnedTip"));
+    // The user has just clicked the tip: once its window is there, the keyboard is for it.
+    QTimer::singleShot(0, window, [window] {
+        window->activateWindow();
+        if (auto *view = window->findChild<VTView *>())
+            view->setFocus();
+    });
     return window;
 }
 
@@ -142,6 +160,18 @@ QString TipHost::commandKey(QObject *object) const
     return object ? nameOf(object) : QString();
 }
 
+bool TipHost::confirms(const QUrl &url) const
+{
+    QMessageBox question(QMessageBox::Question, tr("Open outside?"),
+                         tr("A tip wants to open this outside %1:").arg(QCoreApplication::applicationName()),
+                         QMessageBox::NoButton, m_log ? m_log->window() : nullptr);
+    question.setInformativeText(url.toDisplayString());
+    const QAbstractButton *open = question.addButton(tr("Open"), QMessageBox::AcceptRole);
+    question.setDefaultButton(question.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    question.exec();
+    return question.clickedButton() == open;
+}
+
 bool TipHost::openExternalResource(VTExternalResourceType type, const QString &resource)
 {
     if (type == VTResourceTopic) {
@@ -149,12 +179,7 @@ bool TipHost::openExternalResource(VTExternalResourceType type, const QString &r
         return true;
     }
     const QUrl url = type == VTResourceUrl ? QUrl(resource) : QUrl::fromLocalFile(resource);
-    const QString question =
-        tr("A tip wants to open this outside %1:").arg(QCoreApplication::applicationName());
-    const auto answer = QMessageBox::question(QApplication::activeWindow(), tr("Open outside?"),
-                                              question + QStringLiteral("\n\n") + url.toDisplayString(),
-                                              QMessageBox::Open | QMessageBox::Cancel, QMessageBox::Cancel);
-    return answer == QMessageBox::Open && QDesktopServices::openUrl(url);
+    return confirms(url) && QDesktopServices::openUrl(url);
 }
 
 void TipHost::handleMessage(VTMessageType type, const QString &message)

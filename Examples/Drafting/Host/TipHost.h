@@ -38,7 +38,7 @@ public:
     /** Hides the tip on screen. */
     void hideTip();
 
-    /** Shows the tip of the object under the pointer, as resting there would. */
+    /** Shows the tip of the object under the pointer at once, whatever key tips are bound to. */
     bool showUnderPointer();
 
     /** Opens the help named by the tip of @p key; false when it names none. */
@@ -57,6 +57,7 @@ Q_SIGNALS:
 
 private:
     QString commandKey(QObject *object) const;
+    bool confirms(const QUrl &url) const;
     void describe(const QString &key);
 
     Commands *m_commands;

@@ -3,10 +3,32 @@
 #include "Core/Icons.h"
 #include "TipHost.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QTranslator>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
+
+namespace {
+
+// A tip for every locale says in which context its texts are translated. The library looks in the catalogue
+// of the tip on screen; a list of all tips looks in the catalogue of each tip's own package.
+QString title(TipHost *host, const QString &key)
+{
+    const QString source = host->vidTipAttribute(key, QStringLiteral("title"), QString());
+    const QByteArray context = host->vidTipAttribute(key, QStringLiteral("context"), QString()).toUtf8();
+    const QFileInfo controlFile(host->vidTipAttribute(key, QStringLiteral("VTLocation"), QString()));
+    const QString catalogue = QStringLiteral("../l10n/Vidtips_%1.qm").arg(QLocale().name());
+    QTranslator translator;
+    if (context.isEmpty() || !translator.load(controlFile.dir().filePath(catalogue)))
+        return source;
+    const QString translated = translator.translate(context.constData(), source.toUtf8().constData());
+    return translated.isEmpty() ? source : translated;
+}
+
+} // namespace
 
 TipList::TipList(TipHost *host, QWidget *parent)
     : QDialog(parent)
@@ -22,17 +44,15 @@ TipList::TipList(TipHost *host, QWidget *parent)
     QStringList keys = host->keys();
     keys.removeDuplicates();
     for (const QString &key : qAsConst(keys)) {
-        const QString title = host->vidTipAttribute(key, QStringLiteral("title"), QString());
-        auto *item =
-            new QTreeWidgetItem(tree, {key, host->translateString(title, QStringLiteral("Application"))});
-        if (item->text(1).isEmpty())
-            item->setText(1, title);
+        auto *item = new QTreeWidgetItem(tree, {key, title(host, key)});
         item->setIcon(0, Icons::icon(key));
+        item->setSizeHint(0, QSize(0, 26));
     }
     tree->sortItems(0, Qt::AscendingOrder);
     tree->header()->resizeSection(0, 200);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    auto *buttons = new QDialogButtonBox(this);
+    buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tree);

@@ -392,12 +392,24 @@
         <source>Open outside?</source>
         <translation>Außerhalb öffnen?</translation>
     </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
 </context>
 <context>
     <name>TipList</name>
     <message>
         <source>All Tips</source>
         <translation>Alle Tipps</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Key</source>

@@ -2,7 +2,8 @@ import QtQuick 1.1
 import com.corvale.vidtips.qml 1.0
 
 // A clip with its controls. Playback starts when the first picture is there: before that there is no position
-// to play from.
+// to play from. It pauses by itself when the last picture has been decoded, however far it has come, and when it
+// has caught up with the decoder; "wanted" remembers to go on from there.
 FocusScope {
     id: player
 
@@ -11,17 +12,24 @@ FocusScope {
     property bool autoplay: true
     property bool ready: false
     property bool playing: video.state === 2
-    property bool ended: ready && !playing && video.progress > 0.99
+    property bool wanted: false
 
-    function toggle() {
-        if (playing)
-            video.pause();
-        else if (ready)
+    function play() {
+        wanted = true;
+        if (ready)
             video.play();
     }
 
     function pause() {
+        wanted = false;
         video.pause();
+    }
+
+    function toggle() {
+        if (playing)
+            pause();
+        else
+            play();
     }
 
     function seek(progress) {
@@ -31,9 +39,20 @@ FocusScope {
     width: parent ? parent.width : 352
     height: stage.height + controls.height
 
+    onPlayingChanged: goOn.start()
+
     Keys.onSpacePressed: toggle()
-    Keys.onLeftPressed: { video.pause(); seek(video.progress - 0.04) }
-    Keys.onRightPressed: { video.pause(); seek(video.progress + 0.04) }
+    Keys.onLeftPressed: { pause(); seek(video.progress - 0.04) }
+    Keys.onRightPressed: { pause(); seek(video.progress + 0.04) }
+
+    Timer {
+        id: goOn
+        interval: 1
+        onTriggered: {
+            if (player.wanted && !player.playing && !video.scrubbing && video.progress < 0.99)
+                video.play();
+        }
+    }
 
     Rectangle {
         id: stage
@@ -54,11 +73,11 @@ FocusScope {
             smooth: fit !== 1
             source: player.source
             onLoadProgressChanged: {
-                if (player.ready || !(video.loadProgress > 0))
-                    return;
-                player.ready = true;
-                if (player.autoplay)
-                    video.play();
+                if (!player.ready && video.loadProgress > 0) {
+                    player.ready = true;
+                    player.wanted = player.autoplay;
+                }
+                goOn.start();
             }
         }
         Rectangle {
@@ -134,11 +153,9 @@ FocusScope {
             }
             MouseArea {
                 id: scrub
-                property bool resume: false
                 anchors.fill: parent
                 hoverEnabled: true
                 onPressed: {
-                    resume = player.playing;
                     video.scrubbing = true;
                     video.pause();
                     player.seek(mouse.x / width);
@@ -149,8 +166,7 @@ FocusScope {
                 }
                 onReleased: {
                     video.scrubbing = false;
-                    if (resume)
-                        video.play();
+                    goOn.start();
                 }
             }
         }

@@ -31,8 +31,8 @@ Item {
 
     VTStyledRectangle {
         id: background
-        width: root.width
-        height: root.height
+        width: root.width - 1
+        height: root.height - 1
         toolTipStyle: true
     }
     Text {

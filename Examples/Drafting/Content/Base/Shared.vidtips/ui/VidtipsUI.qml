@@ -57,6 +57,7 @@ Rectangle {
         expand();
         vidTipView.stayOpen = true;
         vidTipView.reserved = true;
+        root.forceActiveFocus();
     }
 
     onTipChanged: read()

@@ -1,0 +1,149 @@
+// From show() to the first painted pixel, against a plain tooltip; and what a tip costs while nothing moves.
+
+#include "Measure.h"
+
+#include <Vidtips/VTContext.h>
+#include <Vidtips/VTInterface.h>
+#include <Vidtips/VTManager.h>
+#include <Vidtips/VTView.h>
+#include <Vidtips/VTWidget.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+#include <QtGui/QPaintEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QToolTip>
+
+#include <ctime>
+
+using namespace Vidtips;
+
+namespace {
+
+const QString firstKey = QStringLiteral("draw.line");
+const QString secondKey = QStringLiteral("draw.circle");
+
+/** Counts the paint events of windows of one class and of what is inside them. */
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(const char *className)
+        : m_className(className)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    void waitForPaint()
+    {
+        const int before = paints;
+        while (paints == before)
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && watched->isWidgetType()
+            && static_cast<QWidget *>(watched)->window()->inherits(m_className))
+            ++paints;
+        return false;
+    }
+
+    int paints = 0;
+
+private:
+    const char *const m_className;
+};
+
+double processSeconds()
+{
+    timespec time;
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+void runFor(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void measureIdle(VTInterface &host, const QWidget &button, PaintWatch &watch)
+{
+    constexpr int seconds = 4;
+    host.show(firstKey, button.mapToGlobal(QPoint(5, 5)), nullptr);
+    // The clip's first picture, the growing of the tip and its fade are over by then.
+    runFor(8000);
+    QMetaObject::invokeMethod(host.manager()->widget()->view()->rootObject(), "pauseClip");
+    runFor(1000);
+    const int paints = watch.paints;
+    const double before = processSeconds();
+    runFor(seconds * 1000);
+    const double share = 100.0 * (processSeconds() - before) / seconds;
+    const int painted = watch.paints - paints;
+    std::printf("%-44s %d repaints, %.2f %% of a core  goal 0, < 0.5 %% %s\n",
+                "a shown tip with a paused clip", painted, share,
+                painted == 0 && share < 0.5 ? "met" : "MISSED");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    VTContext settings;
+    settings.set(ContentLocale, QStringLiteral("en_US"));
+    settings.set(HideDuration, 0);
+    settings.set(IdleInterval, 0);
+    const QString content = QStringLiteral(CONTENT_DIR);
+    VTInterface host(settings, {content + QStringLiteral("/Base"), content + QStringLiteral("/Extra")},
+                     nullptr);
+    host.setGlobalProperty(QStringLiteral("motion"), QStringLiteral("off"));
+    QPushButton button(QStringLiteral("Line"));
+    button.show();
+    const QPoint position = button.mapToGlobal(QPoint(5, 5));
+    PaintWatch tipPaints("Vidtips::VTWidget");
+    PaintWatch plainPaints("QTipLabel");
+    bool isFirst = false;
+    const auto showTip = [&] {
+        isFirst = !isFirst;
+        host.manager()->show(isFirst ? firstKey : secondKey, position, nullptr, QRect());
+        tipPaints.waitForPaint();
+    };
+    const QString text = QStringLiteral("<b>%1</b> (L)<br>%2")
+                             .arg(host.vidTipAttribute(firstKey, QStringLiteral("title"), {}),
+                                  QStringLiteral("Draws a straight line between two points."));
+    int shown = 0;
+    const auto showPlain = [&] {
+        // A text of its own each time: the same text would only keep the tooltip.
+        QToolTip::showText(position, text + QString(++shown % 2, QLatin1Char('.')));
+        plainPaints.waitForPaint();
+    };
+    const auto hideBoth = [&] {
+        if (VTWidget *window = host.manager()->widget())
+            window->hide();
+        QToolTip::hideText();
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->inherits("QTipLabel"))
+                window->hide();
+        }
+        QCoreApplication::processEvents();
+    };
+
+    QElapsedTimer timer;
+    timer.start();
+    showPlain();
+    const double firstPlain = timer.nsecsElapsed() / 1e6;
+    hideBoth();
+    timer.start();
+    showTip();
+    const double firstTip = timer.nsecsElapsed() / 1e6;
+    hideBoth();
+    std::printf("%-44s %9.3f ms  against %9.3f ms  ratio %5.2f  goal 2.00 %s\n",
+                "first show of the process to first paint", firstTip, firstPlain, firstTip / firstPlain,
+                firstTip <= 2 * firstPlain ? "met" : "MISSED");
+    compare("show to first paint, warm", 41, 0.8, showTip, showPlain, hideBoth);
+    measureIdle(host, button, tipPaints);
+}

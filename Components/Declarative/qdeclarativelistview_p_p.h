@@ -1,0 +1,84 @@
+#pragma once
+
+#include "qdeclarativeitemview_p_p.h"
+#include "qdeclarativelistview_p.h"
+
+/** An item of a ListView, with the heading of its section where it is the first of one. */
+class QDeclarativeListItem : public QDeclarativeViewItem
+{
+public:
+    QDeclarativeListItem(QDeclarativeItem *item, const QDeclarativeItemViewPrivate *view)
+        : QDeclarativeViewItem(item)
+        , view(view)
+    {
+    }
+    ~QDeclarativeListItem() override;
+
+    qreal position() const override { return view->placeOf(heading ? heading.data() : item); }
+    qreal size() const override { return view->lengthOf(item) + headingSize(); }
+    qreal headingSize() const { return heading ? view->lengthOf(heading) : 0; }
+
+    const QDeclarativeItemViewPrivate *const view;
+    QPointer<QDeclarativeItem> heading;
+    QString headingSection;
+};
+
+class QDeclarativeListViewPrivate : public QDeclarativeItemViewPrivate
+{
+    Q_DECLARE_PUBLIC(QDeclarativeListView)
+
+public:
+    QDeclarativeListViewPrivate();
+
+    Qt::Orientation scrolled() const override { return Qt::Orientation(orientation); }
+    std::unique_ptr<Item> newItem(QDeclarativeItem *) const override;
+    QDeclarativeItemViewAttached *attachedTo(QDeclarativeItem *) const override;
+    void setItemPosition(Item *, qreal position) override;
+    qreal positionAt(int index) const override;
+    qreal startPosition() const override;
+    qreal endPosition() const override;
+    bool addVisible(qreal from, qreal to) override;
+    void placeVisible() override;
+    void rowsInserted(int index, int count) override;
+    void rowsMoved(int from, int to, int count) override;
+    void noRowsLeft(int index, qreal position) override;
+    void placeHighlight() override;
+    void moveHighlight() override;
+    bool snaps() const override { return snapMode != QDeclarativeListView::NoSnap; }
+    qreal snapPosition(qreal position) const override;
+    qreal flickTarget(qreal natural, qreal velocity) const override;
+    void viewMoved() override;
+    void itemMade(Item *) override;
+    qreal travelEnd(const Axis &) const override;
+
+    qreal step() const { return averageSize + spacing; }
+    std::unique_ptr<Item> createRow(int index);
+    bool append(qreal to);
+    bool prepend(qreal from);
+    void jump(qreal from, qreal to);
+    void clear() override;
+    void insertAbove(int slot, int index, int count);
+    void insertBelow(int slot, int index, int count);
+    int snapIndex(qreal position) const;
+    qreal rangeOffset() const { return hasRange() ? highlightBegin : 0; }
+    void noteFirst(int index, qreal position);
+
+    QString sectionAt(int index) const;
+    void watchSections();
+    void updateSections();
+    void updateHeading(Item *);
+    void dropHeadings();
+
+    QDeclarativeViewSection *section = nullptr;
+    QString currentSection;
+    QDeclarativeHighlightValue highlightPlace;
+    QDeclarativeHighlightValue highlightLength;
+    qreal highlightMoveSpeed = 400;
+    qreal highlightResizeSpeed = 400;
+    int highlightResizeDuration = -1;
+    qreal spacing = 0;
+    qreal firstPosition = 0; ///< of the row visibleIndex while no row has an item
+    bool firstIsKnown = false;
+    QDeclarativeListView::Orientation orientation = QDeclarativeListView::Vertical;
+    QDeclarativeListView::SnapMode snapMode = QDeclarativeListView::NoSnap;
+};

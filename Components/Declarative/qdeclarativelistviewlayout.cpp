@@ -1,0 +1,448 @@
+#include "qdeclarativelistview_p_p.h"
+#include "qdeclarativevisualmodel_p.h"
+
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlContext>
+
+#include <map>
+
+QDeclarativeListItem::~QDeclarativeListItem()
+{
+    delete heading;
+}
+
+std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::newItem(QDeclarativeItem *item) const
+{
+    return std::make_unique<QDeclarativeListItem>(item, this);
+}
+
+QDeclarativeItemViewAttached *QDeclarativeListViewPrivate::attachedTo(QDeclarativeItem *item) const
+{
+    return static_cast<QDeclarativeItemViewAttached *>(
+        qmlAttachedPropertiesObject<QDeclarativeListView>(item));
+}
+
+void QDeclarativeListViewPrivate::setItemPosition(Item *item, qreal position)
+{
+    auto *listItem = static_cast<QDeclarativeListItem *>(item);
+    if (listItem->heading)
+        placeAt(listItem->heading, position);
+    placeAt(item->item, position + listItem->headingSize());
+}
+
+qreal QDeclarativeListViewPrivate::travelEnd(const Axis &axis) const
+{
+    // Across its direction a list has no content to speak of.
+    return axis.orientation == scrolled() ? QDeclarativeItemViewPrivate::travelEnd(axis) : -viewSize(axis);
+}
+
+qreal QDeclarativeListViewPrivate::positionAt(int index) const
+{
+    if (const Item *item = visibleItem(index))
+        return item->position();
+    const int last = lastVisibleIndex();
+    if (last < 0)
+        return (firstIsKnown ? firstPosition : headerSize()) + (index - visibleIndex) * step();
+    if (index > last)
+        return visibleItems.back()->endPosition() + spacing + (index - last - 1) * step();
+    const qreal front = visibleItems.front()->position();
+    if (index == currentIndex && currentItem)
+        return front - (visibleIndex - index - 1) * step() - currentItem->size() - spacing;
+    return front - (visibleIndex - index) * step();
+}
+
+qreal QDeclarativeListViewPrivate::startPosition() const
+{
+    if (!visibleItems.empty())
+        return visibleItems.front()->position() - visibleIndex * step();
+    return visualModel->count() > 0 ? positionAt(0) : headerSize();
+}
+
+qreal QDeclarativeListViewPrivate::endPosition() const
+{
+    const int last = lastVisibleIndex();
+    const int rows = visualModel->count();
+    if (last >= 0)
+        return visibleItems.back()->endPosition() + (rows - 1 - last) * step();
+    if (!visibleItems.empty())
+        return visibleItems.back()->endPosition();
+    return startPosition() + qMax<qreal>(0, rows * step() - spacing);
+}
+
+void QDeclarativeListViewPrivate::clear()
+{
+    QDeclarativeItemViewPrivate::clear();
+    firstIsKnown = false;
+}
+
+void QDeclarativeListViewPrivate::noteFirst(int index, qreal position)
+{
+    visibleIndex = index;
+    firstPosition = position;
+    firstIsKnown = true;
+}
+
+void QDeclarativeListViewPrivate::noRowsLeft(int index, qreal position)
+{
+    const int rows = visualModel->count();
+    if (rows > 0)
+        noteFirst(qMin(index, rows - 1), position);
+    else
+        visibleIndex = 0;
+    firstIsKnown = rows > 0;
+}
+
+bool QDeclarativeListViewPrivate::addVisible(qreal from, qreal to)
+{
+    jump(from, to);
+    const bool appended = append(to);
+    return prepend(from) || appended;
+}
+
+/** Gives up all items if the view has gone further than a row from them, and estimates where it is. */
+void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
+{
+    const int last = lastVisibleIndex();
+    if (last < 0 || step() <= 0)
+        return;
+    const qreal end = visibleItems.back()->endPosition() + spacing;
+    if (from <= end + step() && to >= visibleItems.front()->position() - step())
+        return;
+    const int wanted = last + 1 + int((from - end) / step());
+    const int index = qBound(0, wanted, visualModel->count() - 1);
+    while (!visibleItems.empty())
+        takeVisible(0);
+    noteFirst(index, end + (index - last - 1) * step());
+}
+
+/** Makes an item that is to stand among the visible ones. */
+std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createRow(int index)
+{
+    auto item = createItem(index);
+    if (item)
+        updateHeading(item.get());
+    return item;
+}
+
+bool QDeclarativeListViewPrivate::append(qreal to)
+{
+    const int last = lastVisibleIndex();
+    int index = last + 1;
+    qreal position = 0;
+    if (visibleItems.empty()) {
+        index = visibleIndex;
+        position = firstIsKnown ? firstPosition : headerSize();
+    } else {
+        index = last >= 0 ? last + 1 : visibleIndex;
+        position = visibleItems.back()->endPosition() + spacing;
+    }
+    const int first = index;
+    for (; index < visualModel->count() && position <= to; ++index) {
+        auto item = createRow(index);
+        if (!item)
+            break;
+        setItemPosition(item.get(), position);
+        position += item->size() + spacing;
+        visibleItems.push_back(std::move(item));
+    }
+    return index != first;
+}
+
+bool QDeclarativeListViewPrivate::prepend(qreal from)
+{
+    const int before = visibleIndex;
+    while (visibleIndex > 0 && !visibleItems.empty() && visibleItems.front()->position() - spacing > from) {
+        auto item = createRow(visibleIndex - 1);
+        if (!item)
+            break;
+        setItemPosition(item.get(), visibleItems.front()->position() - spacing - item->size());
+        visibleItems.insert(visibleItems.begin(), std::move(item));
+        --visibleIndex;
+    }
+    return visibleIndex != before;
+}
+
+void QDeclarativeListViewPrivate::placeVisible()
+{
+    if (visibleItems.empty())
+        return;
+    updateSections();
+    qreal position = visibleItems.front()->position();
+    qreal sum = 0;
+    for (const auto &item : visibleItems) {
+        setItemPosition(item.get(), position);
+        position += item->size() + spacing;
+        sum += item->size();
+    }
+    averageSize = qRound(sum / visibleItems.size());
+}
+
+void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
+{
+    const int last = lastVisibleIndex();
+    if (last < 0)
+        return;
+    int slot = 0;
+    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
+        ++slot;
+    for (const auto &item : visibleItems) {
+        if (item->index >= index)
+            item->index += count;
+    }
+    if (index < visibleIndex) {
+        visibleIndex += count;
+        return;
+    }
+    if (index > last + 1)
+        return;
+    const bool atEnd = slot == int(visibleItems.size());
+    const qreal position =
+        atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
+    if (position < viewPosition())
+        insertAbove(slot, index, count);
+    else
+        insertBelow(slot, index, count);
+}
+
+/** Makes items for new rows that stand above what is seen, which stays where it is. */
+void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
+{
+    const bool atEnd = slot == int(visibleItems.size());
+    const qreal start = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
+    const qreal from = viewPosition() - cacheBuffer;
+    qreal position = start;
+    int made = 0;
+    for (; made < count && position > from; ++made) {
+        auto item = createRow(index + count - 1 - made);
+        if (!item)
+            break;
+        position -= item->size() + spacing;
+        setItemPosition(item.get(), position);
+        visibleItems.insert(visibleItems.begin() + slot, std::move(item));
+    }
+    if (made < count || slot == 0) {
+        for (; slot > 0; --slot)
+            takeVisible(0);
+        visibleIndex = index + count - made;
+    } else {
+        Item *front = visibleItems.front().get();
+        setItemPosition(front, front->position() - (start - position));
+    }
+}
+
+void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
+{
+    const bool atEnd = slot == int(visibleItems.size());
+    qreal position = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
+    const qreal to = viewPosition() + viewLength() + cacheBuffer;
+    int made = 0;
+    for (; made < count && position <= to; ++made) {
+        auto item = createRow(index + made);
+        if (!item)
+            break;
+        setItemPosition(item.get(), position);
+        position += item->size() + spacing;
+        visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
+    }
+    if (made == count)
+        return;
+    // There is no room for all, so none for what comes after them.
+    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
+        takeVisible(int(visibleItems.size()) - 1);
+    if (made == 0 && slot == 0)
+        visibleIndex += count;
+}
+
+/**
+ * Moves rows within the visible items.
+ *
+ * A row takes the place of the one with its new number. Of several rows that move up at once only the first
+ * shows at its new place, in stead of all of them; the rest come when the view next makes their items.
+ */
+void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
+{
+    const Item *first = firstVisibleItem();
+    if (!first)
+        return;
+    const qreal firstPosition = first->position();
+    const qreal frontPosition = visibleItems.front()->position();
+    std::map<int, std::unique_ptr<Item>> moved;
+    qreal shift = 0;
+    for (int slot = 0; slot < int(visibleItems.size());) {
+        Item *item = visibleItems[slot].get();
+        if (item->index < from || item->index >= from + count) {
+            if (item->index > from)
+                item->index -= count;
+            ++slot;
+            continue;
+        }
+        item->index += to - from;
+        if (item->position() < firstPosition)
+            shift += item->size();
+        moved[item->index] = std::move(visibleItems[slot]);
+        visibleItems.erase(visibleItems.begin() + slot);
+    }
+    const auto take = [&moved](int index) {
+        std::unique_ptr<Item> item;
+        const auto found = moved.find(index);
+        if (found != moved.end()) {
+            item = std::move(found->second);
+            moved.erase(found);
+        }
+        return item;
+    };
+    int remaining = count;
+    int last = visibleIndex;
+    for (int slot = 0; slot < int(visibleItems.size()); ++slot) {
+        const int index = visibleItems[slot]->index;
+        if (remaining > 0 && index >= to && index < to + count) {
+            auto item = take(index);
+            if (!item)
+                item = createRow(index);
+            if (!item)
+                break;
+            if (index <= first->index)
+                shift -= item->size();
+            visibleItems.insert(visibleItems.begin() + slot, std::move(item));
+            --remaining;
+        } else if (index >= 0) {
+            if (index >= to)
+                visibleItems[slot]->index += count;
+            last = visibleItems[slot]->index;
+        }
+    }
+    while (auto item = take(last + 1)) {
+        visibleItems.push_back(std::move(item));
+        ++last;
+    }
+    for (auto &left : moved)
+        partedItems.push_back(std::move(left.second));
+    if (lastVisibleIndex() < 0) {
+        noRowsLeft(visibleIndex, frontPosition);
+        return;
+    }
+    for (const auto &item : visibleItems) {
+        if (item->index >= 0) {
+            visibleIndex = item->index;
+            break;
+        }
+    }
+    Item *front = visibleItems.front().get();
+    setItemPosition(front, front->position() + shift);
+}
+
+void QDeclarativeListViewPrivate::placeHighlight()
+{
+    highlightTimeLine.clear();
+    const bool isHorizontal = scrolled() == Qt::Horizontal;
+    const QDeclarativeItem *item = currentItem->item;
+    if (isHorizontal)
+        highlightItem->setWidth(item->width());
+    else
+        highlightItem->setHeight(item->height());
+    placeAt(highlightItem, placeOf(item));
+}
+
+void QDeclarativeListViewPrivate::moveHighlight()
+{
+    const QDeclarativeItem *item = currentItem->item;
+    if (scrolled() == Qt::Vertical && highlightItem->width() == 0)
+        highlightItem->setWidth(item->width());
+    if (scrolled() == Qt::Horizontal && highlightItem->height() == 0)
+        highlightItem->setHeight(item->height());
+    moveValue(&highlightLength, lengthOf(highlightItem), lengthOf(item), highlightResizeDuration,
+              highlightResizeSpeed);
+    moveValue(&highlightPlace, placeOf(highlightItem), placeOf(item), highlightMoveDuration,
+              highlightMoveSpeed);
+}
+
+int QDeclarativeListViewPrivate::snapIndex(qreal position) const
+{
+    for (const auto &item : visibleItems) {
+        const qreal half = item->size() / 2;
+        if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
+            return item->index;
+    }
+    const int estimate = step() > 0 ? qRound((position - startPosition()) / step()) : 0;
+    return qBound(0, estimate, visualModel->count() - 1);
+}
+
+qreal QDeclarativeListViewPrivate::snapPosition(qreal position) const
+{
+    return positionAt(snapIndex(position + rangeOffset())) - rangeOffset();
+}
+
+qreal QDeclarativeListViewPrivate::flickTarget(qreal natural, qreal velocity) const
+{
+    if (snapMode == QDeclarativeListView::SnapToItem)
+        return snapPosition(natural);
+    const qreal pressed = toContent(mainAxis().pressValue, viewLength());
+    const int index = snapIndex(pressed + rangeOffset()) + (velocity > 0 ? 1 : -1);
+    return positionAt(qBound(0, index, visualModel->count() - 1)) - rangeOffset();
+}
+
+QString QDeclarativeListViewPrivate::sectionAt(int index) const
+{
+    if (!section || section->property().isEmpty() || index < 0 || index >= visualModel->count())
+        return {};
+    return section->sectionOf(visualModel->instance()->stringValue(index, section->property()));
+}
+
+void QDeclarativeListViewPrivate::itemMade(Item *item)
+{
+    static_cast<QDeclarativeListViewAttached *>(item->attached)
+        ->setSections(sectionAt(item->index - 1), sectionAt(item->index), sectionAt(item->index + 1));
+}
+
+void QDeclarativeListViewPrivate::updateSections()
+{
+    for (const auto &item : visibleItems) {
+        if (item->index < 0)
+            continue;
+        static_cast<QDeclarativeListViewAttached *>(item->attached)
+            ->setSections(sectionAt(item->index - 1), sectionAt(item->index), sectionAt(item->index + 1));
+        updateHeading(item.get());
+    }
+}
+
+/** Gives the first row of a section its heading, and takes it from a row that is that no more. */
+void QDeclarativeListViewPrivate::updateHeading(Item *item)
+{
+    Q_Q(QDeclarativeListView);
+    auto *listItem = static_cast<QDeclarativeListItem *>(item);
+    const auto *attached = static_cast<QDeclarativeListViewAttached *>(item->attached);
+    const bool wants = section && section->delegate() && !section->property().isEmpty()
+        && attached->section() != attached->previousSection();
+    const qreal position = item->position();
+    if (listItem->heading && (!wants || listItem->headingSection != attached->section()))
+        delete listItem->heading;
+    if (!wants || listItem->heading)
+        return;
+    auto *context = new QQmlContext(qmlContext(q));
+    context->setContextProperty(QStringLiteral("section"), attached->section());
+    listItem->heading = createPart(section->delegate(), context);
+    listItem->headingSection = attached->section();
+    if (listItem->heading)
+        listItem->heading->setZValue(1);
+    setItemPosition(item, position);
+}
+
+void QDeclarativeListViewPrivate::dropHeadings()
+{
+    for (const auto &item : visibleItems) {
+        const qreal position = item->position();
+        delete static_cast<QDeclarativeListItem *>(item.get())->heading;
+        setItemPosition(item.get(), position);
+    }
+}
+
+void QDeclarativeListViewPrivate::viewMoved()
+{
+    Q_Q(QDeclarativeListView);
+    const Item *first = firstVisibleItem();
+    const QString now = first ? sectionAt(first->index) : QString();
+    if (now == currentSection)
+        return;
+    currentSection = now;
+    Q_EMIT q->currentSectionChanged();
+}

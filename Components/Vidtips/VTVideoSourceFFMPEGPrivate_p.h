@@ -1,0 +1,97 @@
+#pragma once
+
+#include "VTFFmpegCompat_p.h"
+#include "VTVideoFrame.h"
+
+#include <QtCore/QMutex>
+#include <QtCore/QString>
+
+#include <atomic>
+
+namespace Vidtips {
+
+class VTVideoSourceFFMPEG;
+
+/**
+ * The FFmpeg side of a VTVideoSourceFFMPEG: the open media, its decoder and the conversion of its pictures.
+ *
+ * Its functions belong to the source's own thread, except release(), which any thread may call.
+ */
+class VTVideoSourceFFMPEGPrivate
+{
+public:
+    explicit VTVideoSourceFFMPEGPrivate(VTVideoSourceFFMPEG *source);
+    ~VTVideoSourceFFMPEGPrivate();
+
+    /** Opens the media of fileName and tells whether it could; a failure is reported to the debug stream. */
+    bool open();
+
+    /** Closes the media and frees all that belongs to it. What is published stays. */
+    void release();
+
+    /** Decodes the next picture into the cache; false without media, at its end or when the thread ends. */
+    bool decode();
+
+    /** Repositions the demuxer to the target of the seek action; false without media. */
+    bool seek();
+
+    /** Moves clock and demuxer to the frame at @p frameIndex; without media both clock and progress go to 0.
+     */
+    void setPosition(quint64 frameIndex);
+
+private:
+    enum class Outcome { Picture, Nothing, End };
+
+    const char *openAll();
+    const char *openContainer();
+    const char *openDecoder();
+    const char *allocatePictures();
+    void publish();
+    double streamDuration() const;
+    double decoderTimeBase() const;
+    Outcome nextPicture();
+    bool readPacket();
+    bool convertPicture();
+    bool updateScaler();
+    void forgetColours();
+    void followColours();
+    double stepClock();
+
+public:
+    VTVideoSourceFFMPEG *const owner;
+    QString fileName;
+    quint64 memoryLimit = Q_UINT64_C(2) << 30;
+    // Guards the fields below, for as long as a file is opened or a picture is decoded.
+    QRecursiveMutex lock;
+
+    // Read by threads that present the clip, which must not wait while a picture is decoded: no lock needed.
+    std::atomic<bool> isOpen{false};
+    std::atomic<double> progress{0.0};
+    std::atomic<double> duration{0.0};
+    std::atomic<double> timeBase{0.0};
+    std::atomic<double> frameRate{0.0};
+    std::atomic<double> width{200.0};
+    std::atomic<double> height{150.0};
+
+private:
+    AVFormatContext *formatContext = nullptr;
+    AVCodecContext *codecContext = nullptr;
+    FFmpegCompat::Codec *codec = nullptr;
+    AVFrame *frame = nullptr;
+    AVFrame *rgbFrame = nullptr;
+    AVPacket *packet = nullptr;
+    AVStream *stream = nullptr;
+    VTVideoFrame image;
+    uint8_t *rgbBuffer = nullptr;
+    int videoStreamIndex = -1;
+    SwsContext *scaleContext = nullptr;
+    AVColorSpace colourSpace = AVCOL_SPC_UNSPECIFIED;
+    AVColorRange colourRange = AVCOL_RANGE_UNSPECIFIED;
+    double videoClock = 0.0;
+    bool seekPending = false;
+    qint64 seekTarget = 0;
+    int seekFlags = 0;
+    bool endOfStream = false;
+};
+
+} // namespace Vidtips
