@@ -41,14 +41,26 @@ void QDeclarativeVisualDataModel::setModel(const QVariant &value)
     const QVariant model =
         value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant() : value;
     disconnect(reset);
+    disconnect(change);
     roles.clear();
-    if (auto *items = qobject_cast<QAbstractItemModel *>(model.value<QObject *>())) {
+    auto *items = qobject_cast<QAbstractItemModel *>(model.value<QObject *>());
+    if (items) {
         roles = items->roleNames();
         // Before the delegates are told, so that they are made once.
         reset =
             connect(items, &QAbstractItemModel::modelReset, this, &QDeclarativeVisualDataModel::adoptRoles);
     }
     QQmlDelegateModel::setModel(model);
+    // The base class reports only changes of roles that a view watches.
+    if (items)
+        change = connect(items, &QAbstractItemModel::dataChanged, this,
+                         &QDeclarativeVisualDataModel::reportChange);
+}
+
+void QDeclarativeVisualDataModel::reportChange(const QModelIndex &first, const QModelIndex &last)
+{
+    if (first.parent() == rootIndex().value<QModelIndex>())
+        Q_EMIT itemsChanged(first.row(), last.row() - first.row() + 1);
 }
 
 void QDeclarativeVisualDataModel::adoptRoles()

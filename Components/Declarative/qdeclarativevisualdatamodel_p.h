@@ -59,16 +59,18 @@ Q_SIGNALS:
 private:
     void watchItems();
     void adoptRoles();
+    void reportChange(const QModelIndex &first, const QModelIndex &last);
     void reportPackage(int index, QObject *item);
     void reportPackageEnd(QObject *item);
 
     QString partName;
     QMetaObject::Connection reset;
+    QMetaObject::Connection change;
     QHash<int, QByteArray> roles; ///< of the item model, as the delegates know them
     QHash<QObject *, QObject *> packages; ///< of the parts that are shown
 };
 
-/** Emits what @p changes amount to as the signals that QML 1 models have. */
+/** Emits which rows came, went and moved in @p changes as the signals that QML 1 models have. */
 template <typename Model>
 void emitDeclarativeChanges(Model *model, const QQmlChangeSet &changes, bool reset)
 {
@@ -91,8 +93,6 @@ void emitDeclarativeChanges(Model *model, const QQmlChangeSet &changes, bool res
                                          insert.count);
         }
     }
-    for (const QQmlChangeSet::Change &change : changes.changes())
-        Q_EMIT model->itemsChanged(change.index, change.count);
 }
 
 QML_DECLARE_TYPE(QDeclarativeVisualDataModel)
