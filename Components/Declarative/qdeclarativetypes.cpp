@@ -160,6 +160,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeVisualModelTypes();
         registerDeclarativeXmlListModelTypes();
         registerDeclarativeFolderListModelTypes();
+        registerDeclarativeParticleTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

@@ -106,3 +106,4 @@ void registerDeclarativeListModelTypes();
 void registerDeclarativeVisualModelTypes();
 void registerDeclarativeXmlListModelTypes();
 void registerDeclarativeFolderListModelTypes();
+void registerDeclarativeParticleTypes();
