@@ -1,4 +1,3 @@
-#include "qdeclarativelistmodel_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
@@ -33,10 +32,7 @@ const EngineType engineTypes[] = {
     {"QtQml", "Connections", nullptr},
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
-    {"QtQml.Models", "ListElement", nullptr},
     {"QtQml.Models", "Package", nullptr},
-    {"QtQml.Models", "DelegateModel", "VisualDataModel"},
-    {"QtQml.Models", "ObjectModel", "VisualItemModel"},
     {"QtQuick", "State", nullptr},
     {"QtQuick", "StateGroup", nullptr},
     {"QtQuick", "PropertyChanges", nullptr},
@@ -73,12 +69,11 @@ const EngineType engineTypes[] = {
     {"QtQuick", "Easing", nullptr},
 };
 
-/** How @p type, as Qt registered it elsewhere, is registered as @p name in @p uri @p major . @p minor. */
-QQmlPrivate::RegisterType copyOf(const QQmlType &type, const char *uri, int major, int minor,
-                                 const char *name)
+/** Registers @p type, as Qt registered it elsewhere, as @p name in @p uri @p major . @p minor. */
+void registerCopy(const QQmlType &type, const char *uri, int major, int minor, const char *name)
 {
     const auto *cpp = type.priv()->extraData.cd;
-    return {
+    const QQmlPrivate::RegisterType copy = {
         0,
         type.typeId(),
         type.qListTypeId(),
@@ -100,10 +95,6 @@ QQmlPrivate::RegisterType copyOf(const QQmlType &type, const char *uri, int majo
         cpp->customParser,
         0,
     };
-}
-
-void registerCopy(const QQmlPrivate::RegisterType &copy)
-{
     const QQmlType registered = QQmlMetaType::registerType(copy);
     // The copy shares the original's parser, which each would delete at exit: this one is never released.
     static QVector<QQmlType> *const immortal = new QVector<QQmlType>;
@@ -133,39 +124,17 @@ QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *par
     return QQmlPrivate::Parented;
 }
 
-QQmlType engineType(const EngineType &entry)
-{
-    const QQmlType type =
-        QQmlMetaType::qmlType(QString::fromLatin1(entry.name), QString::fromLatin1(entry.module), 2, 15);
-    if (!type.isValid())
-        qFatal("QtDeclarative: Qt does not have the type %s in %s 2", entry.name, entry.module);
-    return type;
-}
-
 void registerEngineTypes()
 {
     for (const EngineType &entry : engineTypes) {
-        const QQmlType type = engineType(entry);
+        const QQmlType type =
+            QQmlMetaType::qmlType(QString::fromLatin1(entry.name), QString::fromLatin1(entry.module), 2, 15);
+        if (!type.isValid()) {
+            qFatal("QtDeclarative: Qt does not have the type %s in %s 2", entry.name, entry.module);
+        }
         const char *name = entry.oldName ? entry.oldName : entry.name;
-        registerCopy(copyOf(type, "QtQuick", 1, 0, name));
-        registerCopy(copyOf(type, "Qt", 4, 7, name));
-    }
-}
-
-/** Registers @p T, a subclass of what @p entry names, in place of it; both are read by the same parser. */
-template <typename T>
-void registerInPlaceOf(const EngineType &entry)
-{
-    const QQmlType type = engineType(entry);
-    for (QQmlPrivate::RegisterType copy :
-         {copyOf(type, "QtQuick", 1, 0, entry.name), copyOf(type, "Qt", 4, 7, entry.name)}) {
-        copy.typeId = qRegisterNormalizedMetaType<T *>(QByteArray(T::staticMetaObject.className()) + '*');
-        copy.listId = qRegisterNormalizedMetaType<QQmlListProperty<T>>(
-            "QQmlListProperty<" + QByteArray(T::staticMetaObject.className()) + '>');
-        copy.objectSize = sizeof(T);
-        copy.create = QQmlPrivate::createInto<T>;
-        copy.metaObject = &T::staticMetaObject;
-        registerCopy(copy);
+        registerCopy(type, "QtQuick", 1, 0, name);
+        registerCopy(type, "Qt", 4, 7, name);
     }
 }
 
@@ -187,7 +156,11 @@ void qmlRegisterDeclarativeTypes()
         QQmlPrivate::qmlregister(QQmlPrivate::AutoParentRegistration,
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
-        registerInPlaceOf<QDeclarativeListModel>({"QtQml.Models", "ListModel", nullptr});
+        registerDeclarativeListModelTypes();
+        registerDeclarativeVisualModelTypes();
+        registerDeclarativeXmlListModelTypes();
+        registerDeclarativeFolderListModelTypes();
+        registerDeclarativeParticleTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();

@@ -104,3 +104,8 @@ void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
 void registerDeclarativeLoaderTypes();
 void registerDeclarativeRepeaterTypes();
+void registerDeclarativeListModelTypes();
+void registerDeclarativeVisualModelTypes();
+void registerDeclarativeXmlListModelTypes();
+void registerDeclarativeFolderListModelTypes();
+void registerDeclarativeParticleTypes();
