@@ -166,6 +166,8 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeLoaderTypes();
         registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeTextInputTypes();
+        registerDeclarativeTextEditTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();

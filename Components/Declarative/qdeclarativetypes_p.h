@@ -95,6 +95,8 @@ void registerDeclarativeAbstractRevision()
 
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativeTextEditTypes();
+void registerDeclarativeTextInputTypes();
 void registerDeclarativeMouseTypes();
 void registerDeclarativeFlickableTypes();
 void registerDeclarativeListViewTypes();

@@ -148,8 +148,12 @@ void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, c
         view->releaseContent(old);
     if (view)
         view->loadQML(userInterface.absoluteFilePath());
-    if (view)
-        showAnimated();
+    if (!view)
+        return;
+    showAnimated();
+    // The countdown may have begun on the pointer's way here from what the window showed before.
+    if (isSafe(QCursor::pos()))
+        d->timer->stop();
 }
 
 void VTWidget::reposition() { }
@@ -302,6 +306,8 @@ void VTWidget::showEvent(QShowEvent *)
 void VTWidget::hideEvent(QHideEvent *)
 {
     disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished);
+    // Movement during a fade-out may have started it again, and it would hide the next tip.
+    d->timer->stop();
     if (d->view)
         d->view->notification(VTNotificationHidden, QStringLiteral("hide"));
 }

@@ -54,6 +54,8 @@ private slots:
     void fadesInAndOut();
     void hidesWhenThePointerIsAway();
     void staysWhileThePointerIsNear();
+    void countdownOfOneTipDoesNotHideTheNext();
+    void countdownOnTheWayToTheNextTipEndsThere();
     void movingToAnotherCommandReplacesTheTip();
     void clickOutsideHides();
     void clickInsideKeeps();
@@ -270,6 +272,35 @@ void tst_Hover::staysWhileThePointerIsNear()
     QCursor::setPos(edge);
     // Well over the idle time.
     QTest::qWait(800);
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::countdownOfOneTipDoesNotHideTheNext()
+{
+    startSession([](VTContext &settings) {
+        settings.set(HideDuration, 300);
+        settings.set(IdleInterval, 1500);
+    });
+    QVERIFY(hover(m_first));
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 300)));
+    tip()->hideAnimated();
+    QTest::qWait(100);
+    // Away from the tip while it fades.
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTRY_VERIFY(!tip()->isVisible());
+    QVERIFY(hover(m_second));
+    QTest::qWait(2000);
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::countdownOnTheWayToTheNextTipEndsThere()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 2000); });
+    QVERIFY(hover(m_first));
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTest::qWait(50);
+    QVERIFY(hover(m_second));
+    QTest::qWait(2500);
     QVERIFY(tip()->isVisible());
 }
 

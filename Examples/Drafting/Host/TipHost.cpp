@@ -214,10 +214,27 @@ void TipHost::describe(const QString &key)
 
 void TipHost::notification(VTNotification type, const QVariant &, const QString &text)
 {
-    if (type == VTNotificationShown)
+    if (type == VTNotificationShown) {
         m_shownKey = text;
-    else if (type == VTNotificationHidden && text == m_shownKey)
-        m_shownKey.clear();
-    else if (int(type) == CloseWindow && QApplication::activeWindow())
+        m_sinceShown.start();
+        Q_EMIT tipShown(text);
+    } else if (type == VTNotificationHidden) {
+        const bool wasShown = text == m_shownKey;
+        if (wasShown)
+            m_shownKey.clear();
+        Q_EMIT tipHidden(text);
+        if (wasShown)
+            showAgainAfterFade();
+    } else if (int(type) == CloseWindow && QApplication::activeWindow()) {
         QApplication::activeWindow()->close();
+    }
+}
+
+// A tip that comes while the one before fades out is hidden with it, and a pointer that rests gives no reason
+// to bring it back.
+void TipHost::showAgainAfterFade()
+{
+    const int fade = context().get(HideDuration, 0).toInt();
+    if (m_sinceShown.elapsed() < fade && QGuiApplication::mouseButtons() == Qt::NoButton)
+        QTimer::singleShot(0, this, [this] { showUnderPointer(); });
 }
