@@ -377,7 +377,7 @@ void tst_QDeclarativeLanguage::requests_data()
     QTest::addColumn<QByteArray>("status");
     QTest::addColumn<QString>("result");
     QTest::newRow("network") << "http" << QByteArray("200 OK") << "200 OK <a b='1'>x</a> a 1 x";
-    QTest::newRow("not found") << "http";
+    QTest::newRow("not found") << "http" << QByteArray("404 Not Found") << "404 Not Found <a b='1'>x</a>";
     QTest::newRow("file") << "file" << QByteArray() << "200 OK <a b='1'>x</a> a 1 x";
 }
 
