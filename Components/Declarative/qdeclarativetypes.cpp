@@ -126,5 +126,8 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeListViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
+        registerDeclarativeFlipableTypes();
+        registerDeclarativeLayoutTypes();
+        registerDeclarativePinchTypes();
     });
 }

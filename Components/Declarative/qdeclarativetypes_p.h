@@ -62,6 +62,9 @@ void registerDeclarativeRevision()
 }
 
 void registerDeclarativeAnimationTypes();
+void registerDeclarativeFlipableTypes();
+void registerDeclarativeLayoutTypes();
+void registerDeclarativePinchTypes();
 void registerDeclarativeInitialisedTypes();
 void registerDeclarativeImageTypes();
 void registerDeclarativeItemTypes();
