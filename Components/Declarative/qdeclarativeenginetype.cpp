@@ -71,12 +71,6 @@ void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name
         copy.create = replacement.create;
     if (replacement.metaObject)
         copy.metaObject = replacement.metaObject;
-    if (replacement.typeId)
-        copy.typeId = replacement.typeId;
-    if (replacement.listId)
-        copy.listId = replacement.listId;
-    if (replacement.size)
-        copy.objectSize = replacement.size;
     registerIn(copy, "QtQuick", 1, 0, name);
     registerIn(copy, "Qt", 4, 7, name);
 }

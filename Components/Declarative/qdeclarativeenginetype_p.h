@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QtQml/qqml.h>
-
 #include <private/qqmltype_p.h>
 
 /** Gives types that Qt registers in its own modules a place in QML 1's modules too. */
@@ -15,29 +13,15 @@ QQmlType find(const char *module, const char *name);
 /** The function that makes an object of @p type in memory given to it; null for an abstract type. */
 CreateFunction createFunction(const QQmlType &type);
 
-/** What a copy of a type has in place of the original's; a null or 0 keeps that. */
+/** What a copy of a type has in place of the original's; null keeps that. */
 struct Replacement
 {
     CreateFunction create = nullptr;
     const QMetaObject *metaObject = nullptr; ///< must stay for ever
-    int typeId = 0;
-    int listId = 0;
-    int size = 0; ///< of an object, in bytes
 };
 
 /** Registers @p type as @p name in QtQuick 1.0 and Qt 4.7. */
 void registerCopy(const QQmlType &type, const char *name, const Replacement &replacement = {});
-
-/** Registers @p T, a subclass of @p type, in place of it; both are read by the same parser. */
-template <typename T>
-void registerSubclass(const QQmlType &type, const char *name)
-{
-    const QByteArray className = T::staticMetaObject.className();
-    registerCopy(
-        type, name,
-        {QQmlPrivate::createInto<T>, &T::staticMetaObject, qRegisterNormalizedMetaType<T *>(className + '*'),
-         qRegisterNormalizedMetaType<QQmlListProperty<T>>("QQmlListProperty<" + className + '>'), sizeof(T)});
-}
 
 /** Registers @p type as @p name in QtQuick 1.1 alone, where it cannot be made for @p reason. */
 void registerLaterUncreatable(const QQmlType &type, const char *name, const QString &reason);

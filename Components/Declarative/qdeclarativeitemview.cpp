@@ -68,6 +68,8 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
 QDeclarativeItemView::~QDeclarativeItemView()
 {
     Q_D(QDeclarativeItemView);
+    // No handler may see the view while it is taken apart.
+    blockSignals(true);
     d->highlightTimeLine.clear();
     d->timeLine.clear();
     d->clear();

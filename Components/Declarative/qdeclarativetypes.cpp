@@ -1,5 +1,4 @@
 #include "qdeclarativeenginetype_p.h"
-#include "qdeclarativelistmodel_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
@@ -30,10 +29,7 @@ const EngineType engineTypes[] = {
     {"QtQml", "Connections", nullptr},
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
-    {"QtQml.Models", "ListElement", nullptr},
     {"QtQml.Models", "Package", nullptr},
-    {"QtQml.Models", "DelegateModel", "VisualDataModel"},
-    {"QtQml.Models", "ObjectModel", "VisualItemModel"},
     {"QtQuick", "State", nullptr},
     {"QtQuick", "StateGroup", nullptr},
     {"QtQuick", "PropertyChanges", nullptr},
@@ -114,13 +110,18 @@ void qmlRegisterDeclarativeTypes()
         registerEngineTypes();
         registerDeclarativeAnimationTypes();
         registerDeclarativeInitialisedTypes();
-        QDeclarativeEngineType::registerSubclass<QDeclarativeListModel>(
-            QDeclarativeEngineType::find("QtQml.Models", "ListModel"), "ListModel");
+        registerDeclarativeListModelTypes();
+        registerDeclarativeVisualModelTypes();
+        registerDeclarativeXmlListModelTypes();
+        registerDeclarativeFolderListModelTypes();
+        registerDeclarativeParticleTypes();
         registerDeclarativeItemTypes();
         registerDeclarativeImageTypes();
         registerDeclarativeLoaderTypes();
         registerDeclarativeRepeaterTypes();
         registerDeclarativeTextTypes();
+        registerDeclarativeTextInputTypes();
+        registerDeclarativeTextEditTypes();
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();

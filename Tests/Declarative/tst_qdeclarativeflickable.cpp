@@ -1,4 +1,4 @@
-#include <DeclarativeScene.h>
+#include <WatchedScene.h>
 
 #include <QtGui/QWheelEvent>
 #include <QtTest/QSignalSpy>
@@ -35,15 +35,18 @@ private slots:
 
 private:
     void load(const QByteArray &settings, const QByteArray &content = QByteArray());
-    void press(const QPoint &at) { QTest::mousePress(m_scene->view.viewport(), Qt::LeftButton, {}, at); }
-    void release(const QPoint &at) { QTest::mouseRelease(m_scene->view.viewport(), Qt::LeftButton, {}, at); }
+    void press(const QPoint &at) { QTest::mousePress(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
+    void release(const QPoint &at)
+    {
+        QTest::mouseRelease(m_scene->view().viewport(), Qt::LeftButton, {}, at);
+    }
     void move(const QPoint &at);
     void drag(const QVector<QPoint> &way);
     bool turn(int delta, Qt::Orientation orientation = Qt::Vertical);
-    QVariant flick(const char *property) const { return m_scene->object("flick")->property(property); }
+    QVariant flick(const char *property) const { return m_scene->item("flick")->property(property); }
     QString seen() const { return m_scene->value("seen").toString(); }
 
-    QScopedPointer<DeclarativeScene> m_scene;
+    QScopedPointer<WatchedScene> m_scene;
     int m_contentHeight = 400;
 };
 
@@ -54,7 +57,7 @@ void tst_QDeclarativeFlickable::initTestCase()
 
 void tst_QDeclarativeFlickable::init()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     m_contentHeight = 400;
 }
 
@@ -72,7 +75,7 @@ void tst_QDeclarativeFlickable::load(const QByteArray &settings, const QByteArra
 
 void tst_QDeclarativeFlickable::move(const QPoint &at)
 {
-    QWidget *viewport = m_scene->view.viewport();
+    QWidget *viewport = m_scene->view().viewport();
     QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
     QCoreApplication::sendEvent(viewport, &event);
 }
@@ -86,7 +89,7 @@ void tst_QDeclarativeFlickable::drag(const QVector<QPoint> &way)
 
 bool tst_QDeclarativeFlickable::turn(int delta, Qt::Orientation orientation)
 {
-    QWidget *viewport = m_scene->view.viewport();
+    QWidget *viewport = m_scene->view().viewport();
     const QPoint angle = orientation == Qt::Vertical ? QPoint(0, delta) : QPoint(delta, 0);
     QWheelEvent event(QPointF(50, 50), viewport->mapToGlobal(QPoint(50, 50)), QPoint(), angle, Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
@@ -174,7 +177,7 @@ void tst_QDeclarativeFlickable::endOfInteraction()
     drag({{50, 90}, {50, 70}, {50, 50}, {50, 20}});
     release({50, 20});
     QCOMPARE(flick("flicking").toBool(), true);
-    m_scene->object("flick")->setProperty("interactive", false);
+    m_scene->item("flick")->setProperty("interactive", false);
     QCOMPARE(flick("moving").toBool(), false);
     QCOMPARE(flick("flicking").toBool(), false);
     QCOMPARE(seen(), QStringLiteral("started flick flicked ended "));
@@ -225,10 +228,10 @@ void tst_QDeclarativeFlickable::pressDelay()
     load("pressDelay: 50",
          "MouseArea { objectName: \"kid\"; width: 100; height: 400; onPressed: seen += \"pressed \" }");
     press({50, 50});
-    QCOMPARE(m_scene->object("kid")->property("pressed").toBool(), false);
-    QTRY_COMPARE(m_scene->object("kid")->property("pressed").toBool(), true);
+    QCOMPARE(m_scene->item("kid")->property("pressed").toBool(), false);
+    QTRY_COMPARE(m_scene->item("kid")->property("pressed").toBool(), true);
     release({50, 50});
-    QCOMPARE(m_scene->object("kid")->property("pressed").toBool(), false);
+    QCOMPARE(m_scene->item("kid")->property("pressed").toBool(), false);
     QCOMPARE(seen(), QStringLiteral("pressed "));
 }
 
@@ -277,7 +280,7 @@ void tst_QDeclarativeFlickable::wheelAtTheEndGoesBelow()
     QVERIFY(m_scene->load(R"(Flickable { objectName: "outer"; width: 100; height: 100; contentHeight: 400
         Flickable { objectName: "flick"; width: 100; height: 90; contentHeight: 120; contentY: 30 } })"));
     turn(-120);
-    QCOMPARE(m_scene->object()->property("flicking").toBool(), true);
+    QCOMPARE(m_scene->root()->property("flicking").toBool(), true);
     QCOMPARE(flick("flicking").toBool(), false);
 }
 
@@ -287,14 +290,14 @@ void tst_QDeclarativeFlickable::innerKeepsTheSameDirection()
         Flickable { objectName: "flick"; width: 100; height: 100; contentHeight: 300 } })"));
     drag({{50, 90}, {50, 70}, {50, 50}, {50, 40}});
     QCOMPARE(flick("contentY").toReal(), 10.0);
-    QCOMPARE(m_scene->object()->property("moving").toBool(), false);
+    QCOMPARE(m_scene->root()->property("moving").toBool(), false);
     release({50, 40});
 }
 
 void tst_QDeclarativeFlickable::velocityEndsAtZero()
 {
     load({});
-    QSignalSpy changes(m_scene->object("flick"), SIGNAL(verticalVelocityChanged()));
+    QSignalSpy changes(m_scene->item("flick"), SIGNAL(verticalVelocityChanged()));
     drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
     release({50, 5});
     QTRY_COMPARE(flick("contentY").toReal(), 300.0);

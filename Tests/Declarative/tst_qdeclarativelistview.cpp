@@ -1,4 +1,4 @@
-#include <DeclarativeScene.h>
+#include <WatchedScene.h>
 
 #include <QtCore/QStringListModel>
 #include <QtTest/QSignalSpy>
@@ -46,11 +46,11 @@ private slots:
 
 private:
     void load(const QByteArray &settings);
-    QVariant list(const char *property) const { return m_scene->object("list")->property(property); }
+    QVariant list(const char *property) const { return m_scene->item("list")->property(property); }
     qreal rowPosition(const QString &name) const;
     QString rows();
 
-    QScopedPointer<DeclarativeScene> m_scene;
+    QScopedPointer<WatchedScene> m_scene;
 };
 
 void tst_QDeclarativeListView::initTestCase()
@@ -60,7 +60,7 @@ void tst_QDeclarativeListView::initTestCase()
 
 void tst_QDeclarativeListView::init()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
 }
 
 void tst_QDeclarativeListView::load(const QByteArray &settings)
@@ -80,14 +80,14 @@ void tst_QDeclarativeListView::load(const QByteArray &settings)
 
 qreal tst_QDeclarativeListView::rowPosition(const QString &name) const
 {
-    const QObject *row = m_scene->object(name.toLatin1().constData());
+    const QObject *row = m_scene->item(name.toLatin1().constData());
     return row ? row->property("y").toReal() : -1000;
 }
 
 /** The names of the rows that have items, from top to bottom. */
 QString tst_QDeclarativeListView::rows()
 {
-    auto *content = m_scene->object("list")->property("contentItem").value<QGraphicsObject *>();
+    auto *content = m_scene->item("list")->property("contentItem").value<QGraphicsObject *>();
     QMap<qreal, QString> names;
     const auto items = content->childItems();
     for (QGraphicsItem *item : items) {
@@ -129,7 +129,7 @@ void tst_QDeclarativeListView::models()
 void tst_QDeclarativeListView::itemModelChanges()
 {
     QStringListModel model({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
-    m_scene->view.rootContext()->setContextProperty(QStringLiteral("strings"), &model);
+    m_scene->view().rootContext()->setContextProperty(QStringLiteral("strings"), &model);
     load("model: strings; delegate: Item { objectName: display; width: 100; height: 20 }");
     QCOMPARE(rows(), QStringLiteral("abc"));
     model.insertRow(1);
@@ -145,7 +145,7 @@ void tst_QDeclarativeListView::itemModelChanges()
 void tst_QDeclarativeListView::modelGoesAway()
 {
     auto *model = new QStringListModel({QStringLiteral("a"), QStringLiteral("b")});
-    m_scene->view.rootContext()->setContextProperty(QStringLiteral("strings"), model);
+    m_scene->view().rootContext()->setContextProperty(QStringLiteral("strings"), model);
     load("model: strings; delegate: number");
     QCOMPARE(list("count").toInt(), 2);
     delete model;
@@ -203,11 +203,11 @@ void tst_QDeclarativeListView::positionViewAtIndex()
     QFETCH(QByteArray, mode);
     QFETCH(qreal, position);
     load("model: 50; delegate: number");
-    m_scene->object("list")->setProperty("contentY", from);
+    m_scene->item("list")->setProperty("contentY", from);
     m_scene->evaluate("list.positionViewAtIndex(" + QByteArray::number(index) + ", ListView." + mode + ")");
     QCOMPARE(list("contentY").toReal(), position);
     if (index >= 0 && index < 50)
-        QVERIFY(m_scene->object("row" + QByteArray::number(index)));
+        QVERIFY(m_scene->item("row" + QByteArray::number(index)));
 }
 
 void tst_QDeclarativeListView::positionAtTheEnds()
@@ -263,18 +263,18 @@ void tst_QDeclarativeListView::keys()
     QFETCH(int, from);
     QFETCH(int, to);
     load("model: 4; delegate: number; currentIndex: " + QByteArray::number(from) + "; " + settings);
-    QTest::keyClick(&m_scene->view, Qt::Key(key));
+    QTest::keyClick(&m_scene->view(), Qt::Key(key));
     QCOMPARE(list("currentIndex").toInt(), to);
-    QVERIFY(m_scene->object("row" + QByteArray::number(to))->property("current").toBool());
+    QVERIFY(m_scene->item("row" + QByteArray::number(to))->property("current").toBool());
 }
 
 void tst_QDeclarativeListView::disabledWrapLeavesTheKey()
 {
     load("model: 2; delegate: number; Keys.onDownPressed: root.seen += 'down '; Keys.priority: "
          "Keys.AfterItem");
-    QTest::keyClick(&m_scene->view, Qt::Key_Down);
+    QTest::keyClick(&m_scene->view(), Qt::Key_Down);
     QCOMPARE(m_scene->value("seen").toString(), QString());
-    QTest::keyClick(&m_scene->view, Qt::Key_Down);
+    QTest::keyClick(&m_scene->view(), Qt::Key_Down);
     QCOMPARE(m_scene->value("seen").toString(), QStringLiteral("down "));
 }
 
@@ -291,7 +291,7 @@ void tst_QDeclarativeListView::highlightIsNotMoved()
 {
     load("model: 20; delegate: number; highlightFollowsCurrentItem: false; "
          "highlight: Rectangle { objectName: 'mark' }");
-    QVERIFY(m_scene->object("mark"));
+    QVERIFY(m_scene->item("mark"));
     m_scene->evaluate("list.currentIndex = 15");
     QTRY_COMPARE(list("contentY").toReal(), 220.0);
     QCOMPARE(rowPosition(QStringLiteral("mark")), 0.0);
@@ -318,7 +318,7 @@ void tst_QDeclarativeListView::highlightRange()
     load("model: 20; delegate: number; preferredHighlightBegin: 40; preferredHighlightEnd: 60; "
          "highlightRangeMode: ListView."
          + mode);
-    m_scene->object("list")->setProperty("currentIndex", index);
+    m_scene->item("list")->setProperty("currentIndex", index);
     QTRY_COMPARE(list("contentY").toReal(), position);
 }
 
@@ -337,7 +337,7 @@ void tst_QDeclarativeListView::flickOneItem()
 {
     load("model: 20; delegate: Item { height: 100; width: 100 } snapMode: ListView.SnapOneItem; "
          "maximumFlickVelocity: 5000");
-    QWidget *viewport = m_scene->view.viewport();
+    QWidget *viewport = m_scene->view().viewport();
     QTest::mousePress(viewport, Qt::LeftButton, {}, {50, 95});
     for (int y : {80, 60, 30, 5}) {
         QMouseEvent event(QEvent::MouseMove, QPointF(50, y), viewport->mapToGlobal(QPoint(50, y)),
@@ -355,7 +355,7 @@ void tst_QDeclarativeListView::insertAboveKeepsTheView()
     load("model: letters; delegate: letter; currentIndex: 7");
     QTRY_COMPARE(list("contentY").toReal(), 60.0);
     m_scene->evaluate("list.contentY = 50");
-    QSignalSpy moved(m_scene->object("list"), SIGNAL(contentYChanged()));
+    QSignalSpy moved(m_scene->item("list"), SIGNAL(contentYChanged()));
     m_scene->evaluate("letters.insert(0, {t: 'x'})");
     QCOMPARE(list("currentIndex").toInt(), 8);
     QCOMPARE(rowPosition(QStringLiteral("d")), 60.0);
@@ -421,7 +421,7 @@ void tst_QDeclarativeListView::moveOutOfView()
 void tst_QDeclarativeListView::resetKeepsTheCurrentRow()
 {
     QStringListModel model({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
-    m_scene->view.rootContext()->setContextProperty(QStringLiteral("strings"), &model);
+    m_scene->view().rootContext()->setContextProperty(QStringLiteral("strings"), &model);
     load("model: strings; delegate: number; currentIndex: 1");
     model.setStringList({QStringLiteral("x"), QStringLiteral("y")});
     QCOMPARE(list("currentIndex").toInt(), 1);
@@ -436,7 +436,7 @@ void tst_QDeclarativeListView::headerResizes()
     load("model: 3; delegate: number; header: Item { objectName: 'head'; height: 20 } "
          "footer: Item { objectName: 'foot'; height: 10 }");
     QCOMPARE(rowPosition(QStringLiteral("foot")), 80.0);
-    m_scene->object("head")->setProperty("height", 35);
+    m_scene->item("head")->setProperty("height", 35);
     QTRY_COMPARE(rowPosition(QStringLiteral("head")), -15.0);
     QCOMPARE(rowPosition(QStringLiteral("row0")), 20.0);
     // What does not fit by 5 pixels comes to rest with its end in view.
@@ -451,9 +451,9 @@ void tst_QDeclarativeListView::sectionsFollowTheRows()
          "section.property: 't'; section.criteria: ViewSection.FirstCharacter; "
          "section.delegate: Item { height: 10 }");
     QCOMPARE(rowPosition(QStringLiteral("b")), 40.0);
-    QCOMPARE(m_scene->object("b")->property("all").toString(), QStringLiteral("a<b>c"));
+    QCOMPARE(m_scene->item("b")->property("all").toString(), QStringLiteral("a<b>c"));
     m_scene->evaluate("letters.setProperty(1, 't', 'a2')");
-    QTRY_COMPARE(m_scene->object("c")->property("all").toString(), QStringLiteral("a<c>d"));
+    QTRY_COMPARE(m_scene->item("c")->property("all").toString(), QStringLiteral("a<c>d"));
     QTRY_COMPARE(rowPosition(QStringLiteral("c")), 60.0);
     QCOMPARE(list("currentSection").toString(), QStringLiteral("a"));
     m_scene->evaluate("list.contentY = 60");
@@ -464,7 +464,7 @@ void tst_QDeclarativeListView::attachedView()
 {
     load("model: 2; delegate: Item { objectName: 'row' + index; width: 10; height: 20; "
          "property variant owner: ListView.view; Item { property variant inner: ListView.view } }");
-    QCOMPARE(m_scene->object("row0")->property("owner").value<QObject *>(), m_scene->object("list"));
+    QCOMPARE(m_scene->item("row0")->property("owner").value<QObject *>(), m_scene->item("list"));
 }
 
 void tst_QDeclarativeListView::viewResized()
@@ -473,7 +473,7 @@ void tst_QDeclarativeListView::viewResized()
     m_scene->evaluate("list.contentY = 300");
     m_scene->evaluate("root.height = 200");
     QCOMPARE(list("contentY").toReal(), 200.0);
-    QTRY_VERIFY(m_scene->object("row10"));
+    QTRY_VERIFY(m_scene->item("row10"));
     m_scene->evaluate("root.height = 40");
     QTRY_COMPARE(rows(), QStringLiteral("row0row10row11row12"));
 }
@@ -482,13 +482,13 @@ void tst_QDeclarativeListView::jumpFar()
 {
     load("model: 100000; delegate: number");
     m_scene->evaluate("list.contentY = 1000000");
-    QVERIFY(m_scene->object("row50000"));
+    QVERIFY(m_scene->item("row50000"));
     QVERIFY(rows().count(QLatin1String("row")) < 20);
     m_scene->evaluate("list.currentIndex = 99999");
     QTRY_COMPARE(list("contentY").toReal(), 100000 * 20.0 - 100);
     m_scene->evaluate("list.positionViewAtBeginning()");
     QCOMPARE(list("contentY").toReal(), 0.0);
-    QVERIFY(m_scene->object("row0"));
+    QVERIFY(m_scene->item("row0"));
 }
 
 QTEST_MAIN(tst_QDeclarativeListView)

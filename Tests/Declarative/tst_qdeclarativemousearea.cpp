@@ -1,4 +1,4 @@
-#include <DeclarativeScene.h>
+#include <WatchedScene.h>
 
 #include <QtWidgets/QApplication>
 
@@ -26,13 +26,16 @@ private slots:
     void destroyedDuringPress();
 
 private:
-    void press(const QPoint &at) { QTest::mousePress(m_scene->view.viewport(), Qt::LeftButton, {}, at); }
-    void release(const QPoint &at) { QTest::mouseRelease(m_scene->view.viewport(), Qt::LeftButton, {}, at); }
-    void click(const QPoint &at) { QTest::mouseClick(m_scene->view.viewport(), Qt::LeftButton, {}, at); }
+    void press(const QPoint &at) { QTest::mousePress(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
+    void release(const QPoint &at)
+    {
+        QTest::mouseRelease(m_scene->view().viewport(), Qt::LeftButton, {}, at);
+    }
+    void click(const QPoint &at) { QTest::mouseClick(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
     void move(const QPoint &at, Qt::MouseButtons buttons = Qt::LeftButton);
     QString seen() const { return m_scene->value("seen").toString(); }
 
-    QScopedPointer<DeclarativeScene> m_scene;
+    QScopedPointer<WatchedScene> m_scene;
 };
 
 void tst_QDeclarativeMouseArea::initTestCase()
@@ -42,7 +45,7 @@ void tst_QDeclarativeMouseArea::initTestCase()
 
 void tst_QDeclarativeMouseArea::move(const QPoint &at, Qt::MouseButtons buttons)
 {
-    QWidget *viewport = m_scene->view.viewport();
+    QWidget *viewport = m_scene->view().viewport();
     QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, buttons, {});
     QCoreApplication::sendEvent(viewport, &event);
 }
@@ -64,13 +67,13 @@ void tst_QDeclarativeMouseArea::drag()
 {
     QFETCH(QByteArray, settings);
     QFETCH(QPointF, end);
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 200; height: 200; property string seen: ""
         Rectangle { id: box; objectName: "box"; width: 50; height: 50; color: "red"
             MouseArea { id: area; anchors.fill: parent; drag.target: box; )"
                           + settings + R"(
                 drag.onActiveChanged: seen += drag.active ? "on " : "off " } } })"));
-    auto *box = qobject_cast<QGraphicsObject *>(m_scene->object("box"));
+    auto *box = qobject_cast<QGraphicsObject *>(m_scene->item("box"));
     press({20, 20});
     move({40, 35});
     QCOMPARE(box->pos(), QPointF());
@@ -84,7 +87,7 @@ void tst_QDeclarativeMouseArea::drag()
 
 void tst_QDeclarativeMouseArea::dragEndsWithTheButton()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 200; height: 100
         Item { id: box; objectName: "box"; width: 50; height: 50
             MouseArea { width: 50; height: 50; drag.target: box; hoverEnabled: true } } })"));
@@ -92,12 +95,12 @@ void tst_QDeclarativeMouseArea::dragEndsWithTheButton()
     release({20, 20});
     move({100, 20}, Qt::NoButton);
     move({140, 20}, Qt::NoButton);
-    QCOMPARE(m_scene->object("box")->property("x").toInt(), 0);
+    QCOMPARE(m_scene->item("box")->property("x").toInt(), 0);
 }
 
 void tst_QDeclarativeMouseArea::dragIsNoClick()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 200; height: 100; property string seen: ""
         Item { id: box; width: 100; height: 50
             MouseArea { anchors.fill: parent; drag.target: box; onClicked: seen += "clicked"
@@ -111,7 +114,7 @@ void tst_QDeclarativeMouseArea::dragIsNoClick()
 
 void tst_QDeclarativeMouseArea::filterChildren()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 200; height: 100; property string seen: ""
         Item { id: box; objectName: "box"; width: 100; height: 50
             MouseArea { anchors.fill: parent; drag.target: box; drag.filterChildren: true
@@ -120,11 +123,11 @@ void tst_QDeclarativeMouseArea::filterChildren()
                             onCanceled: seen += "inner canceled " } } } })"));
     click({20, 20});
     QCOMPARE(seen(), QStringLiteral("outer released inner clicked "));
-    m_scene->object()->setProperty("seen", QString());
+    m_scene->root()->setProperty("seen", QString());
     press({20, 20});
     move({35, 20});
     move({60, 20});
-    QCOMPARE(m_scene->object("box")->property("x").toInt(), 25);
+    QCOMPARE(m_scene->item("box")->property("x").toInt(), 25);
     release({60, 20});
     QCOMPARE(seen(), QStringLiteral("inner canceled outer released "));
 }
@@ -141,20 +144,20 @@ void tst_QDeclarativeMouseArea::stealing()
 {
     QFETCH(bool, prevent);
     QFETCH(QString, log);
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 100; property string seen: ""
         Flickable { anchors.fill: parent; contentHeight: 400
             MouseArea { objectName: "area"; width: 100; height: 400
                 onPressed: seen += "pressed "; onReleased: seen += "released "
                 onCanceled: seen += "canceled "; onClicked: seen += "clicked " } } })"));
-    m_scene->object("area")->setProperty("preventStealing", prevent);
+    m_scene->item("area")->setProperty("preventStealing", prevent);
     press({50, 90});
     move({50, 75});
     move({50, 60});
     move({50, 40});
     release({50, 40});
     QCOMPARE(seen(), log);
-    QVERIFY(!m_scene->object("area")->property("pressed").toBool());
+    QVERIFY(!m_scene->item("area")->property("pressed").toBool());
 }
 
 void tst_QDeclarativeMouseArea::hold_data()
@@ -170,7 +173,7 @@ void tst_QDeclarativeMouseArea::hold()
 {
     QFETCH(QPoint, to);
     QFETCH(QString, log);
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(
         m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""; property bool waited: false
         Timer { interval: 900; running: area.pressed; onTriggered: waited = true }
@@ -201,7 +204,7 @@ void tst_QDeclarativeMouseArea::hiddenAreas()
 {
     QFETCH(QByteArray, setting);
     QFETCH(QString, log);
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         MouseArea { anchors.fill: parent; onClicked: seen += "bottom " }
         MouseArea { anchors.fill: parent; onClicked: seen += "top "; )"
@@ -212,21 +215,21 @@ void tst_QDeclarativeMouseArea::hiddenAreas()
 
 void tst_QDeclarativeMouseArea::unacceptedDoubleClickIsAPress()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         MouseArea { anchors.fill: parent; onPressed: seen += "p "; onClicked: seen += "c " } })"));
     click({20, 20});
-    QTest::mouseDClick(m_scene->view.viewport(), Qt::LeftButton, {}, {20, 20});
+    QTest::mouseDClick(m_scene->view().viewport(), Qt::LeftButton, {}, {20, 20});
     release({20, 20});
     QCOMPARE(seen(), QStringLiteral("p c p c "));
 }
 
 void tst_QDeclarativeMouseArea::movesWithTheMouseInPlace()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60
         MouseArea { objectName: "area"; width: 50; height: 50 } })"));
-    QObject *area = m_scene->object("area");
+    QObject *area = m_scene->item("area");
     press({20, 20});
     QCOMPARE(area->property("mouseX").toInt(), 20);
     area->setProperty("x", 5);
@@ -236,21 +239,21 @@ void tst_QDeclarativeMouseArea::movesWithTheMouseInPlace()
 
 void tst_QDeclarativeMouseArea::hoverEndsWithTheView()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         MouseArea { objectName: "area"; anchors.fill: parent; hoverEnabled: true
                     onEntered: seen += "in "; onExited: seen += "out " } })"));
     move({20, 20}, Qt::NoButton);
-    QVERIFY(m_scene->object("area")->property("containsMouse").toBool());
+    QVERIFY(m_scene->item("area")->property("containsMouse").toBool());
     QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(m_scene->view.viewport(), &leave);
-    QVERIFY(!m_scene->object("area")->property("containsMouse").toBool());
+    QCoreApplication::sendEvent(m_scene->view().viewport(), &leave);
+    QVERIFY(!m_scene->item("area")->property("containsMouse").toBool());
     QCOMPARE(seen(), QStringLiteral("in out "));
 }
 
 void tst_QDeclarativeMouseArea::destroyedDuringPress()
 {
-    m_scene.reset(new DeclarativeScene);
+    m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         Loader { id: loader; sourceComponent: MouseArea { width: 100; height: 60
             onPressed: loader.sourceComponent = undefined } } })"));

@@ -3,6 +3,7 @@
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 
 class Commands;
@@ -62,10 +63,12 @@ private:
     QString commandKey(QObject *object) const;
     bool confirms(const QUrl &url) const;
     void describe(const QString &key);
+    void showAgainAfterFade();
 
     Commands *m_commands;
     QPointer<MessageLog> m_log;
     QString m_shownKey;
+    QElapsedTimer m_sinceShown;
     bool m_container;
     bool m_fallback;
 };
