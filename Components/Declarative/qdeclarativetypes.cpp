@@ -196,6 +196,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
+        registerDeclarativePathViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
     });
