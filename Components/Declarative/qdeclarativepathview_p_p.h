@@ -53,6 +53,7 @@ public:
     void pathUpdated();
     void createHighlight();
     void makeHighlight();
+    QDeclarativeItem *createPart();
     void placeHighlight(qreal place);
     void moveHighlight(qreal offsetThen);
     qreal highlightTarget(qreal offsetThen) const;
@@ -128,6 +129,7 @@ public:
     qreal highlightBegin = 0;
     qreal highlightEnd = 0;
     qreal highlightPlace = 0;
+    qreal pathSteps = 1; ///< how many points of the path items can stand at, less one
     qreal dragMargin = 0;
     qreal deceleration = 100;
     qreal dragPlace = 0; ///< where on the path the mouse was last

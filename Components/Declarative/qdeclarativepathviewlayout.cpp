@@ -15,6 +15,7 @@ namespace {
 const qreal tolerance = 1e-6; // in rows; below this a row stands exactly where it should
 const int mostPasses = 10; // of a layout that its own items keep changing
 const int nearestSteps = 100;
+const int stepsPerPixel = 5; // that items on the path stop at
 
 const auto heard = QDeclarativeItemChanges(GeometryChange) | DestroyedChange;
 
@@ -81,7 +82,9 @@ qreal QDeclarativePathViewPrivate::placeOf(int index, qreal offset) const
     if (rowCount <= 0)
         return 1;
     const int shown = visibleRows();
-    return wrappedRows(index + offset + rangeStart() * shown, rowCount) / shown;
+    const qreal whole = qreal(rowCount) / shown;
+    const qreal place = wrappedRows(index + offset, rowCount) / shown + rangeStart();
+    return place > whole - tolerance ? qMax<qreal>(0, place - whole) : place;
 }
 
 /** The place on the path that is nearest to @p point, and how far away it is, in pixels. */
@@ -159,7 +162,8 @@ void QDeclarativePathViewPrivate::positionItem(QDeclarativeItem *item, qreal pla
 {
     if (!path)
         return;
-    const QPointF point = path->pointAtPercent(place);
+    const qreal step = qMin<qreal>(std::round(place * (pathSteps + 1)), pathSteps);
+    const QPointF point = path->sequentialPointAt(step / pathSteps);
     item->setPos(qRound(point.x() - item->width() / 2), qRound(point.y() - item->height() / 2));
 }
 
@@ -243,6 +247,7 @@ void QDeclarativePathViewPrivate::pathUpdated()
     if (!componentIsComplete)
         return;
     attributes = path ? path->attributes() : QStringList();
+    pathSteps = hasPath() ? qMax<qreal>(1, std::ceil(path->path().length() * stepsPerPixel)) : 1;
     if (!attributeType)
         attributeType =
             new QQmlOpenMetaObjectType(&QDeclarativePathViewAttached::staticMetaObject, qmlEngine(q));
@@ -291,8 +296,7 @@ void QDeclarativePathViewPrivate::createHighlight()
     if (highlightItem)
         QDeclarativeItemPrivate::get(highlightItem)->removeChangeListener(this, heard);
     delete std::exchange(highlightItem, nullptr);
-    if (highlightComponent)
-        makeHighlight();
+    makeHighlight();
     if (had || highlightItem)
         Q_EMIT q->highlightItemChanged();
 }
@@ -300,25 +304,38 @@ void QDeclarativePathViewPrivate::createHighlight()
 void QDeclarativePathViewPrivate::makeHighlight()
 {
     Q_Q(QDeclarativePathView);
-    const Making state = {this, rangeStart(), false};
-    const QScopedValueRollback<const Making *> guard(making, &state);
+    QDeclarativeItem *item = nullptr;
+    {
+        const Making state = {this, rangeStart(), false};
+        const QScopedValueRollback<const Making *> guard(making, &state);
+        item = highlightComponent ? createPart() : new QDeclarativeItem(q);
+        if (!item)
+            return;
+        highlightAttached = qobject_cast<QDeclarativePathViewAttached *>(
+            qmlAttachedPropertiesObject<QDeclarativePathView>(item));
+    }
+    highlightItem = item;
+    QDeclarativeItemPrivate::get(item)->addChangeListener(this, heard);
+    placeHighlight(highlightTarget(offset));
+}
+
+/** Makes what the highlight component describes, or null where that is no item. */
+QDeclarativeItem *QDeclarativePathViewPrivate::createPart()
+{
+    Q_Q(QDeclarativePathView);
     auto *context = new QQmlContext(qmlContext(q));
     QObject *object = highlightComponent->beginCreate(context);
     auto *item = qobject_cast<QDeclarativeItem *>(object);
     if (!item) {
         delete object;
         delete context;
-        return;
+        return nullptr;
     }
     context->setParent(item);
     item->QObject::setParent(q);
     item->setParentItem(q);
     highlightComponent->completeCreate();
-    highlightAttached =
-        qobject_cast<QDeclarativePathViewAttached *>(qmlAttachedPropertiesObject<QDeclarativePathView>(item));
-    highlightItem = item;
-    QDeclarativeItemPrivate::get(item)->addChangeListener(this, heard);
-    placeHighlight(highlightTarget(offset));
+    return item;
 }
 
 /** Where the highlight belongs once the rows have moved to @p offsetThen. */

@@ -374,7 +374,7 @@ bool QDeclarativePathViewPrivate::filterMouse(QGraphicsSceneMouseEvent *event)
         release();
     else if (event->button() != Qt::LeftButton || isPressed || !press(mapped.pos()))
         return false;
-    const bool takes = taking || (steals && event->type() != QEvent::GraphicsSceneMouseMove);
+    const bool takes = taking || steals;
     if (takes && !isRelease && QDeclarativePointer::grabber(q) != q) {
         const QScopedValueRollback<bool> guard(grabbing, true);
         QDeclarativePointer::steal(q);
