@@ -125,6 +125,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
+        registerDeclarativePathViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
         registerDeclarativeFlipableTypes();
