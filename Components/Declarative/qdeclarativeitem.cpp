@@ -42,11 +42,7 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     }
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
-    // The focus moves when content says so, not with every press.
-    mouseSetsFocus = 0;
     q->setAcceptedMouseButtons(Qt::NoButton);
-    // Focus is given by content alone.
-    mouseSetsFocus = 0;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()

@@ -3,7 +3,7 @@
 #include "qdeclarativeitemview_p_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
-#include <QtCore/QCoreApplication>
+#include <utility>
 
 QDeclarativeItemViewAttached::QDeclarativeItemViewAttached(QObject *object)
     : QObject(object)
@@ -50,8 +50,15 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
     Q_D(QDeclarativeItemView);
     setFlag(ItemIsFocusScope);
     d->visualModel = new QDeclarativeVisualModel(this);
+    // The rows count from when there is a model; items are made when the view is complete.
+    d->visualModel->componentComplete();
     connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
             [d](const QQmlChangeSet &changes, bool reset) { d->applyChanges(changes, reset); });
+    connect(&d->timeLine, &QQuickTimeLine::completed, this, [d] { d->releaseDeferred(); });
+    connect(&d->highlightTimeLine, &QQuickTimeLine::completed, this, [d] {
+        if (std::exchange(d->followsHighlight, false))
+            d->releaseDeferred();
+    });
     connect(d->visualModel, &QDeclarativeVisualModel::createdItem, this, [d](int index) {
         if (index == d->requestedIndex)
             d->isNewItem = true;
@@ -61,6 +68,8 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
 QDeclarativeItemView::~QDeclarativeItemView()
 {
     Q_D(QDeclarativeItemView);
+    // No handler may see the view while it is taken apart.
+    blockSignals(true);
     d->highlightTimeLine.clear();
     d->timeLine.clear();
     d->clear();
@@ -340,6 +349,19 @@ void QDeclarativeItemView::setFooter(QQmlComponent *component)
     Q_EMIT footerChanged();
 }
 
+void QDeclarativeItemView::setContentX(qreal x)
+{
+    // Where the view is put it stays, whatever becomes of the current item.
+    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
+    QDeclarativeFlickable::setContentX(x);
+}
+
+void QDeclarativeItemView::setContentY(qreal y)
+{
+    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
+    QDeclarativeFlickable::setContentY(y);
+}
+
 void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
 {
     Q_D(QDeclarativeItemView);
@@ -382,6 +404,7 @@ void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
         break;
     }
     d->setViewPosition(d->boundedPosition(position));
+    d->refill();
     d->fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
 }
 
@@ -416,10 +439,13 @@ int QDeclarativeItemView::indexAt(qreal x, qreal y) const
 void QDeclarativeItemView::componentComplete()
 {
     Q_D(QDeclarativeItemView);
-    QDeclarativeFlickable::componentComplete();
-    d->visualModel->componentComplete();
+    // Anchors give the view its size when it is complete, and its rows with it.
     d->recreate(&d->headerItem, d->headerComponent);
     d->recreate(&d->footerItem, d->footerComponent);
+    QDeclarativeFlickable::componentComplete();
+    // From right to left, the first row is at the view's right edge, wherever that came to be.
+    if (d->runsBackwards())
+        d->setViewPosition(0);
     d->layout();
     if (!d->visualModel->isValid())
         return;
@@ -440,6 +466,8 @@ bool QDeclarativeItemView::event(QEvent *event)
 void QDeclarativeItemView::geometryChanged(const QRectF &now, const QRectF &before)
 {
     Q_D(QDeclarativeItemView);
+    if (isComponentComplete() && d->runsBackwards() && now.width() != before.width())
+        d->moveTo(d->x, d->x.value() + before.width() - now.width());
     QDeclarativeFlickable::geometryChanged(now, before);
     if (isComponentComplete() && now.size() != before.size()) {
         d->layout();

@@ -122,6 +122,9 @@ public:
     QQmlComponent *footer() const;
     void setFooter(QQmlComponent *);
 
+    void setContentX(qreal) override;
+    void setContentY(qreal) override;
+
     /** Brings the row to the place that @p mode (PositionMode) names; nothing for an index out of range. */
     Q_INVOKABLE void positionViewAtIndex(int index, int mode);
     Q_INVOKABLE Q_REVISION(1) void positionViewAtBeginning();

@@ -138,6 +138,7 @@ public:
     Item *currentRow() const;
     void regenerate();
     void refill();
+    void releaseDeferred();
     void layout();
     void scheduleLayout();
     void flushLayout();
@@ -146,7 +147,9 @@ public:
     void updateCurrent(int index);
     void updateHighlight();
     void createHighlight();
-    void trackHighlight();
+    bool trackHighlight();
+    /** To be called with each step of the highlight's movement. */
+    void highlightMoved();
     void moveValue(QDeclarativeHighlightValue *, qreal from, qreal to, int duration, qreal speed);
     void followView();
     void setCurrent(std::unique_ptr<Item>);
@@ -177,6 +180,7 @@ public:
     QDeclarativeVisualModel *visualModel = nullptr;
     std::vector<std::unique_ptr<Item>> visibleItems;
     std::unique_ptr<Item> currentItem;
+    std::vector<std::unique_ptr<Item>> partedItems; ///< left the view with a change that is under way
     QDeclarativeItem *highlightItem = nullptr;
     QDeclarativeItem *headerItem = nullptr;
     QDeclarativeItem *footerItem = nullptr;
@@ -205,4 +209,5 @@ public:
     bool layoutScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;
+    bool followsHighlight = false; ///< the view has moved with the highlight that is on its way
 };

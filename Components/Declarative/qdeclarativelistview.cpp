@@ -72,7 +72,7 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
     : highlightPlace([this](qreal place) {
         if (highlightItem)
             placeAt(highlightItem, place);
-        trackHighlight();
+        highlightMoved();
     })
     , highlightLength([this](qreal length) {
         if (!highlightItem)
@@ -84,15 +84,26 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
             highlightItem->setHeight(length);
         if (runsBackwards())
             placeAt(highlightItem, place);
-        trackHighlight();
+        highlightMoved();
     })
 {
     direction = QDeclarativeFlickable::VerticalFlick;
 }
 
+/** Has the model tell of changes of what the sections are made from. */
+void QDeclarativeListViewPrivate::watchSections()
+{
+    QQmlInstanceModel *model = visualModel->instance();
+    if (!model || !section)
+        return;
+    const QByteArray role = section->property().toUtf8();
+    model->setWatchedRoles(role.isEmpty() ? QList<QByteArray>() : QList<QByteArray>{role});
+}
+
 QDeclarativeListView::QDeclarativeListView(QDeclarativeItem *parent)
     : QDeclarativeItemView(*new QDeclarativeListViewPrivate, parent)
 {
+    connect(this, &QDeclarativeItemView::modelChanged, this, [this] { d_func()->watchSections(); });
 }
 
 QDeclarativeListView::~QDeclarativeListView() = default;
@@ -180,15 +191,14 @@ QDeclarativeViewSection *QDeclarativeListView::section()
     Q_D(QDeclarativeListView);
     if (!d->section) {
         d->section = new QDeclarativeViewSection(this);
-        const auto changed = [d] {
-            for (const auto &item : d->visibleItems)
-                delete static_cast<QDeclarativeListItem *>(item.get())->heading;
-            if (d->componentIsComplete)
-                d->layout();
-        };
-        connect(d->section, &QDeclarativeViewSection::propertyChanged, this, changed);
-        connect(d->section, &QDeclarativeViewSection::criteriaChanged, this, changed);
-        connect(d->section, &QDeclarativeViewSection::delegateChanged, this, changed);
+        connect(d->section, &QDeclarativeViewSection::propertyChanged, this, [d] {
+            d->watchSections();
+            d->layout();
+        });
+        connect(d->section, &QDeclarativeViewSection::delegateChanged, this, [d] {
+            d->dropHeadings();
+            d->layout();
+        });
     }
     return d->section;
 }

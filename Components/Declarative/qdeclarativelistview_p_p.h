@@ -52,6 +52,7 @@ public:
     qreal travelEnd(const Axis &) const override;
 
     qreal step() const { return averageSize + spacing; }
+    std::unique_ptr<Item> createRow(int index);
     bool append(qreal to);
     bool prepend(qreal from);
     void jump(qreal from, qreal to);
@@ -63,8 +64,10 @@ public:
     void noteFirst(int index, qreal position);
 
     QString sectionAt(int index) const;
+    void watchSections();
     void updateSections();
     void updateHeading(Item *);
+    void dropHeadings();
 
     QDeclarativeViewSection *section = nullptr;
     QString currentSection;

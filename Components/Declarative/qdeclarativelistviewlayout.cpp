@@ -115,6 +115,15 @@ void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
     noteFirst(index, end + (index - last - 1) * step());
 }
 
+/** Makes an item that is to stand among the visible ones. */
+std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createRow(int index)
+{
+    auto item = createItem(index);
+    if (item)
+        updateHeading(item.get());
+    return item;
+}
+
 bool QDeclarativeListViewPrivate::append(qreal to)
 {
     const int last = lastVisibleIndex();
@@ -129,7 +138,7 @@ bool QDeclarativeListViewPrivate::append(qreal to)
     }
     const int first = index;
     for (; index < visualModel->count() && position <= to; ++index) {
-        auto item = createItem(index);
+        auto item = createRow(index);
         if (!item)
             break;
         setItemPosition(item.get(), position);
@@ -143,7 +152,7 @@ bool QDeclarativeListViewPrivate::prepend(qreal from)
 {
     const int before = visibleIndex;
     while (visibleIndex > 0 && !visibleItems.empty() && visibleItems.front()->position() - spacing > from) {
-        auto item = createItem(visibleIndex - 1);
+        auto item = createRow(visibleIndex - 1);
         if (!item)
             break;
         setItemPosition(item.get(), visibleItems.front()->position() - spacing - item->size());
@@ -204,7 +213,7 @@ void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
     qreal position = start;
     int made = 0;
     for (; made < count && position > from; ++made) {
-        auto item = createItem(index + count - 1 - made);
+        auto item = createRow(index + count - 1 - made);
         if (!item)
             break;
         position -= item->size() + spacing;
@@ -228,7 +237,7 @@ void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
     const qreal to = viewPosition() + viewLength() + cacheBuffer;
     int made = 0;
     for (; made < count && position <= to; ++made) {
-        auto item = createItem(index + made);
+        auto item = createRow(index + made);
         if (!item)
             break;
         setItemPosition(item.get(), position);
@@ -289,7 +298,7 @@ void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
         if (remaining > 0 && index >= to && index < to + count) {
             auto item = take(index);
             if (!item)
-                item = createItem(index);
+                item = createRow(index);
             if (!item)
                 break;
             if (index <= first->index)
@@ -307,7 +316,7 @@ void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
         ++last;
     }
     for (auto &left : moved)
-        releaseItem(std::move(left.second));
+        partedItems.push_back(std::move(left.second));
     if (lastVisibleIndex() < 0) {
         noRowsLeft(visibleIndex, frontPosition);
         return;
@@ -383,7 +392,6 @@ void QDeclarativeListViewPrivate::itemMade(Item *item)
 {
     static_cast<QDeclarativeListViewAttached *>(item->attached)
         ->setSections(sectionAt(item->index - 1), sectionAt(item->index), sectionAt(item->index + 1));
-    updateHeading(item);
 }
 
 void QDeclarativeListViewPrivate::updateSections()
@@ -405,11 +413,11 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
     const auto *attached = static_cast<QDeclarativeListViewAttached *>(item->attached);
     const bool wants = section && section->delegate() && !section->property().isEmpty()
         && attached->section() != attached->previousSection();
+    const qreal position = item->position();
     if (listItem->heading && (!wants || listItem->headingSection != attached->section()))
         delete listItem->heading;
     if (!wants || listItem->heading)
         return;
-    const qreal position = item->position();
     auto *context = new QQmlContext(qmlContext(q));
     context->setContextProperty(QStringLiteral("section"), attached->section());
     listItem->heading = createPart(section->delegate(), context);
@@ -417,6 +425,15 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
     if (listItem->heading)
         listItem->heading->setZValue(1);
     setItemPosition(item, position);
+}
+
+void QDeclarativeListViewPrivate::dropHeadings()
+{
+    for (const auto &item : visibleItems) {
+        const qreal position = item->position();
+        delete static_cast<QDeclarativeListItem *>(item.get())->heading;
+        setItemPosition(item.get(), position);
+    }
 }
 
 void QDeclarativeListViewPrivate::viewMoved()

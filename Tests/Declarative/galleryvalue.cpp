@@ -17,8 +17,11 @@ namespace {
 
 QJsonValue number(double value)
 {
-    return std::isfinite(value) ? QJsonValue(std::round(value * 100) / 100)
-                                : QJsonValue(QString::number(value));
+    if (std::isnan(value))
+        return QStringLiteral("NaN");
+    if (std::isinf(value))
+        return value > 0 ? QStringLiteral("Infinity") : QStringLiteral("-Infinity");
+    return std::round(value * 100) / 100;
 }
 
 QJsonArray numbers(std::initializer_list<double> values)
