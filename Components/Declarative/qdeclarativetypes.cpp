@@ -196,6 +196,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
+        registerDeclarativeGridViewTypes();
         registerDeclarativePathViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();

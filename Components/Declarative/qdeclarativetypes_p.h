@@ -98,6 +98,7 @@ void registerDeclarativeTextTypes();
 void registerDeclarativeMouseTypes();
 void registerDeclarativeFlickableTypes();
 void registerDeclarativeListViewTypes();
+void registerDeclarativeGridViewTypes();
 void registerDeclarativePathViewTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
