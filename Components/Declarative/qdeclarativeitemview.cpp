@@ -385,7 +385,7 @@ void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
         position = beginning;
         break;
     case Center:
-        position = (start + end - length) / 2;
+        position = d->centredPosition(start, end);
         break;
     case End:
         position = ending;

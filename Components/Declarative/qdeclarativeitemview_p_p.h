@@ -92,6 +92,23 @@ public:
     /** The same for a view that would by itself run on to @p natural. */
     virtual qreal flickTarget(qreal natural, qreal) const { return natural; }
     virtual void viewMoved() { }
+    /** Called after rows went, where @p firstBefore was the first row among the visible items. */
+    virtual void rowsRemoved(int /*firstBefore*/) { }
+    /** Where the row stands that comes after the first one along the scrolled direction. */
+    virtual qreal secondPosition() const { return positionAt(1); }
+    virtual qreal emptyContentSize() const { return 1; }
+    /** How long a row is without what stands before it. */
+    virtual qreal rowLength(const Item *row) const { return lengthOf(row->item); }
+    virtual qreal highlightPosition() const { return placeOf(highlightItem); }
+    virtual qreal highlightSize() const { return lengthOf(highlightItem); }
+    virtual void setHighlightPosition(qreal position) { placeAt(highlightItem, position); }
+    /** Tells whether an item lies so far before @p from, or beyond @p to, that the view gives it up. */
+    virtual bool isBefore(const Item *item, qreal from) const { return item->endPosition() <= from; }
+    virtual bool isBeyond(const Item *item, qreal to) const { return item->position() > to; }
+    /** Where the view stands when what is between @p start and @p end is in its middle. */
+    virtual qreal centredPosition(qreal start, qreal end) const { return (start + end - viewLength()) / 2; }
+    /** The row that a highlight at @p position is about, or -1. */
+    virtual int rowUnder(qreal position) const;
     virtual void itemMade(Item *) { }
 
     // Geometry along the scrolled direction.

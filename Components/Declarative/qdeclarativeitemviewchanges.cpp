@@ -82,10 +82,12 @@ void QDeclarativeItemViewPrivate::removeRows(int index, int count, Changes *done
         else if (item->index >= index)
             takeVisible(slot);
     }
+    const int firstBefore = visibleIndex;
     if (lastVisibleIndex() < 0 && hadRows)
         noRowsLeft(index, position);
     else if (index < visibleIndex)
         visibleIndex -= qMin(count, visibleIndex - index);
+    rowsRemoved(firstBefore);
     if (currentIndex >= index + count && currentItem) {
         currentIndex -= count;
         currentItem->index = currentIndex;

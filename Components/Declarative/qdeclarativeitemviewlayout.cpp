@@ -52,7 +52,7 @@ qreal QDeclarativeItemViewPrivate::leastPosition() const
     const qreal least = startPosition() - headerSize();
     if (!isStrict() || visualModel->count() == 0)
         return least;
-    return qMin(least - highlightBegin, positionAt(1) - highlightEnd);
+    return qMin(least - highlightBegin, secondPosition() - highlightEnd);
 }
 
 qreal QDeclarativeItemViewPrivate::greatestPosition() const
@@ -144,20 +144,24 @@ void QDeclarativeItemViewPrivate::followView()
 {
     if (moveReason == SetIndex || !isStrict() || !highlightItem || !currentItem)
         return;
-    const qreal size = lengthOf(highlightItem);
-    qreal place = placeOf(highlightItem);
-    place = qMin(place, viewPosition() + highlightEnd - size);
+    qreal place = highlightPosition();
+    place = qMin(place, viewPosition() + highlightEnd - highlightSize());
     place = qMax(place, viewPosition() + highlightBegin);
     highlightTimeLine.clear();
-    placeAt(highlightItem, place);
+    setHighlightPosition(place);
+    const int row = rowUnder(place);
+    if (row >= 0 && row != currentIndex)
+        updateCurrent(row);
+}
+
+int QDeclarativeItemViewPrivate::rowUnder(qreal position) const
+{
     for (const auto &item : visibleItems) {
         const qreal half = item->size() / 2;
-        if (item->index < 0 || place < item->position() - half || place >= item->position() + half)
-            continue;
-        if (item->index != currentIndex)
-            updateCurrent(item->index);
-        return;
+        if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
+            return item->index;
     }
+    return -1;
 }
 
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(int index)
@@ -369,7 +373,7 @@ void QDeclarativeItemViewPrivate::updateContentSize()
     if (!visualModel->isValid() && visibleItems.empty())
         return;
     const bool isEmpty = visibleItems.empty() || visualModel->count() == 0;
-    setContentSize(mainAxis(), isEmpty ? 1 : endPosition() - startPosition());
+    setContentSize(mainAxis(), isEmpty ? emptyContentSize() : endPosition() - startPosition());
 }
 
 void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)
@@ -451,9 +455,9 @@ bool QDeclarativeItemViewPrivate::trackHighlight()
         return false;
     const bool isHighlight = highlightItem && highlightFollows;
     const Item *row = currentRow();
-    const qreal gap = row->size() - lengthOf(row->item); // a heading before the item itself
-    const qreal start = qCeil(isHighlight ? placeOf(highlightItem) : row->position() + gap);
-    const qreal end = start + lengthOf(isHighlight ? highlightItem : row->item);
+    const qreal gap = row->size() - rowLength(row); // a heading before the item itself
+    const qreal start = qCeil(isHighlight ? highlightPosition() : row->position() + gap);
+    const qreal end = start + (isHighlight ? highlightSize() : rowLength(row));
     const qreal now = viewPosition();
     const qreal length = viewLength();
     qreal position = now;
@@ -540,13 +544,13 @@ void QDeclarativeItemViewPrivate::itemGeometryChanged(QDeclarativeItem *item, co
 bool QDeclarativeItemViewPrivate::removeInvisible(qreal from, qreal to)
 {
     const auto before = visibleItems.size();
-    while (visibleItems.size() > 1 && visibleItems.front()->endPosition() <= from
+    while (visibleItems.size() > 1 && isBefore(visibleItems.front().get(), from)
            && !visibleItems.front()->attached->delayRemove()) {
         if (visibleItems.front()->index >= 0)
             ++visibleIndex;
         takeVisible(0);
     }
-    while (visibleItems.size() > 1 && visibleItems.back()->position() > to
+    while (visibleItems.size() > 1 && isBeyond(visibleItems.back().get(), to)
            && !visibleItems.back()->attached->delayRemove())
         takeVisible(int(visibleItems.size()) - 1);
     return visibleItems.size() != before;

@@ -125,6 +125,7 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
+        registerDeclarativeGridViewTypes();
         registerDeclarativePathViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();

@@ -74,6 +74,7 @@ void registerDeclarativeTextInputTypes();
 void registerDeclarativeMouseTypes();
 void registerDeclarativeFlickableTypes();
 void registerDeclarativeListViewTypes();
+void registerDeclarativeGridViewTypes();
 void registerDeclarativePathViewTypes();
 void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
