@@ -1,10 +1,8 @@
+#include "qdeclarativeenginetype_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
-#include <QtCore/QVector>
 
-#include <private/qqmlmetatype_p.h>
-#include <private/qqmltype_p_p.h>
 #include <private/qtquick2_p.h>
 
 #include <cstring>
@@ -28,7 +26,6 @@ struct EngineType
 const EngineType engineTypes[] = {
     {"QtQml", "QtObject", nullptr},
     {"QtQml", "Component", nullptr},
-    {"QtQml", "Binding", nullptr},
     {"QtQml", "Connections", nullptr},
     {"QtQml", "Timer", nullptr},
     {"QtQml.WorkerScript", "WorkerScript", nullptr},
@@ -38,22 +35,8 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PropertyChanges", nullptr},
     {"QtQuick", "StateChangeScript", nullptr},
     {"QtQuick", "Transition", nullptr},
-    {"QtQuick", "Animation", nullptr},
-    {"QtQuick", "PropertyAnimation", nullptr},
-    {"QtQuick", "NumberAnimation", nullptr},
-    {"QtQuick", "ColorAnimation", nullptr},
-    {"QtQuick", "RotationAnimation", nullptr},
-    {"QtQuick", "Vector3dAnimation", nullptr},
-    {"QtQuick", "SmoothedAnimation", nullptr},
-    {"QtQuick", "SpringAnimation", nullptr},
-    {"QtQuick", "SequentialAnimation", nullptr},
-    {"QtQuick", "ParallelAnimation", nullptr},
-    {"QtQuick", "PauseAnimation", nullptr},
-    {"QtQuick", "PropertyAction", nullptr},
-    {"QtQuick", "ScriptAction", nullptr},
     {"QtQuick", "Behavior", nullptr},
     {"QtQuick", "Gradient", nullptr},
-    {"QtQuick", "GradientStop", nullptr},
     {"QtQuick", "Path", nullptr},
     {"QtQuick", "PathLine", nullptr},
     {"QtQuick", "PathQuad", nullptr},
@@ -69,45 +52,17 @@ const EngineType engineTypes[] = {
     {"QtQuick", "Easing", nullptr},
 };
 
-/** Registers @p type, as Qt registered it elsewhere, as @p name in @p uri @p major . @p minor. */
-void registerCopy(const QQmlType &type, const char *uri, int major, int minor, const char *name)
-{
-    const auto *cpp = type.priv()->extraData.cd;
-    const QQmlPrivate::RegisterType copy = {
-        0,
-        type.typeId(),
-        type.qListTypeId(),
-        cpp->allocationSize,
-        cpp->newFunc,
-        cpp->noCreationReason,
-        uri,
-        major,
-        minor,
-        name,
-        type.baseMetaObject(),
-        cpp->attachedPropertiesFunc,
-        cpp->attachedPropertiesType,
-        cpp->parserStatusCast,
-        cpp->propertyValueSourceCast,
-        cpp->propertyValueInterceptorCast,
-        cpp->extFunc,
-        cpp->extMetaObject,
-        cpp->customParser,
-        0,
-    };
-    const QQmlType registered = QQmlMetaType::registerType(copy);
-    // The copy shares the original's parser, which each would delete at exit: this one is never released.
-    static QVector<QQmlType> *const immortal = new QVector<QQmlType>;
-    immortal->append(registered);
-}
-
 QLoggingCategory::CategoryFilter previousFilter = nullptr;
 
-/** QML 1 content knows no other form of handlers in Connections than the one that the engine warns of. */
-void silenceConnectionsNotice(QLoggingCategory *category)
+/**
+ * QML 1 content knows no other form of handlers in Connections than the one that the engine warns of, and no
+ * restoreMode in Binding.
+ */
+void silenceNotices(QLoggingCategory *category)
 {
     previousFilter(category);
-    if (std::strcmp(category->categoryName(), "qt.qml.connections") == 0)
+    if (std::strcmp(category->categoryName(), "qt.qml.connections") == 0
+        || std::strcmp(category->categoryName(), "qt.qml.binding.restoreMode") == 0)
         category->setEnabled(QtWarningMsg, false);
 }
 
@@ -127,15 +82,12 @@ QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *par
 void registerEngineTypes()
 {
     for (const EngineType &entry : engineTypes) {
-        const QQmlType type =
-            QQmlMetaType::qmlType(QString::fromLatin1(entry.name), QString::fromLatin1(entry.module), 2, 15);
-        if (!type.isValid()) {
-            qFatal("QtDeclarative: Qt does not have the type %s in %s 2", entry.name, entry.module);
-        }
-        const char *name = entry.oldName ? entry.oldName : entry.name;
-        registerCopy(type, "QtQuick", 1, 0, name);
-        registerCopy(type, "Qt", 4, 7, name);
+        const QQmlType type = QDeclarativeEngineType::find(entry.module, entry.name);
+        QDeclarativeEngineType::registerCopy(type, entry.oldName ? entry.oldName : entry.name);
     }
+    QDeclarativeEngineType::registerLaterUncreatable(QDeclarativeEngineType::find("QtQuick", "Application"),
+                                                     "Application",
+                                                     QStringLiteral("Application is an abstract class"));
 }
 
 } // namespace
@@ -151,11 +103,13 @@ void qmlRegisterDeclarativeTypes()
         qml_register_types_QtQuick();
         // Installing runs the filter at once, so the one it calls must be known before.
         previousFilter = QLoggingCategory::installFilter(nullptr);
-        QLoggingCategory::installFilter(silenceConnectionsNotice);
+        QLoggingCategory::installFilter(silenceNotices);
         const QQmlPrivate::RegisterAutoParent autoParent = {0, parentGraphicsObject};
         QQmlPrivate::qmlregister(QQmlPrivate::AutoParentRegistration,
                                  const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
         registerEngineTypes();
+        registerDeclarativeAnimationTypes();
+        registerDeclarativeInitialisedTypes();
         registerDeclarativeListModelTypes();
         registerDeclarativeVisualModelTypes();
         registerDeclarativeXmlListModelTypes();
@@ -171,7 +125,11 @@ void qmlRegisterDeclarativeTypes()
         registerDeclarativeMouseTypes();
         registerDeclarativeFlickableTypes();
         registerDeclarativeListViewTypes();
+        registerDeclarativePathViewTypes();
         registerDeclarativePositionerTypes();
         registerDeclarativeRectangleTypes();
+        registerDeclarativeFlipableTypes();
+        registerDeclarativeLayoutTypes();
+        registerDeclarativePinchTypes();
     });
 }
