@@ -16,6 +16,8 @@
 namespace {
 
 const int mostAlive = 10000;
+// Half of what an int holds, so that an age stays one too.
+const qreal longestLife = 1 << 30;
 const int longestStep = 100; // ms, after which what was not seen is skipped
 
 /** Returns a number from the range around @p middle that is @p width wide. */
@@ -258,13 +260,13 @@ void QDeclarativeParticles::emitDue(int elapsed)
 {
     const int missing = qMin(wanted - replacedCount, mostAlive - particles.count());
     // Being full does not save up for later.
-    due = missing > 0 ? due + rate * elapsed / 1000.0 * qMax(0.0, around(1, 2 * rateVariance)) : 0;
-    const int regular = rate < 0 ? missing : qMin(missing, int(due));
+    due = missing > 0 ? due + rate * (elapsed / 1000.0) * qMax(0.0, around(1, 2 * rateVariance)) : 0;
+    const int regular = rate < 0 ? missing : int(qMin(qreal(missing), due));
     due = rate < 0 ? 0 : due - qMax(0, regular);
     for (int i = 0; i < regular; ++i)
         emitOne(true);
-    burstDue += burstRate * elapsed / 1000.0;
-    const int extra = burstRate < 0 ? burstLeft : qMin(burstLeft, int(burstDue));
+    burstDue += burstRate * (elapsed / 1000.0);
+    const int extra = burstRate < 0 ? burstLeft : int(qMin(qreal(burstLeft), burstDue));
     burstDue = burstRate < 0 ? 0 : burstDue - extra;
     burstLeft -= extra;
     for (int i = 0; i < extra; ++i)
@@ -281,7 +283,7 @@ void QDeclarativeParticles::emitOne(bool isReplaced)
     const qreal radians = qDegreesToRadians(around(direction, directionDeviation));
     const qreal pace = around(speed, speedDeviation);
     particle.velocity = {pace * qCos(radians), pace * qSin(radians)};
-    particle.lifeSpan = int(around(life, lifeDeviation));
+    particle.lifeSpan = int(qBound(0.0, around(life, lifeDeviation), longestLife));
     particle.fadeOut = fadeOut;
     particle.isReplaced = isReplaced;
     if (particle.lifeSpan <= 0)

@@ -28,6 +28,26 @@ bool isOwnedBy(const QWidget *widget, const QWidget *owner)
     return widget;
 }
 
+void deleteRemainingWindows();
+
+struct RemainingWindows
+{
+    // The library may be unloaded before the application ends.
+    ~RemainingWindows() { qRemovePostRoutine(deleteRemainingWindows); }
+
+    QList<QPointer<VTWidget>> windows;
+};
+
+Q_GLOBAL_STATIC(RemainingWindows, remaining)
+
+void deleteRemainingWindows()
+{
+    if (!remaining.exists())
+        return;
+    while (!remaining->windows.isEmpty())
+        delete remaining->windows.takeFirst().data();
+}
+
 } // namespace
 
 struct VTWidget::Private
@@ -124,6 +144,16 @@ VTView *VTWidget::view() const
 VTManager *VTWidget::manager() const
 {
     return d->manager;
+}
+
+void VTWidget::deleteWithApplication()
+{
+    if (remaining.isDestroyed())
+        return;
+    remaining->windows.removeAll(nullptr);
+    remaining->windows.append(this);
+    qRemovePostRoutine(deleteRemainingWindows);
+    qAddPostRoutine(deleteRemainingWindows);
 }
 
 void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, const QPoint &pos,

@@ -383,8 +383,9 @@ void tst_QDeclarativeXmlListModel::doesNotHoldUpTheView()
                        "XmlRole { name: 't'; query: '@k/number()' } } }"));
     // The thread that paints is free while the status is Loading.
     bool wasFree = false;
-    QTRY_VERIFY((wasFree = wasFree || scene.evaluate("list.status").toInt() == 2,
-                 scene.evaluate("list.count").toInt() == 20000));
+    QTRY_VERIFY_WITH_TIMEOUT((wasFree = wasFree || scene.evaluate("list.status").toInt() == 2,
+                              scene.evaluate("list.count").toInt() == 20000),
+                             60000);
     QVERIFY(wasFree);
     QCOMPARE(scene.evaluate("list.get(19999).t").toInt(), 19999);
 }

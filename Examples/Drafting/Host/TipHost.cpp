@@ -5,6 +5,8 @@
 #include "MessageLog.h"
 #include "Options.h"
 
+#include <Vidtips/VTIndex.h>
+#include <Vidtips/VTManager.h>
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
@@ -70,6 +72,12 @@ TipHost::TipHost(VTContext &context, const Options &options, Commands *commands,
 {
     setMotion(options.motion);
     setGlobalProperty(QStringLiteral("application"), QCoreApplication::applicationName());
+}
+
+TipHost::~TipHost()
+{
+    // An index is the host's to delete, also the one that the manager makes.
+    delete manager()->index();
 }
 
 void TipHost::setMotion(bool on)

@@ -26,6 +26,7 @@ public:
     static void fill(VTContext &context, const Options &options);
 
     TipHost(VTContext &context, const Options &options, Commands *commands, MessageLog *log);
+    ~TipHost() override;
 
     /** Pinned tips move into a window of the application instead of becoming one themselves. */
     void setReservesInContainer(bool on) { m_container = on; }
