@@ -12,12 +12,15 @@ public:
     WatchedScene()
     {
         view().engine()->setOutputWarningsToStandardError(false);
-        QObject::connect(view().engine(), &QQmlEngine::warnings, &view(),
-                         [this](const QList<QQmlError> &errors) {
-                             for (const QQmlError &error : errors)
-                                 warnings += error.description();
-                         });
+        watching = QObject::connect(view().engine(), &QQmlEngine::warnings, &view(),
+                                    [this](const QList<QQmlError> &errors) {
+                                        for (const QQmlError &error : errors)
+                                            warnings += error.description();
+                                    });
     }
+
+    // The view goes after the list of messages, and may have some to say even then.
+    ~WatchedScene() { QObject::disconnect(watching); }
 
     /** Shows @p body, which follows an import of QtQuick 1.1; returns whether the window is active. */
     bool load(const QByteArray &body)
@@ -52,4 +55,7 @@ public:
     }
 
     QStringList warnings;
+
+private:
+    QMetaObject::Connection watching;
 };
