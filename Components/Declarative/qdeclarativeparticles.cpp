@@ -16,8 +16,8 @@
 namespace {
 
 const int mostAlive = 10000;
-// Half of what an int holds, so that an age stays one too.
-const qreal longestLife = 1 << 30;
+const qreal longestLife = 1e9; // ms
+const qreal farthest = 1e6; // pixels, beyond which nobody will see it again
 const int longestStep = 100; // ms, after which what was not seen is skipped
 
 /** Returns a number from the range around @p middle that is @p width wide. */
@@ -207,7 +207,7 @@ bool QDeclarativeParticles::isSeen() const
 
 bool QDeclarativeParticles::hasWork() const
 {
-    const bool isEmitting = rate != 0 && replacedCount < wanted && life + qAbs(lifeDeviation) / 2 > 0;
+    const bool isEmitting = rate != 0 && replacedCount < wanted && life + qAbs(qreal(lifeDeviation)) / 2 > 0;
     return !particles.isEmpty() || burstLeft || isEmitting;
 }
 
@@ -244,7 +244,9 @@ void QDeclarativeParticles::tick(int elapsed)
     }
     const auto ended =
         std::remove_if(particles.begin(), particles.end(), [this](const QDeclarativeParticle &particle) {
-            const bool isOver = particle.age >= particle.lifeSpan;
+            const QPointF place = particle.position;
+            const bool isNear = qAbs(place.x()) < farthest && qAbs(place.y()) < farthest;
+            const bool isOver = particle.age >= particle.lifeSpan || !isNear;
             replacedCount -= isOver && particle.isReplaced;
             return isOver;
         });
@@ -260,13 +262,13 @@ void QDeclarativeParticles::emitDue(int elapsed)
 {
     const int missing = qMin(wanted - replacedCount, mostAlive - particles.count());
     // Being full does not save up for later.
-    due = missing > 0 ? due + rate * (elapsed / 1000.0) * qMax(0.0, around(1, 2 * rateVariance)) : 0;
-    const int regular = rate < 0 ? missing : int(qMin(qreal(missing), due));
+    due = missing > 0 ? due + elapsed / 1000.0 * rate * qMax(0.0, around(1, 2 * rateVariance)) : 0;
+    const int regular = rate < 0 ? missing : int(qMin<qreal>(missing, due));
     due = rate < 0 ? 0 : due - qMax(0, regular);
     for (int i = 0; i < regular; ++i)
         emitOne(true);
-    burstDue += burstRate * (elapsed / 1000.0);
-    const int extra = burstRate < 0 ? burstLeft : int(qMin(qreal(burstLeft), burstDue));
+    burstDue += elapsed / 1000.0 * burstRate;
+    const int extra = burstRate < 0 ? burstLeft : int(qMin<qreal>(burstLeft, burstDue));
     burstDue = burstRate < 0 ? 0 : burstDue - extra;
     burstLeft -= extra;
     for (int i = 0; i < extra; ++i)

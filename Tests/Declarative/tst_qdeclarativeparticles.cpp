@@ -307,6 +307,9 @@ void tst_QDeclarativeParticles::hostileValues_data()
     QTest::newRow("burst at a rate") << QByteArray("dots.burst(2147483647, 2147483647)");
     QTest::newRow("negative") << QByteArray("dots.count = -5; dots.burst(-1); dots.lifeSpan = -1");
     QTest::newRow("variance") << QByteArray("dots.emissionRate = 5; dots.emissionVariance = -1e300");
+    QTest::newRow("life") << QByteArray("dots.lifeSpan = 2147483647; dots.lifeSpanDeviation = 2147483647");
+    QTest::newRow("endless variance") << QByteArray("dots.count = 5; dots.emissionRate = 5; "
+                                                    "dots.emissionVariance = Infinity");
     QTest::newRow("infinite") << QByteArray("dots.velocity = Infinity; dots.motion = linear");
     QTest::newRow("no number") << QByteArray("dots.angle = NaN; dots.motion = linear");
     QTest::newRow("motion gone") << QByteArray("dots.motion = linear; linear.destroy()");
