@@ -16,8 +16,6 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolTip>
 
-#include <ctime>
-
 using namespace Vidtips;
 
 namespace {
@@ -55,13 +53,6 @@ public:
 private:
     const char *const m_className;
 };
-
-double processSeconds()
-{
-    timespec time;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
-}
 
 void runFor(int milliseconds)
 {

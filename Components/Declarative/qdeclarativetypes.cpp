@@ -2,6 +2,8 @@
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlEngine>
 
 #include <private/qtquick2_p.h>
 
@@ -79,6 +81,25 @@ QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *par
     return QQmlPrivate::Parented;
 }
 
+QQmlType quickType(const char *name)
+{
+    return QQmlMetaType::qmlType(QString::fromLatin1(name), QStringLiteral("QtQuick"), 2, 15);
+}
+
+/** Has Qt Quick 2 registered, exactly once: its providers of values loop for ever when they come twice. */
+void registerQuickTypes()
+{
+    if (quickType("State").isValid())
+        return;
+    // Its plugin, where there is one, refuses to load later for a host that uses Qt Quick 2 as well.
+    QQmlEngine engine;
+    QQmlComponent(&engine).setData("import QtQuick 2.0\nQtObject {}", QUrl());
+    if (quickType("State").isValid())
+        return;
+    QQmlQtQuick2Module::defineModule();
+    qml_register_types_QtQuick();
+}
+
 void registerEngineTypes()
 {
     for (const EngineType &entry : engineTypes) {
@@ -99,8 +120,7 @@ void qmlRegisterDeclarativeTypes()
         qml_register_types_QtQml();
         qml_register_types_QtQml_Models();
         qml_register_types_QtQml_WorkerScript();
-        QQmlQtQuick2Module::defineModule();
-        qml_register_types_QtQuick();
+        registerQuickTypes();
         // Installing runs the filter at once, so the one it calls must be known before.
         previousFilter = QLoggingCategory::installFilter(nullptr);
         QLoggingCategory::installFilter(silenceNotices);
