@@ -56,7 +56,7 @@ void QDeclarativeListViewAttached::setSections(const QString &previous, const QS
 {
     if (m_previousSection != previous) {
         m_previousSection = previous;
-        Q_EMIT previousSectionChanged();
+        Q_EMIT prevSectionChanged();
     }
     if (m_section != section) {
         m_section = section;

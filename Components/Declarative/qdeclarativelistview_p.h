@@ -45,7 +45,7 @@ class QDeclarativeListViewAttached : public QDeclarativeItemViewAttached
 {
     Q_OBJECT
     Q_PROPERTY(QDeclarativeListView *view READ view NOTIFY viewChanged)
-    Q_PROPERTY(QString previousSection READ previousSection NOTIFY previousSectionChanged)
+    Q_PROPERTY(QString previousSection READ previousSection NOTIFY prevSectionChanged)
     Q_PROPERTY(QString nextSection READ nextSection NOTIFY nextSectionChanged)
     Q_PROPERTY(QString section READ section NOTIFY sectionChanged)
 
@@ -59,7 +59,7 @@ public:
     void setSections(const QString &previous, const QString &section, const QString &next);
 
 Q_SIGNALS:
-    void previousSectionChanged();
+    void prevSectionChanged();
     void sectionChanged();
     void nextSectionChanged();
 
