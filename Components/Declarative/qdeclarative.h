@@ -47,6 +47,10 @@ using QDeclarativeListProperty = QQmlListProperty<T>;
 /**
  * Registers the QML 1 types under the modules QtQuick 1.0, QtQuick 1.1 and Qt 4.7.
  *
+ * Qt.labs.folderlistmodel 1.0 and Qt.labs.particles 1.0 are registered too. The global functions are the
+ * engine's; openDatabaseSync() is not among them, as Qt has it in a plugin, so that content which keeps
+ * databases has to import QtQuick.LocalStorage 2.0, and that plugin has to be installed.
+ *
  * Called by the first view; only code that runs an engine without a view needs to call it. GUI thread, after
  * the application object exists. Calls after the first do nothing.
  */

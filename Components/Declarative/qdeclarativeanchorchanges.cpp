@@ -85,7 +85,6 @@ void QDeclarativeAnchorChanges::clearBindings()
 {
     if (!m_target)
         return;
-    saveCurrentValues();
     for (int line = 0; line < Lines; ++line) {
         if (!isConcerned(line))
             continue;
@@ -193,11 +192,9 @@ void QDeclarativeAnchorChanges::rewind()
 {
     if (!m_target)
         return;
-    const QRectF start = m_currentGeometry;
     // The anchors stay off until the transition is over.
     clearBindings();
-    m_currentGeometry = start;
-    moveTo(start);
+    moveTo(m_currentGeometry);
 }
 
 QQuickStateOperation::ActionList QDeclarativeAnchorChanges::additionalActions() const

@@ -171,7 +171,8 @@ void QDeclarativeAnchors::emitLineChanged(LineIndex index)
         &QDeclarativeAnchors::verticalCenterChanged,
         &QDeclarativeAnchors::baselineChanged,
     };
-    Q_EMIT(this->*changed[index])();
+    const auto signal = changed[index];
+    Q_EMIT(this->*signal)();
 }
 
 void QDeclarativeAnchors::emitOffsetChanged(LineIndex index)
@@ -185,7 +186,8 @@ void QDeclarativeAnchors::emitOffsetChanged(LineIndex index)
         &QDeclarativeAnchors::verticalCenterOffsetChanged,
         &QDeclarativeAnchors::baselineOffsetChanged,
     };
-    Q_EMIT(this->*changed[index])();
+    const auto signal = changed[index];
+    Q_EMIT(this->*signal)();
 }
 
 void QDeclarativeAnchors::setOffset(LineIndex index, qreal offset)

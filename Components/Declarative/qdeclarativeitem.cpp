@@ -292,6 +292,8 @@ QDeclarativeItem::~QDeclarativeItem()
     d->itemAnchors.reset();
     if (d->extraData)
         d->extraData->contents.reset();
+    // Graphics View takes the focus away later, when nobody may hear of it from what is left of the item.
+    d->hasActiveFocus = false;
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
@@ -457,6 +459,9 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
+    case ItemSceneHasChanged:
+        d->subFocusItemChange();
+        break;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();

@@ -126,6 +126,7 @@ public:
     void transformChanged() override;
     void focusScopeItemChange(bool isSubFocusItem) override;
     void subFocusItemChange() override;
+    bool hasSubFocus() const;
     void siblingOrderChange() override;
 
     /** What few items have. */

@@ -68,6 +68,7 @@ private:
 QDeclarativeAnchorAnimation::QDeclarativeAnchorAnimation(QObject *parent)
     : QQuickAbstractAnimation(parent)
 {
+    connect(this, &QDeclarativeAnchorAnimation::stopped, this, &QDeclarativeAnchorAnimation::completed);
 }
 
 QQmlListProperty<QDeclarativeItem> QDeclarativeAnchorAnimation::targets()
@@ -108,6 +109,7 @@ QAbstractAnimationJob *QDeclarativeAnchorAnimation::transition(QQuickStateAction
 QDeclarativeParentAnimation::QDeclarativeParentAnimation(QObject *parent)
     : QQuickAnimationGroup(parent)
 {
+    connect(this, &QDeclarativeParentAnimation::stopped, this, &QDeclarativeParentAnimation::completed);
 }
 
 void QDeclarativeParentAnimation::setTargetItem(QDeclarativeItem *target)

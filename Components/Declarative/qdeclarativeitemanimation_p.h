@@ -33,6 +33,7 @@ public:
 Q_SIGNALS:
     void durationChanged(int);
     void easingChanged(const QEasingCurve &);
+    void completed();
 
 private:
     QList<QDeclarativeItem *> m_targets;
@@ -67,6 +68,7 @@ Q_SIGNALS:
     void targetChanged();
     void newParentChanged();
     void viaChanged();
+    void completed();
 
 private:
     struct Move

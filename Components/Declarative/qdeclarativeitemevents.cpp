@@ -14,11 +14,17 @@ static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
     return scope;
 }
 
+bool QDeclarativeItemPrivate::hasSubFocus() const
+{
+    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
+    return subFocusItem == q_ptr || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
+}
+
 void QDeclarativeItemPrivate::subFocusItemChange()
 {
     Q_Q(QDeclarativeItem);
-    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
-    const bool active = subFocusItem == q || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
+    // What is not in a scene yet may still come to lie in a scope that gives the focus to another item.
+    const bool active = hasSubFocus() && scene;
     if (active == hasActiveFocus)
         return;
     hasActiveFocus = active;
@@ -31,7 +37,7 @@ void QDeclarativeItemPrivate::subFocusItemChange()
 bool QDeclarativeItem::hasFocus() const
 {
     const QGraphicsItem *scope = scopeOf(this);
-    return scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem == this : hasActiveFocus();
+    return scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem == this : d_func()->hasSubFocus();
 }
 
 void QDeclarativeItem::setFocus(bool focus)

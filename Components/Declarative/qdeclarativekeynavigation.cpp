@@ -35,7 +35,8 @@ void QDeclarativeKeyNavigation::setTarget(Direction direction, QDeclarativeItem 
     if (m_targets[direction] == item)
         return;
     m_targets[direction] = item;
-    Q_EMIT(this->*changed[direction])();
+    const auto signal = changed[direction];
+    Q_EMIT(this->*signal)();
 }
 
 QDeclarativeKeyNavigation::Direction QDeclarativeKeyNavigation::direction(int key) const

@@ -275,7 +275,7 @@ QDeclarativeListViewAttached *QDeclarativeListView::qmlAttachedProperties(QObjec
 
 void registerDeclarativeListViewTypes()
 {
-    registerDeclarativeAbstractRevision<QDeclarativeItemView>();
+    registerDeclarativeRevision<QDeclarativeItemView>();
     registerDeclarativeType<QDeclarativeViewSection>("ViewSection");
     registerDeclarativeType<QDeclarativeListView>("ListView");
 }

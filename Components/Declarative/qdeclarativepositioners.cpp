@@ -567,7 +567,6 @@ QSizeF QDeclarativeFlow::arrange(Cells &cells) const
 void registerDeclarativePositionerTypes()
 {
     registerDeclarativeRevision<QDeclarativeBasePositioner>();
-    qmlRegisterAnonymousType<QDeclarativeBasePositioner>("QtQuick", 1);
     registerDeclarativeType<QDeclarativeColumn>("Column");
     registerDeclarativeType<QDeclarativeRow>("Row");
     registerDeclarativeType<QDeclarativeGrid>("Grid");

@@ -44,7 +44,7 @@ Q_SIGNALS:
     void spacingChanged();
     void moveChanged();
     void addChanged();
-    void layoutDirectionChanged();
+    Q_REVISION(1) void layoutDirectionChanged();
 
 protected:
     /** A child with its size and, once arranged, its place. Both are in the positioner's coordinates. */

@@ -61,40 +61,16 @@ void registerDeclarativeRevision()
     QQmlPrivate::qmlregister(QQmlPrivate::TypeRegistration, const_cast<QQmlPrivate::RegisterType *>(&type));
 }
 
+void registerDeclarativeAnimationTypes();
+void registerDeclarativeFlipableTypes();
+void registerDeclarativeLayoutTypes();
+void registerDeclarativePinchTypes();
+void registerDeclarativeInitialisedTypes();
 void registerDeclarativeImageTypes();
-/** The same for a class that cannot be made, only derived from. */
-template <typename T>
-void registerDeclarativeAbstractRevision()
-{
-    const QByteArray pointer = QByteArray(T::staticMetaObject.className()) + '*';
-    const QByteArray list = "QQmlListProperty<" + QByteArray(T::staticMetaObject.className()) + '>';
-    const QQmlPrivate::RegisterType type = {
-        1,
-        qRegisterNormalizedMetaType<T *>(pointer),
-        qRegisterNormalizedMetaType<QQmlListProperty<T>>(list),
-        0,
-        nullptr,
-        QString(),
-        "QtQuick",
-        1,
-        1,
-        nullptr,
-        &T::staticMetaObject,
-        nullptr,
-        nullptr,
-        QQmlPrivate::StaticCastSelector<T, QQmlParserStatus>::cast(),
-        QQmlPrivate::StaticCastSelector<T, QQmlPropertyValueSource>::cast(),
-        QQmlPrivate::StaticCastSelector<T, QQmlPropertyValueInterceptor>::cast(),
-        nullptr,
-        nullptr,
-        nullptr,
-        1,
-    };
-    QQmlPrivate::qmlregister(QQmlPrivate::TypeRegistration, const_cast<QQmlPrivate::RegisterType *>(&type));
-}
-
 void registerDeclarativeItemTypes();
 void registerDeclarativeTextTypes();
+void registerDeclarativeTextEditTypes();
+void registerDeclarativeTextInputTypes();
 void registerDeclarativeMouseTypes();
 void registerDeclarativeFlickableTypes();
 void registerDeclarativeListViewTypes();
@@ -104,3 +80,8 @@ void registerDeclarativePositionerTypes();
 void registerDeclarativeRectangleTypes();
 void registerDeclarativeLoaderTypes();
 void registerDeclarativeRepeaterTypes();
+void registerDeclarativeListModelTypes();
+void registerDeclarativeVisualModelTypes();
+void registerDeclarativeXmlListModelTypes();
+void registerDeclarativeFolderListModelTypes();
+void registerDeclarativeParticleTypes();

@@ -1,5 +1,7 @@
 #include "qdeclarativevisualmodel_p.h"
 
+#include "qdeclarativevisualdatamodel_p.h"
+
 #include <QtCore/QSignalBlocker>
 #include <QtQml/QJSValue>
 #include <QtQml/QQmlComponent>
@@ -7,7 +9,20 @@
 #include <QtQml/qqml.h>
 #include <QtWidgets/QGraphicsScene>
 
-#include <private/qqmldelegatemodel_p.h>
+namespace {
+
+/** Returns what to show of a model that gives items by itself. */
+QQmlInstanceModel *shownModel(QQmlInstanceModel *given)
+{
+    if (auto *data = qobject_cast<QDeclarativeVisualDataModel *>(given))
+        return data->shownModel();
+    QObject *parts = given->parent();
+    if (auto *data = parts ? qobject_cast<QDeclarativeVisualDataModel *>(parts->parent()) : nullptr)
+        data->watchPart(given);
+    return given;
+}
+
+} // namespace
 
 QDeclarativeVisualModel::QDeclarativeVisualModel(QDeclarativeItem *view)
     : QObject(view)
@@ -68,11 +83,11 @@ bool QDeclarativeVisualModel::setModel(const QVariant &value)
     const QSignalBlocker blocker(this);
     auto *given = qobject_cast<QQmlInstanceModel *>(model.value<QObject *>());
     if (given) {
-        adopt(given, false);
+        adopt(shownModel(given), false);
         return true;
     }
     if (!isOwn) {
-        auto *made = new QQmlDelegateModel(qmlContext(view));
+        auto *made = new QDeclarativeVisualDataModel(qmlContext(view));
         made->classBegin();
         if (component)
             made->setDelegate(component);
@@ -80,7 +95,7 @@ bool QDeclarativeVisualModel::setModel(const QVariant &value)
         if (isComplete)
             made->componentComplete();
     }
-    static_cast<QQmlDelegateModel *>(items.data())->setModel(model);
+    static_cast<QDeclarativeVisualDataModel *>(items.data())->setModel(model);
     return true;
 }
 

@@ -189,8 +189,13 @@ VTManager::~VTManager()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows)
         window->setAttribute(Qt::WA_AlwaysShowToolTips, false);
-    if (d->widget)
-        d->widget->deleteLater();
+    const QList<QPointer<VTWidget>> reserved = d->reservedWindows();
+    for (const QPointer<VTWidget> &window : reserved)
+        window->deleteWithApplication();
+    if (!d->widget)
+        return;
+    d->widget->deleteWithApplication();
+    d->widget->deleteLater();
 }
 
 VTContext &VTManager::context()

@@ -12,6 +12,7 @@ namespace Vidtips {
 
 namespace {
 constexpr int rowAlignment = 64;
+constexpr int pixelsPerVector = 64;
 
 constexpr const char *cannotOpenMedia = "Could not open media at: %1";
 constexpr const char *noStreamInformation = "Could not find any stream information in media at: %1";
@@ -129,11 +130,13 @@ const char *VTVideoSourceFFMPEGPrivate::allocatePictures()
         return noRgbFrame;
     const int pixelWidth = codecContext->width;
     const int pixelHeight = codecContext->height;
-    const int size = av_image_get_buffer_size(AV_PIX_FMT_RGB24, pixelWidth, pixelHeight, rowAlignment);
+    // The scaler writes whole vectors of pixels, past the end of a row whose width they do not divide.
+    const int rowWidth = FFALIGN(pixelWidth, pixelsPerVector);
+    const int size = av_image_get_buffer_size(AV_PIX_FMT_RGB24, rowWidth, pixelHeight, rowAlignment);
     rgbBuffer = size > 0 ? static_cast<uint8_t *>(av_malloc(size_t(size))) : nullptr;
     if (!rgbBuffer)
         return noRgbFrame;
-    av_image_fill_arrays(rgbFrame->data, rgbFrame->linesize, rgbBuffer, AV_PIX_FMT_RGB24, pixelWidth,
+    av_image_fill_arrays(rgbFrame->data, rgbFrame->linesize, rgbBuffer, AV_PIX_FMT_RGB24, rowWidth,
                          pixelHeight, rowAlignment);
     // The scaler ends the process on a format that it does not know, such as that of a clip without pictures.
     if (!sws_isSupportedInput(codecContext->pix_fmt))

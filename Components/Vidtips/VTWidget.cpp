@@ -20,6 +20,34 @@ namespace {
 
 const qreal fadeInStart = 0.1;
 
+/** Like QWidget::isAncestorOf(), and across windows. */
+bool isOwnedBy(const QWidget *widget, const QWidget *owner)
+{
+    while (widget && widget != owner)
+        widget = widget->parentWidget();
+    return widget;
+}
+
+void deleteRemainingWindows();
+
+struct RemainingWindows
+{
+    // The library may be unloaded before the application ends.
+    ~RemainingWindows() { qRemovePostRoutine(deleteRemainingWindows); }
+
+    QList<QPointer<VTWidget>> windows;
+};
+
+Q_GLOBAL_STATIC(RemainingWindows, remaining)
+
+void deleteRemainingWindows()
+{
+    if (!remaining.exists())
+        return;
+    while (!remaining->windows.isEmpty())
+        delete remaining->windows.takeFirst().data();
+}
+
 } // namespace
 
 struct VTWidget::Private
@@ -118,6 +146,16 @@ VTManager *VTWidget::manager() const
     return d->manager;
 }
 
+void VTWidget::deleteWithApplication()
+{
+    if (remaining.isDestroyed())
+        return;
+    remaining->windows.removeAll(nullptr);
+    remaining->windows.append(this);
+    qRemovePostRoutine(deleteRemainingWindows);
+    qAddPostRoutine(deleteRemainingWindows);
+}
+
 void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, const QPoint &pos,
                                VTXmlElement *content, const QString &rootPath)
 {
@@ -140,8 +178,12 @@ void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, c
         view->releaseContent(old);
     if (view)
         view->loadQML(userInterface.absoluteFilePath());
-    if (view)
-        showAnimated();
+    if (!view)
+        return;
+    showAnimated();
+    // The countdown may have begun on the pointer's way here from what the window showed before.
+    if (isSafe(QCursor::pos()))
+        d->timer->stop();
 }
 
 void VTWidget::reposition() { }
@@ -208,10 +250,16 @@ void VTWidget::contentReservedChanged()
         d->animation->stop();
         setWindowOpacity(1.0);
     }
-    if (container)
+    if (container && container != this)
         moveInto(container);
     else
         becomeToolWindow();
+}
+
+QWidget *VTWidget::owner() const
+{
+    QWidget *const window = d->reference ? d->reference->window() : nullptr;
+    return window == this ? nullptr : window;
 }
 
 void VTWidget::moveInto(QWidget *container)
@@ -220,6 +268,9 @@ void VTWidget::moveInto(QWidget *container)
     const QPointer<VTWidget> self(this);
     const QPointer<QWidget> host(container);
     const QPoint position = pos();
+    // A host that owns its window by the active one may have hit upon this very tip.
+    if (isOwnedBy(container, this))
+        container->setParent(owner(), container->windowFlags());
     setParent(container, Qt::WindowFlags());
     if (!self || !host)
         return;
@@ -241,11 +292,8 @@ void VTWidget::becomeToolWindow()
 {
     const QPointer<VTWidget> self(this);
     const QPoint position = pos();
-    QWidget *owner = d->reference ? d->reference->window() : nullptr;
-    if (owner == this)
-        owner = nullptr;
     setAttribute(Qt::WA_DeleteOnClose);
-    setParent(owner,
+    setParent(owner(),
               Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
                   | Qt::WindowCloseButtonHint);
     if (!self)
@@ -288,6 +336,8 @@ void VTWidget::showEvent(QShowEvent *)
 void VTWidget::hideEvent(QHideEvent *)
 {
     disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished);
+    // Movement during a fade-out may have started it again, and it would hide the next tip.
+    d->timer->stop();
     if (d->view)
         d->view->notification(VTNotificationHidden, QStringLiteral("hide"));
 }

@@ -58,6 +58,13 @@ public:
     /** Returns the manager, or null when it is gone. */
     VTManager *manager() const;
 
+    /**
+     * Sees to it that the window is gone when the application object is destroyed, if it is not before. Call
+     * it for a window that nothing else may delete any more: a deferred deletion waits for an event loop, and
+     * after the last one a window would keep its threads running while the process ends.
+     */
+    void deleteWithApplication();
+
 public Q_SLOTS:
     /**
      * Shows @p content at the global position @p pos, with the package folder @p rootPath. The window owns
@@ -102,6 +109,7 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
+    QWidget *owner() const;
     void moveInto(QWidget *container);
     void becomeToolWindow();
 

@@ -1,6 +1,7 @@
 // A host that knows nothing but an installed Vidtips: it shows one tip and reports what happened.
 
 #include <Vidtips/VTContext.h>
+#include <Vidtips/VTIndex.h>
 #include <Vidtips/VTInterface.h>
 #include <Vidtips/VTManager.h>
 #include <Vidtips/VTVersion.h>
@@ -10,6 +11,7 @@
 #include <QtWidgets/QPushButton>
 
 #include <cstdio>
+#include <memory>
 
 class ConsumerInterface : public Vidtips::VTInterface
 {
@@ -35,6 +37,8 @@ int main(int argc, char *argv[])
     settings.set(Vidtips::InstallEventFilter, true);
     settings.set(Vidtips::MessageThreshold, Vidtips::VTMessageDebug);
     ConsumerInterface interface(settings, {QStringLiteral(CONTENT_DIR)}, nullptr);
+    // An index is the host's to delete, also the one that the manager makes.
+    const std::unique_ptr<Vidtips::VTIndex> index(interface.manager()->index());
 
     QPushButton button(QStringLiteral("Draw a line"));
     button.setObjectName(QStringLiteral("draw.line"));

@@ -17,10 +17,10 @@ namespace {
 
 QJsonValue number(double value)
 {
+    if (std::isinf(value))
+        return value < 0 ? QStringLiteral("-Infinity") : QStringLiteral("Infinity");
     if (std::isnan(value))
         return QStringLiteral("NaN");
-    if (std::isinf(value))
-        return value > 0 ? QStringLiteral("Infinity") : QStringLiteral("-Infinity");
     return std::round(value * 100) / 100;
 }
 

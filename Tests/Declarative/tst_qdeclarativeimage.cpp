@@ -1,41 +1,14 @@
+#include "DocumentServer.h"
 #include "MessageRecorder.h"
 #include "QmlScene.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QtEndian>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 #include <QtTest/QSignalSpy>
 
 /** The status of a picture, as QML sees it. */
 enum Status { Null, Ready, Loading, Error };
 Q_DECLARE_METATYPE(Status)
-
-/** Serves one document to whoever asks. */
-class Server : public QTcpServer
-{
-public:
-    explicit Server(const QByteArray &status, const QByteArray &body)
-    {
-        connect(this, &QTcpServer::newConnection, this, [this, status, body] {
-            QTcpSocket *socket = nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [socket, status, body] {
-                if (!socket->readAll().contains("\r\n\r\n"))
-                    return;
-                socket->write("HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: "
-                              + QByteArray::number(body.size()) + "\r\n\r\n" + body);
-                socket->disconnectFromHost();
-            });
-        });
-        if (!listen(QHostAddress::LocalHost))
-            qFatal("cannot listen");
-    }
-
-    QByteArray url(const QByteArray &name) const
-    {
-        return "http://127.0.0.1:" + QByteArray::number(serverPort()) + '/' + name;
-    }
-};
 
 /** Paints the name that it is asked for, a colour, in the size that it is asked for. */
 class ColorProvider : public QDeclarativeImageProvider
@@ -251,7 +224,7 @@ void tst_QDeclarativeImage::asynchronous()
 
 void tst_QDeclarativeImage::network()
 {
-    const Server server("200 OK", png(blocks(20, 10)));
+    const DocumentServer server("200 OK", png(blocks(20, 10)));
     QmlScene scene;
     scene.load(::scene("Image { objectName: \"i\"; source: \"" + server.url("a.png") + "\" }"));
     const QDeclarativeItem *image = scene.find("i");
@@ -262,7 +235,7 @@ void tst_QDeclarativeImage::network()
 
 void tst_QDeclarativeImage::networkFailure()
 {
-    const Server server("404 Not Found", QByteArray());
+    const DocumentServer server("404 Not Found", QByteArray());
     QmlScene scene;
     MessageRecorder messages;
     scene.load(::scene("Image { objectName: \"i\"; source: \"" + server.url("b.png") + "\" }"));
@@ -449,7 +422,7 @@ void tst_QDeclarativeImage::replacedWhileLoading()
 
 void tst_QDeclarativeImage::deletedWhileLoading()
 {
-    const Server server("200 OK", png(blocks(20, 10)));
+    const DocumentServer server("200 OK", png(blocks(20, 10)));
     QmlScene scene;
     scene.load(::scene("Image { objectName: \"i\"; source: \"" + server.url("gone.png")
                        + "\" }\n"
@@ -554,7 +527,7 @@ void tst_QDeclarativeImage::animationFromNetwork()
 {
     QFile gif(galleryFile("anim.gif").toLocalFile());
     QVERIFY(gif.open(QIODevice::ReadOnly));
-    const Server server("200 OK", gif.readAll());
+    const DocumentServer server("200 OK", gif.readAll());
     QmlScene scene;
     scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + server.url("anim.gif") + "\" }"));
     QCOMPARE(scene.find("i")->property("status").toInt(), int(Loading));

@@ -171,7 +171,7 @@ void tst_QDeclarativeItem::mapping()
     ItemScene scene("Item { width: 10; height: 10\n"
                     "Item { id: a; x: 5; y: 5 }\nItem { id: b; x: 15; y: 25 }\n"
                     "function text(p) { return p ? p.x + ',' + p.y : '' + p } }");
-    QCOMPARE(scene.evaluate("text(" + call + ")").toString(), result);
+    QCOMPARE(scene.run(QString::fromLatin1("text(" + call + ")")).toString(), result);
     QCOMPARE(scene.warnings.count(), warning.isEmpty() ? 0 : 1);
     QVERIFY(scene.warnings.isEmpty() || scene.warnings.first().endsWith(warning));
 }
@@ -279,17 +279,17 @@ void tst_QDeclarativeItem::mirroringIsInherited()
         "LayoutMirroring.enabled: turned; LayoutMirroring.childrenInherit: pass\n"
         "property bool inner: deep.LayoutMirroring.enabled\n"
         "Item { id: middle; LayoutMirroring.enabled: false; Item { id: deep } } }");
-    QVERIFY(scene.value("inner").toBool());
-    QVERIFY(!scene.evaluate("middle.LayoutMirroring.enabled").toBool());
+    QVERIFY(scene.root()->property("inner").toBool());
+    QVERIFY(!scene.run(QStringLiteral("middle.LayoutMirroring.enabled")).toBool());
     scene.root()->setProperty("pass", false);
-    QVERIFY(!scene.value("inner").toBool());
+    QVERIFY(!scene.root()->property("inner").toBool());
     scene.root()->setProperty("pass", true);
-    QVERIFY(scene.value("inner").toBool());
+    QVERIFY(scene.root()->property("inner").toBool());
     scene.root()->setProperty("turned", false);
-    QVERIFY(!scene.value("inner").toBool());
+    QVERIFY(!scene.root()->property("inner").toBool());
     scene.root()->setProperty("turned", true);
-    scene.evaluate("deep.parent = null");
-    QVERIFY(!scene.value("inner").toBool());
+    scene.run(QStringLiteral("deep.parent = null"));
+    QVERIFY(!scene.root()->property("inner").toBool());
     QVERIFY(scene.warnings.isEmpty());
 }
 
@@ -313,13 +313,13 @@ void tst_QDeclarativeItem::dynamicObjects()
         "function make() { made = maker.createObject(root); return made.parent == root }\n"
         "function text() { made = Qt.createQmlObject('import QtQuick 1.0; Item { width: 4 }', root, 't');\n"
         "  return made.parent == root } }");
-    QVERIFY(scene.evaluate("make()").toBool());
+    QVERIFY(scene.run(QStringLiteral("make()")).toBool());
     QCOMPARE(scene.root()->childItems().count(), 1);
-    scene.evaluate("made.destroy()");
-    QTRY_COMPARE(scene.value("gone").toInt(), 1);
+    scene.run(QStringLiteral("made.destroy()"));
+    QTRY_COMPARE(scene.root()->property("gone").toInt(), 1);
     QCOMPARE(scene.root()->childItems().count(), 0);
-    QVERIFY(scene.evaluate("text()").toBool());
-    QCOMPARE(scene.evaluate("made.width").toInt(), 4);
+    QVERIFY(scene.run(QStringLiteral("text()")).toBool());
+    QCOMPARE(scene.run(QStringLiteral("made.width")).toInt(), 4);
     QVERIFY(scene.warnings.isEmpty());
 }
 

@@ -16,8 +16,6 @@ private slots:
     void stacksBeforeItself();
     void keepsOrder_data();
     void keepsOrder();
-    void refusedRows_data();
-    void refusedRows();
     void changedNumber();
     void changedDelegate();
     void reset();
@@ -175,32 +173,6 @@ void tst_QDeclarativeRepeater::keepsOrder()
     scene.evaluate("var letters = model; " + script);
     QTEST(labels(scene), "order");
     QTEST(scene.value("seen").toString(), "seen");
-}
-
-void tst_QDeclarativeRepeater::refusedRows_data()
-{
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("append a list") << QByteArray("append([{t: 'X'}])") << "append: value is not an object";
-    QTest::newRow("append a number") << QByteArray("append(7)") << "append: value is not an object";
-    QTest::newRow("append nothing") << QByteArray("append()") << "append: value is not an object";
-    QTest::newRow("append null") << QByteArray("append(null)") << "append: value is not an object";
-    QTest::newRow("insert a list") << QByteArray("insert(0, [{t: 'X'}])") << "insert: value is not an object";
-    QTest::newRow("insert beyond") << QByteArray("insert(9, {t: 'X'})") << "insert: index 9 out of range";
-    QTest::newRow("remove beyond") << QByteArray("remove(4)") << "remove: index 4 out of range";
-    QTest::newRow("remove before") << QByteArray("remove(-1)") << "remove: index -1 out of range";
-    QTest::newRow("move beyond") << QByteArray("move(0, 9, 1)") << "move: out of range";
-}
-
-void tst_QDeclarativeRepeater::refusedRows()
-{
-    QFETCH(QByteArray, script);
-    QFETCH(QString, message);
-    WatchedScene scene;
-    QVERIFY(scene.load(withRepeater("model: letters; Item { property string label: t }")));
-    scene.evaluate("model." + script);
-    QCOMPARE(labels(scene), QStringLiteral("<ABCD>"));
-    QCOMPARE(scene.warnings, QStringList{QStringLiteral("QML ListModel: ") + message});
 }
 
 void tst_QDeclarativeRepeater::changedNumber()

@@ -32,6 +32,12 @@ const char clipInterface[] = R"(
     }
 )";
 
+/** A tip that grows a while after it was shown, every time. */
+const char growingInterface[] = R"(
+    Connections { target: vidTipView; onStayOpenChanged: { root.height = 40; grow.restart() } }
+    Timer { id: grow; interval: 150; running: true; onTriggered: root.height = 80 }
+)";
+
 } // namespace
 
 /** Hovers the commands of a real window with the real pointer and looks at the screen. */
@@ -44,9 +50,12 @@ private slots:
     void cleanup();
     void restingShowsTheTip();
     void tipStandsBesideThePointer();
+    void growingTipStaysWhereItIs();
     void fadesInAndOut();
     void hidesWhenThePointerIsAway();
     void staysWhileThePointerIsNear();
+    void countdownOfOneTipDoesNotHideTheNext();
+    void countdownOnTheWayToTheNextTipEndsThere();
     void movingToAnotherCommandReplacesTheTip();
     void clickOutsideHides();
     void clickInsideKeeps();
@@ -64,6 +73,7 @@ private:
     void click(const QPoint &globalPosition);
     QColor screenPixel(const QPoint &globalPosition) const;
     QColor tipPixel(int x, int y) const;
+    static QPoint placeOnScreen(const QWidget *window);
     VTWidget *tip() const { return m_session->window(); }
 
     std::unique_ptr<TestPackages> m_packages;
@@ -79,12 +89,15 @@ void tst_Hover::init()
     m_packages->writeControl("Hover", "tips.xml",
                              R"(<vidtip key="first" title="First"/>
                                 <vidtip key="second" title="Second" color="#c02060"/>
+                                <vidtip key="growing" ui="ui/Growing.qml"/>
                                 <vidtip key="clip" title="Clip" ui="ui/Clip.qml"/>)");
     const QByteArray imports = "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\n";
     m_packages->write("Hover.vidtips/ui/VidtipsUI.qml",
                       imports + "Item { width: 160; height: 100\n" + userInterface + "}\n");
     m_packages->write("Hover.vidtips/ui/Clip.qml",
                       imports + "Item { width: 160; height: 120\n" + clipInterface + "}\n");
+    m_packages->write("Hover.vidtips/ui/Growing.qml",
+                      imports + "Item { id: root; width: 100; height: 40\n" + growingInterface + "}\n");
     m_window = std::make_unique<QWidget>();
     m_window->setWindowTitle("Host");
     m_window->setGeometry(100, 100, 700, 400);
@@ -161,6 +174,24 @@ QColor tst_Hover::tipPixel(int x, int y) const
     return screenPixel(tip()->mapToGlobal(QPoint(x, y)));
 }
 
+/** Where the window is for the X server, whatever Qt believes. */
+QPoint tst_Hover::placeOnScreen(const QWidget *window)
+{
+    QProcess xdotool;
+    xdotool.start("xdotool", {"getwindowgeometry", "--shell", QString::number(window->winId())});
+    if (!xdotool.waitForFinished())
+        return {};
+    QPoint place;
+    const QByteArrayList lines = xdotool.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("X="))
+            place.setX(line.mid(2).toInt());
+        else if (line.startsWith("Y="))
+            place.setY(line.mid(2).toInt());
+    }
+    return place;
+}
+
 void tst_Hover::restingShowsTheTip()
 {
     startSession();
@@ -176,6 +207,30 @@ void tst_Hover::tipStandsBesideThePointer()
     startSession([](VTContext &settings) { settings.set(TooltipOffset, QSize(12, 34)); });
     QVERIFY(hover(m_first));
     QCOMPARE(tip()->pos(), QCursor::pos() + QPoint(12, 34));
+}
+
+// Some window managers report a new window's place as the corner of the screen while it is on its way, and a
+// resize that believed them would take it there.
+void tst_Hover::growingTipStaysWhereItIs()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 0); });
+    QPushButton *const command = addCommand("growing", {300, 40});
+    command->show();
+    for (int i = 0; i < 6; ++i) {
+        const QPoint pointer = command->mapToGlobal(command->rect().center());
+        QCursor::setPos(pointer);
+        QVERIFY(m_session->host->show("growing", pointer, command));
+        const QPoint place = pointer + QPoint(35, 30);
+        m_session->view()->setStayOpen(false);
+        QTRY_COMPARE(tip()->height(), 81);
+        QTest::qWait(50);
+        QCOMPARE(tip()->pos(), place);
+        QPoint onScreen;
+        QTRY_COMPARE((onScreen = placeOnScreen(tip())), place);
+        tip()->hide();
+        QCursor::setPos(900, 700);
+        QTest::qWait(50);
+    }
 }
 
 void tst_Hover::fadesInAndOut()
@@ -217,6 +272,35 @@ void tst_Hover::staysWhileThePointerIsNear()
     QCursor::setPos(edge);
     // Well over the idle time.
     QTest::qWait(800);
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::countdownOfOneTipDoesNotHideTheNext()
+{
+    startSession([](VTContext &settings) {
+        settings.set(HideDuration, 300);
+        settings.set(IdleInterval, 1500);
+    });
+    QVERIFY(hover(m_first));
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 300)));
+    tip()->hideAnimated();
+    QTest::qWait(100);
+    // Away from the tip while it fades.
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTRY_VERIFY(!tip()->isVisible());
+    QVERIFY(hover(m_second));
+    QTest::qWait(2000);
+    QVERIFY(tip()->isVisible());
+}
+
+void tst_Hover::countdownOnTheWayToTheNextTipEndsThere()
+{
+    startSession([](VTContext &settings) { settings.set(IdleInterval, 2000); });
+    QVERIFY(hover(m_first));
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QTest::qWait(50);
+    QVERIFY(hover(m_second));
+    QTest::qWait(2500);
     QVERIFY(tip()->isVisible());
 }
 

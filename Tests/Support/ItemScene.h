@@ -2,19 +2,17 @@
 
 #include "WatchedScene.h"
 
-#include <QtDeclarative/QDeclarativeItem>
-
 #include <QtGui/QKeyEvent>
 
-/** A scene whose items are found by their names and get keys. */
+/** A watched scene whose items are found by their names and get keys. */
 class ItemScene : public WatchedScene
 {
 public:
-    /** Shows @p body, after @p imports besides QtQuick 1.1; ends the program when it cannot be loaded. */
+    /** Shows @p body, after @p imports besides QtQuick 1.1; ends the program when that fails. */
     explicit ItemScene(const QByteArray &body, const QByteArray &imports = {})
     {
         if (!load(imports + "\n" + body))
-            qFatal("the scene's window does not become active");
+            qFatal("the scene does not become active");
     }
 
     QDeclarativeItem *root() { return qobject_cast<QDeclarativeItem *>(QmlScene::root()); }
@@ -22,7 +20,7 @@ public:
     /** The item with that object name; ends the program when there is none. */
     QDeclarativeItem *item(const char *name)
     {
-        auto *found = qobject_cast<QDeclarativeItem *>(WatchedScene::item(name));
+        auto *found = find(name);
         if (!found)
             qFatal("no item %s", name);
         return found;

@@ -88,6 +88,12 @@ public:
 
     static QString mpeg4() { return make("mpeg4.avi", moving("160x120", 15, {"-c:v", "mpeg4", "-bf", "2"})); }
 
+    /** A width that the vectors of a scaler do not divide. */
+    static QString unevenWidth()
+    {
+        return make("uneven.mp4", moving("360x200", 60, {"-c:v", "libx264", "-pix_fmt", "yuv420p"}));
+    }
+
     static QString oddSize()
     {
         return make("odd.mkv",

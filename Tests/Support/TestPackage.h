@@ -39,12 +39,12 @@ public:
                      "<?xml version=\"1.0\"?>\n<vidtips " + attributes + ">\n" + tips + "\n</vidtips>\n");
     }
 
-    /** Writes the full user interface of @p package: an item of that size. */
+    /** Writes the full user interface of @p package: an item of that size, after the lines of @p imports. */
     QString writeUserInterface(const QString &package, const QByteArray &body = {}, int width = 120,
-                               int height = 80) const
+                               int height = 80, const QByteArray &imports = {}) const
     {
         return write(package + ".vidtips/ui/VidtipsUI.qml",
-                     "import QtQuick 1.0\nItem {\n    width: " + QByteArray::number(width)
+                     "import QtQuick 1.0\n" + imports + "Item {\n    width: " + QByteArray::number(width)
                          + "; height: " + QByteArray::number(height) + "\n" + body + "\n}\n");
     }
 

@@ -5,8 +5,14 @@
 #include <QtCore/QStringList>
 #include <QtWidgets/QGraphicsObject>
 
+/** What a scene has said. It outlives the view, whose handlers may fail to the very end. */
+struct SceneMessages
+{
+    QStringList warnings;
+};
+
 /** A QML 1 scene that is shown in an active window, and whose messages are kept instead of written. */
-class WatchedScene : public QmlScene
+class WatchedScene : public SceneMessages, public QmlScene
 {
 public:
     WatchedScene()
@@ -50,6 +56,4 @@ public:
             warnings += expression.error().description();
         return result;
     }
-
-    QStringList warnings;
 };

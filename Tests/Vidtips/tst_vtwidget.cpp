@@ -71,6 +71,8 @@ private slots:
     void reservingWithAReference();
     void reservingIntoAContainer();
     void reservingIntoAContainerWithALayout();
+    void reservingIntoAContainerThatTheTipOwns();
+    void reservingIntoItself();
     void reservingStopsTimerAndFade();
     void reservedFalseDoesNothing();
     void reservedWindowDeletesItselfOnClose();
@@ -738,6 +740,32 @@ void tst_VTWidget::reservingIntoAContainerWithALayout()
     QCOMPARE(container.layout(), layout);
     QCOMPARE(layout->contentsMargins(), QMargins(1, 2, 3, 4));
     QCOMPARE(layout->indexOf(window), 0);
+}
+
+// What a host returns that owns its window by the active one, when the click made the tip active.
+void tst_VTWidget::reservingIntoAContainerThatTheTipOwns()
+{
+    auto *const inner = new QWidget(window, Qt::Tool);
+    QPointer<QWidget> container(new QWidget(inner, Qt::Tool));
+    session->host->onCreateWindow = [&] { return container.data(); };
+    showContent();
+    view->setReserved(true);
+    QVERIFY(!container->parentWidget());
+    QVERIFY(container->windowFlags() & Qt::Tool);
+    QCOMPARE(window->parentWidget(), container.data());
+    QVERIFY(container->isVisible());
+    delete container;
+    QVERIFY(!window);
+}
+
+void tst_VTWidget::reservingIntoItself()
+{
+    session->host->onCreateWindow = [&] { return window.data(); };
+    showContent();
+    view->setReserved(true);
+    QVERIFY(window->isWindow());
+    QVERIFY(window->isVisible());
+    QVERIFY(window->testAttribute(Qt::WA_DeleteOnClose));
 }
 
 void tst_VTWidget::reservingStopsTimerAndFade()

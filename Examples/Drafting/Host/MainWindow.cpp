@@ -14,6 +14,7 @@
 #include "TipKeyboard.h"
 #include "TipList.h"
 #include "TipPlacement.h"
+#include "TipTrace.h"
 
 #include <QtCore/QLibraryInfo>
 #include <QtGui/QPainter>
@@ -66,6 +67,8 @@ MainWindow::MainWindow(const Options &options)
     m_tips = std::make_unique<TipHost>(context, options, m_commands, m_log);
     new TipKeyboard(m_tips.get(), this);
     new TipPlacement(this);
+    if (options.trace)
+        new TipTrace(m_tips.get(), this);
     connectCommands();
     connectTips();
     setAppearance(options.appearance);

@@ -41,6 +41,7 @@ Options Options::parse(const QCoreApplication &application)
         {"no-fallback", tr("No tip for commands that have none.")},
         {"no-sample", tr("Start with an empty drawing.")},
         {"debug-messages", tr("Show every message of the tip library in the message panel.")},
+        {"trace", tr("Write where commands are and what happens to tips to standard output.")},
         {"idle", tr("Time until an unattended tip hides; 0: never."), "milliseconds"},
     });
     parser.process(application);
@@ -63,6 +64,7 @@ Options Options::parse(const QCoreApplication &application)
     options.fallback = !parser.isSet("no-fallback");
     options.sample = !parser.isSet("no-sample");
     options.debugMessages = parser.isSet("debug-messages");
+    options.trace = parser.isSet("trace");
     if (parser.isSet("idle"))
         options.idleInterval = parser.value("idle").toInt();
     return options;

@@ -22,6 +22,7 @@ public:
     bool fallback = true;
     bool sample = true;
     bool debugMessages = false;
+    bool trace = false;
     int idleInterval = -1;
 
     /** Reads the command line; shows the help or the error and ends the process where that is asked for. */

@@ -5,6 +5,8 @@
 #include "MessageLog.h"
 #include "Options.h"
 
+#include <Vidtips/VTIndex.h>
+#include <Vidtips/VTManager.h>
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
@@ -70,6 +72,12 @@ TipHost::TipHost(VTContext &context, const Options &options, Commands *commands,
 {
     setMotion(options.motion);
     setGlobalProperty(QStringLiteral("application"), QCoreApplication::applicationName());
+}
+
+TipHost::~TipHost()
+{
+    // An index is the host's to delete, also the one that the manager makes.
+    delete manager()->index();
 }
 
 void TipHost::setMotion(bool on)
@@ -214,10 +222,27 @@ void TipHost::describe(const QString &key)
 
 void TipHost::notification(VTNotification type, const QVariant &, const QString &text)
 {
-    if (type == VTNotificationShown)
+    if (type == VTNotificationShown) {
         m_shownKey = text;
-    else if (type == VTNotificationHidden && text == m_shownKey)
-        m_shownKey.clear();
-    else if (int(type) == CloseWindow && QApplication::activeWindow())
+        m_sinceShown.start();
+        Q_EMIT tipShown(text);
+    } else if (type == VTNotificationHidden) {
+        const bool wasShown = text == m_shownKey;
+        if (wasShown)
+            m_shownKey.clear();
+        Q_EMIT tipHidden(text);
+        if (wasShown)
+            showAgainAfterFade();
+    } else if (int(type) == CloseWindow && QApplication::activeWindow()) {
         QApplication::activeWindow()->close();
+    }
+}
+
+// A tip that comes while the one before fades out is hidden with it, and a pointer that rests gives no reason
+// to bring it back.
+void TipHost::showAgainAfterFade()
+{
+    const int fade = context().get(HideDuration, 0).toInt();
+    if (m_sinceShown.elapsed() < fade && QGuiApplication::mouseButtons() == Qt::NoButton)
+        QTimer::singleShot(0, this, [this] { showUnderPointer(); });
 }

@@ -3,6 +3,7 @@
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 
 class Commands;
@@ -25,6 +26,7 @@ public:
     static void fill(VTContext &context, const Options &options);
 
     TipHost(VTContext &context, const Options &options, Commands *commands, MessageLog *log);
+    ~TipHost() override;
 
     /** Pinned tips move into a window of the application instead of becoming one themselves. */
     void setReservesInContainer(bool on) { m_container = on; }
@@ -55,14 +57,19 @@ Q_SIGNALS:
     /** Help on @p topic is to be shown inside the application. */
     void topicRequested(const QString &topic);
 
+    void tipShown(const QString &key);
+    void tipHidden(const QString &key);
+
 private:
     QString commandKey(QObject *object) const;
     bool confirms(const QUrl &url) const;
     void describe(const QString &key);
+    void showAgainAfterFade();
 
     Commands *m_commands;
     QPointer<MessageLog> m_log;
     QString m_shownKey;
+    QElapsedTimer m_sinceShown;
     bool m_container;
     bool m_fallback;
 };

@@ -6,7 +6,7 @@ Row {
 
     property variant ui
     property string shortcut: ""
-    property variant keys: shortcut === "" ? [] : shortcut.replace(/\+\+$/, "+Plus").split("+")
+    property variant keys: shortcut === "" ? [] : shortcut.replace(/(^|\+)\+$/, "$1Plus").split("+")
 
     spacing: 4
 

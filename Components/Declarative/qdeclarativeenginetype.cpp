@@ -1,0 +1,89 @@
+#include "qdeclarativeenginetype_p.h"
+
+#include <QtCore/QVector>
+
+#include <private/qqmlmetatype_p.h>
+#include <private/qqmltype_p_p.h>
+
+using namespace QDeclarativeEngineType;
+
+namespace {
+
+QQmlPrivate::RegisterType registrationOf(const QQmlType &type)
+{
+    const auto *cpp = type.priv()->extraData.cd;
+    return {
+        0,
+        type.typeId(),
+        type.qListTypeId(),
+        cpp->allocationSize,
+        cpp->newFunc,
+        cpp->noCreationReason,
+        nullptr,
+        0,
+        0,
+        nullptr,
+        type.baseMetaObject(),
+        cpp->attachedPropertiesFunc,
+        cpp->attachedPropertiesType,
+        cpp->parserStatusCast,
+        cpp->propertyValueSourceCast,
+        cpp->propertyValueInterceptorCast,
+        cpp->extFunc,
+        cpp->extMetaObject,
+        cpp->customParser,
+        0,
+    };
+}
+
+void registerIn(QQmlPrivate::RegisterType copy, const char *uri, int major, int minor, const char *name)
+{
+    copy.uri = uri;
+    copy.versionMajor = major;
+    copy.versionMinor = minor;
+    copy.elementName = name;
+    // The copy shares the original's parser, which each would delete at exit: this one is never released.
+    static QVector<QQmlType> *const immortal = new QVector<QQmlType>;
+    immortal->append(QQmlMetaType::registerType(copy));
+}
+
+} // namespace
+
+QQmlType QDeclarativeEngineType::find(const char *module, const char *name)
+{
+    const QQmlType type =
+        QQmlMetaType::qmlType(QString::fromLatin1(name), QString::fromLatin1(module), 2, 15);
+    if (!type.isValid())
+        qFatal("QtDeclarative: Qt does not have the type %s in %s 2", name, module);
+    return type;
+}
+
+CreateFunction QDeclarativeEngineType::createFunction(const QQmlType &type)
+{
+    return type.priv()->extraData.cd->newFunc;
+}
+
+void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name,
+                                          const Replacement &replacement)
+{
+    QQmlPrivate::RegisterType copy = registrationOf(type);
+    if (replacement.create)
+        copy.create = replacement.create;
+    if (replacement.metaObject)
+        copy.metaObject = replacement.metaObject;
+    registerIn(copy, "QtQuick", 1, 0, name);
+    registerIn(copy, "Qt", 4, 7, name);
+}
+
+void QDeclarativeEngineType::registerLaterUncreatable(const QQmlType &type, const char *name,
+                                                      const QString &reason)
+{
+    QQmlPrivate::RegisterType copy = registrationOf(type);
+    copy.noCreationReason = reason;
+    registerIn(copy, "QtQuick", 1, 1, name);
+}
+
+void QDeclarativeEngineType::registerAgain(const QQmlType &type)
+{
+    registerIn(registrationOf(type), "QtQuick", 1, 0, nullptr);
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+class QWidget;
+class TipHost;
+
+/**
+ * Tells a program that drives the application what happens, one line each on standard output: "command KEY X
+ * Y" for the middle of every tool button in screen pixels, "ready" after them, then "shown KEY" and "hidden
+ * KEY".
+ */
+class TipTrace : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Traces the tips of @p tips and the commands of @p window, once that is active. */
+    TipTrace(TipHost *tips, QWidget *window);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void writeCommands();
+    static void write(const QString &line);
+
+    QWidget *const m_window;
+};

@@ -1,0 +1,283 @@
+#include "MessageRecorder.h"
+#include "WatchedScene.h"
+
+#include <QtTest/QSignalSpy>
+
+/** What QML 1 adds to the animations that Qt has, and what they animate. */
+class tst_QDeclarativeAnimation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void completes_data();
+    void completes();
+    void completesWhenStopped();
+    void restartsCount();
+    void completedCanBeConnected();
+    void completesWithPropertiesOfItsOwn();
+    void partsDoNotComplete();
+    void assigns_data();
+    void assigns();
+    void behaviorMoves_data();
+    void behaviorMoves();
+    void behaviorOffSetsAtOnce();
+    void anchorAnimationMoves();
+    void vectorIsAnimated();
+    void scriptActionByName();
+    void bindingLetsGo();
+    void stopsWithoutPosition();
+    void destroyedWhileRunning();
+};
+
+void tst_QDeclarativeAnimation::completes_data()
+{
+    QTest::addColumn<QByteArray>("animation");
+    const auto row = [](const char *name, const char *properties) {
+        QTest::newRow(name) << QByteArray(name) + " { id: run; " + properties
+                + "\nonStarted: log += 'started '; onCompleted: log += 'completed ';"
+                  " onRunningChanged: log += running + ' ' }";
+    };
+    row("NumberAnimation", "target: box; property: 'x'; to: 20; duration: 20");
+    row("PropertyAnimation", "target: box; property: 'x'; to: 20; duration: 20");
+    row("ColorAnimation", "target: box; property: 'color'; to: 'red'; duration: 20");
+    row("RotationAnimation", "target: box; property: 'rotation'; to: 20; duration: 20");
+    row("Vector3dAnimation", "target: turn; property: 'axis'; to: Qt.vector3d(1, 0, 0); duration: 20");
+    row("SmoothedAnimation", "target: box; property: 'x'; to: 20; duration: 20");
+    row("SpringAnimation", "target: box; property: 'x'; to: 20; spring: 5; damping: 0.9; epsilon: 5");
+    row("PauseAnimation", "duration: 20");
+    row("PropertyAction", "target: box; property: 'x'; value: 20");
+    row("ScriptAction", "script: box.x = 20");
+    row("SequentialAnimation", "PauseAnimation { duration: 10 }");
+    row("ParallelAnimation", "PauseAnimation { duration: 10 }");
+}
+
+void tst_QDeclarativeAnimation::completes()
+{
+    QFETCH(QByteArray, animation);
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property string log\n"
+                       "Rectangle { id: box; width: 9; height: 9; transform: Rotation { id: turn } }\n"
+                       + animation + " }"));
+    scene.evaluate("run.start()");
+    QTRY_VERIFY(scene.value("log").toString().contains(QLatin1String("completed")));
+    QTRY_VERIFY(scene.value("log").toString().endsWith(QLatin1String("false ")));
+    const QStringList words = scene.value("log").toString().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QCOMPARE(words.count(QStringLiteral("started")), 1);
+    QCOMPARE(words.count(QStringLiteral("completed")), 1);
+    QVERIFY(words.indexOf(QStringLiteral("started")) < words.indexOf(QStringLiteral("completed")));
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+void tst_QDeclarativeAnimation::completesWhenStopped()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property int done\n"
+                       "NumberAnimation on x { id: run; to: 20; duration: 100000; onCompleted: done++ } }"));
+    QCOMPARE(scene.value("done").toInt(), 0);
+    scene.evaluate("run.stop()");
+    QCOMPARE(scene.value("done").toInt(), 1);
+    scene.evaluate("run.stop()");
+    QCOMPARE(scene.value("done").toInt(), 1);
+}
+
+void tst_QDeclarativeAnimation::restartsCount()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property int done\n"
+                       "PauseAnimation { id: run; duration: 100000; onCompleted: done++ } }"));
+    scene.evaluate("run.start(); run.restart()");
+    QCOMPARE(scene.value("done").toInt(), 1);
+    scene.evaluate("run.complete()");
+    QTRY_COMPARE(scene.value("done").toInt(), 2);
+}
+
+void tst_QDeclarativeAnimation::completedCanBeConnected()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property int done; property variant any: run\n"
+                       "function count() { done += 10 }\n"
+                       "PauseAnimation { id: run; objectName: 'run'; duration: 5 }\n"
+                       "Connections { target: any; onCompleted: done++ }\n"
+                       "Component.onCompleted: run.completed.connect(count) }"));
+    QSignalSpy completed(scene.find<QObject>("run"), SIGNAL(completed()));
+    scene.evaluate("run.start()");
+    QTRY_COMPARE(completed.count(), 1);
+    QCOMPARE(scene.value("done").toInt(), 11);
+    scene.evaluate("run.completed()");
+    QCOMPARE(scene.value("done").toInt(), 22);
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+/** Members of QML add a meta-object of their own on top. */
+void tst_QDeclarativeAnimation::completesWithPropertiesOfItsOwn()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property int done\n"
+                       "NumberAnimation { id: run; property int by: 3; signal counted(int n);\n"
+                       "duration: 5; target: run; property: 'by'; to: 8; onCompleted: counted(by);\n"
+                       "onCounted: done += n } }"));
+    scene.evaluate("run.start()");
+    QTRY_COMPARE(scene.value("done").toInt(), 8);
+    scene.evaluate("run.destroy()");
+}
+
+void tst_QDeclarativeAnimation::partsDoNotComplete()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property string log\n"
+                       "SequentialAnimation { id: run; onCompleted: log += 'all '\n"
+                       "PauseAnimation { duration: 5; onCompleted: log += 'part ' } } }"));
+    scene.evaluate("run.start()");
+    QTRY_COMPARE(scene.value("log").toString(), QStringLiteral("all "));
+}
+
+void tst_QDeclarativeAnimation::assigns_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::newRow("Animation") << QByteArray("property Animation it: NumberAnimation { }");
+    QTest::newRow("PropertyAnimation") << QByteArray("property PropertyAnimation it: ColorAnimation { }");
+    QTest::newRow("NumberAnimation") << QByteArray("property NumberAnimation it: SmoothedAnimation { }");
+    QTest::newRow("itself") << QByteArray("property SpringAnimation it: SpringAnimation { }");
+    QTest::newRow("AnchorAnimation") << QByteArray("property Animation it: AnchorAnimation { }");
+}
+
+/** An animation goes where one of its base types is asked for. */
+void tst_QDeclarativeAnimation::assigns()
+{
+    QFETCH(QByteArray, property);
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; " + property + " }"));
+    QVERIFY(scene.value("it").value<QObject *>());
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+void tst_QDeclarativeAnimation::behaviorMoves_data()
+{
+    QTest::addColumn<QByteArray>("item");
+    QTest::addColumn<QByteArray>("property");
+    QTest::newRow("plain") << QByteArray("Rectangle { Behavior on x { NumberAnimation { duration: 60 } } }")
+                           << QByteArray("x");
+    QTest::newRow("border") << QByteArray(
+        "Rectangle { Behavior on border.width { NumberAnimation { duration: 60 } } }")
+                            << QByteArray("border.width");
+    QTest::newRow("margin") << QByteArray("Rectangle { anchors.left: parent.left; Behavior on "
+                                          "anchors.leftMargin { NumberAnimation { duration: 60 } } }")
+                            << QByteArray("anchors.leftMargin");
+    QTest::newRow("font") << QByteArray("Text { font.pixelSize: 2; Behavior on font.pixelSize { "
+                                        "NumberAnimation { duration: 60 } } }")
+                          << QByteArray("font.pixelSize");
+}
+
+void tst_QDeclarativeAnimation::behaviorMoves()
+{
+    QFETCH(QByteArray, item);
+    QFETCH(QByteArray, property);
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { id: root; width: 50; height: 50; property alias thing: loader.item\n"
+                       "property Component made: Component { "
+                       + item
+                       + " }\n"
+                         "property int now: thing."
+                       + property
+                       + "; property int steps; onNowChanged: steps++\n"
+                         "Loader { id: loader; width: 40; height: 40; sourceComponent: made } }"));
+    const QByteArray set = "thing." + property + " = 30";
+    scene.evaluate(set.constData());
+    QVERIFY(scene.value("now").toInt() < 30);
+    QTRY_COMPARE(scene.value("now").toInt(), 30);
+    QVERIFY(scene.value("steps").toInt() > 1);
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+void tst_QDeclarativeAnimation::behaviorOffSetsAtOnce()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50\n"
+                       "Behavior on z { enabled: false; NumberAnimation { duration: 100000 } } }"));
+    scene.evaluate("z = 30");
+    QCOMPARE(scene.value("z").toInt(), 30);
+}
+
+void tst_QDeclarativeAnimation::anchorAnimationMoves()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { id: root; width: 100; height: 50; property real seen; property int done\n"
+                       "Item { id: box; objectName: 'box'; width: 10; height: 10; anchors.left: root.left\n"
+                       "onXChanged: if (x > 0 && x < 90) seen = x }\n"
+                       "states: State { name: 'right'; AnchorChanges { target: box; anchors.left: undefined\n"
+                       "anchors.right: root.right } }\n"
+                       "transitions: Transition { AnchorAnimation { duration: 80 } } }"));
+    scene.evaluate("root.state = 'right'");
+    QTRY_COMPARE(scene.item("box")->x(), 90.0);
+    QVERIFY(scene.value("seen").toReal() > 0);
+}
+
+void tst_QDeclarativeAnimation::vectorIsAnimated()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property real x1: turn.origin.x\n"
+                       "transform: Rotation { id: turn }\n"
+                       "Vector3dAnimation { id: run; target: turn; property: 'origin'; duration: 30\n"
+                       "from: Qt.vector3d(1, 1, 1); to: Qt.vector3d(5, 6, 7) } }"));
+    scene.evaluate("run.start()");
+    QTRY_COMPARE(scene.value("x1").toReal(), 5.0);
+    QCOMPARE(scene.evaluate("turn.origin.z").toReal(), 7.0);
+}
+
+void tst_QDeclarativeAnimation::scriptActionByName()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(
+        "Item { id: root; width: 50; height: 50; property string log; property bool over\n"
+        "states: State { name: 'on'\n"
+        "StateChangeScript { name: 'named'; script: log += 'named ' }\n"
+        "StateChangeScript { script: log += 'loose ' } }\n"
+        "transitions: Transition { SequentialAnimation { ScriptAction { script: log += 'first ' }\n"
+        "PauseAnimation { duration: 5 } ScriptAction { scriptName: 'named' }\n"
+        "ScriptAction { script: over = true } } } }"));
+    scene.evaluate("root.state = 'on'");
+    QTRY_VERIFY(scene.value("over").toBool());
+    QCOMPARE(scene.value("log").toString(), QStringLiteral("first loose named "));
+}
+
+void tst_QDeclarativeAnimation::bindingLetsGo()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { id: root; width: 50; height: 50; property int from: 3; property int other: 1\n"
+                       "z: other\n"
+                       "Binding { id: tie; target: root; property: 'z'; value: from } }"));
+    QCOMPARE(scene.value("z").toInt(), 3);
+    scene.evaluate("root.from = 4");
+    QCOMPARE(scene.value("z").toInt(), 4);
+    MessageRecorder messages;
+    scene.evaluate("tie.when = false");
+    scene.evaluate("root.other = 7");
+    QCOMPARE(scene.value("z").toInt(), 7);
+    QCOMPARE(scene.warnings, QStringList());
+    QCOMPARE(messages.texts(), QStringList());
+}
+
+void tst_QDeclarativeAnimation::stopsWithoutPosition()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Rectangle { width: 50; height: 50; \n"
+                       "gradient: Gradient { GradientStop { id: first; color: '#ff0000' }\n"
+                       "GradientStop { position: 1; color: '#0000ff' } } }"));
+    QCOMPARE(scene.evaluate("first.position").toReal(), 0.0);
+    QVERIFY(scene.pixel(25, 0).red() > 240);
+    QVERIFY(scene.pixel(25, 49).blue() > 240);
+}
+
+void tst_QDeclarativeAnimation::destroyedWhileRunning()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { width: 50; height: 50; property int done\n"
+                       "Loader { id: loader; sourceComponent: Component { Item {\n"
+                       "NumberAnimation on x { to: 20; duration: 100000; onCompleted: done++ } } } } }"));
+    scene.evaluate("loader.sourceComponent = null");
+    QTRY_VERIFY(!scene.evaluate("loader.item").value<QObject *>());
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+QTEST_MAIN(tst_QDeclarativeAnimation)
+#include "tst_qdeclarativeanimation.moc"

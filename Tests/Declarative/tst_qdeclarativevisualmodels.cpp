@@ -1,0 +1,385 @@
+#include "WatchedScene.h"
+
+#include <QtCore/QSortFilterProxyModel>
+#include <QtCore/QStringListModel>
+#include <QtGui/QStandardItemModel>
+#include <QtQml/QQmlContext>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+enum Role { NameRole = Qt::UserRole + 1, SizeRole };
+
+/** A model with the roles "name" and "size". */
+class Shelf : public QStandardItemModel
+{
+public:
+    explicit Shelf(const QStringList &names)
+    {
+        setItemRoleNames({{NameRole, "name"}, {SizeRole, "size"}});
+        for (const QString &name : names)
+            appendRow(entry(name));
+    }
+
+    static QStandardItem *entry(const QString &name)
+    {
+        auto *item = new QStandardItem;
+        item->setData(name, NameRole);
+        item->setData(name.size(), SizeRole);
+        return item;
+    }
+};
+
+const char repeater[] = R"(
+    Item {
+        id: root
+        property alias rep: rep
+        property int made
+        function shown() {
+            var all = []
+            for (var i = 0; i < rep.count; ++i)
+                all.push(rep.itemAt(i).shown)
+            return all.join(" ")
+        }
+        Repeater {
+            id: rep
+            model: given
+            Item { property string shown: %1; Component.onCompleted: ++root.made }
+        }
+    })";
+
+using Change = std::function<void(Shelf &)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+class tst_QDeclarativeVisualModels : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void kindsOfModels_data();
+    void kindsOfModels();
+    void itemModelChanges_data();
+    void itemModelChanges();
+    void rolesMayChangeWithReset();
+    void modelMayGo();
+    void visualItemModel();
+    void visualItemModelTakesItemsOnly();
+    void initialValues();
+    void visualDataModelSignals();
+    void rootIndex();
+    void parts();
+    void partOfTheModelItself();
+    void packagesAreReported();
+
+private:
+    static bool load(WatchedScene &scene, const QByteArray &body, const QVariant &model)
+    {
+        scene.view().rootContext()->setContextProperty(QStringLiteral("given"), model);
+        return scene.load(body);
+    }
+
+    static QByteArray showing(const QByteArray &expression)
+    {
+        return QByteArray(repeater).replace("%1", expression);
+    }
+};
+
+void tst_QDeclarativeVisualModels::kindsOfModels_data()
+{
+    QTest::addColumn<QByteArray>("model");
+    QTest::addColumn<QByteArray>("expression");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char *name, const char *model, const char *expression, const char *shown) {
+        QTest::newRow(name) << QByteArray(model) << QByteArray(expression) << QString::fromLatin1(shown);
+    };
+    row("number", "3", "index", "0 1 2");
+    row("number as modelData", "2", "modelData", "0 1");
+    row("zero", "0", "index", "");
+    row("negative", "-4", "index", "");
+    row("null", "null", "index", "");
+    row("undefined", "undefined", "index", "");
+    row("array", "['x', 'y']", "modelData", "x y");
+    row("array, index", "['x', 'y']", "index + modelData", "0x 1y");
+    row("array of numbers", "[4, 2.5]", "modelData", "4 2.5");
+    row("array of objects", "[{ a: 1 }, { a: 2 }]", "modelData.a", "1 2");
+    row("empty array", "[]", "modelData", "");
+    row("object", "root", "modelData === root", "true");
+    row("text", "'word'", "modelData", "");
+    row("list of objects", "root.children", "modelData === root.children[index]", "true");
+    row("list model", "rows", "[a, model.a, model.index].join('')", "110 221");
+    row("list model with one role", "rows", "modelData", "1 2");
+    row("string list", "words", "modelData", "one two");
+    row("object list", "objects", "modelData.objectName + index", "left0 right1");
+    row("item model", "shelf", "name + model.size + index", "ab20 c11");
+}
+
+void tst_QDeclarativeVisualModels::kindsOfModels()
+{
+    QFETCH(QByteArray, model);
+    QFETCH(QByteArray, expression);
+    QFETCH(QString, shown);
+    Shelf shelf({QStringLiteral("ab"), QStringLiteral("c")});
+    QObject left;
+    QObject right;
+    left.setObjectName(QStringLiteral("left"));
+    right.setObjectName(QStringLiteral("right"));
+    WatchedScene scene;
+    QQmlContext *context = scene.view().rootContext();
+    context->setContextProperty(QStringLiteral("words"), QStringList{"one", "two"});
+    context->setContextProperty(QStringLiteral("shelf"), &shelf);
+    context->setContextProperty(QStringLiteral("objects"),
+                                QVariant::fromValue(QList<QObject *>{&left, &right}));
+    QByteArray body = showing(expression).replace("given", "root.given");
+    body.replace("property int made",
+                 "property int made\nproperty variant given\n"
+                 "ListModel { id: rows; ListElement { a: 1 } ListElement { a: 2 } }");
+    QVERIFY(scene.load(body));
+    scene.evaluate("root.given = " + model);
+    QCOMPARE(scene.evaluate("shown()").toString(), shown);
+    scene.evaluate("root.given = 1");
+    QCOMPARE(scene.evaluate("rep.count").toInt(), 1);
+    scene.evaluate("root.given = undefined");
+    QCOMPARE(scene.evaluate("rep.count").toInt(), 0);
+}
+
+void tst_QDeclarativeVisualModels::itemModelChanges_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<int>("made");
+    QTest::newRow("insert") << Change([](Shelf &s) { s.insertRow(1, Shelf::entry(QStringLiteral("x"))); })
+                            << "b x a c" << 1;
+    QTest::newRow("append") << Change([](Shelf &s) { s.appendRow(Shelf::entry(QStringLiteral("x"))); })
+                            << "b a c x" << 1;
+    QTest::newRow("remove") << Change([](Shelf &s) { s.removeRow(1); }) << "b c" << 0;
+    QTest::newRow("remove two") << Change([](Shelf &s) { s.removeRows(0, 2); }) << "c" << 0;
+    QTest::newRow("data") << Change([](Shelf &s) { s.item(1)->setData(QStringLiteral("z"), NameRole); })
+                          << "b z c" << 0;
+    QTest::newRow("sort") << Change([](Shelf &s) {
+        s.setSortRole(NameRole);
+        s.sort(0);
+    }) << "a b c" << 0;
+    QTest::newRow("reset") << Change([](Shelf &s) {
+        s.clear();
+        s.appendRow(Shelf::entry(QStringLiteral("x")));
+    }) << "x" << 1;
+}
+
+void tst_QDeclarativeVisualModels::itemModelChanges()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, shown);
+    Shelf shelf({QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")});
+    WatchedScene scene;
+    QVERIFY(load(scene, showing("model.name"), QVariant::fromValue<QObject *>(&shelf)));
+    QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("b a c"));
+    scene.evaluate("root.made = 0");
+    change(shelf);
+    QTRY_COMPARE(scene.evaluate("shown()").toString(), shown);
+    QTEST(scene.value("made").toInt(), "made");
+    QCOMPARE(scene.warnings, QStringList());
+}
+
+void tst_QDeclarativeVisualModels::rolesMayChangeWithReset()
+{
+    Shelf shelf({QStringLiteral("b")});
+    WatchedScene scene;
+    QVERIFY(load(scene, showing("model.name + model.extra"), QVariant::fromValue<QObject *>(&shelf)));
+    QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("bundefined"));
+    QStandardItem *entry = Shelf::entry(QStringLiteral("q"));
+    entry->setData(5, Qt::UserRole + 9);
+    {
+        shelf.setItemRoleNames({{NameRole, "name"}, {Qt::UserRole + 9, "extra"}});
+        shelf.clear();
+        shelf.appendRow(entry);
+    }
+    QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("q5"));
+}
+
+void tst_QDeclarativeVisualModels::modelMayGo()
+{
+    auto shelf = std::make_unique<Shelf>(QStringList{"b", "a"});
+    WatchedScene scene;
+    QVERIFY(load(scene, showing("model.name"), QVariant::fromValue<QObject *>(shelf.get())));
+    QCOMPARE(scene.evaluate("rep.count").toInt(), 2);
+    shelf.reset();
+    QTRY_COMPARE(scene.evaluate("rep.count").toInt(), 0);
+}
+
+void tst_QDeclarativeVisualModels::visualItemModel()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root
+        property variant log: []
+        function note(text) { var all = log; all.push(text); log = all }
+        VisualItemModel {
+            id: pages
+            onCreatedItem: note("created " + index + item.objectName)
+            onDestroyingItem: note("destroying " + item.objectName)
+            Item { id: a; objectName: "a"; property int place: VisualItemModel.index }
+            Item { id: b; objectName: "b"; property int place: VisualItemModel.index }
+        }
+        Item { id: alone; property int place: VisualItemModel.index }
+        Row { id: row; Repeater { id: rep; model: pages } }
+    })"));
+    QCOMPARE(scene.evaluate("pages.count + ' ' + pages.children.length").toString(), QStringLiteral("2 2"));
+    QCOMPARE(scene.evaluate("a.place + ' ' + b.place + ' ' + alone.place").toString(),
+             QStringLiteral("0 1 -1"));
+    QCOMPARE(scene.evaluate("rep.itemAt(1) === b && b.parent === row").toBool(), true);
+    QCOMPARE(scene.evaluate("log.join()").toString(), QStringLiteral("created 0a,created 1b"));
+    scene.evaluate("rep.model = 0");
+    QCOMPARE(scene.evaluate("rep.count + a.objectName").toString(), QStringLiteral("0a"));
+    QCOMPARE(scene.evaluate("pages.children[1] === b").toBool(), true);
+}
+
+void tst_QDeclarativeVisualModels::visualItemModelTakesItemsOnly()
+{
+    QDeclarativeView view;
+    QQmlComponent component(view.engine());
+    component.setData("import QtQuick 1.0\nVisualItemModel { QtObject {} }",
+                      QUrl(QStringLiteral("file:///M.qml")));
+    QVERIFY(component.isError());
+}
+
+void tst_QDeclarativeVisualModels::initialValues()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item { VisualDataModel { id: data } VisualItemModel { id: items } })"));
+    QCOMPARE(scene.evaluate("[data.count, data.part, items.count, items.children.length].join()").toString(),
+             QStringLiteral("0,,0,0"));
+    QCOMPARE(scene.evaluate("data.delegate === null && data.parts !== null").toBool(), true);
+}
+
+void tst_QDeclarativeVisualModels::visualDataModelSignals()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root
+        property variant log: []
+        function note(text) { var all = log; all.push(text); log = all }
+        ListModel { id: rows; ListElement { a: 1 } ListElement { a: 2 } ListElement { a: 3 } }
+        VisualDataModel {
+            id: visual; model: rows
+            delegate: Item { property int a: model.a }
+            onItemsInserted: note("inserted " + index + " " + count)
+            onItemsRemoved: note("removed " + index + " " + count)
+            onItemsMoved: note("moved " + from + " " + to + " " + count)
+            onItemsChanged: note("changed " + index + " " + count)
+            onModelReset: note("reset")
+            onCreatedItem: note("created " + index + " " + item.a)
+            onDestroyingItem: note("destroying " + item.a)
+            onCountChanged: note("count " + visual.count)
+        }
+        Repeater { id: rep; model: visual }
+        function take() { var text = log.join(); log = []; return text }
+    })"));
+    QCOMPARE(scene.warnings, QStringList());
+    QCOMPARE(scene.evaluate("take()").toString(),
+             QStringLiteral("inserted 0 3,created 0 1,created 1 2,created 2 3,count 3"));
+    QCOMPARE(scene.evaluate("rows.append({ a: 4 }); take()").toString(),
+             QStringLiteral("inserted 3 1,created 3 4,count 4"));
+    QCOMPARE(scene.evaluate("rows.move(0, 1, 2); take()").toString(), QStringLiteral("moved 0 1 2"));
+    QCOMPARE(scene.evaluate("rows.set(0, { a: 9 }); take()").toString(), QStringLiteral("changed 0 1"));
+    QCOMPARE(scene.evaluate("rows.remove(1); take()").toString(),
+             QStringLiteral("removed 1 1,destroying 1,count 3"));
+    QCOMPARE(scene.evaluate("rep.count").toInt(), 3);
+}
+
+void tst_QDeclarativeVisualModels::rootIndex()
+{
+    Shelf shelf({QStringLiteral("a"), QStringLiteral("b")});
+    shelf.item(1)->appendRow(Shelf::entry(QStringLiteral("b1")));
+    shelf.item(1)->appendRow(Shelf::entry(QStringLiteral("b2")));
+    WatchedScene scene;
+    QVERIFY(load(scene, R"(Item {
+        id: root
+        VisualDataModel { id: visual; model: given; delegate: Item { property string shown: name } }
+        Repeater { id: rep; model: visual }
+        function shown() { var s = ""; for (var i = 0; i < rep.count; ++i) s += rep.itemAt(i).shown; return s }
+    })",
+                 QVariant::fromValue<QObject *>(&shelf)));
+    QCOMPARE(scene.evaluate("shown()").toString(), QStringLiteral("ab"));
+    scene.evaluate("visual.rootIndex = visual.modelIndex(1)");
+    QTRY_COMPARE(scene.evaluate("shown()").toString(), QStringLiteral("b1b2"));
+    scene.evaluate("visual.rootIndex = visual.parentModelIndex()");
+    QTRY_COMPARE(scene.evaluate("shown()").toString(), QStringLiteral("ab"));
+}
+
+void tst_QDeclarativeVisualModels::parts()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root
+        ListModel { id: rows; ListElement { a: 1 } ListElement { a: 2 } }
+        VisualDataModel {
+            id: visual; model: rows
+            delegate: Package {
+                Item { Package.name: "left"; property string shown: "l" + a }
+                Item { Package.name: "right"; property string shown: "r" + a }
+            }
+        }
+        Repeater { id: left; model: visual.parts.left }
+        Repeater { id: right; model: visual.parts.right }
+    })"));
+    QCOMPARE(scene.evaluate("left.itemAt(1).shown + right.itemAt(0).shown").toString(),
+             QStringLiteral("l2r1"));
+    scene.evaluate("rows.insert(0, { a: 5 })");
+    QCOMPARE(scene.evaluate("left.count + left.itemAt(0).shown + right.itemAt(0).shown").toString(),
+             QStringLiteral("3l5r5"));
+    scene.evaluate("rows.clear()");
+    QCOMPARE(scene.evaluate("left.count + ' ' + right.count").toString(), QStringLiteral("0 0"));
+}
+
+void tst_QDeclarativeVisualModels::partOfTheModelItself()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        VisualDataModel {
+            id: visual; model: 2; part: "right"
+            delegate: Package {
+                Item { Package.name: "left" }
+                Item { Package.name: "right"; property string shown: "r" + index }
+            }
+        }
+        Repeater { id: rep; model: visual }
+    })"));
+    QCOMPARE(scene.evaluate("rep.itemAt(1).shown").toString(), QStringLiteral("r1"));
+}
+
+void tst_QDeclarativeVisualModels::packagesAreReported()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root
+        property variant log: []
+        function note(text) { var all = log; all.push(text); log = all }
+        ListModel { id: rows; ListElement { a: 1 } ListElement { a: 2 } }
+        VisualDataModel {
+            id: visual; model: rows
+            onCreatedPackage: note("created " + index + " " + arguments[1].objectName)
+            onDestroyingPackage: note("destroying " + arguments[0].objectName)
+            delegate: Package {
+                objectName: "p" + a
+                Item { Package.name: "left" }
+                Item { Package.name: "right" }
+            }
+        }
+        Repeater { model: visual.parts.left }
+        Repeater { model: visual.parts.right }
+        function take() { var text = log.join(); log = []; return text }
+    })"));
+    QCOMPARE(scene.evaluate("take()").toString(), QStringLiteral("created 0 p1,created 1 p2"));
+    QCOMPARE(scene.evaluate("rows.append({ a: 3 }); take()").toString(), QStringLiteral("created 2 p3"));
+    QCOMPARE(scene.evaluate("rows.remove(0); take()").toString(), QStringLiteral("destroying p1"));
+}
+
+QTEST_MAIN(tst_QDeclarativeVisualModels)
+#include "tst_qdeclarativevisualmodels.moc"
