@@ -370,13 +370,13 @@ void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
     d->flushLayout();
     d->moveReason = QDeclarativeItemViewPrivate::Other;
     d->timeLine.reset(d->mainAxis());
+    const qreal now = d->viewPosition();
     if (!d->visibleItem(index))
         d->setViewPosition(d->boundedPosition(d->positionAt(index)));
     const auto *item = d->visibleItem(index);
     const qreal start = item ? item->position() : d->positionAt(index);
     const qreal end = start + (item ? item->size() : d->averageSize);
     const qreal length = d->viewLength();
-    const qreal now = d->viewPosition();
     const qreal beginning = start - (index == 0 ? d->headerSize() : 0);
     const qreal ending = end + (index == count() - 1 ? d->footerSize() : 0) - length;
     qreal position = now;

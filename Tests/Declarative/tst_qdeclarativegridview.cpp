@@ -54,7 +54,8 @@ namespace {
 /** Three cells of 20 by 10 pixels to a line, and four lines of the ten in view. */
 const QByteArray grid =
     "Item { id: root; width: 70; height: 40; property string log\n"
-    "ListModel { id: letters; Component.onCompleted: for (var i = 0; i < 30; ++i) append({ n: i }) }\n"
+    "property bool passed; Keys.onPressed: passed = true\n"
+    "ListModel { id: letters; %2 }\n"
     "GridView { id: view; objectName: 'view'; anchors.fill: parent; model: letters; focus: true\n"
     "cellWidth: 20; cellHeight: 10; highlightMoveDuration: 0\n"
     "delegate: Item { objectName: 'cell' + n; width: 16; height: 8; property int row: index\n"
@@ -64,7 +65,10 @@ const QByteArray grid =
 
 QByteArray withView(const QByteArray &content)
 {
-    return QByteArray(grid).replace("%1", content);
+    QByteArray rows;
+    for (int row = 0; row < 30; ++row)
+        rows += "ListElement { n: " + QByteArray::number(row) + " } ";
+    return QByteArray(grid).replace("%1", content).replace("%2", rows);
 }
 
 QPointF at(WatchedScene &scene, const char *name)
@@ -116,15 +120,16 @@ void tst_QDeclarativeGridView::cells_data()
     QTest::newRow("left to right") << QByteArray() << QPointF(20, 0) << QPointF(20, 10) << QSizeF(-1, 100);
     QTest::newRow("right to left") << QByteArray("layoutDirection: Qt.RightToLeft") << QPointF(20, 0)
                                    << QPointF(20, 10) << QSizeF(-1, 100);
-    QTest::newRow("mirrored") << QByteArray("LayoutMirroring.enabled: true; cellWidth: 30") << QPointF(0, 0)
-                              << QPointF(30, 20) << QSizeF(-1, 150);
+    QTest::newRow("mirrored") << QByteArray(
+        "LayoutMirroring.enabled: true; Component.onCompleted: cellWidth = 30")
+                              << QPointF(0, 0) << QPointF(30, 20) << QSizeF(-1, 150);
     QTest::newRow("top to bottom") << QByteArray("flow: GridView.TopToBottom") << QPointF(0, 10)
                                    << QPointF(20, 0) << QSizeF(160, -1);
     QTest::newRow("top to bottom, right to left")
         << QByteArray("flow: GridView.TopToBottom; layoutDirection: Qt.RightToLeft") << QPointF(-20, 10)
         << QPointF(-40, 0) << QSizeF(160, -1);
-    QTest::newRow("wider than the view")
-        << QByteArray("cellWidth: 90") << QPointF(0, 10) << QPointF(0, 40) << QSizeF(-1, 300);
+    QTest::newRow("wider than the view") << QByteArray("Component.onCompleted: cellWidth = 90")
+                                         << QPointF(0, 10) << QPointF(0, 40) << QSizeF(-1, 300);
 }
 
 void tst_QDeclarativeGridView::cells()
@@ -225,7 +230,8 @@ void tst_QDeclarativeGridView::keys()
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QApplication::sendEvent(&scene.view(), &press);
     QCOMPARE(number(scene, "currentIndex"), to);
-    QCOMPARE(press.isAccepted(), from != to);
+    // What the view has no use for goes on to the items above.
+    QCOMPARE(scene.value("passed").toBool(), from == to);
 }
 
 void tst_QDeclarativeGridView::keysOfOthers()
@@ -238,7 +244,7 @@ void tst_QDeclarativeGridView::keysOfOthers()
     scene.evaluate("view.interactive = true");
     QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
     QApplication::sendEvent(&scene.view(), &letter);
-    QVERIFY(!letter.isAccepted());
+    QVERIFY(scene.value("passed").toBool());
 }
 
 void tst_QDeclarativeGridView::moves_data()
