@@ -226,5 +226,6 @@ public:
     bool layoutScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;
+    bool highlightJumps = false; ///< the highlight goes to its row without a movement
     bool followsHighlight = false; ///< the view has moved with the highlight that is on its way
 };

@@ -442,7 +442,8 @@ void QDeclarativeItemViewPrivate::moveValue(QDeclarativeHighlightValue *value, q
     int time = duration >= 0 ? duration : bySpeed;
     if (duration >= 0 && bySpeed >= 0)
         time = qMin(duration, bySpeed);
-    if (time <= 0)
+    highlightJumps = time <= 0;
+    if (highlightJumps)
         value->setValue(to);
     else
         highlightTimeLine.move(*value, to, QEasingCurve(QEasingCurve::InOutQuad), time);
@@ -479,10 +480,11 @@ bool QDeclarativeItemViewPrivate::trackHighlight()
     return true;
 }
 
+// On the last step of a movement, which may be the only one, the time line is no longer active.
 void QDeclarativeItemViewPrivate::highlightMoved()
 {
     if (trackHighlight())
-        followsHighlight = highlightTimeLine.isActive();
+        followsHighlight = !highlightJumps;
 }
 
 QDeclarativeItem *QDeclarativeItemViewPrivate::createPart(QQmlComponent *component, QQmlContext *context)

@@ -5,6 +5,8 @@
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 
+#include <private/qqmlmetatype_p.h>
+#include <private/qqmltype_p_p.h>
 #include <private/qtquick2_p.h>
 
 #include <cstring>
