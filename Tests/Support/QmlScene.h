@@ -59,10 +59,7 @@ public:
     }
 
     /** The scene as it is painted. */
-    QImage picture()
-    {
-        return m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
-    }
+    QImage picture() { return m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32); }
 
     QColor pixel(int x, int y) { return picture().pixelColor(x, y); }
 
