@@ -77,6 +77,11 @@ void QDeclarativeItem::setKeepMouseGrab(bool keep)
     d->keepMouse = keep;
 }
 
+static bool isTabulator(const QKeyEvent *event)
+{
+    return event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+}
+
 bool QDeclarativeItem::sceneEvent(QEvent *event)
 {
     QDeclarativeKeyFilter *filter = d_func()->keyFilter();
@@ -101,6 +106,12 @@ bool QDeclarativeItem::sceneEvent(QEvent *event)
     if (event->isAccepted())
         return true;
     event->accept();
+    // Graphics View keeps the tabulator keys from keyPressEvent(), for its own chain of widgets.
+    if (event->type() == QEvent::KeyPress && isTabulator(static_cast<QKeyEvent *>(event))) {
+        keyPressEvent(static_cast<QKeyEvent *>(event));
+        if (event->isAccepted())
+            return true;
+    }
     return QGraphicsObject::sceneEvent(event);
 }
 
