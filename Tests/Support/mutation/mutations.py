@@ -242,8 +242,14 @@ class Source:
         for match in re.finditer(r'\breturn\s+(?=[^;{\s])', self.mask):
             end = self.forward(match.end(), (';',))
             expression = self.mask[match.end():end].strip()
+            if self.returns_reference(match.start()):
+                continue
             if expression not in ('true', 'false', 'nullptr', '*this') and not re.fullmatch(r'\d+', expression):
                 self.wrap(match.end(), end, 'Mutation::result(@, ', ')', 'nothing, or the opposite', 'result')
+
+    def returns_reference(self, position):
+        heads = re.findall(r'^\w[^\n;]*\([^\n;]*$', self.mask[:position], re.M)
+        return bool(heads) and bool(re.match(r'[^(]*&\s*[\w:~]+\(', heads[-1]))
 
     def drop_crossing(self):
         kept = []
