@@ -189,9 +189,8 @@ int VTIndex::Private::depthOf(const QString &controlFile, const QString &package
 {
     const int slash = controlFile.lastIndexOf(QLatin1Char('/'));
     const QStringRef folder = controlFile.leftRef(slash);
-    const QStringRef fileName = controlFile.midRef(slash + 1);
     const bool isKnown = !folder.isEmpty() && folder == lastPlace.folder && package == lastPlace.package;
-    if (isKnown && !fileName.isEmpty() && !fileName.startsWith(QLatin1Char('.')))
+    if (isKnown)
         return lastPlace.depth;
     const int depth = depthInPackage(controlFile, package);
     if (depth > 0)

@@ -488,11 +488,13 @@ QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 
 void VTManager::initializeTooltipWindow(QWidget *parent)
 {
+    const QPointer<VTManager> self(this);
     if (d->widget)
         d->widget->setParent(parent);
     else
         d->widget = new VTWidget(this, parent, nullptr, QRect());
-    if (!d->widget || d->widget->view())
+    // Another parent hides a window, and the host hears of that.
+    if (!self || !d->widget || d->widget->view())
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);
