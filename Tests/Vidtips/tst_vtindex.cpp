@@ -222,6 +222,7 @@ void tst_VTIndex::admission_data()
     row("beyond the first read", QByteArray(5000, ' ') + "\n<vidtips>" + entries, true);
     row("no line break before it", QByteArray(2048, ' ') + "<vidtips>" + entries, true);
     row("cut by the end of a read", QByteArray(1020, ' ') + "<vidtips>" + entries, false);
+    row("another mark before it", "<<vidtips>" + entries, true);
     row("another element", "<html><vidtips>" + entries + "</html>", false);
     row("vidtip", "<vidtip key=\"k\"/>", false);
     row("longer name", "<vidtipsx>" + entries, false);
@@ -232,6 +233,7 @@ void tst_VTIndex::admission_data()
     row("short name", "<a\n><vidtips>", false);
     row("tag in a comment decides", "<!-- <b> -->\n<vidtips>" + entries, false);
     row("name that begins with an underscore", "<_/>\n<vidtips>" + entries, false);
+    row("name that begins with a mark", "<\xcc\x81/>\n<vidtips>" + entries, false);
     row("name with an underscore", "<vidtips_x/>\n<vidtips>" + entries, false);
     row("blank after the mark", "< vidtips>" + entries, false);
     row("no element", "vidtips", false);
