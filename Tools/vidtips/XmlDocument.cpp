@@ -134,6 +134,14 @@ std::unique_ptr<XmlNode> XmlDocument::nodeAt(QXmlStreamReader &reader) const
     return node;
 }
 
+// A tag that is wrong as a whole is noticed at its end.
+int XmlDocument::errorOffset(int readUpTo) const
+{
+    const int offset = std::min(readUpTo, m_text.size());
+    const bool isTag = offset > 0 && m_text.at(offset - 1) == '>';
+    return isTag ? std::max(0, m_text.lastIndexOf('<', offset - 1)) : offset;
+}
+
 void XmlDocument::parse()
 {
     QXmlStreamReader reader(m_text);
@@ -167,7 +175,7 @@ void XmlDocument::parse()
     }
     if (reader.hasError() && m_error.isEmpty()) {
         m_error = reader.errorString();
-        m_errorPosition = positionAt(std::min(int(reader.characterOffset()), m_text.size()));
+        m_errorPosition = positionAt(errorOffset(int(reader.characterOffset())));
     }
 }
 

@@ -66,6 +66,7 @@ public:
 private:
     void parse();
     void askLibrary();
+    int errorOffset(int readUpTo) const;
     std::unique_ptr<XmlNode> nodeAt(class QXmlStreamReader &reader) const;
 
     QString m_text;
