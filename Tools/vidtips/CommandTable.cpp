@@ -5,6 +5,8 @@
 #include "Console.h"
 #include "ExplainCommand.h"
 #include "KeysCommand.h"
+#include "NewCommand.h"
+#include "StringsCommand.h"
 
 #include <QtCore/QVector>
 
@@ -61,6 +63,8 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<CheckCommand>());
     m_commands.push_back(std::make_unique<ExplainCommand>());
     m_commands.push_back(std::make_unique<KeysCommand>());
+    m_commands.push_back(std::make_unique<StringsCommand>());
+    m_commands.push_back(std::make_unique<NewCommand>());
 }
 
 CommandTable::~CommandTable() = default;

@@ -9,7 +9,7 @@ void addText(QVector<TranslatableText> &texts, const ControlFile &file, const QS
 {
     const QString source = text.simplified();
     if (!source.isEmpty())
-        texts.append({context, source, file.path, position});
+        texts.append({context, source, file.path, position, {}, false});
 }
 
 void addChildren(QVector<TranslatableText> &texts, const ControlFile &file, const QString &context,

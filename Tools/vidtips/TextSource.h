@@ -14,6 +14,8 @@ struct TranslatableText
     QString source;
     QString file;
     Position position;
+    QString comment; ///< Tells texts apart that are alike.
+    bool isPlural = false;
 };
 
 /**
