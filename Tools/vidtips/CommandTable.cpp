@@ -6,6 +6,7 @@
 #include "ExplainCommand.h"
 #include "KeysCommand.h"
 #include "NewCommand.h"
+#include "PreviewCommand.h"
 #include "StringsCommand.h"
 
 #include <QtCore/QVector>
@@ -63,6 +64,7 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<CheckCommand>());
     m_commands.push_back(std::make_unique<ExplainCommand>());
     m_commands.push_back(std::make_unique<KeysCommand>());
+    m_commands.push_back(std::make_unique<PreviewCommand>());
     m_commands.push_back(std::make_unique<StringsCommand>());
     m_commands.push_back(std::make_unique<NewCommand>());
 }

@@ -18,7 +18,9 @@ QStringList messages;
 void keep(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type == QtFatalMsg) {
-        std::fputs(("vidtips: " + message.section('\n', 0, 0) + '\n').toUtf8().constData(), stderr);
+        const bool isDisplay = message.contains("platform plugin");
+        const QString problem = isDisplay ? "the display cannot be opened" : message.section('\n', 0, 0);
+        std::fputs(("vidtips: " + problem + '\n').toUtf8().constData(), stderr);
         std::_Exit(ExitBadInput);
     }
     const QMutexLocker locker(&lock);
