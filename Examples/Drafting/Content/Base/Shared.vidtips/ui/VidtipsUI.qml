@@ -35,8 +35,8 @@ Rectangle {
         picture = Content.resource(tip, "picture");
         steps = Content.texts(tip, "step");
         notes = Content.texts(tip, "note");
-        helpButton.label = Content.word("More help");
-        pinButton.label = Content.word("Keep open");
+        helpButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "More help"));
+        pinButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Keep open"));
         if (hasMore)
             dwell.restart();
         else
