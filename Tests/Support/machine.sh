@@ -11,16 +11,18 @@ packages=(
 
 say() { printf '\033[1m%s\033[0m\n' "$*"; }
 
+# missing_packages [PACKAGE…]: those of ours, and of what is named besides, that are not installed.
 missing_packages() {
     local package
-    for package in "${packages[@]}"; do
+    for package in "${packages[@]}" "$@"; do
         dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
     done
 }
 
+# install_packages [PACKAGE…]: installs what is missing of ours and of what is named besides.
 install_packages() {
     local missing sudo=()
-    mapfile -t missing < <(missing_packages)
+    mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
     say "Installing: ${missing[*]}"
     if ((EUID != 0)); then
