@@ -1,10 +1,13 @@
 #pragma once
 
+#include "FuzzLeaks.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 /**
  * What a target does with one input. Each target's source defines it; the program around it is made by
@@ -17,12 +20,16 @@ QString writeFuzzFile(const QString &relativePath, const QByteArray &content);
 
 /**
  * Returns the one object of a class, made by the first call. It is never destroyed: at the end of the process
- * Qt has let go of what its destructor would need.
+ * Qt has let go of what its destructor would need. What a script engine refers to cannot be seen from
+ * outside, so that none of the object's memory is looked for as a leak.
  */
 template <typename T, typename... Arguments>
 T &theOne(Arguments &&...arguments)
 {
-    static T *const object = new T(std::forward<Arguments>(arguments)...);
+    static T *const object = [&] {
+        const FuzzKept kept;
+        return new T(std::forward<Arguments>(arguments)...);
+    }();
     return *object;
 }
 
