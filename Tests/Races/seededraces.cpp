@@ -10,7 +10,6 @@
 #include <QtCore/QMutex>
 #include <QtCore/QSemaphore>
 #include <QtCore/QThread>
-#include <QtCore/QTimer>
 
 #include <cstdio>
 #include <cstring>
@@ -103,8 +102,7 @@ void sharedCache()
 {
     Vidtips::VTVideoFrameCache cache(QStringLiteral("clip"));
     const Vidtips::VTVideoFrame frame(2, 2, QImage::Format_RGB32, 0);
-    runBeside([&] { repeat([&] { cache.addFrame(frame); }); },
-              [&] { repeat([&] { cache.length(); }); });
+    runBeside([&] { repeat([&] { cache.addFrame(frame); }); }, [&] { repeat([&] { cache.length(); }); });
 }
 
 void countUnderLocks()
@@ -143,18 +141,20 @@ void handOverBySemaphore()
 void handOverBySignal()
 {
     int value = 0;
+    QObject sender;
     QObject receiver;
+    QObject::connect(&sender, &QObject::objectNameChanged, &receiver, [&value] {
+        ++value;
+        QCoreApplication::quit();
+    });
     const std::unique_ptr<QThread> thread(QThread::create([&] {
-        QTimer sender;
-        QObject::connect(&sender, &QObject::objectNameChanged, &receiver, [&value] { ++value; });
         repeat([&] { ++value; });
         sender.setObjectName(QStringLiteral("done"));
     }));
-    QObject::connect(thread.get(), &QThread::finished, QCoreApplication::instance(), &QCoreApplication::quit);
     thread->start();
     QCoreApplication::exec();
-    thread->wait();
     std::printf("%d\n", value);
+    thread->wait();
 }
 
 void nothingWrong()
