@@ -11,6 +11,22 @@
 
 #include <private/qqmldata_p.h>
 
+namespace {
+
+// Rests every binding of what is about to be destroyed. What a Loader, a Repeater or a view has made is below
+// the item as an item, but not as an object.
+void rest(const QGraphicsItem *item)
+{
+    const QGraphicsObject *const object = item->toGraphicsObject();
+    if (object && !QQmlData::wasDeleted(object))
+        QQmlData::markAsDeleted(const_cast<QGraphicsObject *>(object));
+    const QList<QGraphicsItem *> children = item->childItems();
+    for (const QGraphicsItem *child : children)
+        rest(child);
+}
+
+} // namespace
+
 class QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
 public:
@@ -104,7 +120,7 @@ void QDeclarativeView::Private::releaseRoot()
         QDeclarativeItemPrivate::get(item)->removeChangeListener(this, GeometryChange);
     if (root) {
         // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
-        QQmlData::markAsDeleted(root);
+        rest(root);
         delete root;
     }
 }
