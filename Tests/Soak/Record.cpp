@@ -79,8 +79,10 @@ bool Record::judgeMemory(const char *name, double ProcessUse::*member, bool gros
     const Trend trend = Trend::of(times(), values);
     const double whole = std::max(trend.level, 1.0) / 100.0;
     const bool isSteady = trend.slope / whole < percentPerHour;
+    const bool isUnsure = !isSteady && trend.lower / whole < percentPerHour;
     std::printf("%-18s %8.2f MiB, %+.2f %% an hour (95 %% sure: %+.2f to %+.2f): %s\n", name, trend.level,
-                trend.slope / whole, trend.lower / whole, trend.upper / whole, verdict(isSteady));
+                trend.slope / whole, trend.lower / whole, trend.upper / whole,
+                isUnsure ? "UNSURE, run it for longer" : verdict(isSteady));
     return isSteady;
 }
 

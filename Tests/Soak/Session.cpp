@@ -110,19 +110,22 @@ void Session::rest()
     }
     setLanguage(QStringLiteral("en_US"));
     m_host->context().set(UseSimpleUserInterface, false);
-    point(m_commands.first());
-    VTWidget *const current = m_host->manager()->widget();
-    if (current) {
-        letPass(100);
-        current->hideAnimated();
+    // The same tips each time, so that what is kept of the last ones is the same.
+    for (QWidget *command : {m_commands.last(), m_commands.at(1), m_commands.first()}) {
+        point(command);
+        letPass(30);
     }
+    const QPointer<VTWidget> current = m_host->manager()->widget();
+    if (current)
+        current->hideAnimated();
     // The user interface lets go of a clip a moment after its tip is closed.
     letPass(600);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    if (current && current->view())
-        current->view()->engine()->collectGarbage();
     QPixmapCache::clear();
-    letPass(100);
+    for (int i = 0; i < 2 && current && current->view(); ++i) {
+        current->view()->engine()->collectGarbage();
+        letPass(50);
+    }
 }
 
 void Session::hover()

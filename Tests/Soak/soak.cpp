@@ -68,7 +68,7 @@ void run(Session &session, const Options &options, Record &record)
 {
     // The first sixth of the time fills caches; a sample takes about a second.
     const qint64 whole = qint64(options.seconds * 1000.0);
-    const qint64 interval = std::clamp<qint64>(whole / 12, 1500, 10000);
+    const qint64 interval = std::clamp<qint64>(whole / 12, 1500, 5000);
     QElapsedTimer timer;
     timer.start();
     for (qint64 next = interval; timer.elapsed() < whole; next = timer.elapsed() + interval) {
