@@ -10,6 +10,7 @@
 #include <QtWidgets/QGraphicsWidget>
 
 #include <private/qqmldata_p.h>
+#include <private/qv4engine_p.h>
 
 namespace {
 
@@ -23,6 +24,23 @@ void rest(const QGraphicsItem *item)
     const QList<QGraphicsItem *> children = item->childItems();
     for (const QGraphicsItem *child : children)
         rest(child);
+}
+
+// How many calls deep the engine lets scripts go.
+int measuredCallDepth(QQmlEngine *engine)
+{
+    const QString script = QStringLiteral("(function() { var n = 0; function f() { ++n; f() }"
+                                          "try { f() } catch (error) {} return n })()");
+    return engine->evaluate(script).toInt();
+}
+
+// A handler that causes its own signal takes many times the stack of a function that calls itself, and at the
+// engine's bound of calls there would be none left.
+void boundCallDepth(QQmlEngine *engine)
+{
+    constexpr int mostCalls = 300;
+    static const int engineBound = measuredCallDepth(engine);
+    engine->handle()->callDepth += qMax(0, engineBound - mostCalls);
 }
 
 } // namespace
@@ -64,6 +82,7 @@ public:
 
 void QDeclarativeView::Private::configureView()
 {
+    boundCallDepth(&engine);
     scene.setItemIndexMethod(QGraphicsScene::NoIndex);
     scene.setStickyFocus(true);
     q->setScene(&scene);

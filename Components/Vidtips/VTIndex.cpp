@@ -59,10 +59,16 @@ FirstElement firstElement(const QString &line)
     return FirstElement::None;
 }
 
+// A pipe that has come into the place of a file would be waited for, and a device may have no end.
+bool openRegular(QFile &file)
+{
+    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+}
+
 bool startsWithVidtips(const QString &controlFile)
 {
     QFile file(controlFile);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegular(file))
         return false;
     FirstElement found = FirstElement::None;
     while (found == FirstElement::None) {
@@ -133,7 +139,7 @@ using Filter = VTXmlParser::ShouldGenerateElementFunction;
 VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegular(file))
         return nullptr;
     QString keyForFilter = key;
     VTXmlParser parser(filter, &keyForFilter);
@@ -340,7 +346,8 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
     if (!root)
         return nullptr;
     auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    if (!element || root->children().size() != 1) {
+    // A document element within the document element has an object too, and is no entry of any key.
+    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
         delete root;
         root = nullptr;
         return nullptr;

@@ -355,7 +355,8 @@ QString VTManager::translateString(const QString &text, const QString &context)
     if (!d->translator)
         d->translator = new QTranslator(this);
     if (path != d->cataloguePath) {
-        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
+        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder)
+            && QFileInfo(path).isFile();
         if (!found || !d->translator->load(path)) {
             d->cataloguePath.clear();
             return text;
@@ -500,7 +501,9 @@ bool VTManager::keepOrHide(const QPoint &position, QWidget *widget)
 
 QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 {
-    const QSize offset = d->context.get(TooltipOffset, QSize(35, 30)).toSize();
+    const QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const QSize offset =
+        d->context.get(TooltipOffset, QSize(35, 30)).toSize().boundedTo(largest).expandedTo(-1 * largest);
     return position + QPoint(offset.width(), offset.height());
 }
 

@@ -46,11 +46,17 @@ Options optionsOf(const QCoreApplication &application)
 
 int problems = 0;
 
-void countProblems(QtMsgType type, const QMessageLogContext &, const QString &text)
+// What Qt has to say of itself: of its connection to the X server, which may lag behind, and of its timer,
+// when the last animation ends and a QML timer starts before the next event.
+bool isOfQt(const QMessageLogContext &context, const QString &text)
 {
-    // Qt says so whenever the last animation ends and a QML timer starts before the next event.
-    static const QLatin1String harmless("QUnifiedTimer::stopAnimationDriver: driver is not running");
-    if (type == QtDebugMsg || type == QtInfoMsg || text == harmless)
+    return qstrncmp(context.category, "qt.qpa", 6) == 0
+        || text == QLatin1String("QUnifiedTimer::stopAnimationDriver: driver is not running");
+}
+
+void countProblems(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg || isOfQt(context, text))
         return;
     ++problems;
     std::fprintf(stderr, "%s\n", qPrintable(text));
