@@ -15,7 +15,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , componentIsComplete(true)
     , keepMouse(false)
     , isSmooth(false)
-    , hasActiveFocus(false)
+    , announcedActiveFocus(false)
     , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
@@ -292,8 +292,7 @@ QDeclarativeItem::~QDeclarativeItem()
     d->itemAnchors.reset();
     if (d->extraData)
         d->extraData->contents.reset();
-    // Graphics View takes the focus away later, when nobody may hear of it from what is left of the item.
-    d->hasActiveFocus = false;
+    d->dropFocus();
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
@@ -459,9 +458,6 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
-    case ItemSceneHasChanged:
-        d->subFocusItemChange();
-        break;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();

@@ -160,7 +160,7 @@ public:
     virtual bool processShortcutOverride(QKeyEvent *) = 0;
     virtual Qt::InputMethodHints effectiveHints() const { return hints; }
 
-    void subFocusItemChange() override;
+    void activeFocusChange(bool active) override;
     void noteComposing();
     void noteClipboard();
     void noteCursor();
