@@ -293,7 +293,7 @@ void QDeclarativeTextEditor::setFocusOnPress(bool focus)
     if (focus == d->focusOnPress)
         return;
     d->focusOnPress = focus;
-    Q_EMIT activeFocusOnPressChanged(focus);
+    d->focusOnPressChange();
 }
 
 Qt::InputMethodHints QDeclarativeTextEditor::imHints() const
