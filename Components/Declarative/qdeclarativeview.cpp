@@ -1,5 +1,6 @@
 #include "qdeclarativeview.h"
 
+#include "qdeclarativedatabases_p.h"
 #include "qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
@@ -168,6 +169,7 @@ QDeclarativeView::QDeclarativeView(QWidget *parent)
 {
     qRegisterMetaType<QDeclarativeView::Status>();
     d->configureView();
+    QDeclarativeDatabases::install(&d->engine);
 }
 
 QDeclarativeView::QDeclarativeView(const QUrl &source, QWidget *parent)
