@@ -71,6 +71,8 @@ void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name
         copy.create = replacement.create;
     if (replacement.metaObject)
         copy.metaObject = replacement.metaObject;
+    if (replacement.noCreationReason)
+        copy.noCreationReason = QString::fromLatin1(replacement.noCreationReason);
     registerIn(copy, "QtQuick", 1, 0, name);
     registerIn(copy, "Qt", 4, 7, name);
 }

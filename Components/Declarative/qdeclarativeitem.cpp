@@ -17,7 +17,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , componentIsComplete(true)
     , keepMouse(false)
     , isSmooth(false)
-    , hasActiveFocus(false)
+    , announcedActiveFocus(false)
     , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
@@ -294,8 +294,7 @@ QDeclarativeItem::~QDeclarativeItem()
     d->itemAnchors.reset();
     if (d->extraData)
         d->extraData->contents.reset();
-    // Graphics View takes the focus away later, when nobody may hear of it from what is left of the item.
-    d->hasActiveFocus = false;
+    d->dropFocus();
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
@@ -472,9 +471,6 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
-    case ItemSceneHasChanged:
-        d->subFocusItemChange();
-        break;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();

@@ -47,7 +47,6 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PathCubic", nullptr},
     {"QtQuick", "PathAttribute", nullptr},
     {"QtQuick", "PathPercent", nullptr},
-    {"QtQuick", "Font", nullptr},
     {"QtQuick", "FontLoader", nullptr},
     {"QtQuick", "SystemPalette", nullptr},
     {"QtQuick", "IntValidator", nullptr},
@@ -108,6 +107,9 @@ void registerEngineTypes()
         const QQmlType type = QDeclarativeEngineType::find(entry.module, entry.name);
         QDeclarativeEngineType::registerCopy(type, entry.oldName ? entry.oldName : entry.name);
     }
+    // QML 1 refuses it without a reason, so that the engine gives its own.
+    QDeclarativeEngineType::registerCopy(QDeclarativeEngineType::find("QtQuick", "Font"), "Font",
+                                         {nullptr, nullptr, ""});
     QDeclarativeEngineType::registerLaterUncreatable(QDeclarativeEngineType::find("QtQuick", "Application"),
                                                      "Application",
                                                      QStringLiteral("Application is an abstract class"));
