@@ -5,6 +5,8 @@
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativekeys_p.h"
 
+#include <QtQml/QQmlInfo>
+
 #include <private/qquickstate_p.h>
 #include <private/qquickstategroup_p.h>
 #include <private/qquicktransition_p.h>
@@ -309,6 +311,11 @@ QDeclarativeItem *QDeclarativeItem::parentItem() const
 
 void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
 {
+    // Graphics View would follow the circle without end.
+    if (parent && (parent == this || isAncestorOf(parent))) {
+        qmlWarning(this) << tr("An item cannot be its own parent or that of its parent");
+        return;
+    }
     QGraphicsObject::setParentItem(parent);
 }
 

@@ -72,7 +72,7 @@ public:
 
     /**
      * Stores @p value under @p key. Both signals fire, also when the value stays the same. A key, once set,
-     * stays set.
+     * stays set. A receiver of settingWillChange may delete the context, which then stores nothing.
      */
     void set(const int &key, const QVariant &value);
 

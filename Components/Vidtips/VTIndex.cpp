@@ -61,10 +61,16 @@ FirstElement firstElement(const QString &line)
     return FirstElement::None;
 }
 
+// A pipe that has come into the place of a file would be waited for, and a device may have no end.
+bool openRegular(QFile &file)
+{
+    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+}
+
 bool startsWithVidtips(const QString &controlFile)
 {
     QFile file(controlFile);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegular(file))
         return false;
     FirstElement found = FirstElement::None;
     while (found == FirstElement::None) {
@@ -168,7 +174,7 @@ Parsed parse(QIODevice &file, Filter filter, const QString &key = QString())
 VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? parse(file, filter, key).root : nullptr;
+    return openRegular(file) ? parse(file, filter, key).root : nullptr;
 }
 
 QString localeOf(const VTXmlElement *root)
@@ -247,9 +253,9 @@ void VTIndex::Private::append(const QString &path, int depth)
 VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegular(file))
         return nullptr;
-    if (file.isSequential() || file.size() > VTParseRecord::sizeLimit) {
+    if (file.size() > VTParseRecord::sizeLimit) {
         record.forget(path);
         return parse(file, &contentFilter, key).root;
     }
@@ -396,7 +402,8 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
     if (!root)
         return nullptr;
     auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    if (!element || root->children().size() != 1) {
+    // A document element within the document element has an object too, and is no entry of any key.
+    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
         delete root;
         root = nullptr;
         return nullptr;

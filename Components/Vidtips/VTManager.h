@@ -170,6 +170,7 @@ private:
     void findFallback(const QString &key, FoundContent &found);
     bool present(const ShowRequest &request, FoundContent &found);
     void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
+    bool hideForEvent(QObject *watched, QMouseEvent *event);
     bool showForEvent(QObject *watched, const QPoint &position);
     bool keepOrHide(const QPoint &position, QWidget *widget);
 

@@ -174,6 +174,7 @@ private:
     Q_DISABLE_COPY(VTView)
     QVariant setting(contextKey key, const QVariant &defaultValue) const;
     void report(const QString &message);
+    bool isLoaded(const QUrl &url) const;
     void nameContent(VTXmlElement *content);
 
     class HostCall;

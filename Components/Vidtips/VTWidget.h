@@ -110,8 +110,9 @@ protected:
 private:
     Q_DISABLE_COPY(VTWidget)
     QWidget *owner() const;
-    void moveInto(QWidget *container);
-    void becomeToolWindow();
+    void moveInto(QWidget *container, const QPoint &position);
+    void becomeToolWindow(const QPoint &position);
+    void endFadeOut();
 
     struct Private;
     std::unique_ptr<Private> const d;

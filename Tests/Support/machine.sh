@@ -6,6 +6,7 @@ packages=(
     libqt5svg5 libqt5xmlpatterns5-dev
     libqt5quickwidgets5 qml-module-qtquick2
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
+    libxcb-res0-dev
     ffmpeg xvfb openbox picom xdotool fonts-dejavu-core
 )
 

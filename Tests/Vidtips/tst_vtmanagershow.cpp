@@ -631,7 +631,8 @@ void tst_VTManagerShow::keyForObjectDeletesTheObject()
     QPointer<QObject> object(new QObject);
     QHelpEvent event(QEvent::ToolTip, {}, {});
     QObject *const manager = host.manager();
-    QVERIFY(!manager->eventFilter(object, &event));
+    // Consumed, because the object that it would be delivered to is gone.
+    QVERIFY(manager->eventFilter(object, &event));
     QVERIFY(!host.manager()->widget());
 }
 
