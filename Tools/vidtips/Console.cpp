@@ -10,6 +10,7 @@
 
 #ifdef Q_OS_UNIX
 #include <csignal>
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #else
@@ -28,6 +29,19 @@ bool isTerminalStream(FILE *stream)
     return isatty(fileno(stream));
 #else
     return _isatty(_fileno(stream));
+#endif
+}
+
+// A standard stream that was closed would be the next file that is opened, and output would go there. One
+// that cannot be written takes its place.
+void reserveStandardStreams()
+{
+#ifdef Q_OS_UNIX
+    int file = open("/dev/null", O_RDONLY);
+    while (file >= 0 && file <= STDERR_FILENO)
+        file = open("/dev/null", O_RDONLY);
+    if (file >= 0)
+        close(file);
 #endif
 }
 
@@ -61,6 +75,7 @@ Console::Console()
     // A reader that goes away is an error of writing, told and answered by the exit code, not a signal.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
+    reserveStandardStreams();
     m_clock.start();
 }
 

@@ -69,6 +69,13 @@ int runCommand(Command &command, const QStringList &arguments, Console &console,
     return runOnDisplay(command, parser, console, argc, argv);
 }
 
+int unknownCommand(const CommandTable &table, const QString &name, Console &console)
+{
+    const QString nearest = table.nearest(name);
+    const QString hint = nearest.isEmpty() ? "see \"vidtips --help\"" : "did you mean \"" + nearest + "\"?";
+    return console.fail(QString("there is no command \"%1\"; %2").arg(name, hint));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -77,6 +84,9 @@ int main(int argc, char *argv[])
     Diagnostics::capture();
     const CommandTable table;
     QStringList arguments = argumentList(argc, argv);
+    // "help COMMAND" is another way to write "COMMAND --help".
+    if (arguments.value(1) == "help" && arguments.size() > 2)
+        arguments = QStringList{arguments.at(0), arguments.at(2), "--help"};
     const QString name = arguments.value(1);
     if (name.isEmpty())
         return console.fail("a command is missing; see \"vidtips --help\"");
@@ -89,12 +99,8 @@ int main(int argc, char *argv[])
         return console.finish(ExitFine);
     }
     Command *const command = table.find(name);
-    if (!command) {
-        const QString nearest = table.nearest(name);
-        const QString hint =
-            nearest.isEmpty() ? "see \"vidtips --help\"" : "did you mean \"" + nearest + "\"?";
-        return console.fail(QString("there is no command \"%1\"; %2").arg(name, hint));
-    }
+    if (!command)
+        return unknownCommand(table, name, console);
     arguments.removeAt(1);
     return runCommand(*command, arguments, console, argc, argv);
 }
