@@ -208,7 +208,7 @@ struct VTIndex::Private
     };
 
     int depthOf(const QString &controlFile, const QString &package);
-    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale &locale);
+    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale *locale = nullptr);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
 
@@ -249,8 +249,9 @@ void VTIndex::Private::append(const QString &path, int depth)
     knownFiles.insert({path, depth});
 }
 
-/** Returns what the control file has of the key, as parsedRoot() does, or null where that would be no use. */
-VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
+// Returns what the control file has of the key, as parsedRoot() does. Null also where that would be of no
+// use: if there cannot be an entry, or if it is for another locale than the one that is named.
+VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale *locale)
 {
     QFile file(path);
     if (!openRegular(file))
@@ -260,7 +261,7 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
         return parse(file, &contentFilter, key).root;
     }
     QByteArray bytes = file.readAll();
-    if (record.rulesOut(path, bytes, key, locale))
+    if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
         return nullptr;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
@@ -312,7 +313,8 @@ VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QStri
                                 VTXmlElement *&root)
 {
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        if (VTXmlElement *element = load(key, file.path, locale, root)) {
+        root = key.isEmpty() ? nullptr : d->parsedContent(file.path, key, &locale);
+        if (VTXmlElement *element = accept(key, file.path, locale, root)) {
             depth = file.depth;
             directory = QFileInfo(file.path).absolutePath();
             return element;
@@ -398,7 +400,13 @@ void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, const QLocale &locale,
                             VTXmlElement *&root)
 {
-    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key, locale);
+    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key);
+    return accept(key, controlFile, locale, root);
+}
+
+VTXmlElement *VTIndex::accept(const QString &key, const QString &controlFile, const QLocale &locale,
+                              VTXmlElement *&root)
+{
     if (!root)
         return nullptr;
     auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));

@@ -47,15 +47,21 @@ void VTParseRecord::forget(const QString &path)
     m_entries.remove(path);
 }
 
-bool VTParseRecord::rulesOut(const QString &path, const QByteArray &bytes, const QString &key,
-                             const QLocale &locale) const
+const VTParseRecord::Entry *VTParseRecord::find(const QString &path, const QByteArray &bytes) const
 {
     const auto entry = m_entries.constFind(path);
-    if (entry == m_entries.cend() || entry->checksum != checksumOf(bytes))
-        return false;
-    if (!entry->localeName.isEmpty() && QLocale(entry->localeName) != locale)
-        return true;
-    return isLiteral(key) && isLiteral(bytes) && !bytes.contains(key.toLatin1());
+    return entry != m_entries.cend() && entry->checksum == checksumOf(bytes) ? &*entry : nullptr;
+}
+
+bool VTParseRecord::rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const
+{
+    return isLiteral(key) && isLiteral(bytes) && !bytes.contains(key.toLatin1()) && find(path, bytes);
+}
+
+bool VTParseRecord::isOfOtherLocale(const QString &path, const QByteArray &bytes, const QLocale &locale) const
+{
+    const Entry *const entry = find(path, bytes);
+    return entry && !entry->localeName.isEmpty() && QLocale(entry->localeName) != locale;
 }
 
 } // namespace Vidtips

@@ -25,12 +25,12 @@ public:
     /** Forgets @p path, which did not parse. */
     void forget(const QString &path);
 
-    /**
-     * Returns whether parsing @p bytes of @p path can neither give an entry with @p key for @p locale nor
-     * report anything.
+    /** Returns whether parsing @p bytes of @p path can neither give an entry with @p key nor report anything.
      */
-    bool rulesOut(const QString &path, const QByteArray &bytes, const QString &key,
-                  const QLocale &locale) const;
+    bool rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const;
+
+    /** Returns whether @p bytes of @p path parsed before, to entries for another locale than @p locale. */
+    bool isOfOtherLocale(const QString &path, const QByteArray &bytes, const QLocale &locale) const;
 
 private:
     struct Entry
@@ -38,6 +38,8 @@ private:
         QByteArray checksum;
         QString localeName;
     };
+
+    const Entry *find(const QString &path, const QByteArray &bytes) const;
 
     QHash<QString, Entry> m_entries;
 };

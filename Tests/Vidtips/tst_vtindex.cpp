@@ -77,6 +77,12 @@ private slots:
     void loadNeedsExactlyOneEntry();
     void entryIsBuiltInFull();
     void entryFromABrokenFile();
+    void changedFilesAreSeen_data();
+    void changedFilesAreSeen();
+    void knownFilesAreRuledOutOnlyWhenSure_data();
+    void knownFilesAreRuledOutOnlyWhenSure();
+    void brokenFilesAreReportedEachTime();
+    void knownFilesServeTheirLocale();
     void keyDataIsCopied();
     void keyDataIsIgnored_data();
     void keyDataIsIgnored();
@@ -702,6 +708,110 @@ void tst_VTIndex::entryFromABrokenFile()
     const std::unique_ptr<VTXmlElement> owner(root);
     QVERIFY(element);
     QCOMPARE(recorder.texts().size(), 1);
+}
+
+void tst_VTIndex::changedFilesAreSeen_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("the key comes") << QByteArray("<vidtips><vidtip key='a'/></vidtips>")
+                                   << QByteArray("<vidtips><vidtip key='k'/></vidtips>");
+    QTest::newRow("the locale comes") << QByteArray("<vidtips locale='de_DE'><vidtip key='k'/></vidtips>")
+                                      << QByteArray("<vidtips locale='en_US'><vidtip key='k'/></vidtips>");
+    QTest::newRow("it is mended") << QByteArray("<vidtips><vidtip key='a'>")
+                                  << QByteArray("<vidtips><vidtip key='k'/></vidtips>");
+}
+
+void tst_VTIndex::changedFilesAreSeen()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    VTContext context;
+    VTIndex index(&context, {});
+    MessageRecorder recorder;
+    index.store(nullptr, usEnglish, write("a.xml", before), 1);
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(!retrieveRoot(index, "k"));
+    write("a.xml", after);
+    QVERIFY(entry(retrieveRoot(index, "k")));
+    write("a.xml", before);
+    QVERIFY(!retrieveRoot(index, "k"));
+}
+
+void tst_VTIndex::knownFilesAreRuledOutOnlyWhenSure_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("key");
+    const QByteArray declaration("<?xml version='1.0' encoding='UTF-8'?>");
+    const auto utf16 = [](const QString &text) {
+        const QChar mark(QChar::ByteOrderMark);
+        const QString marked = mark + text;
+        return QByteArray(reinterpret_cast<const char *>(marked.utf16()), marked.size() * 2);
+    };
+    QTest::newRow("plain") << QByteArray("<vidtips><vidtip key='a.b'/></vidtips>") << "a.b";
+    QTest::newRow("declared") << declaration + "<vidtips><vidtip key='a.b'/></vidtips>"
+                              << "a.b";
+    QTest::newRow("by a character's number")
+        << QByteArray("<vidtips><vidtip key='a&#46;b'/></vidtips>") << "a.b";
+    QTest::newRow("by a predefined entity")
+        << QByteArray("<vidtips><vidtip key='a&amp;b'/></vidtips>") << "a&b";
+    QTest::newRow("by an entity of its own")
+        << QByteArray("<!DOCTYPE vidtips [<!ENTITY dot '.'>]><vidtips><vidtip key='a&dot;b'/></vidtips>")
+        << "a.b";
+    QTest::newRow("white space") << QByteArray("<vidtips><vidtip key='a\tb'/></vidtips>") << "a\tb";
+    QTest::newRow("beyond ASCII") << QStringLiteral("<vidtips><vidtip key='a\u00e4'/></vidtips>").toUtf8()
+                                  << QStringLiteral("a\u00e4");
+    QTest::newRow("UTF-16") << utf16(QStringLiteral("<vidtips><vidtip key='a.b'/></vidtips>")) << "a.b";
+}
+
+void tst_VTIndex::knownFilesAreRuledOutOnlyWhenSure()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, key);
+    VTContext context;
+    VTIndex index(&context, {});
+    index.store(nullptr, usEnglish, write("a.xml", content), 1);
+    // Only a file that was parsed can be ruled out.
+    QVERIFY(!retrieveRoot(index, "other"));
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(entry(retrieveRoot(index, key)));
+}
+
+void tst_VTIndex::brokenFilesAreReportedEachTime()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString broken = write("a.xml", "<vidtips><vidtip key='a'/>");
+    const QString whole = write("b.xml", "<vidtips><vidtip key='b'/></vidtips>");
+    for (const QString &file : {broken, whole})
+        index.store(nullptr, usEnglish, file, 1);
+    MessageRecorder recorder;
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(!retrieveRoot(index, "k"));
+    QCOMPARE(recorder.texts().size(), 3);
+}
+
+void tst_VTIndex::knownFilesServeTheirLocale()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString german =
+        write("a.xml", "<vidtips locale='de_DE'><vidtip key='k' title='Linie'/></vidtips>");
+    const QString english =
+        write("b.xml", "<vidtips locale='en_US'><vidtip key='k' title='Line'/></vidtips>");
+    for (const QString &file : {german, english})
+        index.store(nullptr, usEnglish, file, 1);
+    for (int i = 0; i < 2; ++i) {
+        const auto line = retrieveRoot(index, "k");
+        QVERIFY(entry(line));
+        QCOMPARE(entry(line)->attribute("title"), QStringLiteral("Line"));
+        const auto linie = retrieveRoot(index, "k", QLocale(QStringLiteral("de_DE")));
+        QVERIFY(entry(linie));
+        QCOMPARE(entry(linie)->attribute("title"), QStringLiteral("Linie"));
+    }
+    VTXmlElement *root = nullptr;
+    QVERIFY(!index.load("k", german, usEnglish, root));
+    QVERIFY(root);
 }
 
 void tst_VTIndex::keyDataIsCopied()
