@@ -211,7 +211,7 @@ bool QDeclarativeItemPrivate::listens(const QDeclarativeItemChangeListener *list
 QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 {
     if (!extraData)
-        extraData.reset(new ExtraData);
+        extraData = std::make_unique<ExtraData>();
     return *extraData;
 }
 
@@ -221,7 +221,7 @@ QRectF QDeclarativeItemPrivate::childrenRect()
     if (inDestructor)
         return {};
     if (!extra().contents)
-        extraData->contents.reset(new QDeclarativeContents(q));
+        extraData->contents = std::make_unique<QDeclarativeContents>(q);
     return extraData->contents->rect();
 }
 
@@ -229,7 +229,7 @@ QDeclarativeAnchors *QDeclarativeItemPrivate::anchors()
 {
     Q_Q(QDeclarativeItem);
     if (!itemAnchors)
-        itemAnchors.reset(new QDeclarativeAnchors(q));
+        itemAnchors = std::make_unique<QDeclarativeAnchors>(q);
     return itemAnchors.get();
 }
 

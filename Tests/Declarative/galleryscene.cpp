@@ -285,7 +285,7 @@ QImage GalleryScene::picture()
     }
     for (QObject *editor : qAsConst(editors))
         editor->setProperty("cursorVisible", false);
-    const QImage image = m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    QImage image = m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
     for (QObject *editor : qAsConst(editors))
         editor->setProperty("cursorVisible", true);
     return image;

@@ -113,7 +113,7 @@ void tst_VTIndex::init()
 /** Writes a file below the test's folder and returns its path. */
 QString tst_VTIndex::write(const QString &path, const QByteArray &content)
 {
-    const QString absolute = QDir(m_root).absoluteFilePath(path);
+    QString absolute = QDir(m_root).absoluteFilePath(path);
     QDir().mkpath(QFileInfo(absolute).absolutePath());
     QFile file(absolute);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
