@@ -42,7 +42,7 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     }
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
-    q->setAcceptedMouseButtons(Qt::NoButton);
+    acceptedMouseButtons = Qt::NoButton;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -298,7 +298,13 @@ QDeclarativeItem::~QDeclarativeItem()
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
 {
-    return qobject_cast<QDeclarativeItem *>(QGraphicsObject::parentObject());
+    // Asked for with each item that is made, so without a search through the meta objects.
+    QGraphicsItem *parent = QGraphicsObject::parentItem();
+    if (!parent)
+        return nullptr;
+    const QGraphicsItemPrivate *its = QGraphicsItemPrivate::get(parent);
+    // One that is being destroyed is no QDeclarativeItem any more.
+    return its->isDeclarativeItem && !its->inDestructor ? static_cast<QDeclarativeItem *>(parent) : nullptr;
 }
 
 void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
@@ -494,9 +500,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
         });
         break;
     default:
-        break;
+        return QGraphicsObject::itemChange(change, value);
     }
-    return QGraphicsObject::itemChange(change, value);
+    // Graphics View asks for no answer to what has happened, and a copy of the value is dear.
+    return {};
 }
 
 void QDeclarativeItem::classBegin()

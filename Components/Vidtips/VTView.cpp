@@ -183,7 +183,7 @@ QString VTView::categoryPath(const QString &attribute, const QString &defaultPat
 QString VTView::findComponent(const QString &attribute, contextKey key, const QString &defaultPath,
                               const QString &fileName) const
 {
-    const QString path = categoryPath(attribute, defaultPath, key);
+    QString path = categoryPath(attribute, defaultPath, key);
     const VTIndex *const index = d->manager ? d->manager->index() : nullptr;
     if (!index || !d->content)
         return path;

@@ -734,7 +734,7 @@ void tst_VTWidget::reservingIntoAContainerWithALayout()
     QWidget container;
     auto *const layout = new QHBoxLayout(&container);
     layout->setContentsMargins(1, 2, 3, 4);
-    session->host->onCreateWindow = [&] { return &container; };
+    session->host->onCreateWindow = [guard = QPointer<QWidget>(&container)] { return guard.data(); };
     showContent();
     view->setReserved(true);
     QCOMPARE(container.layout(), layout);
