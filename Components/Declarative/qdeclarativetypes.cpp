@@ -9,6 +9,7 @@
 #include <private/qqmltype_p_p.h>
 #include <private/qtquick2_p.h>
 
+#include <atomic>
 #include <cstring>
 #include <mutex>
 
@@ -55,7 +56,8 @@ const EngineType engineTypes[] = {
     {"QtQuick", "Easing", nullptr},
 };
 
-QLoggingCategory::CategoryFilter previousFilter = nullptr;
+// Read by whichever thread makes a category.
+std::atomic<QLoggingCategory::CategoryFilter> previousFilter{nullptr};
 
 /**
  * QML 1 content knows no other form of handlers in Connections than the one that the engine warns of, and no
@@ -63,7 +65,7 @@ QLoggingCategory::CategoryFilter previousFilter = nullptr;
  */
 void silenceNotices(QLoggingCategory *category)
 {
-    previousFilter(category);
+    previousFilter.load()(category);
     if (std::strcmp(category->categoryName(), "qt.qml.connections") == 0
         || std::strcmp(category->categoryName(), "qt.qml.binding.restoreMode") == 0)
         category->setEnabled(QtWarningMsg, false);

@@ -121,13 +121,6 @@ void QMutex::unlock() noexcept
     __tsan_mutex_post_unlock(this, 0);
 }
 
-QMutex::~QMutex()
-{
-    static const auto destroy = original<void (*)(QMutex *)>("_ZN6QMutexD1Ev");
-    __tsan_mutex_destroy(this, 0);
-    destroy(this);
-}
-
 // While it waits, the thread does not hold the lock.
 bool QWaitCondition::wait(QMutex *lock, QDeadlineTimer deadline)
 {
