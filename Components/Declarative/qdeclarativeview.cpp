@@ -11,7 +11,7 @@
 
 #include <private/qqmldata_p.h>
 
-class QDeclarativeView::Private final : public QDeclarativeItemChangeListener
+class VIDTIPS_DECLARATIVE_NO_EXPORT QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
 public:
     explicit Private(QDeclarativeView *view)

@@ -146,7 +146,7 @@ VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key 
 
 } // namespace
 
-struct VTIndex::Private
+struct VIDTIPS_NO_EXPORT VTIndex::Private
 {
     struct ControlFile
     {

@@ -102,6 +102,7 @@ public Q_SLOTS:
     QRect findVisibleGeometry(QRect geometry, bool *move = nullptr);
 
 protected:
+    /** Starts the idle timer unless the pointer is where it keeps the tip. */
     void showEvent(QShowEvent *event) override;
 
     /** Tells the host of every hide. */
@@ -109,9 +110,9 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
-    QWidget *owner() const;
-    void moveInto(QWidget *container);
-    void becomeToolWindow();
+    VIDTIPS_NO_EXPORT QWidget *owner() const;
+    VIDTIPS_NO_EXPORT void moveInto(QWidget *container);
+    VIDTIPS_NO_EXPORT void becomeToolWindow();
 
     struct Private;
     std::unique_ptr<Private> const d;
