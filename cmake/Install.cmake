@@ -6,8 +6,9 @@ if(VIDTIPS_DECLARATIVE STREQUAL "system")
     install(TARGETS VidtipsDeclarative EXPORT VidtipsTargets COMPONENT dev)
 endif()
 install(EXPORT VidtipsTargets NAMESPACE Vidtips:: DESTINATION ${package_dir} COMPONENT dev)
+set(VIDTIPS_CONTENT_DIR ${CMAKE_INSTALL_DATADIR}/vidtips/Content)
 configure_package_config_file(cmake/VidtipsConfig.cmake.in ${PROJECT_BINARY_DIR}/VidtipsConfig.cmake
-                              INSTALL_DESTINATION ${package_dir})
+                              INSTALL_DESTINATION ${package_dir} PATH_VARS VIDTIPS_CONTENT_DIR)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VidtipsConfigVersion.cmake
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/VidtipsConfig.cmake ${PROJECT_BINARY_DIR}/VidtipsConfigVersion.cmake

@@ -5,6 +5,8 @@ set(VIDTIPS_PACKAGE_MAINTAINER "Vidtips developers <vidtips@localhost>" CACHE ST
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vidtips)
+# Each package has a synopsis of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_VENDOR Corvale)
 set(CPACK_PACKAGE_CONTACT ${VIDTIPS_PACKAGE_MAINTAINER})
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
@@ -15,7 +17,7 @@ set(CPACK_VERBATIM_VARIABLES TRUE)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_COMPONENTS_ALL runtime dev tools)
 if(VIDTIPS_BUILD_EXAMPLES)
-    list(APPEND CPACK_COMPONENTS_ALL examples)
+    list(APPEND CPACK_COMPONENTS_ALL data examples)
 endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -84,7 +86,8 @@ vidtips_package(runtime ${library} libs "rich, animated tooltips for the command
     "."
     "This package has the shared libraries: Vidtips and the QML 1 module that it"
     "shows content with.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS libqt5svg5)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "vidtips-data, libqt5svg5")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
 
 vidtips_package(dev libvidtips-dev libdevel "rich, animated tooltips for applications (development files)"
     "Vidtips shows a small window beside a command that says what the command"
@@ -93,6 +96,9 @@ vidtips_package(dev libvidtips-dev libdevel "rich, animated tooltips for applica
     "This package has what programs that use Vidtips are built with: headers, and"
     "settings for CMake and pkg-config.")
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "${library} (= ${version}), qtbase5-dev (>= 5.15), qtdeclarative5-dev (>= 5.15)")
+if(VIDTIPS_BUILD_EXAMPLES)
+    string(APPEND CPACK_DEBIAN_DEV_PACKAGE_DEPENDS ", vidtips-data (= ${version})")
+endif()
 
 vidtips_package(tools vidtips-tools devel "rich, animated tooltips for applications (tools for content)"
     "Vidtips shows a small window beside a command that says what the command"
@@ -100,6 +106,16 @@ vidtips_package(tools vidtips-tools devel "rich, animated tooltips for applicati
     "."
     "This package has what content is written with: the command-line tool, and"
     "descriptions of the QML types for editors.")
+# The build's own library has no package yet that its users' dependencies could be read from.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} (>= ${version})")
+
+vidtips_package(data vidtips-data graphics "rich, animated tooltips for applications (user interface)"
+    "Vidtips shows a small window beside a command that says what the command"
+    "does, with a short clip."
+    "."
+    "This package has the content package Shared: a user interface for tips that"
+    "applications use as it is or start their own from.")
+set(CPACK_DEBIAN_DATA_PACKAGE_ARCHITECTURE all)
 
 vidtips_package(examples vidtips-example graphics "rich, animated tooltips for applications (drafting example)"
     "Vidtips shows a small window beside a command that says what the command"
@@ -107,5 +123,6 @@ vidtips_package(examples vidtips-example graphics "rich, animated tooltips for a
     "."
     "This package has a small drafting application, whose commands have such"
     "tooltips in English and German.")
+set(CPACK_DEBIAN_EXAMPLES_PACKAGE_DEPENDS "${library} (>= ${version})")
 
 include(CPack)

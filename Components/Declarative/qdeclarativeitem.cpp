@@ -5,6 +5,8 @@
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativekeys_p.h"
 
+#include <QtQml/QQmlInfo>
+
 #include <private/qquickstate_p.h>
 #include <private/qquickstategroup_p.h>
 #include <private/qquicktransition_p.h>
@@ -42,7 +44,7 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     }
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
-    q->setAcceptedMouseButtons(Qt::NoButton);
+    acceptedMouseButtons = Qt::NoButton;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -298,11 +300,22 @@ QDeclarativeItem::~QDeclarativeItem()
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
 {
-    return qobject_cast<QDeclarativeItem *>(QGraphicsObject::parentObject());
+    // Asked for with each item that is made, so without a search through the meta objects.
+    QGraphicsItem *parent = QGraphicsObject::parentItem();
+    if (!parent)
+        return nullptr;
+    const QGraphicsItemPrivate *its = QGraphicsItemPrivate::get(parent);
+    // One that is being destroyed is no QDeclarativeItem any more.
+    return its->isDeclarativeItem && !its->inDestructor ? static_cast<QDeclarativeItem *>(parent) : nullptr;
 }
 
 void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
 {
+    // Graphics View would follow the circle without end.
+    if (parent && (parent == this || isAncestorOf(parent))) {
+        qmlWarning(this) << tr("An item cannot be its own parent or that of its parent");
+        return;
+    }
     QGraphicsObject::setParentItem(parent);
 }
 
@@ -494,9 +507,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
         });
         break;
     default:
-        break;
+        return QGraphicsObject::itemChange(change, value);
     }
-    return QGraphicsObject::itemChange(change, value);
+    // Graphics View asks for no answer to what has happened, and a copy of the value is dear.
+    return {};
 }
 
 void QDeclarativeItem::classBegin()

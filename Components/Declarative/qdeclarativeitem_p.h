@@ -66,6 +66,9 @@ public:
 
     void init(QDeclarativeItem *parent);
 
+    /** Has the item painted; only for a constructor, since nobody is told of the change. */
+    void enablePainting() { flags &= ~quint32(QGraphicsItem::ItemHasNoContents); }
+
     QQmlListProperty<QObject> data();
     QQmlListProperty<QObject> resources();
     QQmlListProperty<QGraphicsObject> children();

@@ -103,7 +103,9 @@ void QDeclarativeLoader::clear()
     old->setParentItem(nullptr);
     if (old->scene())
         old->scene()->removeItem(old);
-    // Not at once: one of the item's own handlers may be running.
+    // Not at once: one of the item's own handlers may be running. It goes with the loader at the latest,
+    // which may stand nearer to what its bindings name.
+    old->QObject::setParent(this);
     old->deleteLater();
 }
 

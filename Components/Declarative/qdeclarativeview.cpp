@@ -10,6 +10,40 @@
 #include <QtWidgets/QGraphicsWidget>
 
 #include <private/qqmldata_p.h>
+#include <private/qv4engine_p.h>
+
+namespace {
+
+// Rests every binding of what is about to be destroyed. What a Loader, a Repeater or a view has made is below
+// the item as an item, but not as an object.
+void rest(const QGraphicsItem *item)
+{
+    const QGraphicsObject *const object = item->toGraphicsObject();
+    if (object && !QQmlData::wasDeleted(object))
+        QQmlData::markAsDeleted(const_cast<QGraphicsObject *>(object));
+    const QList<QGraphicsItem *> children = item->childItems();
+    for (const QGraphicsItem *child : children)
+        rest(child);
+}
+
+// How many calls deep the engine lets scripts go.
+int measuredCallDepth(QQmlEngine *engine)
+{
+    const QString script = QStringLiteral("(function() { var n = 0; function f() { ++n; f() }"
+                                          "try { f() } catch (error) {} return n })()");
+    return engine->evaluate(script).toInt();
+}
+
+// A handler that causes its own signal takes many times the stack of a function that calls itself, and at the
+// engine's bound of calls there would be none left.
+void boundCallDepth(QQmlEngine *engine)
+{
+    constexpr int mostCalls = 300;
+    static const int engineBound = measuredCallDepth(engine);
+    engine->handle()->callDepth += qMax(0, engineBound - mostCalls);
+}
+
+} // namespace
 
 class VIDTIPS_DECLARATIVE_NO_EXPORT QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
@@ -48,6 +82,7 @@ public:
 
 void QDeclarativeView::Private::configureView()
 {
+    boundCallDepth(&engine);
     scene.setItemIndexMethod(QGraphicsScene::NoIndex);
     scene.setStickyFocus(true);
     q->setScene(&scene);
@@ -104,7 +139,7 @@ void QDeclarativeView::Private::releaseRoot()
         QDeclarativeItemPrivate::get(item)->removeChangeListener(this, GeometryChange);
     if (root) {
         // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
-        QQmlData::markAsDeleted(root);
+        rest(root);
         delete root;
     }
 }

@@ -1,5 +1,6 @@
 #include "qdeclarativevisualmodel_p.h"
 
+#include "qdeclarativenesting_p.h"
 #include "qdeclarativevisualdatamodel_p.h"
 
 #include <QtCore/QSignalBlocker>
@@ -151,6 +152,11 @@ void QDeclarativeVisualModel::initItem(int, QObject *object)
 QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
 {
     if (!isValid() || index < 0 || index >= count())
+        return nullptr;
+    const QDeclarativeNesting nesting;
+    if (nesting.isFirstRefused())
+        qmlWarning(view) << tr("Delegates are nested too deep");
+    if (nesting.isRefused())
         return nullptr;
     QGraphicsItem *const outer = std::exchange(container, parent);
     QObject *object = items->object(index, QQmlIncubator::Synchronous);

@@ -1,5 +1,7 @@
 #include "VTContext.h"
 
+#include <QtCore/QPointer>
+
 VTContext::VTContext(QObject *parent)
     : QObject(parent)
 {
@@ -21,7 +23,10 @@ VTContext &VTContext::operator=(const VTContext &other)
 
 void VTContext::set(const int &key, const QVariant &value)
 {
+    const QPointer<VTContext> self(this);
     Q_EMIT settingWillChange(key);
+    if (!self)
+        return;
     m_settings[key] = value;
     Q_EMIT settingDidChange(key);
 }

@@ -8,7 +8,7 @@
 #include <QtCore/QVariant>
 
 /** The key of a setting; see Vidtips::contextKey for the keys that the library reads. */
-typedef int VTContextKey;
+using VTContextKey = int;
 
 namespace Vidtips {
 
@@ -72,7 +72,7 @@ public:
 
     /**
      * Stores @p value under @p key. Both signals fire, also when the value stays the same. A key, once set,
-     * stays set.
+     * stays set. A receiver of settingWillChange may delete the context, which then stores nothing.
      */
     void set(const int &key, const QVariant &value);
 

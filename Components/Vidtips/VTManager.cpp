@@ -15,8 +15,10 @@
 #include <QtCore/QPointer>
 #include <QtCore/QQueue>
 #include <QtCore/QRegExp>
+#include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 #include <QtCore/QUrl>
+#include <QtDeclarative/QDeclarativeView>
 #include <QtDeclarative/qdeclarative.h>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
@@ -38,6 +40,18 @@ void registerDeclarativeTypes()
     qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
 }
 
+/**
+ * Has the declarative module make what it makes once in a process, which takes longer than showing a tip
+ * does: its first view registers all element types.
+ */
+void prepareDeclarativeModule()
+{
+    static bool isPrepared = false;
+    if (!isPrepared)
+        QDeclarativeView();
+    isPrepared = true;
+}
+
 QString keyAttribute()
 {
     return QStringLiteral("key");
@@ -51,6 +65,19 @@ VTXmlElement *contentOf(const VTWidget *window)
 bool hasKey(const VTXmlElement *content, const QString &key)
 {
     return content && content->hasAttribute(keyAttribute()) && content->attribute(keyAttribute()) == key;
+}
+
+// Writes the insertion into what stands before the position, and returns where it starts.
+int putBefore(int position, const QString &insertion, QString *text)
+{
+    if (insertion.size() > position) {
+        const int room = insertion.size() + text->size() - position;
+        *text = QString(room, Qt::Uninitialized) + text->midRef(position);
+        position = room;
+    }
+    const int start = position - insertion.size();
+    std::copy(insertion.cbegin(), insertion.cend(), text->begin() + start);
+    return start;
 }
 
 bool isVisibleWith(const VTWidget *window, const QString &key)
@@ -180,6 +207,11 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
         QCoreApplication::instance()->installEventFilter(this);
         d->filterInstalled = true;
     }
+    // When the host has nothing else to do: neither its start nor the first tip waits for it.
+    QTimer::singleShot(0, this, [this] {
+        if (!d->widget)
+            prepareDeclarativeModule();
+    });
 }
 
 VTManager::~VTManager()
@@ -342,7 +374,8 @@ QString VTManager::translateString(const QString &text, const QString &context)
     if (!d->translator)
         d->translator = new QTranslator(this);
     if (path != d->cataloguePath) {
-        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
+        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder)
+            && QFileInfo(path).isFile();
         if (!found || !d->translator->load(path)) {
             d->cataloguePath.clear();
             return text;
@@ -360,16 +393,21 @@ QString VTManager::interpolate(const QString &text) const
 QString VTManager::interpolate(const QString &text, const QMap<QString, QVariant> &properties) const
 {
     QRegExp placeholder(QStringLiteral("\\%\\(([-_a-zA-Z0-9]+)\\)s"));
-    QString result = text;
-    int position = 0;
-    while ((position = placeholder.indexIn(result, position)) >= 0) {
+    QString result = QStringLiteral("");
+    // What is still to be looked at starts here: before it is room for replacements, so that a text of many
+    // placeholders is not moved as a whole for each of them.
+    QString rest = text;
+    int start = 0;
+    for (int at = placeholder.indexIn(rest); at >= 0; at = placeholder.indexIn(rest, start)) {
+        result += rest.midRef(start, at - start);
+        start = at + placeholder.matchedLength();
         const QString replacement = properties.value(placeholder.cap(1)).toString();
         if (replacement.isNull())
-            position += placeholder.matchedLength();
+            result += placeholder.cap();
         else
-            result.replace(position, placeholder.matchedLength(), replacement);
+            start = putBefore(start, replacement, &rest);
     }
-    return result;
+    return result.isEmpty() && start == 0 ? rest : result + rest.midRef(start);
 }
 
 void VTManager::setGlobalProperty(const QString &name, const QVariant &value)
@@ -482,17 +520,21 @@ bool VTManager::keepOrHide(const QPoint &position, QWidget *widget)
 
 QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 {
-    const QSize offset = d->context.get(TooltipOffset, QSize(35, 30)).toSize();
+    const QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const QSize offset =
+        d->context.get(TooltipOffset, QSize(35, 30)).toSize().boundedTo(largest).expandedTo(-1 * largest);
     return position + QPoint(offset.width(), offset.height());
 }
 
 void VTManager::initializeTooltipWindow(QWidget *parent)
 {
+    const QPointer<VTManager> self(this);
     if (d->widget)
         d->widget->setParent(parent);
     else
         d->widget = new VTWidget(this, parent, nullptr, QRect());
-    if (!d->widget || d->widget->view())
+    // Another parent hides a window, and the host hears of that.
+    if (!self || !d->widget || d->widget->view())
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);
@@ -540,7 +582,7 @@ bool VTManager::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
-        return mouseButtonEventFilter(watched, static_cast<QMouseEvent *>(event));
+        return hideForEvent(watched, static_cast<QMouseEvent *>(event));
     case QEvent::MouseMove:
         return mouseMoveEventFilter(watched, static_cast<QMouseEvent *>(event));
     case QEvent::ToolTip:
@@ -554,12 +596,21 @@ bool VTManager::eventFilter(QObject *watched, QEvent *event)
     }
 }
 
+// An event whose object the host has destroyed meanwhile is consumed, because it would be delivered all the
+// same.
+bool VTManager::hideForEvent(QObject *watched, QMouseEvent *event)
+{
+    const QPointer<QObject> object(watched);
+    return mouseButtonEventFilter(watched, event) || (watched && !object);
+}
+
 bool VTManager::showForEvent(QObject *watched, const QPoint &position)
 {
     const QPointer<VTManager> self(this);
     const QPointer<QObject> object(watched);
     const QString key = keyForObject(watched);
-    return self && object && show(key, position, object, QRect());
+    const bool shown = self && object && show(key, position, object, QRect());
+    return shown || (watched && !object);
 }
 
 bool VTManager::mouseButtonEventFilter(QObject *watched, QMouseEvent *)

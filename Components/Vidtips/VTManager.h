@@ -172,6 +172,7 @@ private:
     VIDTIPS_NO_EXPORT void findFallback(const QString &key, FoundContent &found);
     VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, FoundContent &found);
     VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
+    VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
     VIDTIPS_NO_EXPORT bool keepOrHide(const QPoint &position, QWidget *widget);
 

@@ -151,6 +151,9 @@ protected:
     /** Opens the media of the current source and tells whether it could. The base emits sourceLoaded(). */
     virtual bool loadSource();
 
+    /** Sleeps for @p milliseconds, less where the thread is asked to end. For the source's own thread. */
+    void idle(int milliseconds);
+
     /** Applies the change that was posted first, if there is one. For the source's own thread. */
     void processActionQueue();
 

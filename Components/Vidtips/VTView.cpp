@@ -183,7 +183,7 @@ QString VTView::categoryPath(const QString &attribute, const QString &defaultPat
 QString VTView::findComponent(const QString &attribute, contextKey key, const QString &defaultPath,
                               const QString &fileName) const
 {
-    const QString path = categoryPath(attribute, defaultPath, key);
+    QString path = categoryPath(attribute, defaultPath, key);
     const VTIndex *const index = d->manager ? d->manager->index() : nullptr;
     if (!index || !d->content)
         return path;
@@ -246,7 +246,7 @@ void VTView::loadQML(const QString &path)
     }
     const QUrl url = QUrl::fromLocalFile(path);
     d->pendingSource = url;
-    if (url == source())
+    if (isLoaded(url))
         return;
     if (d->hostCalls == 0) {
         setSource(url);
@@ -254,10 +254,16 @@ void VTView::loadQML(const QString &path)
     }
     // The QML that called the host must not be destroyed while its handler runs.
     const auto loadPending = [this] {
-        if (d->pendingSource != source())
+        if (!isLoaded(d->pendingSource))
             setSource(d->pendingSource);
     };
     QMetaObject::invokeMethod(this, loadPending, Qt::QueuedConnection);
+}
+
+bool VTView::isLoaded(const QUrl &url) const
+{
+    // A root that someone has destroyed is made anew.
+    return url == source() && (rootObject() || status() != Ready);
 }
 
 void VTView::handleWarnings(const QList<QDeclarativeError> &warnings)

@@ -183,6 +183,7 @@ private:
     Q_DISABLE_COPY(VTView)
     VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
     VIDTIPS_NO_EXPORT void report(const QString &message);
+    VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
 
     class HostCall;

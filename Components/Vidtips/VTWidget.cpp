@@ -59,6 +59,7 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
     bool handedOver = false;
+    bool fadedOut = false;
 
     QVariant setting(contextKey key, const QVariant &defaultValue) const
     {
@@ -115,7 +116,9 @@ bool VTWidget::isSafe(const QPoint &globalPos) const
     } else if (d->reference && QApplication::widgetAt(globalPos) == d->reference) {
         return true;
     }
-    const QSize margin = d->setting(SafeZoneMargin, QSize(20, 20)).toSize();
+    const QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const QSize margin =
+        d->setting(SafeZoneMargin, QSize(20, 20)).toSize().boundedTo(largest).expandedTo(-1 * largest);
     const QRect frame(mapToGlobal(QPoint(0, 0)), frameGeometry().size());
     return frame.adjusted(-margin.width(), -margin.height(), margin.width(), margin.height())
         .contains(globalPos);
@@ -206,17 +209,28 @@ void VTWidget::showAnimated()
 
 void VTWidget::hideAnimated()
 {
-    if (!isVisible() || d->animation->state() != QAbstractAnimation::Stopped)
+    if (!isVisible() || d->fadedOut || d->animation->state() != QAbstractAnimation::Stopped)
         return;
     const int duration = d->setting(HideDuration, 300).toInt();
     if (duration <= 0) {
         hideAnimationFinished();
         return;
     }
-    connect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished,
-            Qt::UniqueConnection);
+    connect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut, Qt::UniqueConnection);
     d->fade(windowOpacity(), 0.0, duration);
     d->timer->stop();
+}
+
+// All animations advance together, also when the QML starts one; it may be within a change of its state then,
+// which could not be reset.
+void VTWidget::endFadeOut()
+{
+    d->fadedOut = true;
+    const auto hideIfStillShown = [this] {
+        if (d->fadedOut)
+            hideAnimationFinished();
+    };
+    QMetaObject::invokeMethod(this, hideIfStillShown, Qt::QueuedConnection);
 }
 
 void VTWidget::hideAnimationFinished()
@@ -246,14 +260,20 @@ void VTWidget::contentReservedChanged()
         return;
     d->handedOver = true;
     d->timer->stop();
-    if (d->animation->state() != QAbstractAnimation::Stopped) {
+    if (d->fadedOut || d->animation->state() != QAbstractAnimation::Stopped) {
         d->animation->stop();
         setWindowOpacity(1.0);
     }
-    if (container && container != this)
-        moveInto(container);
+    // Changing the parent hides the window, and the host, which hears of that, may destroy either parent.
+    const QPointer<QWidget> host(container);
+    const QPoint position = pos();
+    hide();
+    if (!self)
+        return;
+    if (host && host != this && !isAncestorOf(host))
+        moveInto(host, position);
     else
-        becomeToolWindow();
+        becomeToolWindow(position);
 }
 
 QWidget *VTWidget::owner() const
@@ -262,18 +282,12 @@ QWidget *VTWidget::owner() const
     return window == this ? nullptr : window;
 }
 
-void VTWidget::moveInto(QWidget *container)
+void VTWidget::moveInto(QWidget *container, const QPoint &position)
 {
-    // Changing the parent hides the window, and the host hears of that.
-    const QPointer<VTWidget> self(this);
-    const QPointer<QWidget> host(container);
-    const QPoint position = pos();
     // A host that owns its window by the active one may have hit upon this very tip.
     if (isOwnedBy(container, this))
         container->setParent(owner(), container->windowFlags());
     setParent(container, Qt::WindowFlags());
-    if (!self || !host)
-        return;
     if (!container->layout()) {
         auto *const layout = new QVBoxLayout(container);
         layout->setContentsMargins(0, 0, 0, 0);
@@ -285,19 +299,16 @@ void VTWidget::moveInto(QWidget *container)
                               | Qt::WindowCloseButtonHint);
     contentResized();
     container->move(position);
+    show();
     container->show();
 }
 
-void VTWidget::becomeToolWindow()
+void VTWidget::becomeToolWindow(const QPoint &position)
 {
-    const QPointer<VTWidget> self(this);
-    const QPoint position = pos();
     setAttribute(Qt::WA_DeleteOnClose);
     setParent(owner(),
               Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
                   | Qt::WindowCloseButtonHint);
-    if (!self)
-        return;
     setWindowModality(Qt::NonModal);
     const QObject *const content = d->view ? d->view->content() : nullptr;
     setWindowTitle(content ? content->property("title").toString() : QString());
@@ -335,7 +346,10 @@ void VTWidget::showEvent(QShowEvent *)
 
 void VTWidget::hideEvent(QHideEvent *)
 {
-    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::hideAnimationFinished);
+    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut);
+    d->fadedOut = false;
+    // A fade that went on would take the next tip with it.
+    d->animation->stop();
     // Movement during a fade-out may have started it again, and it would hide the next tip.
     d->timer->stop();
     if (d->view)

@@ -111,8 +111,9 @@ protected:
 private:
     Q_DISABLE_COPY(VTWidget)
     VIDTIPS_NO_EXPORT QWidget *owner() const;
-    VIDTIPS_NO_EXPORT void moveInto(QWidget *container);
-    VIDTIPS_NO_EXPORT void becomeToolWindow();
+    VIDTIPS_NO_EXPORT void moveInto(QWidget *container, const QPoint &position);
+    VIDTIPS_NO_EXPORT void becomeToolWindow(const QPoint &position);
+    VIDTIPS_NO_EXPORT void endFadeOut();
 
     struct Private;
     std::unique_ptr<Private> const d;

@@ -90,7 +90,7 @@ public:
     /**
      * Renders the element and the elements inside it as indented lines of tags, for reading and logs: text
      * and namespaces are left out and values are not escaped. @p index is the indentation of this element's
-     * own lines, in blanks; each level adds two. The last line has no line break.
+     * own lines, in blanks, 4096 at most; each level adds two. The last line has no line break.
      *
      * Each line is filled in by one QString::arg() after the other, so marker-like text in a name or value
      * ("%3") takes part in the later substitutions.

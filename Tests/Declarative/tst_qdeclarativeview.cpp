@@ -275,6 +275,21 @@ void tst_QDeclarativeView::bindingsRestOnDestruction()
                 Item { id: b; x: a.width; height: 5; Item { width: root.width; onParentChanged: a.width } }
                 Timer { interval: 1; running: true; repeat: true; onTriggered: a.width++ }
                 onWidthChanged: a.x = b.x
+                property QtObject look: QtObject { property int size: 3 }
+                Component {
+                    id: part
+                    Item {
+                        property QtObject own: root.look
+                        width: own.size
+                        Item { width: parent.own.size; height: root.look.size }
+                    }
+                }
+                Loader { id: loader; sourceComponent: part }
+                Loader { sourceComponent: part; Component.onCompleted: sourceComponent = undefined }
+                Loader { Loader { sourceComponent: part } }
+                Repeater { model: 2; delegate: part }
+                ListView { width: 10; height: 10; model: 2; delegate: part }
+                GridView { width: 10; height: 10; model: 2; delegate: part }
                 Component.onDestruction: log.last = "width " + a.width + ", children " + b.children.length
             })"));
         QCOMPARE(view.status(), QDeclarativeView::Ready);

@@ -7,21 +7,24 @@ packages=(
     libqt5svg5 libqt5xmlpatterns5-dev
     libqt5quickwidgets5 qml-module-qtquick2
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
+    libxcb-res0-dev
     ffmpeg xvfb openbox picom xdotool fonts-dejavu-core
 )
 
 say() { printf '\033[1m%s\033[0m\n' "$*"; }
 
+# missing_packages PACKAGE…
 missing_packages() {
     local package
-    for package in "${packages[@]}"; do
+    for package; do
         dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
     done
 }
 
+# install_packages [PACKAGE…]: what the build needs, and these packages besides.
 install_packages() {
     local missing sudo=()
-    mapfile -t missing < <(missing_packages)
+    mapfile -t missing < <(missing_packages "${packages[@]}" "$@")
     ((${#missing[@]})) || return 0
     say "Installing: ${missing[*]}"
     if ((EUID != 0)); then

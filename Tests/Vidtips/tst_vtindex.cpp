@@ -49,6 +49,7 @@ private slots:
     void depthCountsLevels();
     void outsideFilesAreSkipped_data();
     void outsideFilesAreSkipped();
+    void packageIsNoControlFile();
     void symbolicLinksAreResolvedForTheDepth();
     void uncleanPathsAreWalked_data();
     void uncleanPathsAreWalked();
@@ -208,6 +209,7 @@ void tst_VTIndex::admission_data()
     row("attributes", "<vidtips locale=\"\">" + entries, true);
     row("blank before the bracket", "<vidtips  >" + entries, true);
     row("closed at once", "<vidtips/>", true);
+    row("closed at once, with a line break", "<vidtips/>\n", true);
     row("closed after a blank", "<vidtips />", true);
     row("declaration and comment first", "<?xml version=\"1.0\"?>\n<!-- x < y -->\n\n<vidtips>" + entries,
         true);
@@ -220,6 +222,7 @@ void tst_VTIndex::admission_data()
     row("beyond the first read", QByteArray(5000, ' ') + "\n<vidtips>" + entries, true);
     row("no line break before it", QByteArray(2048, ' ') + "<vidtips>" + entries, true);
     row("cut by the end of a read", QByteArray(1020, ' ') + "<vidtips>" + entries, false);
+    row("another mark before it", "<<vidtips>" + entries, true);
     row("another element", "<html><vidtips>" + entries + "</html>", false);
     row("vidtip", "<vidtip key=\"k\"/>", false);
     row("longer name", "<vidtipsx>" + entries, false);
@@ -229,6 +232,9 @@ void tst_VTIndex::admission_data()
     row("other case", "<Vidtips>" + entries, false);
     row("short name", "<a\n><vidtips>", false);
     row("tag in a comment decides", "<!-- <b> -->\n<vidtips>" + entries, false);
+    row("name that begins with an underscore", "<_/>\n<vidtips>" + entries, false);
+    row("name that begins with a mark", "<\xcc\x81/>\n<vidtips>" + entries, false);
+    row("name with an underscore", "<vidtips_x/>\n<vidtips>" + entries, false);
     row("blank after the mark", "< vidtips>" + entries, false);
     row("no element", "vidtips", false);
     row("empty", "", false);
@@ -290,6 +296,19 @@ void tst_VTIndex::outsideFilesAreSkipped()
     index.indexControlFile(QString(), m_package);
     index.indexControlFile("relative.xml", QString());
     QVERIFY(index.keys().isEmpty());
+}
+
+void tst_VTIndex::packageIsNoControlFile()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString beside = write("Tools.vidtips2", "<vidtips><vidtip key='k'/></vidtips>");
+    index.indexControlFile(m_package, m_package);
+    index.indexControlFile(beside, m_package);
+    index.indexControlFile(m_package + "/Control/..", m_package);
+    index.indexControlFile(m_package + "/Control/", m_package);
+    QVERIFY(index.keys().isEmpty());
+    QVERIFY(index.componentPathsForPackageNamed("Tools").isEmpty());
 }
 
 void tst_VTIndex::symbolicLinksAreResolvedForTheDepth()
@@ -371,6 +390,14 @@ void tst_VTIndex::mapControlFileKeepsOrderWithoutRepetition()
     index.mapControlFile("other", second);
     QCOMPARE(index.componentPathsForPackageNamed("Tools"), (QStringList{second, m_package}));
     QVERIFY(index.keys().isEmpty());
+    context.set(Vidtips::PackageSuffix, "tips");
+    index.mapControlFile(QString(), m_package);
+    QCOMPARE(index.componentPathsForPackageNamed(QString()), QStringList{m_package});
+    const QString late = m_root + "/Late.tips";
+    index.mapControlFile(QString(), late);
+    QVERIFY(QDir().mkpath(late));
+    index.mapControlFile(QString(), late);
+    QCOMPARE(index.componentPathsForPackageNamed("Late"), QStringList{late});
 }
 
 void tst_VTIndex::packageNames_data()
@@ -695,6 +722,7 @@ void tst_VTIndex::keyDataIsCopied()
     QCOMPARE(element->attribute("topic"), QStringLiteral("t"));
     QCOMPARE(element->attribute("name"), QStringLiteral("kept"));
     QVERIFY(element->childElementList(QString()).isEmpty());
+    index.loadKeyData("k", file, nullptr);
 }
 
 void tst_VTIndex::keyDataIsIgnored_data()

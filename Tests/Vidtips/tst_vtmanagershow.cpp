@@ -41,6 +41,24 @@ private:
     const bool m_handsOutRoot;
 };
 
+/** An index that does something after each retrieval. */
+class BusyIndex : public TestIndex
+{
+public:
+    using TestIndex::TestIndex;
+
+    VTXmlElement *retrieve(const QString &key, const QLocale &locale, QString &directory, int &depth,
+                           VTXmlElement *&root) override
+    {
+        VTXmlElement *const element = TestIndex::retrieve(key, locale, directory, depth, root);
+        if (onRetrieve)
+            onRetrieve();
+        return element;
+    }
+
+    std::function<void()> onRetrieve;
+};
+
 } // namespace
 
 class tst_VTManagerShow : public QObject
@@ -85,6 +103,9 @@ private slots:
     void hideNotificationShowsAnotherKey();
     void hideNotificationDeletesTheHost();
     void keyForObjectDeletesTheObject();
+    void retrievalDeletesTheHost_data();
+    void retrievalDeletesTheHost();
+    void takingTheWindowBackDeletesTheHost();
     void qmlNotificationShowsAnotherUserInterface();
     void deletedWindowIsMadeAnew();
     void windowWithoutAViewGetsOne();
@@ -610,8 +631,46 @@ void tst_VTManagerShow::keyForObjectDeletesTheObject()
     QPointer<QObject> object(new QObject);
     QHelpEvent event(QEvent::ToolTip, {}, {});
     QObject *const manager = host.manager();
-    QVERIFY(!manager->eventFilter(object, &event));
+    // Consumed, because the object that it would be delivered to is gone.
+    QVERIFY(manager->eventFilter(object, &event));
     QVERIFY(!host.manager()->widget());
+}
+
+void tst_VTManagerShow::retrievalDeletesTheHost_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("with content") << "cut";
+    QTest::newRow("without content") << "paste";
+}
+
+void tst_VTManagerShow::retrievalDeletesTheHost()
+{
+    QFETCH(QString, key);
+    VTContext settings;
+    settings.set(FallbackKey, "copy");
+    BusyIndex index(&settings, {});
+    const QPointer<TestHost> host(new TestHost(settings, {packages->path()}, &index));
+    index.onRetrieve = [&] { delete host; };
+    QVERIFY(!host->show(key, {}, nullptr));
+    QVERIFY(!host);
+    for (const QPointer<VTXmlElement> &root : std::as_const(index.roots))
+        QVERIFY(!root);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void tst_VTManagerShow::takingTheWindowBackDeletesTheHost()
+{
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QWidget owner;
+    const QPointer<VTWidget> window(session.window());
+    window->setParent(&owner, window->windowFlags());
+    window->show();
+    session.host->onNotification = [&](int, const QString &) { delete session.host; };
+    QVERIFY(!session.host->show("copy", {}, nullptr));
+    QVERIFY(!session.host);
+    QVERIFY(!window->manager());
+    QVERIFY(!window->parent());
 }
 
 void tst_VTManagerShow::qmlNotificationShowsAnotherUserInterface()

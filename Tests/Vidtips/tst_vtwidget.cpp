@@ -1,6 +1,8 @@
 #include <TestHost.h>
 #include <TestPackage.h>
 
+#include <QtDeclarative/QDeclarativeItem>
+
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
@@ -41,6 +43,9 @@ private slots:
     void hideFadesOut();
     void hideDuringAFadeDoesNothing();
     void fadeInDoesNotHide();
+    void fadeOutEndsWithTheTip();
+    void fadeOutThatEndsInAStateChange();
+    void reservingInTheLastMomentOfAFadeOut();
     void showDuringAFadeOutDoesNotCancelIt();
     void negativeDurationsAreNone();
     void everyHideIsNotified();
@@ -412,6 +417,50 @@ void tst_VTWidget::fadeInDoesNotHide()
     QVERIFY(window->isVisible());
 }
 
+void tst_VTWidget::fadeOutEndsWithTheTip()
+{
+    session->set(HideDuration, 100000);
+    showContent();
+    window->hideAnimated();
+    QTRY_VERIFY(window->windowOpacity() < 1.0);
+    window->hide();
+    QCOMPARE(animation()->state(), QAbstractAnimation::Stopped);
+    showContent();
+    QCOMPARE(window->windowOpacity(), 1.0);
+    QCOMPARE(animation()->state(), QAbstractAnimation::Stopped);
+}
+
+void tst_VTWidget::fadeOutThatEndsInAStateChange()
+{
+    packages->writeUserInterface("Basic", R"(states: State { name: "grown" })");
+    session->set(MessageThreshold, 400);
+    session->set(HideDuration, 1000);
+    showContent();
+    auto *const root = qobject_cast<QDeclarativeItem *>(view->rootObject());
+    window->hideAnimated();
+    // An animation that the QML starts advances all others, and so may end the fade.
+    connect(root, &QDeclarativeItem::stateChanged, window.data(),
+            [this] { animation()->setCurrentTime(animation()->duration()); });
+    root->setProperty("state", "grown");
+    QCOMPARE(animation()->state(), QAbstractAnimation::Stopped);
+    QTRY_VERIFY(!window->isVisible());
+    QCOMPARE(root->property("state").toString(), QString());
+    QVERIFY(session->host->messages.isEmpty());
+}
+
+void tst_VTWidget::reservingInTheLastMomentOfAFadeOut()
+{
+    session->set(HideDuration, 1);
+    showContent();
+    window->hideAnimated();
+    connect(animation(), &QPropertyAnimation::finished, window.data(),
+            [this] { window->view()->setReserved(true); });
+    QTRY_VERIFY(window->view()->reserved());
+    QCoreApplication::processEvents();
+    QVERIFY(window->isVisible());
+    QCOMPARE(window->windowOpacity(), 1.0);
+}
+
 void tst_VTWidget::showDuringAFadeOutDoesNotCancelIt()
 {
     session->set(HideDuration, 40);
@@ -734,7 +783,7 @@ void tst_VTWidget::reservingIntoAContainerWithALayout()
     QWidget container;
     auto *const layout = new QHBoxLayout(&container);
     layout->setContentsMargins(1, 2, 3, 4);
-    session->host->onCreateWindow = [&] { return &container; };
+    session->host->onCreateWindow = [guard = QPointer<QWidget>(&container)] { return guard.data(); };
     showContent();
     view->setReserved(true);
     QCOMPARE(container.layout(), layout);

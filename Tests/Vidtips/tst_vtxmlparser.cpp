@@ -252,6 +252,7 @@ void tst_VTXmlParser::filters_data()
     QTest::newRow("own object, nothing inside") << Flags{{"b", 8}} << emptyB;
     QTest::newRow("nothing at all") << Flags{{"b", 12}} << withoutB;
     QTest::newRow("skip beats generate inside") << Flags{{"b", 11}} << emptyB;
+    QTest::newRow("wanted inside unwanted") << Flags{{"b", 4}, {"d", 4}} << QStringLiteral("<a/>");
     QTest::newRow("skipped root") << Flags{{"a", 12}} << QString();
 }
 

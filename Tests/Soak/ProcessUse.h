@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+class QWidget;
+
+/** What this process holds at one moment. */
+struct ProcessUse
+{
+    double heap = 0.0; ///< MiB that malloc has handed out, of all arenas and mapped blocks; 0 where not known
+    double resident = 0.0; ///< MiB of memory that is in use by the process
+    int threads = 0;
+    int handles = 0; ///< open files, sockets and pipes
+    int windows = 0; ///< of the X server, like the two below; 0 on another platform
+    int pixmaps = 0;
+    int otherResources = 0;
+
+    /** Gives free memory back to the system and measures; @p window is any of the process. */
+    static ProcessUse now(QWidget *window);
+};

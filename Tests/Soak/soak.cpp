@@ -1,0 +1,113 @@
+// Shows, works, pins and closes tips at random for a set time, and tells what that leaves behind.
+
+#include "Record.h"
+#include "Session.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QRandomGenerator>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+constexpr double millisecondsPerHour = 3600.0 * 1000.0;
+
+struct Options
+{
+    double seconds = 0.0;
+    quint32 seed = 0;
+    bool gross = false;
+    QStringList dataPaths;
+};
+
+Options optionsOf(const QCoreApplication &application)
+{
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({
+        {"seconds", "How long it runs.", "number", "60"},
+        {"seed", "Repeats the acts of an earlier run.", "number"},
+        {"gross", "Judges memory by its first and last sample, for a run too short for a trend."},
+    });
+    parser.addPositionalArgument("content", "The folder whose folders hold the packages.");
+    parser.process(application);
+    Options options;
+    options.seconds = parser.value("seconds").toDouble();
+    options.seed =
+        parser.isSet("seed") ? parser.value("seed").toUInt() : QRandomGenerator::system()->generate();
+    options.gross = parser.isSet("gross");
+    const QString content = parser.positionalArguments().value(0);
+    options.dataPaths << content + QLatin1String("/Base") << content + QLatin1String("/Extra");
+    return options;
+}
+
+int problems = 0;
+
+// What Qt has to say of itself: of its connection to the X server, which may lag behind, and of its timer,
+// when the last animation ends and a QML timer starts before the next event.
+bool isOfQt(const QMessageLogContext &context, const QString &text)
+{
+    return qstrncmp(context.category, "qt.qpa", 6) == 0
+        || text == QLatin1String("QUnifiedTimer::stopAnimationDriver: driver is not running");
+}
+
+void countProblems(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg || isOfQt(context, text))
+        return;
+    ++problems;
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+void takeMessages(Session &session)
+{
+    const QStringList messages = session.host().takeMessages();
+    for (const QString &message : messages)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    problems += messages.size();
+}
+
+void run(Session &session, const Options &options, Record &record)
+{
+    // The first sixth of the time fills caches; a sample takes about a second.
+    const qint64 whole = qint64(options.seconds * 1000.0);
+    const qint64 interval = std::clamp<qint64>(whole / 12, 1500, 5000);
+    QElapsedTimer timer;
+    timer.start();
+    for (qint64 next = interval; timer.elapsed() < whole; next = timer.elapsed() + interval) {
+        while (timer.elapsed() < next)
+            session.act();
+        takeMessages(session);
+        session.rest();
+        record.add(double(timer.elapsed()) / millisecondsPerHour, ProcessUse::now(session.window()),
+                   session.host().shown());
+    }
+    record.forgetBefore(double(whole) / 6.0 / millisecondsPerHour);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    qInstallMessageHandler(&countProblems);
+    const Options options = optionsOf(application);
+    std::printf("seed %u, %.0f s\n", options.seed, options.seconds);
+    std::fflush(stdout);
+    bool isSteady = false;
+    {
+        Session session(options.dataPaths, options.seed);
+        Record record;
+        run(session, options, record);
+        record.printTable();
+        std::printf("%d acts: %d tips shown, %d hidden, %d pinned; %d clips opened\n", session.acts(),
+                    session.host().shown(), session.host().hidden(), session.pinned(), session.clips());
+        isSteady = record.judge(options.gross);
+        takeMessages(session);
+    }
+    std::printf("messages           %d: %s\n", problems, problems ? "see above" : "none");
+    return isSteady && problems == 0 ? 0 : 1;
+}

@@ -1,0 +1,2 @@
+#include <QtTest/QtTest>
+QTEST_GUILESS_MAIN(QObject)
