@@ -46,7 +46,7 @@ void boundCallDepth(QQmlEngine *engine)
 
 } // namespace
 
-class QDeclarativeView::Private final : public QDeclarativeItemChangeListener
+class VIDTIPS_DECLARATIVE_NO_EXPORT QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
 public:
     explicit Private(QDeclarativeView *view)

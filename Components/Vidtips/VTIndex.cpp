@@ -184,7 +184,7 @@ QString localeOf(const VTXmlElement *root)
 
 } // namespace
 
-struct VTIndex::Private
+struct VIDTIPS_NO_EXPORT VTIndex::Private
 {
     struct ControlFile
     {

@@ -87,7 +87,7 @@ bool isVisibleWith(const VTWidget *window, const QString &key)
 
 } // namespace
 
-struct VTManager::Private
+struct VIDTIPS_NO_EXPORT VTManager::Private
 {
     Private(VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
         : host(host)

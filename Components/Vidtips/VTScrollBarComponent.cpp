@@ -35,7 +35,7 @@ int toPixels(qreal length)
 
 } // namespace
 
-struct VTScrollBarComponent::Private
+struct VIDTIPS_NO_EXPORT VTScrollBarComponent::Private
 {
     QScrollBar *scrollBar;
     QGraphicsProxyWidget *proxy;

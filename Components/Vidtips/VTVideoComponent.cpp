@@ -11,7 +11,7 @@
 
 namespace Vidtips {
 
-struct VTVideoComponent::Private
+struct VIDTIPS_NO_EXPORT VTVideoComponent::Private
 {
     VTVideoSourceFFMPEG *sourceObject = nullptr;
     VTVideoController *controller = nullptr;

@@ -31,7 +31,7 @@ quint64 truncatedToUnsigned(double value)
 }
 } // namespace
 
-struct VTVideoController::Private
+struct VIDTIPS_NO_EXPORT VTVideoController::Private
 {
     enum class Next { Present, Announce, Pause, Sleep };
 

@@ -15,7 +15,7 @@ constexpr unsigned long quitTimeout = 10000;
 constexpr auto noAction = VTVideoSource::Action(-1);
 } // namespace
 
-struct VTVideoSource::Private
+struct VIDTIPS_NO_EXPORT VTVideoSource::Private
 {
     QUrl source;
     bool shouldQuit = false;

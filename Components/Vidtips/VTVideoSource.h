@@ -173,6 +173,8 @@ struct VIDTIPS_EXPORT VTVideoSourceChange
 {
     /** Makes a change to @p newAction; -1 changes nothing. */
     explicit VTVideoSourceChange(VTVideoSource::Action newAction);
+
+    /** Destroys the change, applied or not. */
     virtual ~VTVideoSourceChange();
 
     /** Returns the kind of change, 1. */
@@ -181,6 +183,7 @@ struct VIDTIPS_EXPORT VTVideoSourceChange
     /** Makes the change, on the thread of @p source and with no lock held. */
     virtual void apply(VTVideoSource *source);
 
+    /** The action to make current. */
     VTVideoSource::Action action;
 };
 
@@ -199,5 +202,6 @@ struct VIDTIPS_EXPORT VTVideoSourceSourceChange : Vidtips::VTVideoSourceChange
     /** Makes the URL current and then lets the thread load it. */
     void apply(Vidtips::VTVideoSource *source) override;
 
+    /** The source to make current. */
     QUrl url;
 };

@@ -46,7 +46,7 @@ QObject *ownerOf(VTXmlElement *content)
 
 } // namespace
 
-struct VTView::Private
+struct VIDTIPS_NO_EXPORT VTView::Private
 {
     QPointer<VTManager> manager;
     QPointer<VTXmlElement> content;
@@ -62,7 +62,7 @@ struct VTView::Private
 };
 
 /** Marks that the host is being called, most often from a handler of the QML. */
-class VTView::HostCall
+class VIDTIPS_NO_EXPORT VTView::HostCall
 {
 public:
     explicit HostCall(VTView *view)

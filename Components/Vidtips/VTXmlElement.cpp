@@ -28,7 +28,7 @@ QString attributeBlock(const QMap<QString, QString> &attributes)
 
 } // namespace
 
-struct VTXmlElement::Private
+struct VIDTIPS_NO_EXPORT VTXmlElement::Private
 {
     static void appendLines(const VTXmlElement *element, int index, QStringList *lines);
 

@@ -23,8 +23,11 @@ namespace Vidtips {
 class VIDTIPS_EXPORT VTXmlElement : public QObject
 {
     Q_OBJECT
+    /** The tag name, prefix included. */
     Q_PROPERTY(QString tagName READ getTagName WRITE setTagName NOTIFY tagNameChanged)
+    /** The URI of the tag's namespace. */
     Q_PROPERTY(QString tagNameSpace READ getTagNameSpace WRITE setTagNameSpace NOTIFY tagNameSpaceChanged)
+    /** The text between the tags, white space included. */
     Q_PROPERTY(QString content READ content NOTIFY contentChanged)
 
 public:
