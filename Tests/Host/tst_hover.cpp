@@ -149,7 +149,7 @@ void tst_Hover::pointAt(const QWidget *widget)
 {
     const QPoint center = widget->mapToGlobal(widget->rect().center());
     QCursor::setPos(center - QPoint(3, 3));
-    QTest::qWaitFor([=] { return widget->underMouse(); });
+    QVERIFY(QTest::qWaitFor([=] { return widget->underMouse(); }));
     QCursor::setPos(center);
 }
 
