@@ -36,9 +36,9 @@ double compareMeasured(const char *what, const char *unit, int pairs, double goa
     }
     for (QVector<double> *values : {&ours, &theirs, &ratios})
         std::sort(values->begin(), values->end());
-    const double median = ratios.at(pairs / 2);
+    const double median = ratios.value(pairs / 2);
     std::printf("%-44s %9.3f %s  against %9.3f %s  ratio %5.2f (%.2f to %.2f)  goal %.2f %s\n", what,
-                ours.at(pairs / 2), unit, theirs.at(pairs / 2), unit, median, ratios.constFirst(),
+                ours.value(pairs / 2), unit, theirs.value(pairs / 2), unit, median, ratios.constFirst(),
                 ratios.constLast(), goal, median <= goal ? "met" : "MISSED");
     std::fflush(stdout);
     return median;

@@ -116,7 +116,7 @@ void measurePlayback(const QString &clip)
     std::thread busy([&isOver] {
         while (!isOver) { }
     });
-    VTVideoController *const controller = new VTVideoController(source.get(), nullptr);
+    auto *const controller = new VTVideoController(source.get(), nullptr);
     const double interval = 1000.0 / source->frameRate();
     std::atomic<int> announced{0};
     std::atomic<int> late{0};

@@ -3,15 +3,16 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Vidtips)
 if(VIDTIPS_DECLARATIVE STREQUAL "system")
-    install(TARGETS VidtipsDeclarative EXPORT VidtipsTargets)
+    install(TARGETS VidtipsDeclarative EXPORT VidtipsTargets COMPONENT dev)
 endif()
-install(EXPORT VidtipsTargets NAMESPACE Vidtips:: DESTINATION ${package_dir})
+install(EXPORT VidtipsTargets NAMESPACE Vidtips:: DESTINATION ${package_dir} COMPONENT dev)
+set(VIDTIPS_CONTENT_DIR ${CMAKE_INSTALL_DATADIR}/vidtips/Content)
 configure_package_config_file(cmake/VidtipsConfig.cmake.in ${PROJECT_BINARY_DIR}/VidtipsConfig.cmake
-                              INSTALL_DESTINATION ${package_dir})
+                              INSTALL_DESTINATION ${package_dir} PATH_VARS VIDTIPS_CONTENT_DIR)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VidtipsConfigVersion.cmake
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/VidtipsConfig.cmake ${PROJECT_BINARY_DIR}/VidtipsConfigVersion.cmake
-        DESTINATION ${package_dir})
+        DESTINATION ${package_dir} COMPONENT dev)
 
 set(VIDTIPS_PC_REQUIRES "Qt5Core Qt5Gui Qt5Widgets Qt5Xml Qt5Qml Qt5Quick")
 set(VIDTIPS_PC_LIBS "-lVidtips -lVidtipsDeclarative")
@@ -22,4 +23,4 @@ endif()
 # Relative to the file, so that the installed tree may be moved.
 file(RELATIVE_PATH VIDTIPS_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/vidtips.pc.in ${PROJECT_BINARY_DIR}/vidtips.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/vidtips.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/vidtips.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

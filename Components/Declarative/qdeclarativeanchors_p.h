@@ -5,12 +5,13 @@
 #include <QtCore/QObject>
 #include <QtCore/QVarLengthArray>
 
-/** An edge, or a line between two edges, of an item that others can be anchored to. */
+/**
+ * An edge, or a line between two edges, of an item that others can be anchored to.
+ *
+ * No gadget: the engine would look up the type by its name each time a binding sets one.
+ */
 struct QDeclarativeAnchorLine
 {
-    Q_GADGET
-
-public:
     enum AnchorLine {
         Invalid = 0x00,
         Left = 0x01,

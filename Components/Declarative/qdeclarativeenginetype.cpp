@@ -43,7 +43,7 @@ void registerIn(QQmlPrivate::RegisterType copy, const char *uri, int major, int 
     copy.versionMinor = minor;
     copy.elementName = name;
     // The copy shares the original's parser, which each would delete at exit: this one is never released.
-    static QVector<QQmlType> *const immortal = new QVector<QQmlType>;
+    static auto *const immortal = new QVector<QQmlType>;
     immortal->append(QQmlMetaType::registerType(copy));
 }
 
@@ -51,8 +51,7 @@ void registerIn(QQmlPrivate::RegisterType copy, const char *uri, int major, int 
 
 QQmlType QDeclarativeEngineType::find(const char *module, const char *name)
 {
-    const QQmlType type =
-        QQmlMetaType::qmlType(QString::fromLatin1(name), QString::fromLatin1(module), 2, 15);
+    QQmlType type = QQmlMetaType::qmlType(QString::fromLatin1(name), QString::fromLatin1(module), 2, 15);
     if (!type.isValid())
         qFatal("QtDeclarative: Qt does not have the type %s in %s 2", name, module);
     return type;
@@ -71,6 +70,8 @@ void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name
         copy.create = replacement.create;
     if (replacement.metaObject)
         copy.metaObject = replacement.metaObject;
+    if (replacement.noCreationReason)
+        copy.noCreationReason = QString::fromLatin1(replacement.noCreationReason);
     registerIn(copy, "QtQuick", 1, 0, name);
     registerIn(copy, "Qt", 4, 7, name);
 }

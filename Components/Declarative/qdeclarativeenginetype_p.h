@@ -18,6 +18,7 @@ struct Replacement
 {
     CreateFunction create = nullptr;
     const QMetaObject *metaObject = nullptr; ///< must stay for ever
+    const char *noCreationReason = nullptr;
 };
 
 /** Registers @p type as @p name in QtQuick 1.0 and Qt 4.7. */

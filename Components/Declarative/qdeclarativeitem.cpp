@@ -17,7 +17,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , componentIsComplete(true)
     , keepMouse(false)
     , isSmooth(false)
-    , hasActiveFocus(false)
+    , announcedActiveFocus(false)
     , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
@@ -44,7 +44,7 @@ void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
     }
     flags = quint32(QGraphicsItem::ItemHasNoContents | QGraphicsItem::ItemIsFocusable
                     | QGraphicsItem::ItemNegativeZStacksBehindParent);
-    q->setAcceptedMouseButtons(Qt::NoButton);
+    acceptedMouseButtons = Qt::NoButton;
 }
 
 QQuickStateGroup *QDeclarativeItemPrivate::stateGroup()
@@ -211,7 +211,7 @@ bool QDeclarativeItemPrivate::listens(const QDeclarativeItemChangeListener *list
 QDeclarativeItemPrivate::ExtraData &QDeclarativeItemPrivate::extra()
 {
     if (!extraData)
-        extraData.reset(new ExtraData);
+        extraData = std::make_unique<ExtraData>();
     return *extraData;
 }
 
@@ -221,7 +221,7 @@ QRectF QDeclarativeItemPrivate::childrenRect()
     if (inDestructor)
         return {};
     if (!extra().contents)
-        extraData->contents.reset(new QDeclarativeContents(q));
+        extraData->contents = std::make_unique<QDeclarativeContents>(q);
     return extraData->contents->rect();
 }
 
@@ -229,7 +229,7 @@ QDeclarativeAnchors *QDeclarativeItemPrivate::anchors()
 {
     Q_Q(QDeclarativeItem);
     if (!itemAnchors)
-        itemAnchors.reset(new QDeclarativeAnchors(q));
+        itemAnchors = std::make_unique<QDeclarativeAnchors>(q);
     return itemAnchors.get();
 }
 
@@ -294,13 +294,18 @@ QDeclarativeItem::~QDeclarativeItem()
     d->itemAnchors.reset();
     if (d->extraData)
         d->extraData->contents.reset();
-    // Graphics View takes the focus away later, when nobody may hear of it from what is left of the item.
-    d->hasActiveFocus = false;
+    d->dropFocus();
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const
 {
-    return qobject_cast<QDeclarativeItem *>(QGraphicsObject::parentObject());
+    // Asked for with each item that is made, so without a search through the meta objects.
+    QGraphicsItem *parent = QGraphicsObject::parentItem();
+    if (!parent)
+        return nullptr;
+    const QGraphicsItemPrivate *its = QGraphicsItemPrivate::get(parent);
+    // One that is being destroyed is no QDeclarativeItem any more.
+    return its->isDeclarativeItem && !its->inDestructor ? static_cast<QDeclarativeItem *>(parent) : nullptr;
 }
 
 void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
@@ -466,9 +471,6 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
-    case ItemSceneHasChanged:
-        d->subFocusItemChange();
-        break;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
@@ -501,9 +503,10 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
         });
         break;
     default:
-        break;
+        return QGraphicsObject::itemChange(change, value);
     }
-    return QGraphicsObject::itemChange(change, value);
+    // Graphics View asks for no answer to what has happened, and a copy of the value is dear.
+    return {};
 }
 
 void QDeclarativeItem::classBegin()

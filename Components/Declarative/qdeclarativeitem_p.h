@@ -66,6 +66,9 @@ public:
 
     void init(QDeclarativeItem *parent);
 
+    /** Has the item painted; only for a constructor, since nobody is told of the change. */
+    void enablePainting() { flags &= ~quint32(QGraphicsItem::ItemHasNoContents); }
+
     QQmlListProperty<QObject> data();
     QQmlListProperty<QObject> resources();
     QQmlListProperty<QGraphicsObject> children();
@@ -122,11 +125,20 @@ public:
     void setKeyFilter(QDeclarativeKeyFilter *filter) { extra().keyFilter = filter; }
     QVariant queryInputMethod(Qt::InputMethodQuery query) const { return q_func()->inputMethodQuery(query); }
 
+    /** Whether the item, or an item inside this focus scope, has the focus as far as its window has it. */
+    bool hasSubFocus() const;
+    /** Whether keys go to the item, or through it as a focus scope to an item inside, right now. */
+    bool hasActiveFocus() const;
+    void takeSceneFocus();
+    void leaveSceneFocus();
+    /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
+    void dropFocus();
+    /** Called to announce that the active focus has come or gone; call the base. */
+    virtual void activeFocusChange(bool active);
+
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;
     void focusScopeItemChange(bool isSubFocusItem) override;
-    void subFocusItemChange() override;
-    bool hasSubFocus() const;
     void siblingOrderChange() override;
 
     /** What few items have. */
@@ -159,7 +171,7 @@ public:
     bool componentIsComplete : 1;
     bool keepMouse : 1;
     bool isSmooth : 1;
-    bool hasActiveFocus : 1;
+    bool announcedActiveFocus : 1; ///< what was said last: the focus may have gone silently since
     bool parentWasSet : 1; ///< the item had a parent before
     bool mirrorIsSet : 1; ///< LayoutMirroring.enabled was given
     bool mirrorValue : 1; ///< what was given

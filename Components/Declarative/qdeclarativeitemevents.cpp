@@ -4,6 +4,7 @@
 #include "qdeclarativekeys_p.h"
 
 #include <QtQml/qqmlinfo.h>
+#include <QtWidgets/QGraphicsScene>
 
 /** The focus scope that the item belongs to, null at the top. */
 static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
@@ -16,53 +17,120 @@ static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
 
 bool QDeclarativeItemPrivate::hasSubFocus() const
 {
-    // Graphics View tells every ancestor; only a focus scope is active on behalf of an item inside.
+    // Graphics View tells every ancestor; only a focus scope has the focus on behalf of an item inside.
     return subFocusItem == q_ptr || (subFocusItem && (flags & QGraphicsItem::ItemIsFocusScope));
 }
 
-void QDeclarativeItemPrivate::subFocusItemChange()
+bool QDeclarativeItemPrivate::hasActiveFocus() const
+{
+    return hasSubFocus() && scene && scene->focusItem() == subFocusItem;
+}
+
+void QDeclarativeItemPrivate::activeFocusChange(bool active)
 {
     Q_Q(QDeclarativeItem);
-    // What is not in a scene yet may still come to lie in a scope that gives the focus to another item.
-    const bool active = hasSubFocus() && scene;
-    if (active == hasActiveFocus)
-        return;
-    hasActiveFocus = active;
+    const QPointer<QDeclarativeItem> guard(q);
+    announcedActiveFocus = active;
     Q_EMIT q->activeFocusChanged(active);
-    // Outside every scope both are the same.
-    if (!scopeOf(q))
+    if (!guard)
+        return;
+    // Outside every scope both are the same. An item that gives the active focus back to its scope loses both
+    // at once, and Graphics View leaves it to the item to say so.
+    const QGraphicsItem *scope = scopeOf(q);
+    if (!scope || !QGraphicsItemPrivate::get(scope)->focusScopeItem)
         Q_EMIT q->focusChanged(active);
+}
+
+/** The item and the focus scopes around it, from the inside out. */
+static QVector<QPointer<QDeclarativeItem>> focusChain(QDeclarativeItem *item)
+{
+    QVector<QPointer<QDeclarativeItem>> chain{item};
+    for (const QGraphicsItem *scope = scopeOf(item); scope; scope = scopeOf(scope)) {
+        if (auto *above =
+                qobject_cast<QDeclarativeItem *>(const_cast<QGraphicsItem *>(scope)->toGraphicsObject()))
+            chain.append(above);
+    }
+    return chain;
+}
+
+void QDeclarativeItemPrivate::takeSceneFocus()
+{
+    const auto chain = focusChain(q_func());
+    for (const QPointer<QDeclarativeItem> &item : chain) {
+        QDeclarativeItemPrivate *d = item ? get(item.data()) : nullptr;
+        // A handler may have moved the focus on by now.
+        if (d && !d->announcedActiveFocus && d->hasActiveFocus())
+            d->activeFocusChange(true);
+    }
+}
+
+void QDeclarativeItemPrivate::leaveSceneFocus()
+{
+    const QGraphicsItem *const left = q_ptr;
+    const auto chain = focusChain(q_func());
+    for (const QPointer<QDeclarativeItem> &item : chain) {
+        QDeclarativeItemPrivate *d = item ? get(item.data()) : nullptr;
+        if (!d)
+            continue;
+        // A scope around both items stays active while one hands the focus to the other.
+        if (item != left && d->subFocusItem && d->subFocusItem != left)
+            return;
+        if (d->announcedActiveFocus)
+            d->activeFocusChange(false);
+    }
+}
+
+void QDeclarativeItemPrivate::dropFocus()
+{
+    announcedActiveFocus = false;
+    if (!subFocusItem || !parent)
+        return;
+    // Graphics View would let the scopes know later, from what is left of the item.
+    auto chain = focusChain(q_func());
+    chain.removeFirst();
+    QGraphicsItemPrivate::get(subFocusItem)->clearSubFocus(parent);
+    for (const QPointer<QDeclarativeItem> &scope : qAsConst(chain)) {
+        if (scope && get(scope.data())->announcedActiveFocus && !get(scope.data())->hasActiveFocus())
+            get(scope.data())->activeFocusChange(false);
+    }
 }
 
 bool QDeclarativeItem::hasFocus() const
 {
     const QGraphicsItem *scope = scopeOf(this);
-    return scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem == this : d_func()->hasSubFocus();
+    if (scope)
+        return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
+    // The scene is the scope, and remembers its item while its window is not the active one.
+    return scene() && scene()->isActive() ? hasActiveFocus() : d_func()->hasSubFocus();
 }
 
 void QDeclarativeItem::setFocus(bool focus)
 {
-    if (focus)
-        QGraphicsItem::setFocus(Qt::OtherFocusReason);
-    else
+    if (!focus) {
         QGraphicsItem::clearFocus();
+        return;
+    }
+    const QPointer<QDeclarativeItem> guard(this);
+    QGraphicsItem::setFocus(Qt::OtherFocusReason);
+    if (!guard || !scene())
+        return;
+    // What a handler of the focus that went asked for came later, and counts.
+    QGraphicsItem *const wanted = QGraphicsItemPrivate::get(topLevelItem())->subFocusItem;
+    if (scene()->focusItem() && wanted && wanted != scene()->focusItem() && wanted->panel() == panel())
+        scene()->setFocusItem(wanted);
 }
 
 bool QDeclarativeItem::hasActiveFocus() const
 {
-    return d_func()->hasActiveFocus;
+    return d_func()->hasActiveFocus();
 }
 
 void QDeclarativeItem::forceActiveFocus()
 {
-    setFocus(true);
-    for (QGraphicsItem *above = QGraphicsItem::parentItem(); above; above = above->parentItem()) {
-        if (!(above->flags() & ItemIsFocusScope))
-            continue;
-        if (auto *item = qobject_cast<QDeclarativeItem *>(above->toGraphicsObject()))
+    const auto chain = focusChain(this);
+    for (const QPointer<QDeclarativeItem> &item : chain) {
+        if (item)
             item->setFocus(true);
-        else
-            above->setFocus(Qt::OtherFocusReason);
     }
 }
 
@@ -84,6 +152,10 @@ static bool isTabulator(const QKeyEvent *event)
 
 bool QDeclarativeItem::sceneEvent(QEvent *event)
 {
+    if (event->type() == QEvent::FocusIn)
+        d_func()->takeSceneFocus();
+    else if (event->type() == QEvent::FocusOut)
+        d_func()->leaveSceneFocus();
     QDeclarativeKeyFilter *filter = d_func()->keyFilter();
     if (!filter)
         return QGraphicsObject::sceneEvent(event);

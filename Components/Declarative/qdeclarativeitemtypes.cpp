@@ -16,6 +16,8 @@ static QString attachedOnly(const char *name)
 void registerDeclarativeItemTypes()
 {
     qRegisterMetaType<QDeclarativeAnchorLine>();
+    // Content compares lines.
+    QMetaType::registerEqualsComparator<QDeclarativeAnchorLine>();
     qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
     qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
     qmlRegisterAnonymousType<QDeclarativeAnchors>("QtQuick", 1);

@@ -439,6 +439,7 @@ int QDeclarativeItemView::indexAt(qreal x, qreal y) const
 void QDeclarativeItemView::componentComplete()
 {
     Q_D(QDeclarativeItemView);
+    d->visualModel->componentComplete();
     // Anchors give the view its size when it is complete, and its rows with it.
     d->recreate(&d->headerItem, d->headerComponent);
     d->recreate(&d->footerItem, d->footerComponent);

@@ -215,7 +215,7 @@ void QDeclarativeListModel::insert(int index, const QJSValue &value)
     insertRow(index, mapOf(value));
 }
 
-void QDeclarativeListModel::removeRows(int index, int number)
+void QDeclarativeListModel::dropRows(int index, int number)
 {
     beginRemoveRows({}, index, index + number - 1);
     const auto first = rows.begin() + index;
@@ -240,7 +240,7 @@ void QDeclarativeListModel::removeRows(int index, int number)
 void QDeclarativeListModel::clear()
 {
     if (count())
-        removeRows(0, count());
+        dropRows(0, count());
 }
 
 void QDeclarativeListModel::remove(int index)
@@ -248,7 +248,7 @@ void QDeclarativeListModel::remove(int index)
     if (index < 0 || index >= count())
         warn(tr("remove: index %1 out of range").arg(index));
     else
-        removeRows(index, 1);
+        dropRows(index, 1);
 }
 
 QVariant QDeclarativeListModel::get(int index)
@@ -391,7 +391,7 @@ void QDeclarativeListModel::removeOthers(const QSet<quint64> &wanted)
         while (first > 0 && !wanted.contains(rows[size_t(first - 1)]->id))
             --first;
         if (first <= last)
-            removeRows(first, last - first + 1);
+            dropRows(first, last - first + 1);
         last = first - 1;
     }
 }

@@ -83,7 +83,7 @@ private:
     QVariant convert(const QVariant &plain);
     bool store(Row &, int role, const QVariant &plain);
     void change(int index, const QVariantMap &);
-    void removeRows(int index, int count);
+    void dropRows(int index, int count);
     QVariantMap valuesOf(const Row &) const;
     QVariant valueOf(const Row &, const QString &role) const;
     void writeSilently(Row &, const QString &role, const QVariant &);

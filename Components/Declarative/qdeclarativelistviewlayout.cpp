@@ -127,13 +127,13 @@ std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createRow(int
 bool QDeclarativeListViewPrivate::append(qreal to)
 {
     const int last = lastVisibleIndex();
-    int index = last + 1;
+    int index = visibleIndex;
     qreal position = 0;
     if (visibleItems.empty()) {
-        index = visibleIndex;
         position = firstIsKnown ? firstPosition : headerSize();
     } else {
-        index = last >= 0 ? last + 1 : visibleIndex;
+        if (last >= 0)
+            index = last + 1;
         position = visibleItems.back()->endPosition() + spacing;
     }
     const int first = index;

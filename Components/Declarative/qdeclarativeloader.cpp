@@ -100,9 +100,11 @@ void QDeclarativeLoader::clear()
     QGraphicsObject *const old = loadedItem;
     loadedItem.clear();
     old->disconnect(this);
-    old->setParentItem(nullptr);
+    // The scene takes it out of the loader as well, once the loader has got the focus back.
     if (old->scene())
         old->scene()->removeItem(old);
+    else
+        old->setParentItem(nullptr);
     // Not at once: one of the item's own handlers may be running. It goes with the loader at the latest,
     // which may stand nearer to what its bindings name.
     old->QObject::setParent(this);

@@ -543,10 +543,15 @@ void QDeclarativeMouseArea::geometryChanged(const QRectF &now, const QRectF &bef
     Q_D(QDeclarativeMouseArea);
     QDeclarativeItem::geometryChanged(now, before);
     // The mouse stays where it is on screen while the area moves.
-    if (d->lastScenePosition.isNull())
+    if (!isComponentComplete() && now.x() && now.y()) {
+        // QML 1 takes the first of both for the distance to a mouse at 0, in an order that is not fixed.
+        d->lastPosition = -now.topLeft();
         d->lastScenePosition = mapToScene(d->lastPosition);
-    else if (now.topLeft() != before.topLeft())
+    } else if (d->lastScenePosition.isNull()) {
+        d->lastScenePosition = mapToScene(d->lastPosition);
+    } else if (now.topLeft() != before.topLeft()) {
         d->lastPosition = mapFromScene(d->lastScenePosition);
+    }
 }
 
 QVariant QDeclarativeMouseArea::itemChange(GraphicsItemChange change, const QVariant &value)

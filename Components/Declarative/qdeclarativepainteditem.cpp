@@ -5,7 +5,7 @@
 QDeclarativePaintedItem::QDeclarativePaintedItem(QDeclarativePaintedItemPrivate &dd, QDeclarativeItem *parent)
     : QDeclarativeItem(dd, parent)
 {
-    setFlag(ItemHasNoContents, false);
+    d_func()->enablePainting();
 }
 
 QDeclarativePaintedItem::~QDeclarativePaintedItem() = default;

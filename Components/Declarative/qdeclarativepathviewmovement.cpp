@@ -64,8 +64,7 @@ void QDeclarativePathViewPrivate::changeCurrent(int index)
 
 void QDeclarativePathViewPrivate::updateCurrentItem()
 {
-    for (size_t i = 0; i < rows.size(); ++i) {
-        const Row row = rows[i];
+    for (const Row row : rows) {
         const bool current = row.index == currentIndex;
         if (current == row.attached->isCurrentItem())
             continue;

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -91,7 +92,7 @@ public:
     void itemOpacityChanged(QDeclarativeItem *item) override { childChanged(item); }
 
     std::unique_ptr<Transitions> transitions;
-    QVector<Child> watched;
+    std::vector<Child> watched;
     Cells cells;
     int spacing = 0;
     Qt::LayoutDirection layoutDirection = Qt::LeftToRight;
@@ -103,7 +104,7 @@ public:
 void QDeclarativeBasePositionerPrivate::watch(QGraphicsObject *object)
 {
     Q_Q(QDeclarativeBasePositioner);
-    watched.append({object, QSizeF(), false});
+    watched.push_back({object, QSizeF(), false});
     if (auto *item = qobject_cast<QDeclarativeItem *>(object)) {
         get(item)->addChangeListener(this, watchedChanges);
         return;
@@ -134,8 +135,8 @@ void QDeclarativeBasePositionerPrivate::unwatch(QGraphicsObject *object)
 
 void QDeclarativeBasePositionerPrivate::unwatchAll()
 {
-    while (!watched.isEmpty())
-        unwatch(watched.last().item);
+    while (!watched.empty())
+        unwatch(watched.back().item);
 }
 
 void QDeclarativeBasePositionerPrivate::childChanged(QGraphicsObject *object)
@@ -160,7 +161,7 @@ void QDeclarativeBasePositionerPrivate::collectCells()
     if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
         std::sort(watched.begin(), watched.end(), precedes);
     cells.clear();
-    cells.reserve(watched.count());
+    cells.reserve(int(watched.size()));
     for (Child &child : watched) {
         const bool wasPlaced = child.placed;
         child.placed = hasPlace(child.item);

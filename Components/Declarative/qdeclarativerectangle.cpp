@@ -11,6 +11,8 @@
 
 #include <private/qquickrectangle_p.h>
 
+#include <memory>
+
 /** What is longer is cut to what can be seen first: Qt's rasterizer has no more room for it. */
 static constexpr int lengthLimit = 8192;
 
@@ -22,6 +24,13 @@ class QDeclarativeRectanglePrivate : public QDeclarativeItemPrivate
     Q_DECLARE_PUBLIC(QDeclarativeRectangle)
 
 public:
+    /** The border and corners with one pixel between them, shared by the rectangles of one look. */
+    struct Tile
+    {
+        QPixmap pixmap;
+        qreal radius = 0;
+    };
+
     bool isBordered() const { return pen && pen->isVisible(); }
     bool isFilled() const { return gradient || color.alpha() > 0; }
     qreal cornerRadius() const;
@@ -38,15 +47,12 @@ public:
 
     QColor color = Qt::white;
     QPointer<QQuickGradient> gradient;
-    QDeclarativePen *pen = nullptr;
+    std::unique_ptr<QDeclarativePen> pen;
     // Kept ready to paint with: Qt complains of a stop outside 0…1 each time that it meets one.
-    QLinearGradient shading;
-    // The border and corners with one pixel between them, the same as other rectangles of this look have.
-    QPixmap tile;
-    qreal tileRadius = 0;
+    std::unique_ptr<QLinearGradient> shading;
+    std::unique_ptr<Tile> tile;
     qreal radius = 0;
     int penExtent = 0;
-    bool shadingIsStale = true;
 };
 
 qreal QDeclarativeRectanglePrivate::cornerRadius() const
@@ -88,18 +94,21 @@ bool QDeclarativeRectanglePrivate::canTile(const QPainter *painter) const
 const QPixmap &QDeclarativeRectanglePrivate::needTile()
 {
     const qreal corner = cornerRadius();
-    if (!tile.isNull() && corner == tileRadius)
-        return tile;
-    tileRadius = corner;
+    if (!tile)
+        tile.reset(new Tile);
+    QPixmap &pixmap = tile->pixmap;
+    if (!pixmap.isNull() && corner == tile->radius)
+        return pixmap;
+    tile->radius = corner;
     const int border = isBordered() ? pen->width() : 0;
     const QString key = QString::asprintf("declarative_rectangle_%x_%x_%d_%a", color.rgba(),
                                           border ? pen->color().rgba() : 0, border, corner);
-    if (QPixmapCache::find(key, &tile))
-        return tile;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
     const int side = 2 * tileMargin() + 1;
-    tile = QPixmap(side, side);
-    tile.fill(Qt::transparent);
-    QPainter painter(&tile);
+    pixmap = QPixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
                           : QPen(Qt::NoPen));
@@ -111,8 +120,8 @@ const QPixmap &QDeclarativeRectanglePrivate::needTile()
     else
         painter.drawRect(outline);
     painter.end();
-    QPixmapCache::insert(key, tile);
-    return tile;
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
 }
 
 void QDeclarativeRectanglePrivate::drawTile(QPainter *painter)
@@ -147,27 +156,26 @@ QBrush QDeclarativeRectanglePrivate::fill(const QRectF &area)
 {
     if (!gradient)
         return color;
-    if (shadingIsStale) {
-        shading = QLinearGradient();
+    if (!shading) {
+        shading.reset(new QLinearGradient);
         const QGradientStops stops = gradient->gradientStops();
         for (const QGradientStop &stop : stops)
-            shading.setColorAt(stop.first, stop.second);
-        shadingIsStale = false;
+            shading->setColorAt(stop.first, stop.second);
     }
-    shading.setStart(area.topLeft());
-    shading.setFinalStop(area.bottomLeft());
-    return shading;
+    shading->setStart(area.topLeft());
+    shading->setFinalStop(area.bottomLeft());
+    return *shading;
 }
 
 void QDeclarativeRectanglePrivate::gradientUpdated()
 {
-    shadingIsStale = true;
+    shading.reset();
     q_func()->update();
 }
 
 void QDeclarativeRectanglePrivate::shapeUpdated()
 {
-    tile = QPixmap();
+    tile.reset();
     q_func()->update();
 }
 
@@ -181,9 +189,15 @@ void QDeclarativeRectanglePrivate::penUpdated()
     shapeUpdated();
 }
 
-QDeclarativePen::QDeclarativePen(QObject *parent)
-    : QObject(parent)
+QDeclarativePen::QDeclarativePen(QDeclarativeRectangle *rectangle)
+    : m_rectangle(rectangle)
 {
+}
+
+void QDeclarativePen::announce()
+{
+    m_rectangle->penUpdated();
+    Q_EMIT penChanged();
 }
 
 void QDeclarativePen::setWidth(int width)
@@ -192,7 +206,7 @@ void QDeclarativePen::setWidth(int width)
         return;
     m_width = width;
     m_isSet = width >= 1;
-    Q_EMIT penChanged();
+    announce();
 }
 
 void QDeclarativePen::setColor(const QColor &color)
@@ -201,13 +215,13 @@ void QDeclarativePen::setColor(const QColor &color)
         return;
     m_color = color;
     m_isSet = m_width >= 1;
-    Q_EMIT penChanged();
+    announce();
 }
 
 QDeclarativeRectangle::QDeclarativeRectangle(QDeclarativeItem *parent)
     : QDeclarativeItem(*new QDeclarativeRectanglePrivate, parent)
 {
-    setFlag(ItemHasNoContents, false);
+    d_func()->enablePainting();
 }
 
 QColor QDeclarativeRectangle::color() const
@@ -255,11 +269,14 @@ void QDeclarativeRectangle::resetGradient()
 QDeclarativePen *QDeclarativeRectangle::border()
 {
     Q_D(QDeclarativeRectangle);
-    if (!d->pen) {
-        d->pen = new QDeclarativePen(this);
-        connect(d->pen, &QDeclarativePen::penChanged, this, [d] { d->penUpdated(); });
-    }
-    return d->pen;
+    if (!d->pen)
+        d->pen.reset(new QDeclarativePen(this));
+    return d->pen.get();
+}
+
+void QDeclarativeRectangle::penUpdated()
+{
+    d_func()->penUpdated();
 }
 
 qreal QDeclarativeRectangle::radius() const

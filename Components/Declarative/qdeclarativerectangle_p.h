@@ -4,6 +4,7 @@
 
 #include <QtGui/QColor>
 
+class QDeclarativeRectangle;
 class QDeclarativeRectanglePrivate;
 class QQuickGradient;
 
@@ -19,7 +20,8 @@ class QDeclarativePen : public QObject
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY penChanged)
 
 public:
-    explicit QDeclarativePen(QObject *parent = nullptr);
+    /** The pen of @p rectangle, which owns it. */
+    explicit QDeclarativePen(QDeclarativeRectangle *rectangle);
 
     int width() const { return m_width; }
     void setWidth(int);
@@ -34,6 +36,9 @@ Q_SIGNALS:
     void penChanged();
 
 private:
+    void announce();
+
+    QDeclarativeRectangle *const m_rectangle;
     QColor m_color = Qt::black;
     int m_width = 1;
     bool m_isSet = false;
@@ -73,6 +78,9 @@ Q_SIGNALS:
     void radiusChanged();
 
 private:
+    friend class QDeclarativePen;
+    void penUpdated();
+
     Q_DISABLE_COPY(QDeclarativeRectangle)
     Q_DECLARE_PRIVATE_D(QGraphicsItem::d_ptr.data(), QDeclarativeRectangle)
 };

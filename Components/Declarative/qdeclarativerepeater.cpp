@@ -74,7 +74,7 @@ void QDeclarativeRepeater::componentComplete()
 
 QVariant QDeclarativeRepeater::itemChange(GraphicsItemChange change, const QVariant &value)
 {
-    const QVariant result = QDeclarativeItem::itemChange(change, value);
+    QVariant result = QDeclarativeItem::itemChange(change, value);
     if (change == ItemParentHasChanged && isComponentComplete())
         regenerate();
     return result;

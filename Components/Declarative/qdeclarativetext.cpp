@@ -1,5 +1,6 @@
 #include "qdeclarativetext_p.h"
 
+#include "qdeclarativefonts_p.h"
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativestyledtext_p.h"
 #include "qdeclarativetextdocument_p.h"
@@ -118,6 +119,7 @@ void QDeclarativeTextPrivate::updateLayout()
     keepsTruncated = !isTextDirty;
     if (isTextDirty)
         prepareText();
+    font = QDeclarativeFonts::shared(font);
     QSizeF size;
     if (document) {
         layOutDocument();
@@ -332,7 +334,7 @@ QString QDeclarativeTextPrivate::linkAt(const QPointF &position) const
 QDeclarativeText::QDeclarativeText(QDeclarativeItem *parent)
     : QDeclarativeItem(*new QDeclarativeTextPrivate, parent)
 {
-    setFlag(ItemHasNoContents, false);
+    d_func()->enablePainting();
 }
 
 QDeclarativeText::~QDeclarativeText() = default;

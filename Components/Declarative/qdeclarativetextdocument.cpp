@@ -47,7 +47,7 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
         else
             settle(entry);
     }
-    const QVariant shown = picture(entry);
+    QVariant shown = picture(entry);
     // Kept by the document, which else would ask again, and convert again, at every painting.
     if (!entry.isPending)
         addResource(type, name, shown);

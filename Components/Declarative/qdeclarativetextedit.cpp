@@ -309,6 +309,12 @@ void QDeclarativeTextEditPrivate::leaveFocus()
     noteSelectionEnds();
 }
 
+void QDeclarativeTextEditPrivate::focusOnPressChange()
+{
+    Q_Q(QDeclarativeTextEdit);
+    Q_EMIT q->activeFocusOnPressChanged(focusOnPress);
+}
+
 void QDeclarativeTextEditPrivate::mirrorChange()
 {
     QDeclarativeTextEditorPrivate::mirrorChange();

@@ -48,6 +48,7 @@ public:
     bool takesClipboard() const override;
     bool composes() const override;
     void leaveFocus() override;
+    void focusOnPressChange() override;
     bool processShortcutOverride(QKeyEvent *) override;
     void mirrorChange() override;
 

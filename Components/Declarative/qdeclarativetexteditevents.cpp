@@ -55,7 +55,7 @@ QVariant QDeclarativeTextEdit::inputMethodQuery(Qt::InputMethodQuery property) c
 QVariant QDeclarativeTextEdit::inputMethodQuery(Qt::InputMethodQuery property, const QVariant &argument) const
 {
     Q_D(const QDeclarativeTextEdit);
-    const QVariant answer = d->control.inputMethodQuery(property, argument);
+    QVariant answer = d->control.inputMethodQuery(property, argument);
     if (answer.userType() == QMetaType::QRectF)
         return answer.toRectF().translated(0, d->offset);
     return answer;

@@ -23,16 +23,17 @@ QDeclarativeTextEditor::QDeclarativeTextEditor(QDeclarativeTextEditorPrivate &dd
 
 QDeclarativeTextEditor::~QDeclarativeTextEditor() = default;
 
-void QDeclarativeTextEditorPrivate::subFocusItemChange()
+void QDeclarativeTextEditorPrivate::activeFocusChange(bool active)
 {
     Q_Q(QDeclarativeTextEditor);
+    const QPointer<QDeclarativeTextEditor> guard(q);
     // The selection goes before anybody hears of the focus that went.
-    if (hasActiveFocus && subFocusItem != q)
+    if (!active)
         leaveFocus();
-    const bool before = hasActiveFocus;
-    QDeclarativePaintedItemPrivate::subFocusItemChange();
-    if (before != hasActiveFocus)
-        q->setCursorVisible(hasActiveFocus);
+    if (guard)
+        QDeclarativePaintedItemPrivate::activeFocusChange(active);
+    if (guard)
+        q->setCursorVisible(active);
 }
 
 void QDeclarativeTextEditorPrivate::setSceneFocus(bool focus)
@@ -292,7 +293,7 @@ void QDeclarativeTextEditor::setFocusOnPress(bool focus)
     if (focus == d->focusOnPress)
         return;
     d->focusOnPress = focus;
-    Q_EMIT activeFocusOnPressChanged(focus);
+    d->focusOnPressChange();
 }
 
 Qt::InputMethodHints QDeclarativeTextEditor::imHints() const

@@ -30,8 +30,6 @@ class QDeclarativeTextEditor : public QDeclarativePaintedItem
                    cursorDelegateChanged)
     Q_PROPERTY(int selectionStart READ selectionStart NOTIFY selectionStartChanged)
     Q_PROPERTY(int selectionEnd READ selectionEnd NOTIFY selectionEndChanged)
-    Q_PROPERTY(
-        bool activeFocusOnPress READ focusOnPress WRITE setFocusOnPress NOTIFY activeFocusOnPressChanged)
     Q_PROPERTY(Qt::InputMethodHints inputMethodHints READ imHints WRITE setImHints)
     Q_PROPERTY(bool selectByMouse READ selectByMouse WRITE setSelectByMouse NOTIFY selectByMouseChanged)
     Q_PROPERTY(SelectionMode mouseSelectionMode READ mouseSelectionMode WRITE setMouseSelectionMode NOTIFY
@@ -115,7 +113,6 @@ Q_SIGNALS:
     void cursorDelegateChanged();
     void selectionStartChanged();
     void selectionEndChanged();
-    void activeFocusOnPressChanged(bool activeFocusOnPress);
     void selectByMouseChanged(bool selectByMouse);
     Q_REVISION(1) void mouseSelectionModeChanged(QDeclarativeTextEditor::SelectionMode mode);
     Q_REVISION(1) void canPasteChanged();
@@ -157,10 +154,12 @@ public:
     virtual bool takesClipboard() const = 0;
     virtual bool composes() const = 0;
     virtual void leaveFocus() = 0;
+    /** Emits activeFocusOnPressChanged(), whose parameter has another name in each editor. */
+    virtual void focusOnPressChange() = 0;
     virtual bool processShortcutOverride(QKeyEvent *) = 0;
     virtual Qt::InputMethodHints effectiveHints() const { return hints; }
 
-    void subFocusItemChange() override;
+    void activeFocusChange(bool active) override;
     void noteComposing();
     void noteClipboard();
     void noteCursor();

@@ -224,6 +224,12 @@ void QDeclarativeTextInputPrivate::leaveFocus()
     control.deselect();
 }
 
+void QDeclarativeTextInputPrivate::focusOnPressChange()
+{
+    Q_Q(QDeclarativeTextInput);
+    Q_EMIT q->activeFocusOnPressChanged(focusOnPress);
+}
+
 Qt::InputMethodHints QDeclarativeTextInputPrivate::effectiveHints() const
 {
     if (control.echoMode() == QDeclarativeTextInput::Normal)

@@ -28,6 +28,8 @@ class QDeclarativeTextInput : public QDeclarativeTextEditor
     Q_PROPERTY(QString passwordCharacter READ passwordCharacter WRITE setPasswordCharacter NOTIFY
                    passwordCharacterChanged)
     Q_PROPERTY(QString displayText READ displayText NOTIFY displayTextChanged)
+    Q_PROPERTY(
+        bool activeFocusOnPress READ focusOnPress WRITE setFocusOnPress NOTIFY activeFocusOnPressChanged)
     Q_PROPERTY(bool autoScroll READ autoScroll WRITE setAutoScroll NOTIFY autoScrollChanged)
 
 public:
@@ -100,6 +102,7 @@ Q_SIGNALS:
     void echoModeChanged(QDeclarativeTextInput::EchoMode echoMode);
     void passwordCharacterChanged();
     void displayTextChanged();
+    void activeFocusOnPressChanged(bool activeFocusOnPress);
     void autoScrollChanged(bool autoScroll);
 
 protected:

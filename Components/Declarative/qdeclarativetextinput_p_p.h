@@ -30,6 +30,7 @@ public:
     bool takesClipboard() const override;
     bool composes() const override;
     void leaveFocus() override;
+    void focusOnPressChange() override;
     bool processShortcutOverride(QKeyEvent *) override;
     Qt::InputMethodHints effectiveHints() const override;
     void mirrorChange() override;

@@ -9,6 +9,7 @@
 #include <private/qqmltype_p_p.h>
 #include <private/qtquick2_p.h>
 
+#include <atomic>
 #include <cstring>
 #include <mutex>
 
@@ -47,7 +48,6 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PathCubic", nullptr},
     {"QtQuick", "PathAttribute", nullptr},
     {"QtQuick", "PathPercent", nullptr},
-    {"QtQuick", "Font", nullptr},
     {"QtQuick", "FontLoader", nullptr},
     {"QtQuick", "SystemPalette", nullptr},
     {"QtQuick", "IntValidator", nullptr},
@@ -56,7 +56,8 @@ const EngineType engineTypes[] = {
     {"QtQuick", "Easing", nullptr},
 };
 
-QLoggingCategory::CategoryFilter previousFilter = nullptr;
+// Read by whichever thread makes a category.
+std::atomic<QLoggingCategory::CategoryFilter> previousFilter{nullptr};
 
 /**
  * QML 1 content knows no other form of handlers in Connections than the one that the engine warns of, and no
@@ -64,7 +65,7 @@ QLoggingCategory::CategoryFilter previousFilter = nullptr;
  */
 void silenceNotices(QLoggingCategory *category)
 {
-    previousFilter(category);
+    previousFilter.load()(category);
     if (std::strcmp(category->categoryName(), "qt.qml.connections") == 0
         || std::strcmp(category->categoryName(), "qt.qml.binding.restoreMode") == 0)
         category->setEnabled(QtWarningMsg, false);
@@ -108,6 +109,9 @@ void registerEngineTypes()
         const QQmlType type = QDeclarativeEngineType::find(entry.module, entry.name);
         QDeclarativeEngineType::registerCopy(type, entry.oldName ? entry.oldName : entry.name);
     }
+    // QML 1 refuses it without a reason, so that the engine gives its own.
+    QDeclarativeEngineType::registerCopy(QDeclarativeEngineType::find("QtQuick", "Font"), "Font",
+                                         {nullptr, nullptr, ""});
     QDeclarativeEngineType::registerLaterUncreatable(QDeclarativeEngineType::find("QtQuick", "Application"),
                                                      "Application",
                                                      QStringLiteral("Application is an abstract class"));

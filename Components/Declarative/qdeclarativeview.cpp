@@ -1,5 +1,6 @@
 #include "qdeclarativeview.h"
 
+#include "qdeclarativedatabases_p.h"
 #include "qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
@@ -45,7 +46,7 @@ void boundCallDepth(QQmlEngine *engine)
 
 } // namespace
 
-class QDeclarativeView::Private final : public QDeclarativeItemChangeListener
+class VIDTIPS_DECLARATIVE_NO_EXPORT QDeclarativeView::Private final : public QDeclarativeItemChangeListener
 {
 public:
     explicit Private(QDeclarativeView *view)
@@ -203,6 +204,7 @@ QDeclarativeView::QDeclarativeView(QWidget *parent)
 {
     qRegisterMetaType<QDeclarativeView::Status>();
     d->configureView();
+    QDeclarativeDatabases::install(&d->engine);
 }
 
 QDeclarativeView::QDeclarativeView(const QUrl &source, QWidget *parent)

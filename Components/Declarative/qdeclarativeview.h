@@ -15,26 +15,44 @@
 class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeView : public QGraphicsView
 {
     Q_OBJECT
+    /** Which of view and root object takes the other's size. */
     Q_PROPERTY(ResizeMode resizeMode READ resizeMode WRITE setResizeMode)
+    /** How far loading has come. */
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
+    /** The QML file shown. */
     Q_PROPERTY(QUrl source READ source WRITE setSource DESIGNABLE true)
 
 public:
+    /** Which of view and root object takes the other's size. */
     enum ResizeMode {
         SizeViewToRootObject, ///< the view takes the root object's size, whenever that changes
         SizeRootObjectToView, ///< the root object takes the view's size
     };
     Q_ENUM(ResizeMode)
-    enum Status { Null, Ready, Loading, Error };
+    /** How far loading has come. */
+    enum Status {
+        Null, ///< no file is set
+        Ready, ///< the root object is there
+        Loading, ///< the file or something it needs is on its way
+        Error, ///< there is no root object, and errors() says why
+    };
     Q_ENUM(Status)
 
+    /** Makes a view that shows nothing inside @p parent, if there is one. */
     explicit QDeclarativeView(QWidget *parent = nullptr);
+
+    /** Makes a view inside @p parent, if there is one, and loads @p source. */
     explicit QDeclarativeView(const QUrl &source, QWidget *parent = nullptr);
     ~QDeclarativeView() override;
 
-    /** The QML file shown. Setting it loads the file, also when it is the current one. */
+    /** Returns the QML file shown, empty at first. */
     QUrl source() const;
-    void setSource(const QUrl &);
+
+    /**
+     * Deletes the root object and loads @p url, also when it is the current file. Emits statusChanged(); a
+     * file over the network is ready later.
+     */
+    void setSource(const QUrl &url);
 
     /** The view's engine, owned by the view. */
     QDeclarativeEngine *engine() const;
@@ -45,9 +63,13 @@ public:
     /** The item at the root of the file, or null while there is none. */
     QGraphicsObject *rootObject() const;
 
+    /** Returns which of view and root object takes the other's size; the view does at first. */
     ResizeMode resizeMode() const;
-    void setResizeMode(ResizeMode);
 
+    /** Sets which of view and root object takes the other's size, and sees to it at once. */
+    void setResizeMode(ResizeMode mode);
+
+    /** Returns how far loading has come. */
     Status status() const;
 
     /** What went wrong when status() is Error, in file order. */
@@ -62,11 +84,16 @@ public:
 Q_SIGNALS:
     /** Emitted when the view was resized, after the root object followed it where it has to. */
     void sceneResized(QSize size);
+
+    /** Emitted when loading came to @p status. */
     void statusChanged(QDeclarativeView::Status status);
 
 protected:
-    void resizeEvent(QResizeEvent *) override;
-    void timerEvent(QTimerEvent *) override;
+    /** Resizes the root object where it follows the view, and emits sceneResized(). */
+    void resizeEvent(QResizeEvent *event) override;
+
+    /** Takes over the root object's new size, once for all changes of a turn. */
+    void timerEvent(QTimerEvent *event) override;
 
     /** Puts @p object into the scene as the root; it must be a QGraphicsObject. */
     virtual void setRootObject(QObject *object);

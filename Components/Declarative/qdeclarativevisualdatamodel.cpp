@@ -9,6 +9,7 @@
 #include <QtQml/QQmlEngine>
 
 #include <algorithm>
+#include <utility>
 
 QDeclarativeVisualDataModel::QDeclarativeVisualDataModel()
 {
@@ -34,6 +35,18 @@ void QDeclarativeVisualDataModel::watchItems()
         if (auto *item = qobject_cast<QDeclarativeItem *>(object))
             Q_EMIT destroyingItem(item);
     });
+}
+
+void QDeclarativeVisualDataModel::classBegin()
+{
+    isComplete = false;
+    QQmlDelegateModel::classBegin();
+}
+
+void QDeclarativeVisualDataModel::componentComplete()
+{
+    if (!std::exchange(isComplete, true))
+        QQmlDelegateModel::componentComplete();
 }
 
 void QDeclarativeVisualDataModel::setModel(const QVariant &value)

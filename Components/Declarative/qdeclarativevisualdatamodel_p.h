@@ -39,6 +39,10 @@ public:
     QString part() const { return partName; }
     void setPart(const QString &name) { partName = name; }
 
+    void classBegin() override;
+    /** Has the rows available from now on; views need not wait until the declared model itself is told. */
+    void componentComplete() override;
+
     /** Returns the model of that part, or this one where none is named. */
     QQmlInstanceModel *shownModel();
 
@@ -64,6 +68,7 @@ private:
     void reportPackageEnd(QObject *item);
 
     QString partName;
+    bool isComplete = true;
     QMetaObject::Connection reset;
     QMetaObject::Connection change;
     QHash<int, QByteArray> roles; ///< of the item model, as the delegates know them

@@ -12,13 +12,19 @@
 
 namespace {
 
+/** Returns the model that @p part is a part of, or null. */
+QDeclarativeVisualDataModel *wholeModel(const QQmlInstanceModel *part)
+{
+    const QObject *parts = part->parent();
+    return parts ? qobject_cast<QDeclarativeVisualDataModel *>(parts->parent()) : nullptr;
+}
+
 /** Returns what to show of a model that gives items by itself. */
 QQmlInstanceModel *shownModel(QQmlInstanceModel *given)
 {
     if (auto *data = qobject_cast<QDeclarativeVisualDataModel *>(given))
         return data->shownModel();
-    QObject *parts = given->parent();
-    if (auto *data = parts ? qobject_cast<QDeclarativeVisualDataModel *>(parts->parent()) : nullptr)
+    if (auto *data = wholeModel(given))
         data->watchPart(given);
     return given;
 }
@@ -69,8 +75,13 @@ void QDeclarativeVisualModel::dispose()
 void QDeclarativeVisualModel::componentComplete()
 {
     isComplete = true;
-    if (isOwn && items)
-        static_cast<QQmlDelegateModel *>(items.data())->componentComplete();
+    if (!items)
+        return;
+    auto *data = qobject_cast<QDeclarativeVisualDataModel *>(items);
+    if (!data)
+        data = wholeModel(items);
+    if (data)
+        data->componentComplete();
 }
 
 bool QDeclarativeVisualModel::setModel(const QVariant &value)

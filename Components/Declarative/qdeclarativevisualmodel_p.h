@@ -27,7 +27,13 @@ public:
     explicit QDeclarativeVisualModel(QDeclarativeItem *view);
     ~QDeclarativeVisualModel() override;
 
-    /** To be called from the view's own componentComplete(). */
+    /**
+     * To be called from the view's own componentComplete(), and before if rows are to count from when there
+     * is a model.
+     *
+     * A model declared beside the view gives its rows to the view that is complete first, even before it is
+     * told that it is complete itself.
+     */
     void componentComplete();
 
     QVariant model() const { return source; }

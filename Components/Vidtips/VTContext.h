@@ -8,7 +8,7 @@
 #include <QtCore/QVariant>
 
 /** The key of a setting; see Vidtips::contextKey for the keys that the library reads. */
-typedef int VTContextKey;
+using VTContextKey = int;
 
 namespace Vidtips {
 

@@ -10,8 +10,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
-namespace Vidtips {
-namespace FFmpegCompat {
+namespace Vidtips::FFmpegCompat {
 
 #if LIBAVFORMAT_VERSION_MAJOR >= 59
 using Codec = const AVCodec;
@@ -29,5 +28,4 @@ inline int ticksPerFrame(const AVCodecContext *context)
 #endif
 }
 
-} // namespace FFmpegCompat
-} // namespace Vidtips
+} // namespace Vidtips::FFmpegCompat

@@ -1,9 +1,11 @@
 #include "VTIndex.h"
 
 #include "VTContext.h"
+#include "VTParseRecord_p.h"
 #include "VTXmlElement.h"
 #include "VTXmlParser.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -135,24 +137,54 @@ int keyDataFilter(const QString &qName, const QXmlAttributes &atts, void *userDa
 
 using Filter = VTXmlParser::ShouldGenerateElementFunction;
 
-// Returns the document element's object, which the caller owns, or null.
-VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
+/** A parser that knows whether it came to an end without an error. */
+class Parser : public VTXmlParser
 {
-    QFile file(path);
-    if (!openRegular(file))
-        return nullptr;
+public:
+    using VTXmlParser::VTXmlParser;
+
+    bool fatalError(const QXmlParseException &exception) override
+    {
+        hasFailed = true;
+        return VTXmlParser::fatalError(exception);
+    }
+
+    bool hasFailed = false;
+};
+
+struct Parsed
+{
+    VTXmlElement *root = nullptr; ///< the document element's object, which the caller owns, or null
+    bool isComplete = false; ///< whether the whole file was read without an error
+};
+
+Parsed parse(QIODevice &file, Filter filter, const QString &key = QString())
+{
     QString keyForFilter = key;
-    VTXmlParser parser(filter, &keyForFilter);
+    Parser parser(filter, &keyForFilter);
     parser.registerElement(QStringLiteral("VTXmlElement"), &VTXmlElement::staticMetaObject);
     const QList<QObject *> results = parser.read(QXmlInputSource(&file));
     // An entry inside an element without an object belongs to nobody.
     qDeleteAll(parser.detachedObjects());
-    return results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
+    auto *const root = results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
+    return {root, !parser.hasFailed};
+}
+
+// Returns the document element's object, which the caller owns, or null.
+VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
+{
+    QFile file(path);
+    return openRegular(file) ? parse(file, filter, key).root : nullptr;
+}
+
+QString localeOf(const VTXmlElement *root)
+{
+    return root ? root->attribute(QStringLiteral("locale")) : QString();
 }
 
 } // namespace
 
-struct VTIndex::Private
+struct VIDTIPS_NO_EXPORT VTIndex::Private
 {
     struct ControlFile
     {
@@ -176,6 +208,7 @@ struct VTIndex::Private
     };
 
     int depthOf(const QString &controlFile, const QString &package);
+    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale *locale = nullptr);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
 
@@ -189,15 +222,15 @@ struct VTIndex::Private
     QRegExp keySeparator{QStringLiteral("[,;\\s]+")};
     Place lastPlace;
     PackageName lastPackage;
+    VTParseRecord record;
 };
 
 int VTIndex::Private::depthOf(const QString &controlFile, const QString &package)
 {
     const int slash = controlFile.lastIndexOf(QLatin1Char('/'));
     const QStringRef folder = controlFile.leftRef(slash);
-    const QStringRef fileName = controlFile.midRef(slash + 1);
     const bool isKnown = !folder.isEmpty() && folder == lastPlace.folder && package == lastPlace.package;
-    if (isKnown && !fileName.isEmpty() && !fileName.startsWith(QLatin1Char('.')))
+    if (isKnown)
         return lastPlace.depth;
     const int depth = depthInPackage(controlFile, package);
     if (depth > 0)
@@ -214,6 +247,30 @@ void VTIndex::Private::append(const QString &path, int depth)
 {
     controlFiles.append({path, depth});
     knownFiles.insert({path, depth});
+}
+
+// Returns what the control file has of the key, as parsedRoot() does. Null also where that would be of no
+// use: if there cannot be an entry, or if it is for another locale than the one that is named.
+VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale *locale)
+{
+    QFile file(path);
+    if (!openRegular(file))
+        return nullptr;
+    if (file.size() > VTParseRecord::sizeLimit) {
+        record.forget(path);
+        return parse(file, &contentFilter, key).root;
+    }
+    QByteArray bytes = file.readAll();
+    if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
+        return nullptr;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const Parsed parsed = parse(buffer, &contentFilter, key);
+    if (parsed.isComplete)
+        record.remember(path, bytes, localeOf(parsed.root));
+    else
+        record.forget(path);
+    return parsed.root;
 }
 
 VTIndex::VTIndex(VTContext *context, const QStringList &searchPaths)
@@ -256,7 +313,8 @@ VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QStri
                                 VTXmlElement *&root)
 {
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        if (VTXmlElement *element = load(key, file.path, locale, root)) {
+        root = key.isEmpty() ? nullptr : d->parsedContent(file.path, key, &locale);
+        if (VTXmlElement *element = accept(key, file.path, locale, root)) {
             depth = file.depth;
             directory = QFileInfo(file.path).absolutePath();
             return element;
@@ -342,7 +400,13 @@ void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, const QLocale &locale,
                             VTXmlElement *&root)
 {
-    root = key.isEmpty() ? nullptr : parsedRoot(controlFile, &contentFilter, key);
+    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key);
+    return accept(key, controlFile, locale, root);
+}
+
+VTXmlElement *VTIndex::accept(const QString &key, const QString &controlFile, const QLocale &locale,
+                              VTXmlElement *&root)
+{
     if (!root)
         return nullptr;
     auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
@@ -352,7 +416,7 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
         root = nullptr;
         return nullptr;
     }
-    const QString localeName = root->attribute(QStringLiteral("locale"));
+    const QString localeName = localeOf(root);
     if (!localeName.isEmpty() && QLocale(localeName) != locale) {
         delete root;
         return nullptr;

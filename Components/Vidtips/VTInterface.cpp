@@ -27,7 +27,7 @@ QString messageLabel(VTMessageType type)
 
 } // namespace
 
-struct VTInterface::Private
+struct VIDTIPS_NO_EXPORT VTInterface::Private
 {
     std::unique_ptr<VTManager> manager;
 };

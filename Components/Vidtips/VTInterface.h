@@ -115,6 +115,8 @@ public:
 
     /** Returns the settings in effect: the manager's copy, not the object that the host passed in. */
     VTContext &context();
+
+    /** Returns the settings in effect; see the other form. */
     const VTContext &context() const;
 
     /** Returns the manager, for example to raise reserved windows. It lives as long as the interface. */

@@ -15,8 +15,10 @@
 #include <QtCore/QPointer>
 #include <QtCore/QQueue>
 #include <QtCore/QRegExp>
+#include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 #include <QtCore/QUrl>
+#include <QtDeclarative/QDeclarativeView>
 #include <QtDeclarative/qdeclarative.h>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
@@ -36,6 +38,18 @@ void registerDeclarativeTypes()
     qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
     qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
     qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
+}
+
+/**
+ * Has the declarative module make what it makes once in a process, which takes longer than showing a tip
+ * does: its first view registers all element types.
+ */
+void prepareDeclarativeModule()
+{
+    static bool isPrepared = false;
+    if (!isPrepared)
+        QDeclarativeView();
+    isPrepared = true;
 }
 
 QString keyAttribute()
@@ -73,7 +87,7 @@ bool isVisibleWith(const VTWidget *window, const QString &key)
 
 } // namespace
 
-struct VTManager::Private
+struct VIDTIPS_NO_EXPORT VTManager::Private
 {
     Private(VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
         : host(host)
@@ -193,6 +207,11 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
         QCoreApplication::instance()->installEventFilter(this);
         d->filterInstalled = true;
     }
+    // When the host has nothing else to do: neither its start nor the first tip waits for it.
+    QTimer::singleShot(0, this, [this] {
+        if (!d->widget)
+            prepareDeclarativeModule();
+    });
 }
 
 VTManager::~VTManager()
@@ -509,11 +528,13 @@ QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 
 void VTManager::initializeTooltipWindow(QWidget *parent)
 {
+    const QPointer<VTManager> self(this);
     if (d->widget)
         d->widget->setParent(parent);
     else
         d->widget = new VTWidget(this, parent, nullptr, QRect());
-    if (!d->widget || d->widget->view())
+    // Another parent hides a window, and the host hears of that.
+    if (!self || !d->widget || d->widget->view())
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);

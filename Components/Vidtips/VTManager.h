@@ -47,6 +47,8 @@ public:
 
     /** Returns the settings in effect. */
     VTContext &context();
+
+    /** Returns the settings in effect. */
     const VTContext &context() const;
 
     /** Returns the index; null when its owner has deleted it. */
@@ -166,13 +168,13 @@ private:
     Q_DISABLE_COPY(VTManager)
     struct FoundContent;
     struct ShowRequest;
-    void find(const QString &key, FoundContent &found);
-    void findFallback(const QString &key, FoundContent &found);
-    bool present(const ShowRequest &request, FoundContent &found);
-    void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
-    bool hideForEvent(QObject *watched, QMouseEvent *event);
-    bool showForEvent(QObject *watched, const QPoint &position);
-    bool keepOrHide(const QPoint &position, QWidget *widget);
+    VIDTIPS_NO_EXPORT void find(const QString &key, FoundContent &found);
+    VIDTIPS_NO_EXPORT void findFallback(const QString &key, FoundContent &found);
+    VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, FoundContent &found);
+    VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
+    VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
+    VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
+    VIDTIPS_NO_EXPORT bool keepOrHide(const QPoint &position, QWidget *widget);
 
     struct Private;
     std::unique_ptr<Private> const d;

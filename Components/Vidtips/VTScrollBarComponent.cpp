@@ -35,7 +35,7 @@ int toPixels(qreal length)
 
 } // namespace
 
-struct VTScrollBarComponent::Private
+struct VIDTIPS_NO_EXPORT VTScrollBarComponent::Private
 {
     QScrollBar *scrollBar;
     QGraphicsProxyWidget *proxy;
@@ -122,5 +122,6 @@ QVariant VTScrollBarComponent::itemChange(QGraphicsItem::GraphicsItemChange chan
         d->scrollBar->setVisible(value.toBool());
     else if (change == QGraphicsItem::ItemOpacityChange)
         d->scrollBar->setWindowOpacity(value.toDouble());
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the item's own handling is passed over on purpose.
     return QGraphicsItem::itemChange(change, value);
 }

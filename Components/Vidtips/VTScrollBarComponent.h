@@ -16,11 +16,16 @@
 class VIDTIPS_EXPORT VTScrollBarComponent : public QDeclarativeItem
 {
     Q_OBJECT
+    /** The position at the scroll bar's beginning, 0 at first. */
     Q_PROPERTY(float start READ start WRITE setStart NOTIFY startChanged)
+    /** The position at the scroll bar's end, 0.99 at first. */
     Q_PROPERTY(float end READ end WRITE setEnd NOTIFY endChanged)
+    /** The position, between start and end; 0 at first. */
     Q_PROPERTY(float position READ position WRITE setPosition NOTIFY positionChanged)
+    /** Whether the scroll bar lies; false at first. */
     Q_PROPERTY(
         bool orientHorizontal READ orientHorizontal WRITE setOrientHorizontal NOTIFY orientHorizontalChanged)
+    /** The scroll bar's thickness in pixels: its height when it lies, else its width. */
     Q_PROPERTY(float scrollBarWidth READ scrollBarWidth NOTIFY scrollBarWidthChanged)
 
 public:
@@ -28,22 +33,28 @@ public:
     explicit VTScrollBarComponent(QDeclarativeItem *parent = nullptr);
     ~VTScrollBarComponent() override;
 
-    /** The position at the scroll bar's beginning. */
+    /** Returns the position at the scroll bar's beginning. */
     float start() const;
+
+    /** Sets the position at the scroll bar's beginning. Emits startChanged(). */
     void setStart(float start);
 
-    /** The position at the scroll bar's end. */
+    /** Returns the position at the scroll bar's end. */
     float end() const;
+
+    /** Sets the position at the scroll bar's end. Emits endChanged(). */
     void setEnd(float end);
 
-    /** The position, between start and end. */
+    /** Returns the position, between start and end. */
     float position() const;
 
     /** Sets the position and emits positionChanged(), a second time when the scroll bar's value changed. */
     void setPosition(float position);
 
-    /** Whether the scroll bar lies; false at first. */
+    /** Tells whether the scroll bar lies. */
     bool orientHorizontal() const;
+
+    /** Lays the scroll bar down or stands it up. Emits orientHorizontalChanged(). */
     void setOrientHorizontal(bool horizontal);
 
     /** Returns the scroll bar's thickness in pixels: its height when it lies, else its width. */

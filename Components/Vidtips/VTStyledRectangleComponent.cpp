@@ -23,7 +23,7 @@ const StyleElement styleElements[] = {
 
 } // namespace
 
-struct VTStyledRectangleComponent::Private
+struct VIDTIPS_NO_EXPORT VTStyledRectangleComponent::Private
 {
     int elementType = styleElements[0].type;
     QString element = styleElements[0].name;

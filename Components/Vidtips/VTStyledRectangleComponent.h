@@ -20,8 +20,11 @@ namespace Vidtips {
 class VIDTIPS_EXPORT VTStyledRectangleComponent : public QDeclarativeItem
 {
     Q_OBJECT
+    /** The name of the style element, "PE_Widget" or "PE_Frame"; painting does not depend on it. */
     Q_PROPERTY(QString element READ element WRITE setElement NOTIFY elementChanged)
+    /** The colour for text on the rectangle. */
     Q_PROPERTY(QColor textColor READ textColor NOTIFY textColorChanged)
+    /** Whether the rectangle is painted in the colours of tool tips; false at first. */
     Q_PROPERTY(bool toolTipStyle READ toolTipStyle WRITE setToolTipStyle NOTIFY toolTipStyleChanged)
 
 public:

@@ -11,7 +11,7 @@
 
 namespace Vidtips {
 
-struct VTVideoComponent::Private
+struct VIDTIPS_NO_EXPORT VTVideoComponent::Private
 {
     VTVideoSourceFFMPEG *sourceObject = nullptr;
     VTVideoController *controller = nullptr;
@@ -98,7 +98,7 @@ bool VTVideoComponent::resolve(const QString &name)
 
 QVariant VTVideoComponent::itemChange(GraphicsItemChange change, const QVariant &value)
 {
-    const QVariant result = QDeclarativeItem::itemChange(change, value);
+    QVariant result = QDeclarativeItem::itemChange(change, value);
     if (change == ItemSceneHasChanged && !d->unresolvedSource.isEmpty())
         setSource(QString(d->unresolvedSource));
     return result;

@@ -53,6 +53,7 @@ public:
     /** Ends both threads; a thread that does not end is reported to the debug stream and waited for. */
     ~VTVideoComponent() override;
 
+    /** Returns the name that a VTView was asked for last, empty before any was and after an empty name. */
     QString source() const;
 
     /**
@@ -63,30 +64,47 @@ public:
      */
     void setSource(const QString &name);
 
+    /** Returns the state of playback. */
     VideoState state() const;
 
     /** Plays, pauses, or, with resetState, ends playback as at the end of the clip. Other values are ignored.
      */
     void setState(VideoState state);
 
+    /** Returns the index of the frame to show next. */
     qint64 position() const;
+
+    /** Moves to the frame @p position, at most the last one that was decoded. Emits positionChanged(). */
     void setPosition(qint64 position);
+
+    /** Returns the position as a share of the frames, from 0 to 1; 0 without frames. */
     double progress() const;
+
+    /** Moves to the share @p progress, from 0 to 1, of the frames. Emits positionChanged(). */
     void setProgress(double progress);
+
+    /** Returns the search path that was set. */
     QString searchPath() const;
 
     /** Stores @p path. Emits searchPathChanged() in any case. */
     void setSearchPath(const QString &path);
 
+    /** Tells whether the user drags the position. */
     bool isScrubbing() const;
 
     /** Sets whether the user drags the position. Emits nothing. */
     void setScrubbing(bool scrubbing);
 
+    /** Returns the height of the clip's pictures in pixels, 150 before any clip is open. */
     double contentHeight() const;
+
+    /** Returns the width of the clip's pictures in pixels, 200 before any clip is open. */
     double contentWidth() const;
+
+    /** Returns the share of the frames that is decoded; not a number without frames. */
     double loadProgress() const;
 
+    /** Paints the current frame at the item's origin, unscaled. */
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
 Q_SIGNALS:
@@ -114,7 +132,9 @@ Q_SIGNALS:
 public Q_SLOTS:
     /** Shows the controller's current frame, if there is one. */
     void frameReady();
+    /** Plays, from the first frame on if the position is past the last one. */
     void play();
+    /** Pauses at the position. */
     void pause();
     /** Announces the controller's state. */
     void sourceChangedState();
@@ -124,13 +144,14 @@ public Q_SLOTS:
     void controllerPositionChanged();
 
 protected:
+    /** Resolves a clip that was named before the item came into a scene, once it is in one. */
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
 
 private:
     struct Private;
 
-    void connectController();
-    bool resolve(const QString &name);
+    VIDTIPS_NO_EXPORT void connectController();
+    VIDTIPS_NO_EXPORT bool resolve(const QString &name);
 
     std::unique_ptr<Private> const d;
 };

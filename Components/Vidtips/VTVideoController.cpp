@@ -5,6 +5,7 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
 #include <QtCore/QMutex>
+#include <QtCore/QSemaphore>
 
 #include <algorithm>
 #include <atomic>
@@ -16,7 +17,7 @@ namespace Vidtips {
 namespace {
 constexpr unsigned long quitTimeout = 10000;
 constexpr int lockTimeout = 100;
-constexpr unsigned long idleInterval = 100;
+constexpr int idleInterval = 100;
 constexpr double millisecondsPerDay = 86400000.0;
 constexpr double longestWait = 1e12;
 
@@ -30,7 +31,7 @@ quint64 truncatedToUnsigned(double value)
 }
 } // namespace
 
-struct VTVideoController::Private
+struct VIDTIPS_NO_EXPORT VTVideoController::Private
 {
     enum class Next { Present, Announce, Pause, Sleep };
 
@@ -38,10 +39,12 @@ struct VTVideoController::Private
     quint64 displayedIndex = 0;
     // Written under the lock, read without it.
     std::atomic<quint64> position{0};
-    // Taken before the source's locks, never after them.
+    // Taken before the source's locks, never after them: the source knows nothing of its controller.
     QRecursiveMutex lock;
     // Set without the lock, so that asking the thread to end never waits for it.
     std::atomic<bool> shouldQuit{false};
+    // Has something to give once the thread was asked to end.
+    QSemaphore quitRequest;
     bool needFrame = true;
     bool scrubbing = false;
     QDateTime lastFrameDisplayTime;
@@ -56,6 +59,7 @@ struct VTVideoController::Private
     Next next();
     Next nextWhilePlaying();
     Next nextWhilePaused();
+    void idle(int milliseconds);
     void sleep(double seconds);
     bool isPlaying();
 };
@@ -99,6 +103,13 @@ VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
     return Next::Announce;
 }
 
+// Ends early when the thread is asked to end.
+void VTVideoController::Private::idle(int milliseconds)
+{
+    if (quitRequest.tryAcquire(1, milliseconds))
+        quitRequest.release();
+}
+
 // Long waits end early when the thread is to end or playback was paused meanwhile.
 void VTVideoController::Private::sleep(double seconds)
 {
@@ -106,7 +117,7 @@ void VTVideoController::Private::sleep(double seconds)
         std::isfinite(seconds) ? std::min(seconds * 1000.0, longestWait) : idleInterval;
     const QDeadlineTimer deadline(qint64(milliseconds), Qt::PreciseTimer);
     do {
-        msleep(std::min(static_cast<unsigned long>(deadline.remainingTime()), idleInterval));
+        idle(int(std::min(deadline.remainingTime(), qint64(idleInterval))));
     } while (!deadline.hasExpired() && isPlaying());
 }
 
@@ -304,6 +315,7 @@ void VTVideoController::sourceLoaded()
 void VTVideoController::setShouldQuit()
 {
     d->shouldQuit = true;
+    d->quitRequest.release();
 }
 
 bool VTVideoController::shouldQuit()
@@ -341,7 +353,7 @@ void VTVideoController::run()
             Q_EMIT displayFrame();
         if (next == Private::Next::Pause)
             Q_EMIT stateChanged();
-        msleep(idleInterval);
+        d->idle(idleInterval);
     }
 }
 

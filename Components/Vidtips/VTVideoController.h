@@ -156,12 +156,13 @@ public Q_SLOTS:
     void sourceLoaded();
 
 protected:
+    /** Announces each frame when it is due, until the thread is to end. */
     void run() override;
 
 private:
     struct Private;
 
-    void presentFrame();
+    VIDTIPS_NO_EXPORT void presentFrame();
 
     std::unique_ptr<Private> const d;
 };

@@ -4,7 +4,7 @@
 
 namespace Vidtips {
 
-struct VTVideoFrameCache::Private
+struct VIDTIPS_NO_EXPORT VTVideoFrameCache::Private
 {
     QString name;
     qint64 lastIndex = -1;

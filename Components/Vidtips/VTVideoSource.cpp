@@ -6,6 +6,7 @@
 #include <QtCore/QList>
 #include <QtCore/QMap>
 #include <QtCore/QMutex>
+#include <QtCore/QSemaphore>
 
 namespace Vidtips {
 
@@ -14,16 +15,19 @@ constexpr unsigned long quitTimeout = 10000;
 constexpr auto noAction = VTVideoSource::Action(-1);
 } // namespace
 
-struct VTVideoSource::Private
+struct VIDTIPS_NO_EXPORT VTVideoSource::Private
 {
     QUrl source;
     bool shouldQuit = false;
     Action action = Idle;
-    // Never held together with the state lock.
+    // The order of the locks, here and in the classes around: a controller's, then frameLock or stateLock,
+    // never both. A decoder's own lock may be held when stateLock is taken, but never frameLock.
     QRecursiveMutex frameLock;
     QRecursiveMutex stateLock;
     // Taken last and only to append or take a record, so that posting never waits for anything else.
     QMutex changesLock;
+    // Has something to give once the thread was asked to end.
+    QSemaphore quitRequest;
     QList<VTVideoSourceChange *> changes;
     VTVideoFrameCache *cache = nullptr;
     QMap<QString, VTVideoFrameCache *> caches;
@@ -133,14 +137,23 @@ QUrl VTVideoSource::source()
 
 void VTVideoSource::setShouldQuit()
 {
-    const QMutexLocker locker(&d->stateLock);
-    d->shouldQuit = true;
+    {
+        const QMutexLocker locker(&d->stateLock);
+        d->shouldQuit = true;
+    }
+    d->quitRequest.release();
 }
 
 bool VTVideoSource::shouldQuit()
 {
     const QMutexLocker locker(&d->stateLock);
     return d->shouldQuit;
+}
+
+void VTVideoSource::idle(int milliseconds)
+{
+    if (d->quitRequest.tryAcquire(1, milliseconds))
+        d->quitRequest.release();
 }
 
 void VTVideoSource::clearChanges()

@@ -151,6 +151,9 @@ protected:
     /** Opens the media of the current source and tells whether it could. The base emits sourceLoaded(). */
     virtual bool loadSource();
 
+    /** Sleeps for @p milliseconds, less where the thread is asked to end. For the source's own thread. */
+    void idle(int milliseconds);
+
     /** Applies the change that was posted first, if there is one. For the source's own thread. */
     void processActionQueue();
 
@@ -170,6 +173,8 @@ struct VIDTIPS_EXPORT VTVideoSourceChange
 {
     /** Makes a change to @p newAction; -1 changes nothing. */
     explicit VTVideoSourceChange(VTVideoSource::Action newAction);
+
+    /** Destroys the change, applied or not. */
     virtual ~VTVideoSourceChange();
 
     /** Returns the kind of change, 1. */
@@ -178,6 +183,7 @@ struct VIDTIPS_EXPORT VTVideoSourceChange
     /** Makes the change, on the thread of @p source and with no lock held. */
     virtual void apply(VTVideoSource *source);
 
+    /** The action to make current. */
     VTVideoSource::Action action;
 };
 
@@ -196,5 +202,6 @@ struct VIDTIPS_EXPORT VTVideoSourceSourceChange : Vidtips::VTVideoSourceChange
     /** Makes the URL current and then lets the thread load it. */
     void apply(Vidtips::VTVideoSource *source) override;
 
+    /** The source to make current. */
     QUrl url;
 };

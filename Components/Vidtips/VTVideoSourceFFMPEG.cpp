@@ -7,7 +7,7 @@
 namespace Vidtips {
 
 namespace {
-constexpr unsigned long idleInterval = 100;
+constexpr int idleInterval = 100;
 
 void silenceFFmpeg()
 {
@@ -109,14 +109,14 @@ void VTVideoSourceFFMPEG::run()
         case Seek:
             if (!d->seek())
                 setAction(Idle);
-            msleep(idleInterval);
+            idle(idleInterval);
             break;
         case Decode:
             if (!d->decode())
                 setAction(Idle);
             break;
         case Idle:
-            msleep(idleInterval);
+            idle(idleInterval);
             break;
         }
     }

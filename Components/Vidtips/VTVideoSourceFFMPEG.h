@@ -31,7 +31,11 @@ public:
 
     /** Closes the media. The frames stay, and so does what the getters report. */
     void close() override;
+
+    /** Tells whether media is open. */
     bool isOpen() override;
+
+    /** Returns the wall-clock time in seconds. */
     double getTime() override;
 
     /**
@@ -43,6 +47,8 @@ public:
     /** Returns the length of the clip opened last in seconds, 0 where neither stream nor container says one.
      */
     double duration() override;
+
+    /** Returns the time base of the clip opened last in seconds. */
     double timeBase() override;
 
     /** Returns the frame rate of the clip opened last, 0 before any was. */
@@ -62,7 +68,10 @@ public:
     virtual double progress();
 
 protected:
+    /** Applies changes and does what the current action asks for, until the thread is to end. */
     void run() override;
+
+    /** Opens the clip of the current source. A clip that cannot be opened is reported to the debug stream. */
     bool loadSource() override;
 
     /**

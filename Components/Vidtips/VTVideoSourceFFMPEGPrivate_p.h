@@ -61,7 +61,9 @@ public:
     VTVideoSourceFFMPEG *const owner;
     QString fileName;
     quint64 memoryLimit = Q_UINT64_C(2) << 30;
-    // Guards the fields below, for as long as a file is opened or a picture is decoded.
+    // Guards the fields below, for as long as a file is opened or a picture is decoded. Taken before the
+    // source's stateLock, which FFmpeg's question whether to give up takes; never together with its
+    // frameLock.
     QRecursiveMutex lock;
 
     // Read by threads that present the clip, which must not wait while a picture is decoded: no lock needed.

@@ -46,7 +46,7 @@ QObject *ownerOf(VTXmlElement *content)
 
 } // namespace
 
-struct VTView::Private
+struct VIDTIPS_NO_EXPORT VTView::Private
 {
     QPointer<VTManager> manager;
     QPointer<VTXmlElement> content;
@@ -62,7 +62,7 @@ struct VTView::Private
 };
 
 /** Marks that the host is being called, most often from a handler of the QML. */
-class VTView::HostCall
+class VIDTIPS_NO_EXPORT VTView::HostCall
 {
 public:
     explicit HostCall(VTView *view)
@@ -183,7 +183,7 @@ QString VTView::categoryPath(const QString &attribute, const QString &defaultPat
 QString VTView::findComponent(const QString &attribute, contextKey key, const QString &defaultPath,
                               const QString &fileName) const
 {
-    const QString path = categoryPath(attribute, defaultPath, key);
+    QString path = categoryPath(attribute, defaultPath, key);
     const VTIndex *const index = d->manager ? d->manager->index() : nullptr;
     if (!index || !d->content)
         return path;

@@ -33,6 +33,7 @@ class VIDTIPS_EXPORT VTView : public QDeclarativeView
     Q_PROPERTY(bool stayOpen READ stayOpen WRITE setStayOpen NOTIFY stayOpenChanged)
     /** The tip is to become a window of its own; the QML sets it. */
     Q_PROPERTY(bool reserved READ reserved WRITE setReserved NOTIFY reservedChanged)
+    /** The content that is shown; null at first. */
     Q_PROPERTY(VTXmlElement *content READ content WRITE setContent NOTIFY contentChanged)
     /** Topics of the host's documentation can be opened (Vidtips::AllowDocumentation). */
     Q_PROPERTY(bool documentationAvailable READ documentationAvailable NOTIFY documentationAvailableChanged)
@@ -46,11 +47,13 @@ public:
     /** Deletes the content that is still set, with its root container. */
     ~VTView() override;
 
+    /** Tells whether the tip must not hide by itself. */
     bool stayOpen() const;
 
     /** Sets stayOpen. Emits stayOpenChanged(), also when the value stays the same. */
     void setStayOpen(bool stayOpen);
 
+    /** Tells whether the tip is, or is to become, a window of its own. */
     bool reserved() const;
 
     /** Sets reserved. Emits reservedChanged() when the value changes. */
@@ -62,6 +65,7 @@ public:
     /** Stores @p content, which may be null. Emits nothing and deletes nothing. */
     void setContent(VTXmlElement *content);
 
+    /** Returns the setting Vidtips::AllowDocumentation; false when it is not set. */
     bool documentationAvailable() const;
 
     /** Returns the setting Vidtips::ResourceFolder, unless the content's attribute "resource" says otherwise.
@@ -70,6 +74,8 @@ public:
 
     /** Returns the folder of the current package. */
     QDir packageRoot() const;
+
+    /** Sets the folder of the current package. Its absolute path is kept. */
     void setPackageRoot(const QDir &packageRoot);
 
     /** Returns the path of the user interface's QML file for the content, or its unresolved relative path. */
@@ -105,12 +111,15 @@ public:
     static void deleteContent(VTXmlElement *content);
 
 Q_SIGNALS:
+    /** Emitted whenever stayOpen is set. */
     void stayOpenChanged();
+    /** Emitted when reserved changed. */
     void reservedChanged();
     /** Never emitted. */
     void contentChanged();
     /** Emitted when the view took the size of the user interface. */
     void contentSizeChanged();
+    /** Emitted when the setting Vidtips::AllowDocumentation was set. */
     void documentationAvailableChanged();
     /** Never emitted. */
     void resourceDirectoryChanged();
@@ -172,10 +181,10 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTView)
-    QVariant setting(contextKey key, const QVariant &defaultValue) const;
-    void report(const QString &message);
-    bool isLoaded(const QUrl &url) const;
-    void nameContent(VTXmlElement *content);
+    VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
+    VIDTIPS_NO_EXPORT void report(const QString &message);
+    VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
+    VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
 
     class HostCall;
     struct Private;

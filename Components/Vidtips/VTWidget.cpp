@@ -50,7 +50,7 @@ void deleteRemainingWindows()
 
 } // namespace
 
-struct VTWidget::Private
+struct VIDTIPS_NO_EXPORT VTWidget::Private
 {
     QPointer<VTView> view;
     QPointer<QWidget> reference;

@@ -102,6 +102,7 @@ public Q_SLOTS:
     QRect findVisibleGeometry(QRect geometry, bool *move = nullptr);
 
 protected:
+    /** Starts the idle timer unless the pointer is where it keeps the tip. */
     void showEvent(QShowEvent *event) override;
 
     /** Tells the host of every hide. */
@@ -109,10 +110,10 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
-    QWidget *owner() const;
-    void moveInto(QWidget *container, const QPoint &position);
-    void becomeToolWindow(const QPoint &position);
-    void endFadeOut();
+    VIDTIPS_NO_EXPORT QWidget *owner() const;
+    VIDTIPS_NO_EXPORT void moveInto(QWidget *container, const QPoint &position);
+    VIDTIPS_NO_EXPORT void becomeToolWindow(const QPoint &position);
+    VIDTIPS_NO_EXPORT void endFadeOut();
 
     struct Private;
     std::unique_ptr<Private> const d;

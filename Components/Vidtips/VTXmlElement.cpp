@@ -15,6 +15,9 @@ void registerResultTypes()
 }
 Q_CONSTRUCTOR_FUNCTION(registerResultTypes)
 
+// More than the deepest document that is read needs; a caller may pass any number.
+constexpr int maximumIndentation = 4096;
+
 QString attributeBlock(const QMap<QString, QString> &attributes)
 {
     QStringList texts;
@@ -25,7 +28,7 @@ QString attributeBlock(const QMap<QString, QString> &attributes)
 
 } // namespace
 
-struct VTXmlElement::Private
+struct VIDTIPS_NO_EXPORT VTXmlElement::Private
 {
     static void appendLines(const VTXmlElement *element, int index, QStringList *lines);
 
@@ -138,7 +141,7 @@ void VTXmlElement::appendContent(const QString &content)
 QString VTXmlElement::toXml(int index) const
 {
     QStringList lines;
-    Private::appendLines(this, index, &lines);
+    Private::appendLines(this, qMin(index, maximumIndentation), &lines);
     return lines.join(QLatin1Char('\n'));
 }
 

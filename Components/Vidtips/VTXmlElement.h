@@ -23,8 +23,11 @@ namespace Vidtips {
 class VIDTIPS_EXPORT VTXmlElement : public QObject
 {
     Q_OBJECT
+    /** The tag name, prefix included. */
     Q_PROPERTY(QString tagName READ getTagName WRITE setTagName NOTIFY tagNameChanged)
+    /** The URI of the tag's namespace. */
     Q_PROPERTY(QString tagNameSpace READ getTagNameSpace WRITE setTagNameSpace NOTIFY tagNameSpaceChanged)
+    /** The text between the tags, white space included. */
     Q_PROPERTY(QString content READ content NOTIFY contentChanged)
 
 public:
@@ -87,7 +90,7 @@ public:
     /**
      * Renders the element and the elements inside it as indented lines of tags, for reading and logs: text
      * and namespaces are left out and values are not escaped. @p index is the indentation of this element's
-     * own lines, in blanks; each level adds two. The last line has no line break.
+     * own lines, in blanks, 4096 at most; each level adds two. The last line has no line break.
      *
      * Each line is filled in by one QString::arg() after the other, so marker-like text in a name or value
      * ("%3") takes part in the later substitutions.

@@ -121,7 +121,7 @@ void nameObject(QObject *object, const QString &nameSpace, const QString &name)
 
 } // namespace
 
-struct VTXmlParser::Private
+struct VIDTIPS_NO_EXPORT VTXmlParser::Private
 {
     QObject *create(const QMetaObject *meta, const QString &localName, const QXmlAttributes &atts,
                     const QMessageLogger &logger);

@@ -47,8 +47,8 @@ public:
      * Decides about one element: returns GenerationFlag values for its qualified name and attributes.
      * @p userData is the pointer given to the parser.
      */
-    typedef int (*ShouldGenerateElementFunction)(const QString &qName, const QXmlAttributes &atts,
-                                                 void *userData);
+    using ShouldGenerateElementFunction = int (*)(const QString &qName, const QXmlAttributes &atts,
+                                                  void *userData);
 
     /** Makes a parser that asks @p filter with @p userData; both may be null. No filter lets all through. */
     explicit VTXmlParser(ShouldGenerateElementFunction filter = nullptr, void *userData = nullptr);

@@ -18,8 +18,10 @@ class ConsumerInterface : public Vidtips::VTInterface
 public:
     using VTInterface::VTInterface;
 
-    void handleMessage(Vidtips::VTMessageType, const QString &message) override
+    void handleMessage(Vidtips::VTMessageType type, const QString &message) override
     {
+        // What is wrong with the QML comes as a message of this type.
+        m_qmlIsFine = m_qmlIsFine && type != Vidtips::VTMessageDebug;
         std::fprintf(stderr, "%s\n", qPrintable(message));
     }
 
@@ -28,6 +30,11 @@ public:
         if (type == Vidtips::VTNotificationShown)
             std::printf("shown %s with Vidtips %s\n", qPrintable(key), VIDTIPS_VERSION);
     }
+
+    bool qmlIsFine() const { return m_qmlIsFine; }
+
+private:
+    bool m_qmlIsFine = true;
 };
 
 int main(int argc, char *argv[])
@@ -48,5 +55,5 @@ int main(int argc, char *argv[])
     const QString title = interface.vidTipAttribute(button.objectName(), QStringLiteral("title"), {});
     QTimer::singleShot(100, &application, [] { QApplication::quit(); });
     application.exec();
-    return title == QLatin1String("Line") ? EXIT_SUCCESS : EXIT_FAILURE;
+    return title == QLatin1String("Line") && interface.qmlIsFine() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

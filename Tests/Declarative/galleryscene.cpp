@@ -2,8 +2,11 @@
 
 #include "galleryvalue.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QTimer>
+#include <QtCore/QVariantAnimation>
+#include <QtCore/private/qabstractanimation_p.h>
 #include <QtGui/QMouseEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsObject>
@@ -81,6 +84,7 @@ GalleryScene::GalleryScene(const QDir &folder, const QString &name)
     , m_previousHandler(qInstallMessageHandler(takeMessage))
 {
     current = this;
+    QUnifiedTimer::instance()->setConsistentTiming(true);
     m_view.engine()->setOutputWarningsToStandardError(false);
     QObject::connect(m_view.engine(), &QQmlEngine::warnings, &m_view, [this](const QList<QQmlError> &errors) {
         for (const QQmlError &error : errors)
@@ -93,6 +97,7 @@ GalleryScene::GalleryScene(const QDir &folder, const QString &name)
 GalleryScene::~GalleryScene()
 {
     qInstallMessageHandler(m_previousHandler);
+    QUnifiedTimer::instance()->setConsistentTiming(false);
     current = nullptr;
 }
 
@@ -135,9 +140,22 @@ void GalleryScene::load()
     wait(100);
 }
 
+// Animations advance by the same time with every picture, and the step lasts until they had all of theirs: on
+// a busy machine there are fewer pictures a second, and not other ones.
 void GalleryScene::wait(int milliseconds)
 {
-    QTest::qWait(milliseconds);
+    QVariantAnimation pace;
+    pace.setStartValue(0);
+    pace.setEndValue(milliseconds);
+    pace.setDuration(milliseconds);
+    pace.start();
+    QElapsedTimer timer;
+    timer.start();
+    const auto isOver = [&] {
+        return pace.state() == QAbstractAnimation::Stopped && timer.hasExpired(milliseconds);
+    };
+    if (!QTest::qWaitFor(isOver, 60000))
+        qFatal("the animations stand still");
 }
 
 QJsonValue GalleryScene::play(const QJsonObject &step)
@@ -267,7 +285,7 @@ QImage GalleryScene::picture()
     }
     for (QObject *editor : qAsConst(editors))
         editor->setProperty("cursorVisible", false);
-    const QImage image = m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
+    QImage image = m_view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
     for (QObject *editor : qAsConst(editors))
         editor->setProperty("cursorVisible", true);
     return image;

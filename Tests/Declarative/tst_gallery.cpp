@@ -64,7 +64,7 @@ QJsonDocument readJson(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (document.isNull())
         qFatal("%s: %s", qPrintable(path), qPrintable(error.errorString()));
     return document;

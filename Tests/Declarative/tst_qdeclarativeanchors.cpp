@@ -148,7 +148,7 @@ void tst_QDeclarativeAnchors::fillsWidget()
     ItemScene scene("Item { width: 100; height: 60; Item { objectName: 'item' } }");
     QGraphicsWidget widget(scene.root());
     widget.setGeometry(10, 5, 70, 40);
-    QObject *anchors = scene.item("item")->property("anchors").value<QObject *>();
+    auto *anchors = scene.item("item")->property("anchors").value<QObject *>();
     QVERIFY(anchors->setProperty("fill", QVariant::fromValue<QGraphicsObject *>(&widget)));
     QCOMPARE(scene.geometry("item"), QRectF(10, 5, 70, 40));
     widget.setGeometry(20, 15, 30, 30);

@@ -37,7 +37,6 @@ private slots:
     void requestsTellTheirProgress();
     void workerScripts();
     void workerScriptErrors();
-    void databasesAreNotGlobal();
 
 private:
     static void addParts(WatchedScene &scene);
@@ -469,14 +468,6 @@ void tst_QDeclarativeLanguage::workerScriptErrors()
     QVERIFY(scene.load("Item { WorkerScript { id: worker; source: 'work.js' } }"));
     scene.evaluate("worker.sendMessage({})");
     QTRY_COMPARE(scene.warnings, QStringList{QStringLiteral("ReferenceError: nothing is not defined")});
-}
-
-void tst_QDeclarativeLanguage::databasesAreNotGlobal()
-{
-    // The engine has them in a module of its own, QtQuick.LocalStorage.
-    WatchedScene scene;
-    QVERIFY(scene.load("Item {}"));
-    QCOMPARE(scene.evaluate("typeof openDatabaseSync").toString(), QStringLiteral("undefined"));
 }
 
 QTEST_MAIN(tst_QDeclarativeLanguage)

@@ -61,7 +61,7 @@ void tst_QDeclarativeLoader::takesSize()
     QVERIFY(scene.load("Item { width: 9; height: 9; Loader { objectName: 'loader'; " + properties
                        + " sourceComponent: Item { width: 40; height: 30 } } }"));
     QObject *loader = scene.item("loader");
-    QObject *item = loader->property("item").value<QObject *>();
+    auto *item = loader->property("item").value<QObject *>();
     QVERIFY(item);
     QTEST(QSizeF(loader->property("width").toReal(), loader->property("height").toReal()), "loader");
     QTEST(QSizeF(item->property("width").toReal(), item->property("height").toReal()), "item");
@@ -73,7 +73,7 @@ void tst_QDeclarativeLoader::followsItem()
     QVERIFY(scene.load(
         "Item { Loader { objectName: 'loader'; sourceComponent: Item { width: 40; height: 30 } } }"));
     QObject *loader = scene.item("loader");
-    QObject *item = loader->property("item").value<QObject *>();
+    auto *item = loader->property("item").value<QObject *>();
     item->setProperty("width", 70);
     QCOMPARE(loader->property("width").toInt(), 70);
     QCOMPARE(loader->property("implicitWidth").toInt(), 70);
@@ -93,7 +93,7 @@ void tst_QDeclarativeLoader::sizesBoundItems()
                        "Loader { objectName: 'loader'; width: 10; "
                        "sourceComponent: Item { width: root.wanted; height: root.wanted } } }"));
     QObject *loader = scene.item("loader");
-    QObject *item = loader->property("item").value<QObject *>();
+    auto *item = loader->property("item").value<QObject *>();
     QCOMPARE(item->property("width").toInt(), 10);
     QCOMPARE(item->property("height").toInt(), 40);
     QCOMPARE(loader->property("height").toInt(), 40);
@@ -107,7 +107,7 @@ void tst_QDeclarativeLoader::signalsInOrder()
                        "onStatusChanged: seen += 't' + status; onProgressChanged: seen += 'p' + progress\n"
                        "onItemChanged: seen += item ? 'i' : 'n'; onLoaded: seen += 'l' }"));
     const auto seen = [&scene] {
-        const QString text = scene.value("seen").toString();
+        QString text = scene.value("seen").toString();
         scene.root()->setProperty("seen", QString());
         return text;
     };

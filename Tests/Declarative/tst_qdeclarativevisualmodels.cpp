@@ -283,7 +283,7 @@ void tst_QDeclarativeVisualModels::visualDataModelSignals()
     })"));
     QCOMPARE(scene.warnings, QStringList());
     QCOMPARE(scene.evaluate("take()").toString(),
-             QStringLiteral("inserted 0 3,created 0 1,created 1 2,created 2 3,count 3"));
+             QStringLiteral("inserted 0 3,count 3,created 0 1,created 1 2,created 2 3"));
     QCOMPARE(scene.evaluate("rows.append({ a: 4 }); take()").toString(),
              QStringLiteral("inserted 3 1,created 3 4,count 4"));
     QCOMPARE(scene.evaluate("rows.move(0, 1, 2); take()").toString(), QStringLiteral("moved 0 1 2"));

@@ -265,7 +265,7 @@ void tst_Types::initialValues()
 {
     QFETCH(QString, type);
     QJsonObject initial;
-    for (const QJsonValue &property : facts(type).value(QLatin1String("properties")).toArray()) {
+    for (const QJsonValue property : facts(type).value(QLatin1String("properties")).toArray()) {
         if (!property[QLatin1String("initial")].isUndefined())
             initial.insert(property[QLatin1String("name")].toString(), property[QLatin1String("initial")]);
     }
@@ -299,7 +299,7 @@ void tst_Types::laterMembers_data()
         if (isMissing(it.key()) || !isIn(it->toObject(), QStringLiteral("QtQuick 1.0")))
             continue;
         for (const QString &kind : kinds) {
-            for (const QJsonValue &member : it->toObject().value(kind).toArray()) {
+            for (const QJsonValue member : it->toObject().value(kind).toArray()) {
                 const QString name = member[QLatin1String("name")].toString();
                 if (!member[QLatin1String("since")].isUndefined())
                     QTest::newRow(qPrintable(it.key() + QLatin1Char('.') + name)) << it.key() << kind << name;

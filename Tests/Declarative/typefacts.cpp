@@ -163,7 +163,7 @@ QStringList TypeFacts::memberDifferences(const QString &where, const QJsonObject
 QHash<QString, int> TypeFacts::enumerators(const QJsonObject &facts)
 {
     QHash<QString, int> values;
-    for (const QJsonValue &enumeration : facts.value(QLatin1String("enums")).toObject()) {
+    for (const QJsonValue enumeration : facts.value(QLatin1String("enums")).toObject()) {
         const QJsonObject entries = enumeration.toObject();
         for (auto it = entries.begin(); it != entries.end(); ++it)
             values.insert(it.key(), it.value().toInt());

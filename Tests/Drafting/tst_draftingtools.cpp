@@ -5,7 +5,7 @@
 
 #include <QtTest/QtTest>
 
-typedef QVector<QPointF> Points;
+using Points = QVector<QPointF>;
 
 class TestDraftingTools : public QObject
 {

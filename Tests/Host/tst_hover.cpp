@@ -2,6 +2,7 @@
 #include "TestHost.h"
 #include "TestPackage.h"
 
+#include <QtCore/QTimer>
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -38,6 +39,12 @@ const char growingInterface[] = R"(
     Timer { id: grow; interval: 150; running: true; onTriggered: root.height = 80 }
 )";
 
+/** Longer than any test, so that no countdown ends and the tests need not wait for it. */
+void withLongCountdown(VTContext &settings)
+{
+    settings.set(IdleInterval, 60000);
+}
+
 } // namespace
 
 /** Hovers the commands of a real window with the real pointer and looks at the screen. */
@@ -70,6 +77,8 @@ private:
     QPushButton *addCommand(const QString &key, const QPoint &position);
     void pointAt(const QWidget *widget);
     bool hover(const QWidget *widget);
+    void leaveTip();
+    bool isCountingDown() const;
     void click(const QPoint &globalPosition);
     QColor screenPixel(const QPoint &globalPosition) const;
     QColor tipPixel(int x, int y) const;
@@ -140,7 +149,7 @@ void tst_Hover::pointAt(const QWidget *widget)
 {
     const QPoint center = widget->mapToGlobal(widget->rect().center());
     QCursor::setPos(center - QPoint(3, 3));
-    QTest::qWait(20);
+    QVERIFY(QTest::qWaitFor([=] { return widget->underMouse(); }));
     QCursor::setPos(center);
 }
 
@@ -153,12 +162,22 @@ bool tst_Hover::hover(const QWidget *widget)
     });
 }
 
+void tst_Hover::leaveTip()
+{
+    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+}
+
+/** Tells whether the tip is going to hide unless the pointer comes back. */
+bool tst_Hover::isCountingDown() const
+{
+    return tip()->findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly)->isActive();
+}
+
 void tst_Hover::click(const QPoint &globalPosition)
 {
     QCursor::setPos(globalPosition);
-    QTest::qWait(20);
-    QWidget *const target = QApplication::widgetAt(globalPosition);
-    QVERIFY(target);
+    QWidget *target = nullptr;
+    QTRY_VERIFY((target = QApplication::widgetAt(globalPosition)));
     QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFromGlobal(globalPosition));
 }
 
@@ -223,21 +242,20 @@ void tst_Hover::growingTipStaysWhereItIs()
         const QPoint place = pointer + QPoint(35, 30);
         m_session->view()->setStayOpen(false);
         QTRY_COMPARE(tip()->height(), 81);
-        QTest::qWait(50);
-        QCOMPARE(tip()->pos(), place);
         QPoint onScreen;
         QTRY_COMPARE((onScreen = placeOnScreen(tip())), place);
+        QCOMPARE(tip()->pos(), place);
         tip()->hide();
         QCursor::setPos(900, 700);
-        QTest::qWait(50);
+        QTRY_VERIFY(!tip()->isVisible());
     }
 }
 
 void tst_Hover::fadesInAndOut()
 {
     startSession([](VTContext &settings) {
-        settings.set(ShowDuration, 400);
-        settings.set(HideDuration, 400);
+        settings.set(ShowDuration, 1500);
+        settings.set(HideDuration, 1500);
         settings.set(IdleInterval, 200);
     });
     QVERIFY(hover(m_first));
@@ -245,7 +263,7 @@ void tst_Hover::fadesInAndOut()
     QTRY_VERIFY(tip()->windowOpacity() > 0.1 && tip()->windowOpacity() < 1.0);
     QTRY_COMPARE(tip()->windowOpacity(), 1.0);
     QTRY_COMPARE(screenPixel(inside), tipColor);
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    leaveTip();
     QTRY_VERIFY(tip()->windowOpacity() < 1.0);
     // With a compositing manager the window is seen through on its way out.
     QTRY_VERIFY(screenPixel(inside) != tipColor);
@@ -257,50 +275,48 @@ void tst_Hover::hidesWhenThePointerIsAway()
 {
     startSession();
     QVERIFY(hover(m_first));
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    leaveTip();
     QTRY_VERIFY(!tip()->isVisible());
     QCOMPARE(m_session->host->notificationTexts(), (QStringList{"0 first", "6 first"}));
 }
 
 void tst_Hover::staysWhileThePointerIsNear()
 {
-    startSession();
+    startSession(withLongCountdown);
     QVERIFY(hover(m_first));
-    const QPoint edge = tip()->frameGeometry().bottomRight() + QPoint(15, 15);
-    QCursor::setPos(edge - QPoint(2, 2));
-    QTest::qWait(20);
-    QCursor::setPos(edge);
-    // Well over the idle time.
-    QTest::qWait(800);
+    leaveTip();
+    QTRY_VERIFY(isCountingDown());
+    QCursor::setPos(tip()->frameGeometry().bottomRight() + QPoint(15, 15));
+    QTRY_VERIFY(!isCountingDown());
     QVERIFY(tip()->isVisible());
 }
 
 void tst_Hover::countdownOfOneTipDoesNotHideTheNext()
 {
     startSession([](VTContext &settings) {
-        settings.set(HideDuration, 300);
-        settings.set(IdleInterval, 1500);
+        withLongCountdown(settings);
+        settings.set(HideDuration, 1000);
     });
     QVERIFY(hover(m_first));
     QCursor::setPos(m_window->mapToGlobal(QPoint(650, 300)));
     tip()->hideAnimated();
-    QTest::qWait(100);
+    QTRY_VERIFY(tip()->windowOpacity() < 1.0);
     // Away from the tip while it fades.
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    leaveTip();
     QTRY_VERIFY(!tip()->isVisible());
     QVERIFY(hover(m_second));
-    QTest::qWait(2000);
+    QTRY_VERIFY(!isCountingDown());
     QVERIFY(tip()->isVisible());
 }
 
 void tst_Hover::countdownOnTheWayToTheNextTipEndsThere()
 {
-    startSession([](VTContext &settings) { settings.set(IdleInterval, 2000); });
+    startSession(withLongCountdown);
     QVERIFY(hover(m_first));
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
-    QTest::qWait(50);
+    leaveTip();
+    QTRY_VERIFY(isCountingDown());
     QVERIFY(hover(m_second));
-    QTest::qWait(2500);
+    QTRY_VERIFY(!isCountingDown());
     QVERIFY(tip()->isVisible());
 }
 
@@ -340,9 +356,7 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     QVERIFY(pinned != tip());
     QTRY_VERIFY(pinned->isVisible());
     QVERIFY(pinned->windowFlags() & Qt::WindowCloseButtonHint);
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
-    QTest::qWait(800);
-    QVERIFY(pinned->isVisible());
+    leaveTip();
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
     QVERIFY(hover(m_second));
     QVERIFY(pinned->isVisible());

@@ -52,7 +52,7 @@ public:
     QVariant run(const QString &script)
     {
         QQmlExpression expression(qmlContext(root()), root(), script);
-        const QVariant result = expression.evaluate();
+        QVariant result = expression.evaluate();
         if (expression.hasError())
             qFatal("%s", qPrintable(expression.error().toString()));
         return result;

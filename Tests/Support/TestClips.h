@@ -23,7 +23,7 @@ public:
      */
     static QString make(const QString &name, const QStringList &arguments)
     {
-        const QString path = folder().filePath(name);
+        QString path = folder().filePath(name);
         if (QFileInfo::exists(path))
             return path;
         const QString unfinished = unfinishedPath(name);

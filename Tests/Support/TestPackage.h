@@ -20,7 +20,7 @@ public:
     /** Writes @p content to a file below the data folder, with the folders on the way; returns its path. */
     QString write(const QString &relativePath, const QByteArray &content) const
     {
-        const QString file = filePath(relativePath);
+        QString file = filePath(relativePath);
         QDir().mkpath(QFileInfo(file).path());
         QFile out(file);
         if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())

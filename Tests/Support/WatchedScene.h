@@ -51,7 +51,7 @@ public:
     QVariant evaluate(const char *script)
     {
         QQmlExpression expression(qmlContext(root()), root(), QString::fromUtf8(script));
-        const QVariant result = expression.evaluate();
+        QVariant result = expression.evaluate();
         if (expression.hasError())
             warnings += expression.error().description();
         return result;

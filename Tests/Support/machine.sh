@@ -2,9 +2,10 @@
 
 packages=(
     cmake ninja-build pkg-config
-    qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qttools5-dev qttools5-dev-tools
+    qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qtdeclarative5-dev-tools
+    qttools5-dev qttools5-dev-tools
     libqt5svg5 libqt5xmlpatterns5-dev
-    libqt5quickwidgets5 qml-module-qtquick2
+    libqt5quickwidgets5 qml-module-qtquick2 qml-module-qtquick-localstorage libqt5sql5-sqlite
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
     libxcb-res0-dev
     ffmpeg xvfb openbox picom xdotool fonts-dejavu-core
@@ -12,16 +13,18 @@ packages=(
 
 say() { printf '\033[1m%s\033[0m\n' "$*"; }
 
+# missing_packages PACKAGE…
 missing_packages() {
     local package
-    for package in "${packages[@]}"; do
+    for package; do
         dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
     done
 }
 
+# install_packages [PACKAGE…]: what the build needs, and these packages besides.
 install_packages() {
     local missing sudo=()
-    mapfile -t missing < <(missing_packages)
+    mapfile -t missing < <(missing_packages "${packages[@]}" "$@")
     ((${#missing[@]})) || return 0
     say "Installing: ${missing[*]}"
     if ((EUID != 0)); then

@@ -49,6 +49,7 @@ private slots:
     void depthCountsLevels();
     void outsideFilesAreSkipped_data();
     void outsideFilesAreSkipped();
+    void packageIsNoControlFile();
     void symbolicLinksAreResolvedForTheDepth();
     void uncleanPathsAreWalked_data();
     void uncleanPathsAreWalked();
@@ -76,6 +77,12 @@ private slots:
     void loadNeedsExactlyOneEntry();
     void entryIsBuiltInFull();
     void entryFromABrokenFile();
+    void changedFilesAreSeen_data();
+    void changedFilesAreSeen();
+    void knownFilesAreRuledOutOnlyWhenSure_data();
+    void knownFilesAreRuledOutOnlyWhenSure();
+    void brokenFilesAreReportedEachTime();
+    void knownFilesServeTheirLocale();
     void keyDataIsCopied();
     void keyDataIsIgnored_data();
     void keyDataIsIgnored();
@@ -106,7 +113,7 @@ void tst_VTIndex::init()
 /** Writes a file below the test's folder and returns its path. */
 QString tst_VTIndex::write(const QString &path, const QByteArray &content)
 {
-    const QString absolute = QDir(m_root).absoluteFilePath(path);
+    QString absolute = QDir(m_root).absoluteFilePath(path);
     QDir().mkpath(QFileInfo(absolute).absolutePath());
     QFile file(absolute);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
@@ -208,6 +215,7 @@ void tst_VTIndex::admission_data()
     row("attributes", "<vidtips locale=\"\">" + entries, true);
     row("blank before the bracket", "<vidtips  >" + entries, true);
     row("closed at once", "<vidtips/>", true);
+    row("closed at once, with a line break", "<vidtips/>\n", true);
     row("closed after a blank", "<vidtips />", true);
     row("declaration and comment first", "<?xml version=\"1.0\"?>\n<!-- x < y -->\n\n<vidtips>" + entries,
         true);
@@ -220,6 +228,7 @@ void tst_VTIndex::admission_data()
     row("beyond the first read", QByteArray(5000, ' ') + "\n<vidtips>" + entries, true);
     row("no line break before it", QByteArray(2048, ' ') + "<vidtips>" + entries, true);
     row("cut by the end of a read", QByteArray(1020, ' ') + "<vidtips>" + entries, false);
+    row("another mark before it", "<<vidtips>" + entries, true);
     row("another element", "<html><vidtips>" + entries + "</html>", false);
     row("vidtip", "<vidtip key=\"k\"/>", false);
     row("longer name", "<vidtipsx>" + entries, false);
@@ -229,6 +238,9 @@ void tst_VTIndex::admission_data()
     row("other case", "<Vidtips>" + entries, false);
     row("short name", "<a\n><vidtips>", false);
     row("tag in a comment decides", "<!-- <b> -->\n<vidtips>" + entries, false);
+    row("name that begins with an underscore", "<_/>\n<vidtips>" + entries, false);
+    row("name that begins with a mark", "<\xcc\x81/>\n<vidtips>" + entries, false);
+    row("name with an underscore", "<vidtips_x/>\n<vidtips>" + entries, false);
     row("blank after the mark", "< vidtips>" + entries, false);
     row("no element", "vidtips", false);
     row("empty", "", false);
@@ -290,6 +302,19 @@ void tst_VTIndex::outsideFilesAreSkipped()
     index.indexControlFile(QString(), m_package);
     index.indexControlFile("relative.xml", QString());
     QVERIFY(index.keys().isEmpty());
+}
+
+void tst_VTIndex::packageIsNoControlFile()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString beside = write("Tools.vidtips2", "<vidtips><vidtip key='k'/></vidtips>");
+    index.indexControlFile(m_package, m_package);
+    index.indexControlFile(beside, m_package);
+    index.indexControlFile(m_package + "/Control/..", m_package);
+    index.indexControlFile(m_package + "/Control/", m_package);
+    QVERIFY(index.keys().isEmpty());
+    QVERIFY(index.componentPathsForPackageNamed("Tools").isEmpty());
 }
 
 void tst_VTIndex::symbolicLinksAreResolvedForTheDepth()
@@ -371,6 +396,14 @@ void tst_VTIndex::mapControlFileKeepsOrderWithoutRepetition()
     index.mapControlFile("other", second);
     QCOMPARE(index.componentPathsForPackageNamed("Tools"), (QStringList{second, m_package}));
     QVERIFY(index.keys().isEmpty());
+    context.set(Vidtips::PackageSuffix, "tips");
+    index.mapControlFile(QString(), m_package);
+    QCOMPARE(index.componentPathsForPackageNamed(QString()), QStringList{m_package});
+    const QString late = m_root + "/Late.tips";
+    index.mapControlFile(QString(), late);
+    QVERIFY(QDir().mkpath(late));
+    index.mapControlFile(QString(), late);
+    QCOMPARE(index.componentPathsForPackageNamed("Late"), QStringList{late});
 }
 
 void tst_VTIndex::packageNames_data()
@@ -677,6 +710,110 @@ void tst_VTIndex::entryFromABrokenFile()
     QCOMPARE(recorder.texts().size(), 1);
 }
 
+void tst_VTIndex::changedFilesAreSeen_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("the key comes") << QByteArray("<vidtips><vidtip key='a'/></vidtips>")
+                                   << QByteArray("<vidtips><vidtip key='k'/></vidtips>");
+    QTest::newRow("the locale comes") << QByteArray("<vidtips locale='de_DE'><vidtip key='k'/></vidtips>")
+                                      << QByteArray("<vidtips locale='en_US'><vidtip key='k'/></vidtips>");
+    QTest::newRow("it is mended") << QByteArray("<vidtips><vidtip key='a'>")
+                                  << QByteArray("<vidtips><vidtip key='k'/></vidtips>");
+}
+
+void tst_VTIndex::changedFilesAreSeen()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    VTContext context;
+    VTIndex index(&context, {});
+    MessageRecorder recorder;
+    index.store(nullptr, usEnglish, write("a.xml", before), 1);
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(!retrieveRoot(index, "k"));
+    write("a.xml", after);
+    QVERIFY(entry(retrieveRoot(index, "k")));
+    write("a.xml", before);
+    QVERIFY(!retrieveRoot(index, "k"));
+}
+
+void tst_VTIndex::knownFilesAreRuledOutOnlyWhenSure_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("key");
+    const QByteArray declaration("<?xml version='1.0' encoding='UTF-8'?>");
+    const auto utf16 = [](const QString &text) {
+        const QChar mark(QChar::ByteOrderMark);
+        const QString marked = mark + text;
+        return QByteArray(reinterpret_cast<const char *>(marked.utf16()), marked.size() * 2);
+    };
+    QTest::newRow("plain") << QByteArray("<vidtips><vidtip key='a.b'/></vidtips>") << "a.b";
+    QTest::newRow("declared") << declaration + "<vidtips><vidtip key='a.b'/></vidtips>"
+                              << "a.b";
+    QTest::newRow("by a character's number")
+        << QByteArray("<vidtips><vidtip key='a&#46;b'/></vidtips>") << "a.b";
+    QTest::newRow("by a predefined entity")
+        << QByteArray("<vidtips><vidtip key='a&amp;b'/></vidtips>") << "a&b";
+    QTest::newRow("by an entity of its own")
+        << QByteArray("<!DOCTYPE vidtips [<!ENTITY dot '.'>]><vidtips><vidtip key='a&dot;b'/></vidtips>")
+        << "a.b";
+    QTest::newRow("white space") << QByteArray("<vidtips><vidtip key='a\tb'/></vidtips>") << "a\tb";
+    QTest::newRow("beyond ASCII") << QStringLiteral("<vidtips><vidtip key='a\u00e4'/></vidtips>").toUtf8()
+                                  << QStringLiteral("a\u00e4");
+    QTest::newRow("UTF-16") << utf16(QStringLiteral("<vidtips><vidtip key='a.b'/></vidtips>")) << "a.b";
+}
+
+void tst_VTIndex::knownFilesAreRuledOutOnlyWhenSure()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, key);
+    VTContext context;
+    VTIndex index(&context, {});
+    index.store(nullptr, usEnglish, write("a.xml", content), 1);
+    // Only a file that was parsed can be ruled out.
+    QVERIFY(!retrieveRoot(index, "other"));
+    for (int i = 0; i < 2; ++i)
+        QVERIFY(entry(retrieveRoot(index, key)));
+}
+
+void tst_VTIndex::brokenFilesAreReportedEachTime()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString broken = write("a.xml", "<vidtips><vidtip key='a'/>");
+    const QString whole = write("b.xml", "<vidtips><vidtip key='b'/></vidtips>");
+    for (const QString &file : {broken, whole})
+        index.store(nullptr, usEnglish, file, 1);
+    MessageRecorder recorder;
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(!retrieveRoot(index, "k"));
+    QCOMPARE(recorder.texts().size(), 3);
+}
+
+void tst_VTIndex::knownFilesServeTheirLocale()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    const QString german =
+        write("a.xml", "<vidtips locale='de_DE'><vidtip key='k' title='Linie'/></vidtips>");
+    const QString english =
+        write("b.xml", "<vidtips locale='en_US'><vidtip key='k' title='Line'/></vidtips>");
+    for (const QString &file : {german, english})
+        index.store(nullptr, usEnglish, file, 1);
+    for (int i = 0; i < 2; ++i) {
+        const auto line = retrieveRoot(index, "k");
+        QVERIFY(entry(line));
+        QCOMPARE(entry(line)->attribute("title"), QStringLiteral("Line"));
+        const auto linie = retrieveRoot(index, "k", QLocale(QStringLiteral("de_DE")));
+        QVERIFY(entry(linie));
+        QCOMPARE(entry(linie)->attribute("title"), QStringLiteral("Linie"));
+    }
+    VTXmlElement *root = nullptr;
+    QVERIFY(!index.load("k", german, usEnglish, root));
+    QVERIFY(root);
+}
+
 void tst_VTIndex::keyDataIsCopied()
 {
     VTContext context;
@@ -695,6 +832,7 @@ void tst_VTIndex::keyDataIsCopied()
     QCOMPARE(element->attribute("topic"), QStringLiteral("t"));
     QCOMPARE(element->attribute("name"), QStringLiteral("kept"));
     QVERIFY(element->childElementList(QString()).isEmpty());
+    index.loadKeyData("k", file, nullptr);
 }
 
 void tst_VTIndex::keyDataIsIgnored_data()

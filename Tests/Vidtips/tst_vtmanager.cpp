@@ -2,6 +2,7 @@
 #include <TestHost.h>
 #include <TestPackage.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtDeclarative/qdeclarative.h>
 #include <QtTest/QTest>
@@ -131,7 +132,10 @@ void tst_VTManager::reportsLoadingInOrder()
     settings.set(MessageThreshold, 300);
     TestSession session({});
     TestIndex index(&settings, {});
+    QElapsedTimer clock;
+    clock.start();
     const VTManager manager(session.host, settings, {packages->path()}, &index);
+    const double longest = double(clock.elapsed() + 1) / 1000;
     const QString folder = packages->path();
     QStringList texts;
     for (const QPair<int, QString> &message : std::as_const(session.host->messages)) {
@@ -147,7 +151,7 @@ void tst_VTManager::reportsLoadingInOrder()
     const QRegExp pattern("Indexed packages in ([0-9.e-]+) seconds");
     QVERIFY(pattern.exactMatch(time));
     const double seconds = pattern.cap(1).toDouble();
-    QVERIFY(seconds >= 0 && seconds < 30);
+    QVERIFY(seconds >= 0 && seconds <= longest);
     QCOMPARE(pattern.cap(1), QString::number(seconds));
     QCOMPARE(index.indexed,
              (QList<QPair<QString, QString>>{
@@ -285,17 +289,21 @@ void tst_VTManager::loadedPathsAreNewestFirst()
 
 void tst_VTManager::alwaysShowToolTips_data()
 {
+    QTest::addColumn<QVariant>("setting");
     QTest::addColumn<bool>("on");
-    QTest::newRow("asked for") << true;
-    QTest::newRow("not asked for") << false;
+    QTest::newRow("asked for") << QVariant(true) << true;
+    QTest::newRow("not asked for") << QVariant(false) << false;
+    QTest::newRow("unset") << QVariant() << false;
 }
 
 void tst_VTManager::alwaysShowToolTips()
 {
+    QFETCH(QVariant, setting);
     QFETCH(bool, on);
     QWidget before;
     VTContext settings;
-    settings.set(AlwaysShowToolTips, on);
+    if (setting.isValid())
+        settings.set(AlwaysShowToolTips, setting);
     {
         const TestSession session({}, settings);
         QCOMPARE(before.testAttribute(Qt::WA_AlwaysShowToolTips), on);
@@ -512,6 +520,12 @@ void tst_VTManager::attributeOfContentOnScreenWins()
     QCOMPARE(session.manager()->vidTipAttribute("cut", "extra", "none"), QStringLiteral("none"));
     session.window()->hide();
     QCOMPARE(session.manager()->vidTipAttribute("cut", "title", "none"), QStringLiteral("Cut"));
+    VTXmlElement *const old = session.content();
+    auto *const withoutKey = new VTXmlElement;
+    withoutKey->setAttribute("title", "Nameless");
+    session.view()->setContent(withoutKey);
+    session.view()->releaseContent(old);
+    QCOMPARE(session.manager()->vidTipAttribute(QString(), "title", "none"), QStringLiteral("none"));
 }
 
 void tst_VTManager::attributeOfReservedWindowsComesSecond()
@@ -627,8 +641,15 @@ void tst_VTManager::translationNeedsAWindow()
     QCOMPARE(session.manager()->translateString("Cut", "Menu"), QStringLiteral("Cut"));
     QVERIFY(session.host->show("cut", {}, nullptr));
     QCOMPARE(session.manager()->translateString("Cut", "Menu"), QStringLiteral("Ausschneiden"));
+    QCOMPARE(session.host->translateString("Cut", "Menu"), QStringLiteral("Ausschneiden"));
+    // Another file in its place is not looked at while the path stays the same.
+    const QString catalogue = packages->filePath("Basic.vidtips/l10n/Vidtips_de_DE.qm");
+    addCatalogue("new.qm", "Schneiden");
+    QVERIFY(QFile::remove(catalogue) && QFile::rename(packages->filePath("new.qm"), catalogue));
+    QCOMPARE(session.manager()->translateString("Cut", "Menu"), QStringLiteral("Ausschneiden"));
     session.window()->setView(nullptr);
     QCOMPARE(session.manager()->translateString("Cut", "Menu"), QStringLiteral("Cut"));
+    QCOMPARE(session.manager()->vidTipAttribute("cut", "title", "none"), QStringLiteral("Cut"));
 }
 
 void tst_VTManager::translation_data()

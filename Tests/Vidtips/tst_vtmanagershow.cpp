@@ -1,11 +1,14 @@
 #include <TestHost.h>
 #include <TestPackage.h>
 
+#include <QtCore/QTimer>
 #include <QtGui/QHelpEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QLabel>
+
+#include <algorithm>
 
 using namespace Vidtips;
 
@@ -41,6 +44,42 @@ private:
     const bool m_handsOutRoot;
 };
 
+/** An index that does something after each retrieval. */
+class BusyIndex : public TestIndex
+{
+public:
+    using TestIndex::TestIndex;
+
+    VTXmlElement *retrieve(const QString &key, const QLocale &locale, QString &directory, int &depth,
+                           VTXmlElement *&root) override
+    {
+        VTXmlElement *const element = TestIndex::retrieve(key, locale, directory, depth, root);
+        if (onRetrieve)
+            onRetrieve();
+        return element;
+    }
+
+    std::function<void()> onRetrieve;
+};
+
+} // namespace
+
+namespace {
+
+/** Writes down which objects are raised; raising tells the object so. */
+class RaiseLog : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::ZOrderChange)
+            raised << watched;
+        return false;
+    }
+
+    QList<QObject *> raised;
+};
+
 } // namespace
 
 class tst_VTManagerShow : public QObject
@@ -65,6 +104,7 @@ private slots:
     void shortcutOfTheHost();
     void fallbackKey_data();
     void fallbackKey();
+    void fallbackGivesWayToContent();
     void fallbackOnScreenStays();
     void emptyFallbackIsNotLookedUp();
     void unknownKeyHidesOutsideTheSafeZone_data();
@@ -78,6 +118,9 @@ private slots:
     void notificationClosesTheWindow();
     void notificationDeletesTheWindow();
     void notificationDeletesTheHost();
+    void notificationDeletesTheContent();
+    void shortcutDeletesTheContent();
+    void shortcutDeletesTheView();
     void shortcutShowsAnotherKey();
     void shortcutDeletesTheWindow();
     void shortcutDeletesTheHost();
@@ -85,6 +128,12 @@ private slots:
     void hideNotificationShowsAnotherKey();
     void hideNotificationDeletesTheHost();
     void keyForObjectDeletesTheObject();
+    void keyForObjectDeletesTheHost();
+    void retrievalDeletesTheHost_data();
+    void retrievalDeletesTheHost();
+    void retrievalDeletesTheWindow_data();
+    void retrievalDeletesTheWindow();
+    void takingTheWindowBackDeletesTheHost();
     void qmlNotificationShowsAnotherUserInterface();
     void deletedWindowIsMadeAnew();
     void windowWithoutAViewGetsOne();
@@ -95,6 +144,7 @@ private slots:
     void createWindowDeletesTheWindow();
     void createWindowDeletesTheHost();
     void raiseForgetsDeletedWindows();
+    void raiseBeginsWithTheLast();
     void stayOnTopOfReservedWindowsOnly();
 
     void filterIsInstalledByTheSettingOnly_data();
@@ -113,6 +163,7 @@ private slots:
     void externalResource_data();
     void externalResource();
     void settingReachesTheView();
+    void errorsOfTheUserInterfaceAreReported();
 
 private:
     QScopedPointer<TestPackages> packages;
@@ -338,6 +389,19 @@ void tst_VTManagerShow::fallbackKey()
     QCOMPARE(session.host->notificationTexts(), QStringList{"0 paste"});
 }
 
+void tst_VTManagerShow::fallbackGivesWayToContent()
+{
+    TestSession session({packages->path()});
+    session.set(FallbackKey, "copy");
+    QVERIFY(session.host->show("paste", {}, nullptr));
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("copy"));
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("cut"));
+    session.window()->hide();
+    QVERIFY(session.host->show("other", {}, nullptr));
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("other"));
+}
+
 void tst_VTManagerShow::fallbackOnScreenStays()
 {
     TestSession session({packages->path()});
@@ -499,6 +563,39 @@ void tst_VTManagerShow::notificationDeletesTheHost()
     QVERIFY(session.index.roots.first());
 }
 
+void tst_VTManagerShow::notificationDeletesTheContent()
+{
+    TestSession session({packages->path()});
+    session.host->onNotification = [&](int, const QString &) { session.index.deleteRoots(); };
+    QVERIFY(!session.host->show("cut", {}, nullptr));
+    QVERIFY(!session.content());
+    QVERIFY(!session.window()->isVisible());
+}
+
+void tst_VTManagerShow::shortcutDeletesTheContent()
+{
+    TestSession session({packages->path()});
+    session.host->onShortcut = [&](const QString &, QObject *, const QString &) {
+        session.index.deleteRoots();
+        return QStringLiteral("Ctrl+Q");
+    };
+    QVERIFY(!session.host->show("cut", {}, nullptr));
+    QVERIFY(!session.content());
+    QVERIFY(!session.window()->isVisible());
+}
+
+void tst_VTManagerShow::shortcutDeletesTheView()
+{
+    TestSession session({packages->path()});
+    session.host->onShortcut = [&](const QString &, QObject *, const QString &shortcut) {
+        QString answer = shortcut + QStringLiteral("!");
+        session.window()->setView(nullptr);
+        return answer;
+    };
+    QVERIFY(!session.host->show("cut", {}, nullptr));
+    QVERIFY(!session.window()->isVisible());
+}
+
 void tst_VTManagerShow::shortcutShowsAnotherKey()
 {
     TestSession session({packages->path()});
@@ -536,9 +633,9 @@ void tst_VTManagerShow::shortcutDeletesTheHost()
     const QPointer<VTWidget> window(session.window());
     const QPointer<QGraphicsObject> userInterface(session.view()->rootObject());
     session.host->onShortcut = [&](const QString &, QObject *, const QString &shortcut) {
-        const QString copy = shortcut;
+        QString answer = shortcut + QStringLiteral("!");
         delete session.host;
-        return copy;
+        return answer;
     };
     QVERIFY(!session.host->show("copy", {}, nullptr));
     QVERIFY(window);
@@ -613,6 +710,81 @@ void tst_VTManagerShow::keyForObjectDeletesTheObject()
     // Consumed, because the object that it would be delivered to is gone.
     QVERIFY(manager->eventFilter(object, &event));
     QVERIFY(!host.manager()->widget());
+}
+
+void tst_VTManagerShow::keyForObjectDeletesTheHost()
+{
+    class Host : public TestHost
+    {
+    public:
+        using TestHost::TestHost;
+        QString keyForObject(QObject *) override
+        {
+            delete this;
+            return QStringLiteral("cut");
+        }
+    };
+    VTContext settings;
+    TestIndex index(&settings, {});
+    const QPointer<Host> host(new Host(settings, {packages->path()}, &index));
+    QHelpEvent event(QEvent::ToolTip, {}, {});
+    QObject *const manager = host->manager();
+    QVERIFY(!manager->eventFilter(this, &event));
+    QVERIFY(!host);
+    QVERIFY(index.requests.isEmpty());
+}
+
+void tst_VTManagerShow::retrievalDeletesTheHost_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("with content") << "cut";
+    QTest::newRow("without content") << "paste";
+}
+
+void tst_VTManagerShow::retrievalDeletesTheHost()
+{
+    QFETCH(QString, key);
+    VTContext settings;
+    settings.set(FallbackKey, "copy");
+    BusyIndex index(&settings, {});
+    const QPointer<TestHost> host(new TestHost(settings, {packages->path()}, &index));
+    index.onRetrieve = [&] { delete host; };
+    QVERIFY(!host->show(key, {}, nullptr));
+    QVERIFY(!host);
+    for (const QPointer<VTXmlElement> &root : std::as_const(index.roots))
+        QVERIFY(!root);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void tst_VTManagerShow::retrievalDeletesTheWindow_data()
+{
+    retrievalDeletesTheHost_data();
+}
+
+void tst_VTManagerShow::retrievalDeletesTheWindow()
+{
+    QFETCH(QString, key);
+    VTContext settings;
+    BusyIndex index(&settings, {});
+    TestHost host(settings, {packages->path()}, &index);
+    index.onRetrieve = [&] { delete host.manager()->widget(); };
+    QVERIFY(!host.show(key, {}, nullptr));
+    QVERIFY(!host.manager()->widget());
+}
+
+void tst_VTManagerShow::takingTheWindowBackDeletesTheHost()
+{
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QWidget owner;
+    const QPointer<VTWidget> window(session.window());
+    window->setParent(&owner, window->windowFlags());
+    window->show();
+    session.host->onNotification = [&](int, const QString &) { delete session.host; };
+    QVERIFY(!session.host->show("copy", {}, nullptr));
+    QVERIFY(!session.host);
+    QVERIFY(!window->manager());
+    QVERIFY(!window->parent());
 }
 
 void tst_VTManagerShow::qmlNotificationShowsAnotherUserInterface()
@@ -762,6 +934,26 @@ void tst_VTManagerShow::raiseForgetsDeletedWindows()
     session.manager()->setStayOnTop(false);
 }
 
+void tst_VTManagerShow::raiseBeginsWithTheLast()
+{
+    TestSession session({packages->path()});
+    QWidget *container = nullptr;
+    RaiseLog log;
+    QList<QObject *> expected;
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(session.host->show("cut", {}, nullptr));
+        session.window()->installEventFilter(&log);
+        expected.prepend(session.window());
+        QVERIFY(session.manager()->reserve(session.window(), container));
+    }
+    QVERIFY(session.host->show("copy", {}, nullptr));
+    session.window()->installEventFilter(&log);
+    log.raised.clear();
+    session.manager()->raise();
+    QCOMPARE(log.raised, expected);
+    qDeleteAll(expected);
+}
+
 void tst_VTManagerShow::stayOnTopOfReservedWindowsOnly()
 {
     TestSession session({packages->path()});
@@ -784,16 +976,20 @@ void tst_VTManagerShow::stayOnTopOfReservedWindowsOnly()
 
 void tst_VTManagerShow::filterIsInstalledByTheSettingOnly_data()
 {
+    QTest::addColumn<QVariant>("setting");
     QTest::addColumn<bool>("on");
-    QTest::newRow("on") << true;
-    QTest::newRow("off") << false;
+    QTest::newRow("on") << QVariant(true) << true;
+    QTest::newRow("off") << QVariant(false) << false;
+    QTest::newRow("unset") << QVariant() << false;
 }
 
 void tst_VTManagerShow::filterIsInstalledByTheSettingOnly()
 {
+    QFETCH(QVariant, setting);
     QFETCH(bool, on);
     VTContext settings;
-    settings.set(InstallEventFilter, on);
+    if (setting.isValid())
+        settings.set(InstallEventFilter, setting);
     QWidget button;
     button.setObjectName("cut");
     TestSession session({packages->path()}, settings);
@@ -893,6 +1089,10 @@ void tst_VTManagerShow::clickWhileStayingOpenKeeps()
     session.view()->setStayOpen(false);
     QVERIFY(!session.manager()->mouseButtonEventFilter(&button, &click));
     QVERIFY(!session.window()->isVisible());
+    session.window()->setView(nullptr);
+    session.window()->show();
+    QVERIFY(!session.manager()->mouseButtonEventFilter(&button, &click));
+    QVERIFY(!session.window()->isVisible());
 }
 
 void tst_VTManagerShow::mouseFiltersIgnoreForeignArguments()
@@ -901,6 +1101,8 @@ void tst_VTManagerShow::mouseFiltersIgnoreForeignArguments()
     QWidget button;
     QVERIFY(!session.manager()->mouseButtonEventFilter(&button, nullptr));
     QVERIFY(!session.manager()->mouseMoveEventFilter(&button, nullptr));
+    QMouseEvent move(QEvent::MouseMove, QPointF(), QPointF(farAway), Qt::NoButton, {}, {});
+    QVERIFY(!session.manager()->mouseMoveEventFilter(&button, &move));
     QVERIFY(session.host->show("cut", {}, nullptr));
     QVERIFY(!session.manager()->mouseButtonEventFilter(nullptr, nullptr));
     QVERIFY(!session.manager()->mouseButtonEventFilter(this, nullptr));
@@ -919,6 +1121,10 @@ void tst_VTManagerShow::moveReachesTheWindow()
     QMouseEvent away(QEvent::MouseMove, QPointF(), QPointF(farAway), Qt::NoButton, {}, {});
     QVERIFY(!filter->eventFilter(this, &away));
     QTRY_VERIFY(!session.window()->isVisible());
+    QVERIFY(!filter->eventFilter(this, &away));
+    QVERIFY(!session.window()->findChild<QTimer *>()->isActive());
+    QEvent other(QEvent::Enter);
+    QVERIFY(!filter->eventFilter(this, &other));
 }
 
 void tst_VTManagerShow::deactivationHidesAtOnce()
@@ -979,6 +1185,18 @@ void tst_VTManagerShow::settingReachesTheView()
     QCOMPARE(changed.count(), 1);
     session.set(AllowExternalResources, true);
     QCOMPARE(changed.count(), 1);
+}
+
+void tst_VTManagerShow::errorsOfTheUserInterfaceAreReported()
+{
+    packages->write("Basic.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.0\nItem {\n    nothing: 1\n}\n");
+    TestSession session({packages->path()});
+    session.set(MessageThreshold, 400);
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    const auto isError = [](const QPair<int, QString> &message) {
+        return message.first == 400 && message.second.startsWith("Error 3:5:");
+    };
+    QCOMPARE(std::count_if(session.host->messages.cbegin(), session.host->messages.cend(), isError), 1);
 }
 
 QTEST_MAIN(tst_VTManagerShow)

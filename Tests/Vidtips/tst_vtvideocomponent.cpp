@@ -118,14 +118,14 @@ void tst_VTVideoComponent::initTestCase()
 
 void tst_VTVideoComponent::init()
 {
-    packages.reset(new TestPackages);
+    packages = std::make_unique<TestPackages>();
     packages->writeUserInterface("Clips");
     packages->writeControl("Clips", "tips.xml", R"(<vidtip key="cut" title="Cut"/>)");
     packages->write("Clips.vidtips/Resources/clip.mp4", TestClips::read(TestClips::h264()));
     packages->write("Clips.vidtips/Resources/odd.mkv", TestClips::read(TestClips::oddSize()));
     packages->write("Clips.vidtips/Resources/large.mp4", TestClips::read(TestClips::large()));
     packages->write("Clips.vidtips/Resources/broken.mp4", "This is no clip.\n");
-    session.reset(new TestSession({packages->path()}));
+    session = std::make_unique<TestSession>(QStringList{packages->path()});
     QVERIFY(session->host->show("cut", QPoint(10, 20), &button));
 }
 

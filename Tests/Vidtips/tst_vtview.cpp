@@ -688,6 +688,9 @@ void tst_VTView::notificationToTheHost()
     setContent({{"key", ""}});
     view->notification(1, QVariant());
     QCOMPARE(session->host->notifications.last().text, QString());
+    // Only while the host is being called does loading wait.
+    view->loadQML(packages->filePath("Basic.vidtips/ui/VidtipsUI.qml"));
+    QVERIFY(view->rootObject());
 }
 
 void tst_VTView::notificationNeedsContent()
@@ -713,6 +716,7 @@ void tst_VTView::resizeTakesTheRootsRectangle()
     QSignalSpy changed(view.data(), &VTView::contentSizeChanged);
     QSignalSpy base(view.data(), &QDeclarativeView::sceneResized);
     QResizeEvent event(QSize(1, 1), QSize(2, 2));
+    view->scene()->setSceneRect(5, 5, 1, 1);
     view->resizeEvent(&event);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(base.count(), 0);

@@ -38,6 +38,7 @@ private slots:
 
     void showAtOnce();
     void showFadesIn();
+    void fadeInTakesTheSizeOfTheView();
     void showOfAVisibleWindowDoesNothing();
     void hideAtOnceResetsTheState();
     void hideFadesOut();
@@ -58,6 +59,8 @@ private slots:
     void pointerOutsideStartsTheTimerOnce();
     void pointerInsideStopsTheTimer();
     void stayingOpenNeverHides();
+    void hiddenWindowHasNoTimer();
+    void safePointerStopsTheTimerOfAShow();
     void showEventArmsTheTimer_data();
     void showEventArmsTheTimer();
 
@@ -77,7 +80,9 @@ private slots:
     void reservingIntoAContainer();
     void reservingIntoAContainerWithALayout();
     void reservingIntoAContainerThatTheTipOwns();
+    void reservingIntoAContainerOfAnotherWindow();
     void reservingIntoItself();
+    void reservingWithoutAManager();
     void reservingStopsTimerAndFade();
     void reservedFalseDoesNothing();
     void reservedWindowDeletesItselfOnClose();
@@ -139,6 +144,7 @@ void tst_VTWidget::slotsInDeclaredOrder()
         QCOMPARE(meta.method(i).access(), QMetaMethod::Public);
         methods << meta.method(i).methodSignature() + ' ' + meta.method(i).parameterNames().join(',');
     }
+    // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): the first entry takes two lines.
     QCOMPARE(methods,
              (QStringList{"showWithContent(QObject*,QRect,QPoint,VTXmlElement*,QString) "
                           "reference,referenceRect,pos,content,rootPath",
@@ -165,6 +171,7 @@ void tst_VTWidget::construction()
     QCOMPARE(fade->targetObject(), &widget);
     QVERIFY(widget.isSafe(QPoint(1, 2)));
     widget.hideAnimated();
+    QCOMPARE(fade->state(), QAbstractAnimation::Stopped);
     widget.contentResized();
     widget.contentReservedChanged();
     widget.setTimer();
@@ -348,6 +355,14 @@ void tst_VTWidget::showFadesIn()
     QCOMPARE(window->windowOpacity(), 1.0);
     QVERIFY(window->isVisible());
     QCOMPARE(window->size(), QSize(101, 61));
+}
+
+void tst_VTWidget::fadeInTakesTheSizeOfTheView()
+{
+    session->set(ShowDuration, 60);
+    view->resize(70, 50);
+    window->showAnimated();
+    QCOMPARE(window->size(), QSize(71, 51));
 }
 
 void tst_VTWidget::showOfAVisibleWindowDoesNothing()
@@ -596,6 +611,23 @@ void tst_VTWidget::stayingOpenNeverHides()
     QVERIFY(!timer()->isActive());
 }
 
+void tst_VTWidget::hiddenWindowHasNoTimer()
+{
+    showContent();
+    window->setTimer();
+    window->hide();
+    QVERIFY(!timer()->isActive());
+}
+
+void tst_VTWidget::safePointerStopsTheTimerOfAShow()
+{
+    showContent();
+    window->setTimer();
+    QCursor::setPos(310, 210);
+    showContent(makeContent("copy"));
+    QVERIFY(!timer()->isActive());
+}
+
 void tst_VTWidget::showEventArmsTheTimer_data()
 {
     QTest::addColumn<QPoint>("pointer");
@@ -666,6 +698,7 @@ void tst_VTWidget::safeOverTheReferenceWidget()
     VTWidget widget(session->manager(), nullptr, &reference, QRect());
     widget.resize(10, 10);
     QVERIFY(widget.isSafe(over));
+    QVERIFY(!widget.isSafe(QPoint(3000, 3000)));
     VTWidget without(session->manager(), nullptr, nullptr, QRect());
     without.resize(10, 10);
     QVERIFY(!without.isSafe(over));
@@ -724,6 +757,7 @@ void tst_VTWidget::reservingMakesAToolWindow()
     VTXmlElement *const content = makeContent();
     content->setProperty("title", "From the property");
     showContent(content);
+    window->setWindowModality(Qt::ApplicationModal);
     view->setReserved(true);
     QVERIFY(session->window() != window);
     QVERIFY(window->isVisible());
@@ -749,6 +783,9 @@ void tst_VTWidget::reservingWithAReference()
     QCOMPARE(window->parentWidget(), &main);
     QVERIFY(window->isWindow());
     QVERIFY(window->windowTitle().isEmpty());
+    window->contentResized();
+    QCOMPARE(main.minimumSize(), QSize(0, 0));
+    QCOMPARE(main.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
 }
 
 void tst_VTWidget::reservingIntoAContainer()
@@ -773,6 +810,8 @@ void tst_VTWidget::reservingIntoAContainer()
     QTRY_VERIFY(window->isVisible());
     QCOMPARE(container->pos(), QPoint(300, 200));
     QCOMPARE(container->size(), QSize(101, 61));
+    QCOMPARE(container->maximumSize(), QSize(101, 61));
+    QCOMPARE(window->minimumSize(), QSize(101, 61));
     delete container;
     QVERIFY(!window);
     session->manager()->raise();
@@ -783,7 +822,7 @@ void tst_VTWidget::reservingIntoAContainerWithALayout()
     QWidget container;
     auto *const layout = new QHBoxLayout(&container);
     layout->setContentsMargins(1, 2, 3, 4);
-    session->host->onCreateWindow = [&] { return &container; };
+    session->host->onCreateWindow = [guard = QPointer<QWidget>(&container)] { return guard.data(); };
     showContent();
     view->setReserved(true);
     QCOMPARE(container.layout(), layout);
@@ -805,6 +844,29 @@ void tst_VTWidget::reservingIntoAContainerThatTheTipOwns()
     QVERIFY(container->isVisible());
     delete container;
     QVERIFY(!window);
+}
+
+void tst_VTWidget::reservingIntoAContainerOfAnotherWindow()
+{
+    QWidget other;
+    const QPointer<QWidget> container(new QWidget(&other, Qt::Tool));
+    session->host->onCreateWindow = [container] { return container.data(); };
+    showContent();
+    view->setReserved(true);
+    QCOMPARE(container->parentWidget(), &other);
+    QCOMPARE(window->parentWidget(), container.data());
+    QCOMPARE(container->size(), QSize(101, 61));
+    QCOMPARE(other.minimumSize(), QSize(0, 0));
+}
+
+void tst_VTWidget::reservingWithoutAManager()
+{
+    showContent();
+    delete session->host;
+    const Qt::WindowFlags before = window->windowFlags();
+    view->setReserved(true);
+    QCOMPARE(window->windowFlags(), before);
+    QVERIFY(!window->testAttribute(Qt::WA_DeleteOnClose));
 }
 
 void tst_VTWidget::reservingIntoItself()

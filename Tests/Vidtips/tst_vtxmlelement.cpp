@@ -7,6 +7,8 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
+#include <limits>
+
 QT_WARNING_DISABLE_DEPRECATED
 
 using Vidtips::VTXmlElement;
@@ -357,6 +359,9 @@ void tst_VTXmlElement::toXmlIndents()
     makeChild(&root, "b");
     QCOMPARE(root.toXml(3), QStringLiteral("   <a>\n     <b/>\n   </a>"));
     QCOMPARE(root.toXml(-5), QStringLiteral("<a>\n<b/>\n</a>"));
+    QCOMPARE(root.toXml(std::numeric_limits<int>::min()), QStringLiteral("<a>\n<b/>\n</a>"));
+    QCOMPARE(root.toXml(std::numeric_limits<int>::max()), root.toXml(4096));
+    QVERIFY(root.toXml(4096).startsWith(QString(4096, QLatin1Char(' ')) + "<a>\n"));
 }
 
 void tst_VTXmlElement::toXmlOfForeignChildrenIsAnEmptyElement()

@@ -234,6 +234,14 @@ void tst_VTXmlParser::readStartsAfresh()
     const auto root = readRoot(parser, "<d/>");
     QVERIFY(root);
     QCOMPARE(root->toXml(), QStringLiteral("<d/>"));
+    Flags flags{{"skipped", 12}, {"left", 4}};
+    VTXmlParser filtering(&flagsFromMap, &flags);
+    qDeleteAll(read(filtering, "<a><left><b/></left><skipped><c>"));
+    const QList<QObject *> detached = filtering.detachedObjects();
+    QCOMPARE(detached.size(), 1);
+    QVERIFY(readRoot(filtering, "<d/>"));
+    QVERIFY(filtering.detachedObjects().isEmpty());
+    qDeleteAll(detached);
 }
 
 void tst_VTXmlParser::filters_data()
@@ -252,6 +260,7 @@ void tst_VTXmlParser::filters_data()
     QTest::newRow("own object, nothing inside") << Flags{{"b", 8}} << emptyB;
     QTest::newRow("nothing at all") << Flags{{"b", 12}} << withoutB;
     QTest::newRow("skip beats generate inside") << Flags{{"b", 11}} << emptyB;
+    QTest::newRow("wanted inside unwanted") << Flags{{"b", 4}, {"d", 4}} << QStringLiteral("<a/>");
     QTest::newRow("skipped root") << Flags{{"a", 12}} << QString();
 }
 
@@ -319,10 +328,12 @@ void tst_VTXmlParser::attributesBecomeProperties()
 {
     VTXmlParser parser(nullptr, nullptr);
     parser.registerElement("panel", &Panel::staticMetaObject);
-    const auto root = readRoot(parser, "<a><panel width='12' title='x&lt;y'>text</panel></a>");
+    const auto root =
+        readRoot(parser, "<a><panel objectName='first' width='12' title='x&lt;y'>text</panel></a>");
     QVERIFY(root);
     auto *panel = qobject_cast<Panel *>(root->children().value(0));
     QVERIFY(panel);
+    QCOMPARE(panel->objectName(), QStringLiteral("first"));
     QCOMPARE(panel->width, 12);
     QCOMPARE(panel->title, QStringLiteral("x<y"));
     QCOMPARE(panel->tag, QStringLiteral("panel"));
@@ -520,6 +531,8 @@ void tst_VTXmlParser::deepContentModel_data()
     const QByteArray group = QByteArray(1900, '(');
     QTest::newRow("shallow") << model(100) << true;
     QTest::newRow("many") << model(20).repeated(1000) << true;
+    QTest::newRow("at the bound") << model(VTXmlParser::maximumDepth) << true;
+    QTest::newRow("beyond the bound") << model(VTXmlParser::maximumDepth + 1) << false;
     QTest::newRow("deep") << model(200000) << false;
     QTest::newRow("deep in an entity") << "<!ENTITY % p '" + model(200000) + "'>%p;" << false;
     QTest::newRow("deep by expansion")

@@ -3,6 +3,7 @@
 #include "Tool.h"
 #include "UndoCommands.h"
 
+#include <QtCore/qmath.h>
 #include <QtGui/QPainter>
 
 #include <cmath>
@@ -117,10 +118,10 @@ void DraftingScene::drawBackground(QPainter *painter, const QRectF &rect)
 void DraftingScene::drawGrid(QPainter *painter, const QRectF &rect, qreal step, const QColor &color) const
 {
     QVector<QLineF> lines;
-    for (qreal x = std::floor(rect.left() / step) * step; x <= rect.right(); x += step)
-        lines.append(QLineF(x, rect.top(), x, rect.bottom()));
-    for (qreal y = std::floor(rect.top() / step) * step; y <= rect.bottom(); y += step)
-        lines.append(QLineF(rect.left(), y, rect.right(), y));
+    for (int column = qFloor(rect.left() / step); column * step <= rect.right(); ++column)
+        lines.append(QLineF(column * step, rect.top(), column * step, rect.bottom()));
+    for (int row = qFloor(rect.top() / step); row * step <= rect.bottom(); ++row)
+        lines.append(QLineF(rect.left(), row * step, rect.right(), row * step));
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing, false);
     painter->setPen(QPen(color, 0));

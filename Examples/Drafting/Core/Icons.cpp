@@ -113,7 +113,7 @@ public:
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QPalette palette = QGuiApplication::palette();
         const bool selected = mode == QIcon::Selected;
-        const QColor ink = palette.color(group, selected ? QPalette::HighlightedText : QPalette::ButtonText);
+        const QColor &ink = palette.color(group, selected ? QPalette::HighlightedText : QPalette::ButtonText);
         const bool plain = selected || mode == QIcon::Disabled;
         const QColor accent = plain ? ink : palette.color(QPalette::Highlight);
         Icons::paint(painter, m_name, rect, ink, accent);

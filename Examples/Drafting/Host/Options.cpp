@@ -8,7 +8,7 @@ namespace {
 
 QString choice(QCommandLineParser &parser, const QString &name, const QStringList &allowed)
 {
-    const QString value = parser.value(name);
+    QString value = parser.value(name);
     if (!allowed.contains(value)) {
         fputs(qPrintable(
                   Options::tr("--%1 must be one of: %2\n").arg(name, allowed.join(QStringLiteral(", ")))),

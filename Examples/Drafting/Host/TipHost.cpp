@@ -148,7 +148,7 @@ QWidget *TipHost::createWindow(VTWindowType type)
 
 QString TipHost::keyForObject(QObject *object)
 {
-    const QString key = commandKey(object);
+    QString key = commandKey(object);
     // Only commands have a say in the fallback: the drawing and the frame of the window stay silent.
     const bool covered = m_fallback && m_commands->action(key);
     context().set(FallbackKey, covered ? fallbackTip : QString());

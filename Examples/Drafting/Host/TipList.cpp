@@ -17,7 +17,7 @@ namespace {
 // of the tip on screen; a list of all tips looks in the catalogue of each tip's own package.
 QString title(TipHost *host, const QString &key)
 {
-    const QString source = host->vidTipAttribute(key, QStringLiteral("title"), QString());
+    QString source = host->vidTipAttribute(key, QStringLiteral("title"), QString());
     const QByteArray context = host->vidTipAttribute(key, QStringLiteral("context"), QString()).toUtf8();
     const QFileInfo controlFile(host->vidTipAttribute(key, QStringLiteral("VTLocation"), QString()));
     const QString catalogue = QStringLiteral("../l10n/Vidtips_%1.qm").arg(QLocale().name());

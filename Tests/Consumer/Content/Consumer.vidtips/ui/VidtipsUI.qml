@@ -1,8 +1,14 @@
 import QtQuick 1.0
+import com.corvale.vidtips.qml 1.0
 
-Rectangle {
+Item {
     width: 120
     height: 40
+
+    VTStyledRectangle {
+        anchors.fill: parent
+        toolTipStyle: true
+    }
 
     Text {
         anchors.centerIn: parent

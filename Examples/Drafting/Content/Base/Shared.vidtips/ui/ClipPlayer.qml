@@ -72,6 +72,11 @@ FocusScope {
             scale: fit
             smooth: fit !== 1
             source: player.source
+            // A window that is hidden at once says nothing to the user interface.
+            onPositionChanged: {
+                if (!vidTipView.visible)
+                    player.pause();
+            }
             onLoadProgressChanged: {
                 if (!player.ready && video.loadProgress > 0) {
                     player.ready = true;

@@ -35,8 +35,8 @@ Rectangle {
         picture = Content.resource(tip, "picture");
         steps = Content.texts(tip, "step");
         notes = Content.texts(tip, "note");
-        helpButton.label = Content.word("More help");
-        pinButton.label = Content.word("Keep open");
+        helpButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "More help"));
+        pinButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Keep open"));
         if (hasMore)
             dwell.restart();
         else
@@ -48,6 +48,8 @@ Rectangle {
             return;
         dwell.stop();
         release.stop();
+        words.sourceComponent = undefined;
+        words.sourceComponent = wordsPart;
         media.sourceComponent = undefined;
         media.sourceComponent = clip !== "" ? clipPart : picture !== "" ? picturePart : undefined;
         state = "expanded";
@@ -98,11 +100,15 @@ Rectangle {
     }
 
     // A clip's pictures are not kept for a tip that is closed or small, but ending a clip takes a moment, which
-    // must not delay the next tip.
+    // must not delay the next tip. Nor must the steps and notes: what is only seen in a tip that has grown is
+    // made as it grows.
     Timer {
         id: release
         interval: 300
-        onTriggered: media.sourceComponent = undefined
+        onTriggered: {
+            media.sourceComponent = undefined;
+            words.sourceComponent = undefined;
+        }
     }
 
     Rectangle {
@@ -140,6 +146,53 @@ Rectangle {
         PictureStage {
             ui: look
             Component.onCompleted: source = Content.fileUrl(vidTipView.findResource(root.picture))
+        }
+    }
+
+    Component {
+        id: wordsPart
+
+        Column {
+            id: lists
+
+            property variant steps: []
+            property variant notes: []
+            property bool followsClip: false
+
+            width: parent ? parent.width : 0
+            Component.onCompleted: {
+                followsClip = root.clip !== "";
+                steps = root.steps;
+                notes = root.notes;
+            }
+
+            Item {
+                width: parent.width
+                height: lists.steps.length > 0 ? stepList.height + stepList.y + 12 : 0
+                visible: lists.steps.length > 0
+
+                StepList {
+                    id: stepList
+                    x: look.margin
+                    y: lists.followsClip ? 4 : 12
+                    width: parent.width - 2 * look.margin
+                    ui: look
+                    steps: lists.steps
+                }
+            }
+            Item {
+                width: parent.width
+                height: lists.notes.length > 0 ? noteList.height + 12 : 0
+                visible: lists.notes.length > 0
+
+                NoteList {
+                    id: noteList
+                    x: look.margin
+                    width: parent.width - 2 * look.margin
+                    ui: look
+                    notes: lists.notes
+                }
+            }
         }
     }
 
@@ -244,29 +297,11 @@ Rectangle {
                 }
                 Item {
                     width: parent.width
-                    height: root.steps.length > 0 ? stepList.height + (root.clip !== "" ? 4 : 12) + 12 : 0
-                    visible: root.steps.length > 0
+                    height: words.item ? words.item.height : 0
 
-                    StepList {
-                        id: stepList
-                        x: look.margin
-                        y: root.clip !== "" ? 4 : 12
-                        width: parent.width - 2 * look.margin
-                        ui: look
-                        steps: root.steps
-                    }
-                }
-                Item {
-                    width: parent.width
-                    height: root.notes.length > 0 ? noteList.height + 12 : 0
-                    visible: root.notes.length > 0
-
-                    NoteList {
-                        id: noteList
-                        x: look.margin
-                        width: parent.width - 2 * look.margin
-                        ui: look
-                        notes: root.notes
+                    Loader {
+                        id: words
+                        width: parent.width
                     }
                 }
                 Item {

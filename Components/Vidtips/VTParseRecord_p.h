@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QHash>
+#include <QtCore/QLocale>
+#include <QtCore/QString>
+
+namespace Vidtips {
+
+/**
+ * Remembers which control files parsed without an error, to tell which need no parsing for a key.
+ *
+ * No content is kept: a file counts as known only as long as its bytes have the checksum that they had when
+ * it was parsed, so its bytes must be read each time. In doubt a file is not ruled out. GUI thread only.
+ */
+class VTParseRecord
+{
+public:
+    /** The most bytes of a file that are looked at here; a larger one is never ruled out. */
+    static constexpr qint64 sizeLimit = 1024 * 1024;
+
+    /** Remembers that @p bytes of @p path parsed to an element whose locale attribute is @p localeName. */
+    void remember(const QString &path, const QByteArray &bytes, const QString &localeName);
+
+    /** Forgets @p path, which did not parse. */
+    void forget(const QString &path);
+
+    /** Returns whether parsing @p bytes of @p path can neither give an entry with @p key nor report anything.
+     */
+    bool rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const;
+
+    /** Returns whether @p bytes of @p path parsed before, to entries for another locale than @p locale. */
+    bool isOfOtherLocale(const QString &path, const QByteArray &bytes, const QLocale &locale) const;
+
+private:
+    struct Entry
+    {
+        QByteArray checksum;
+        QString localeName;
+    };
+
+    const Entry *find(const QString &path, const QByteArray &bytes) const;
+
+    QHash<QString, Entry> m_entries;
+};
+
+} // namespace Vidtips

@@ -1,0 +1,8 @@
+import com.corvale.vidtips.qml 1.0
+
+VTStyledRectangle {
+    VTVideoComponent {
+        id: clip
+        onStateChanged: clip.pauze()
+    }
+}

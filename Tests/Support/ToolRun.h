@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
+#include <QtCore/QStringList>
+
+/** One run of the command-line tool: what it wrote and how it ended. */
+class ToolRun
+{
+public:
+    /** Runs the tool with @p arguments in the folder @p folder, in an environment without a display. */
+    explicit ToolRun(const QStringList &arguments, const QString &folder = QString(),
+                     const QStringList &extraEnvironment = {})
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(display);
+        for (const QString &setting : extraEnvironment)
+            environment.insert(setting.section('=', 0, 0), setting.section('=', 1));
+        process.setProcessEnvironment(environment);
+        if (!folder.isEmpty())
+            process.setWorkingDirectory(folder);
+        process.start(VIDTIPS_TOOL, arguments);
+        isFinished = process.waitForFinished(100000) && process.exitStatus() == QProcess::NormalExit;
+        exitCode = process.exitCode();
+        output = QString::fromUtf8(process.readAllStandardOutput());
+        errors = QString::fromUtf8(process.readAllStandardError());
+    }
+
+    QJsonDocument json() const { return QJsonDocument::fromJson(output.toUtf8()); }
+
+    /** The findings of a check with --json. */
+    QJsonArray findings() const { return json().object().value("findings").toArray(); }
+
+    QStringList codes() const
+    {
+        QStringList codes;
+        for (const QJsonValue finding : findings())
+            codes << finding.toObject().value("code").toString();
+        return codes;
+    }
+
+    bool isFinished = false;
+    int exitCode = -1;
+    QString output;
+    QString errors;
+};

@@ -1,0 +1,102 @@
+#include "CatalogueCheck.h"
+
+#include "Content.h"
+#include "Finding.h"
+#include "Places.h"
+#include "TextSource.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
+#include <QtCore/QTranslator>
+
+namespace {
+
+const QString catalogueName = QStringLiteral("Vidtips_%1.%2");
+
+QString localeOfCatalogue(const QString &fileName)
+{
+    return QFileInfo(fileName).completeBaseName().section('_', 1);
+}
+
+} // namespace
+
+CatalogueCheck::CatalogueCheck(const QString &sourceLocale)
+    : m_sourceLocale(QLocale(sourceLocale).name())
+{
+}
+
+CatalogueCheck::~CatalogueCheck() = default;
+
+void CatalogueCheck::run(const Content &content, Findings &findings)
+{
+    collectLocales(content);
+    for (const ControlFile &file : content.controlFiles()) {
+        if (TextSource::textsOf(file).isEmpty())
+            continue;
+        for (const QString &locale : qAsConst(m_locales))
+            checkFile(content, file, locale, findings);
+    }
+}
+
+void CatalogueCheck::collectLocales(const Content &content)
+{
+    for (const ControlFile &file : content.controlFiles()) {
+        if (file.isAdmitted && !file.locale().isEmpty())
+            m_locales << QLocale(file.locale()).name();
+    }
+    for (const Package &package : content.packages()) {
+        const QDir folder(package.path + '/' + Content::catalogues.defaultPath);
+        for (const QString &name : folder.entryList({"Vidtips_*.qm", "Vidtips_*.ts"}, QDir::Files))
+            m_locales << QLocale(localeOfCatalogue(name)).name();
+    }
+    m_locales.removeDuplicates();
+    m_locales.removeAll(m_sourceLocale);
+    m_locales.removeAll("C");
+    m_locales.sort();
+}
+
+void CatalogueCheck::checkFile(const Content &content, const ControlFile &file, const QString &locale,
+                               Findings &findings)
+{
+    const Position place = file.document.root()->position;
+    const QString name = catalogueName.arg(locale, "qm");
+    const QString catalogue = content.find(file, nullptr, Content::catalogues, name);
+    if (!catalogue.isEmpty()) {
+        checkTexts(file, catalogue, locale, findings);
+        return;
+    }
+    const QString source = content.find(file, nullptr, Content::catalogues, catalogueName.arg(locale, "ts"));
+    if (!source.isEmpty())
+        findings.add("VT702", file.path, place,
+                     QString("%1 is not built from %2").arg(name, Places::shown(source)));
+    else
+        findings.add("VT701", file.path, place,
+                     QString("the texts of this file are not translated: there is no %1").arg(name));
+}
+
+const QTranslator *CatalogueCheck::translator(const QString &path, Findings &findings)
+{
+    const auto known = m_translators.find(path);
+    if (known != m_translators.end())
+        return known->second.get();
+    auto loaded = std::make_unique<QTranslator>();
+    if (!loaded->load(path)) {
+        findings.add("VT703", path, {}, "the catalogue does not load");
+        loaded.reset();
+    }
+    return (m_translators[path] = std::move(loaded)).get();
+}
+
+void CatalogueCheck::checkTexts(const ControlFile &file, const QString &catalogue, const QString &locale,
+                                Findings &findings)
+{
+    const QTranslator *const texts = translator(catalogue, findings);
+    if (!texts)
+        return;
+    for (const TranslatableText &text : TextSource::textsOf(file)) {
+        if (texts->translate(text.context.toUtf8().constData(), text.source.toUtf8().constData()).isEmpty())
+            findings.add("VT704", text.file, text.position,
+                         QString("\"%1\" is not translated in %2").arg(text.source, locale));
+    }
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "TextSource.h"
+#include "TsFile.h"
+
+#include <QtCore/QStringList>
+
+class Content;
+struct Package;
+
+/** The translations of one package into one locale: what they are made of, and the files they are written to.
+ */
+struct CatalogueJob
+{
+    QString package; ///< Name.
+    QString locale;
+    QString translations; ///< Path of the .ts file.
+    QString catalogue; ///< Path of the .qm file, where the library looks for it.
+    QStringList shared; ///< The .ts files of the packages that this one searches, whose texts its catalogue
+                        ///< needs too.
+    QByteArray xml; ///< The new content of the .ts file.
+    TsFile::Changes changes;
+};
+
+/** Plans and does the work of the command "strings". */
+class CatalogueJobs
+{
+public:
+    /** Texts are written in @p sourceLocale. */
+    explicit CatalogueJobs(const QString &sourceLocale)
+        : m_sourceLocale(sourceLocale)
+    {
+    }
+
+    /**
+     * Makes a job for each package that has texts, and each of @p locales; with none of these, for the
+     * locales that the package has translations for. Writes nothing. Returns what is wrong, or nothing.
+     */
+    QString plan(const Content &content, const QStringList &locales);
+
+    /** Writes the translations that changed; returns what is wrong, or nothing. */
+    QString write() const;
+
+    /** Builds the catalogues with Qt's lrelease; returns what is wrong, or nothing. */
+    QString release() const;
+
+    const QVector<CatalogueJob> &jobs() const { return m_jobs; }
+
+private:
+    QString planPackage(const Content &content, const Package &package, const QStringList &locales);
+    QString planJob(const QVector<TranslatableText> &texts, const QString &folder, CatalogueJob job);
+    QString releaseJob(const QString &lrelease, const CatalogueJob &job) const;
+
+    QString m_sourceLocale;
+    QVector<CatalogueJob> m_jobs;
+};

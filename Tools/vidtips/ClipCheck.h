@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtCore/QStringList>
+
+#include <functional>
+
+class Findings;
+
+/** Opens every clip and says which are damaged, too long or too large. */
+class ClipCheck
+{
+public:
+    /** A clip may take @p budget bytes of memory and last @p longest seconds. */
+    ClipCheck(qint64 budget, double longest)
+        : m_budget(budget)
+        , m_longest(longest)
+    {
+    }
+
+    void run(const QStringList &clips, Findings &findings, const std::function<void(int, int)> &progress);
+
+private:
+    void check(const QString &path, Findings &findings) const;
+
+    qint64 m_budget;
+    double m_longest;
+};

@@ -1,0 +1,127 @@
+#include "CommandTable.h"
+
+#include "CheckCommand.h"
+#include "Command.h"
+#include "Console.h"
+#include "ExplainCommand.h"
+#include "KeysCommand.h"
+#include "NewCommand.h"
+#include "PreviewCommand.h"
+#include "StringsCommand.h"
+
+#include <QtCore/QVector>
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+constexpr int readableWidth = 100;
+
+int editDistance(const QString &from, const QString &to)
+{
+    QVector<int> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < from.size(); ++i) {
+        int diagonal = row[0]++;
+        for (int j = 0; j < to.size(); ++j) {
+            const int substituted = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({substituted, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.last();
+}
+
+QString heading(const Console &console, const QString &text)
+{
+    return console.in(Console::Bold, text) + '\n';
+}
+
+int textWidth(const Console &console)
+{
+    return std::min(console.width(), readableWidth);
+}
+
+QString optionLine(const QCommandLineOption &option)
+{
+    QStringList names;
+    for (const QString &name : option.names())
+        names << (name.size() == 1 ? "-" : "--") + name;
+    return names.join(", ") + (option.valueName().isEmpty() ? QString() : ' ' + option.valueName());
+}
+
+QString exitCodes(const Console &console)
+{
+    return heading(console, "EXIT STATUS")
+        + "    0  fine\n    1  there are findings\n    2  wrong use or input that cannot be read\n";
+}
+
+} // namespace
+
+CommandTable::CommandTable()
+{
+    m_commands.push_back(std::make_unique<CheckCommand>());
+    m_commands.push_back(std::make_unique<ExplainCommand>());
+    m_commands.push_back(std::make_unique<KeysCommand>());
+    m_commands.push_back(std::make_unique<PreviewCommand>());
+    m_commands.push_back(std::make_unique<StringsCommand>());
+    m_commands.push_back(std::make_unique<NewCommand>());
+}
+
+CommandTable::~CommandTable() = default;
+
+Command *CommandTable::find(const QString &name) const
+{
+    for (const auto &command : m_commands) {
+        if (command->name() == name)
+            return command.get();
+    }
+    return nullptr;
+}
+
+QString CommandTable::nearest(const QString &name) const
+{
+    QString best;
+    int least = 3;
+    for (const auto &command : m_commands) {
+        const int distance = editDistance(name, command->name());
+        if (distance < least) {
+            least = distance;
+            best = command->name();
+        }
+    }
+    return best;
+}
+
+QString CommandTable::overview(const Console &console) const
+{
+    QString text = heading(console, "NAME") + "    vidtips - make and check the content of rich tooltips\n\n"
+        + heading(console, "SYNOPSIS") + "    vidtips COMMAND [OPTION...] [ARGUMENT...]\n\n"
+        + heading(console, "COMMANDS");
+    for (const auto &command : m_commands)
+        text += QString("    %1  %2\n").arg(command->name(), -8).arg(command->summary());
+    text += "\n    \"vidtips COMMAND --help\" says more about each.\n\n" + heading(console, "OPTIONS")
+        + "    -h, --help     this text, or that of a command\n    -v, --version  the version\n\n";
+    return text + exitCodes(console);
+}
+
+QString CommandTable::manual(const Command &command, const Console &console)
+{
+    const int width = textWidth(console);
+    QString text = heading(console, "NAME") + "    vidtips " + command.name() + " - " + command.summary()
+        + "\n\n" + heading(console, "SYNOPSIS") + "    vidtips " + command.name() + " [OPTION...] "
+        + command.arguments() + "\n\n" + heading(console, "DESCRIPTION");
+    for (const QString &paragraph : command.description())
+        text += Console::wrapped(paragraph, 4, width) + "\n\n";
+    text += heading(console, "OPTIONS");
+    QList<QCommandLineOption> options = command.options();
+    options << QCommandLineOption({"h", "help"}, "Show this text.");
+    for (const QCommandLineOption &option : options)
+        text += "    " + optionLine(option) + '\n' + Console::wrapped(option.description(), 8, width) + '\n';
+    text += '\n' + exitCodes(console) + '\n' + heading(console, "EXAMPLES");
+    for (const Command::Example &example : command.examples())
+        text += Console::wrapped(example.second, 4, width) + "\n        "
+            + console.in(Console::Cyan, "vidtips " + command.name() + ' ' + example.first) + '\n';
+    return text;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class Content;
+class Findings;
+struct ControlFile;
+struct XmlAttribute;
+struct XmlNode;
+
+/**
+ * Checks the files that entries name: packages to search, user interfaces, pictures, clips; and gathers every
+ * picture, clip and QML file there is, for the checks that open them.
+ */
+class FileCheck
+{
+public:
+    void run(const Content &content, Findings &findings);
+
+    QStringList clips() const { return sorted(m_clips); }
+    QStringList qmlFiles() const { return sorted(m_qmlFiles); }
+
+private:
+    void checkSearch(const Content &content, const ControlFile &file, Findings &findings);
+    void checkUserInterfaces(const Content &content, const ControlFile &file, Findings &findings);
+    void checkFolders(const ControlFile &file, const XmlNode &node, Findings &findings);
+    void checkNode(const Content &content, const ControlFile &file, const XmlNode &entry, const XmlNode &node,
+                   Findings &findings);
+    void checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
+                    const XmlAttribute &attribute, Findings &findings);
+    void gather(const QString &path);
+    void checkPictures(Findings &findings) const;
+    static QStringList sorted(QStringList list);
+
+    QStringList m_clips;
+    QStringList m_pictures;
+    QStringList m_qmlFiles;
+};

@@ -1,0 +1,20 @@
+#include "Finding.h"
+
+#include <algorithm>
+#include <tuple>
+
+QVector<Finding> Findings::sorted() const
+{
+    QVector<Finding> list = m_list;
+    std::stable_sort(list.begin(), list.end(), [](const Finding &a, const Finding &b) {
+        return std::tie(a.file, a.position, a.code) < std::tie(b.file, b.position, b.code);
+    });
+    return list;
+}
+
+bool Findings::contains(const QString &file, const QVector<QString> &codes) const
+{
+    return std::any_of(m_list.cbegin(), m_list.cend(), [&](const Finding &finding) {
+        return finding.file == file && codes.contains(finding.code);
+    });
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "PreviewKeys.h"
+#include "PreviewSettings.h"
+#include "ProblemOverlay.h"
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class Content;
+class PackageWatcher;
+class PreviewStage;
+
+QT_BEGIN_NAMESPACE
+class QCheckBox;
+class QLabel;
+class QListWidget;
+QT_END_NAMESPACE
+
+/** The window of the preview: the list of keys, what can be switched, and beside it the tip itself. */
+class PreviewWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** Shows the tip of @p key, or the first one, with @p settings. */
+    PreviewWindow(const PreviewSettings &settings, const QString &key);
+    ~PreviewWindow() override;
+
+    /** The key whose tip is shown; empty where there is none. */
+    QString currentKey() const;
+
+    /** What is wrong with the tip that is shown. */
+    QStringList problems() const { return m_problems; }
+
+    PreviewStage *stage() const { return m_stage.get(); }
+
+public Q_SLOTS:
+    /** Reads everything anew and shows the same tip again. */
+    void reload();
+
+Q_SIGNALS:
+    void reloaded();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void build();
+    void fillList();
+    void showTip();
+    void step(int rows);
+    void lookForProblems();
+    QPoint tipPosition() const;
+
+    PreviewSettings m_settings;
+    QString m_key;
+    QStringList m_problems;
+    QListWidget *m_list;
+    QCheckBox *m_simple;
+    QCheckBox *m_dark;
+    QLabel *m_status;
+    PackageWatcher *m_watcher;
+    ProblemOverlay m_overlay;
+    QTimer m_look;
+    QTimer m_settle;
+    std::unique_ptr<Content> m_content;
+    std::unique_ptr<PreviewStage> m_stage;
+};

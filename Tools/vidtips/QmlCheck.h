@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <functional>
+
+class Findings;
+
+/** Compiles every QML file, without showing it, with the types that the library registers. */
+class QmlCheck
+{
+public:
+    void run(const QStringList &files, Findings &findings, const std::function<void(int, int)> &progress);
+
+private:
+    bool importsQtQuick2(const QString &path, Findings &findings) const;
+};
