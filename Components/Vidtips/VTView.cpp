@@ -200,6 +200,8 @@ void VTView::exposeContent(const QString &dataLocation)
 {
     nameContent(d->content);
     rootContext()->setContextProperty(QStringLiteral("dataLocation"), dataLocation);
+    // Naming an object connects its end to the context, once more each time; this one lives for all tips.
+    disconnect(this, &QObject::destroyed, rootContext(), nullptr);
     rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
 }
 

@@ -26,6 +26,7 @@ public:
 class OpenView : public VTView
 {
 public:
+    using VTView::receivers;
     using VTView::resizeEvent;
     using VTView::VTView;
 };
@@ -49,6 +50,7 @@ private slots:
     void contentThatDiesIsForgotten();
     void destructorDeletesTheContentWithItsContainer();
     void exposedContentFollowsReleases();
+    void exposingAgainConnectsNothingMore();
     void releaseKeepsATreeInUse();
 
     void documentationAvailable_data();
@@ -260,6 +262,16 @@ void tst_VTView::exposedContentFollowsReleases()
     view->releaseContent(next);
     QVERIFY(!view->rootContext()->contextProperty("vidtip").value<QObject *>());
     view->releaseContent(nullptr);
+}
+
+void tst_VTView::exposingAgainConnectsNothingMore()
+{
+    setContent();
+    view->exposeContent("folder");
+    const int receivers = view->receivers(SIGNAL(destroyed(QObject *)));
+    for (int i = 0; i < 10; ++i)
+        view->exposeContent("folder");
+    QCOMPARE(view->receivers(SIGNAL(destroyed(QObject *))), receivers);
 }
 
 void tst_VTView::releaseKeepsATreeInUse()
