@@ -18,6 +18,8 @@ private slots:
     void loopIsReported();
     void forgetsDestroyedTarget();
     void fillsWidget();
+    void linesCompare_data();
+    void linesCompare();
 };
 
 void tst_QDeclarativeAnchors::layout_data()
@@ -153,6 +155,29 @@ void tst_QDeclarativeAnchors::fillsWidget()
     QCOMPARE(scene.geometry("item"), QRectF(10, 5, 70, 40));
     widget.setGeometry(20, 15, 30, 30);
     QCOMPARE(scene.geometry("item"), QRectF(20, 15, 30, 30));
+}
+
+void tst_QDeclarativeAnchors::linesCompare_data()
+{
+    QTest::addColumn<QByteArray>("expression");
+    QTest::addColumn<bool>("result");
+    QTest::newRow("what was set") << QByteArray("item.anchors.left == target.right") << true;
+    QTest::newRow("another side") << QByteArray("item.anchors.left == target.left") << false;
+    QTest::newRow("of another item") << QByteArray("item.anchors.left == item.right") << false;
+    QTest::newRow("read twice") << QByteArray("target.baseline == target.baseline") << true;
+    QTest::newRow("not set") << QByteArray("item.anchors.right == item.anchors.top") << true;
+    QTest::newRow("set and not set") << QByteArray("item.anchors.left != item.anchors.right") << true;
+}
+
+void tst_QDeclarativeAnchors::linesCompare()
+{
+    QFETCH(QByteArray, expression);
+    QFETCH(bool, result);
+    ItemScene scene("Item { property bool result: " + expression
+                    + "; width: 100; height: 60\n"
+                      "Item { id: target; width: 20; height: 10 }\n"
+                      "Item { id: item; anchors.left: target.right } }");
+    QCOMPARE(scene.root()->property("result").toBool(), result);
 }
 
 QTEST_MAIN(tst_QDeclarativeAnchors)
