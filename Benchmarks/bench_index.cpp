@@ -1,5 +1,6 @@
 // Loading and looking up 1,000 control files, against the bare file and XML work that this takes.
 
+#include "ControlFiles.h"
 #include "Measure.h"
 
 #include <Vidtips/VTContext.h>
@@ -14,36 +15,6 @@
 QT_WARNING_DISABLE_DEPRECATED
 
 namespace {
-
-constexpr int fileCount = 1000;
-constexpr int tipsPerFile = 10;
-
-QByteArray controlFile(int number)
-{
-    QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<vidtips locale=\"en_US\">\n";
-    for (int i = 0; i < tipsPerFile; ++i) {
-        const QByteArray key = "command." + QByteArray::number(number) + '.' + QByteArray::number(i);
-        xml += "  <vidtip key=\"" + key
-            + "\" title=\"Command\" shortcut=\"Ctrl+K\">\n"
-              "    <summary>Does what the command does, in one or two lines of text.</summary>\n"
-              "    <steps><step>Pick the first point.</step><step>Pick the second point.</step></steps>\n"
-              "    <video source=\"clip.mp4\"/>\n  </vidtip>\n";
-    }
-    return xml + "</vidtips>\n";
-}
-
-QStringList writePackage(const QString &package)
-{
-    QDir().mkpath(package + QStringLiteral("/Control"));
-    QStringList paths;
-    for (int i = 0; i < fileCount; ++i) {
-        QFile file(QStringLiteral("%1/Control/tips%2.xml").arg(package).arg(i));
-        if (!file.open(QIODevice::WriteOnly) || file.write(controlFile(i)) < 0)
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        paths << file.fileName();
-    }
-    return paths;
-}
 
 void readHeads(const QStringList &paths)
 {
@@ -74,7 +45,7 @@ int main()
 {
     const QTemporaryDir folder;
     const QString package = QDir(folder.path()).canonicalPath() + QStringLiteral("/Bench.vidtips");
-    const QStringList paths = writePackage(package);
+    const QStringList paths = ControlFiles::writePackage(package);
     VTContext settings;
 
     compare(
@@ -89,7 +60,8 @@ int main()
     Vidtips::VTIndex index(&settings, {});
     for (const QString &path : paths)
         index.indexControlFile(path, package);
-    const QString key = QStringLiteral("command.%1.%2").arg(fileCount - 1).arg(tipsPerFile - 1);
+    const QString key =
+        QStringLiteral("command.%1.%2").arg(ControlFiles::fileCount - 1).arg(ControlFiles::tipsPerFile - 1);
     compare(
         "retrieving the last file's key", 7, 1.2,
         [&] {
