@@ -1,0 +1,12 @@
+# vidtips_install_manual(page component [EXCLUDE_FROM_ALL]): installs a manual page, compressed as Debian wants it.
+find_program(GZIP gzip)
+function(vidtips_install_manual page component)
+    if(NOT GZIP)
+        return()
+    endif()
+    get_filename_component(name ${page} NAME)
+    set(packed ${CMAKE_CURRENT_BINARY_DIR}/${name}.gz)
+    add_custom_command(OUTPUT ${packed} COMMAND ${GZIP} -9nc ${page} > ${packed} DEPENDS ${page} VERBATIM)
+    add_custom_target(${name}_manual ALL DEPENDS ${packed})
+    install(FILES ${packed} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component} ${ARGN})
+endfunction()
