@@ -6,6 +6,8 @@
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
 
+#include <unistd.h>
+
 /** One run of the command-line tool: what it wrote and how it ended. */
 class ToolRun
 {
@@ -13,21 +15,25 @@ public:
     /** Runs the tool with @p arguments in the folder @p folder, in an environment without a display. */
     explicit ToolRun(const QStringList &arguments, const QString &folder = QString(),
                      const QStringList &extraEnvironment = {})
+        : ToolRun(VIDTIPS_TOOL, arguments, folder, extraEnvironment)
     {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-            environment.remove(display);
-        for (const QString &setting : extraEnvironment)
-            environment.insert(setting.section('=', 0, 0), setting.section('=', 1));
-        process.setProcessEnvironment(environment);
-        if (!folder.isEmpty())
-            process.setWorkingDirectory(folder);
-        process.start(VIDTIPS_TOOL, arguments);
-        isFinished = process.waitForFinished(100000) && process.exitStatus() == QProcess::NormalExit;
-        exitCode = process.exitCode();
-        output = QString::fromUtf8(process.readAllStandardOutput());
-        errors = QString::fromUtf8(process.readAllStandardError());
+    }
+
+    /** Runs the tool as somebody for whom files can be unreadable, which for root nothing is. */
+    static ToolRun unprivileged(const QStringList &arguments, const QString &folder)
+    {
+        if (geteuid() != 0)
+            return ToolRun(arguments, folder);
+        const QStringList nobody{"--reuid=65534", "--regid=65534", "--clear-groups", VIDTIPS_TOOL};
+        return ToolRun("setpriv", nobody + arguments, folder);
+    }
+
+    /** Runs the tool on a terminal, which shows what it writes to both streams. */
+    static ToolRun onTerminal(const QStringList &arguments, const QString &folder,
+                              const QStringList &extraEnvironment = {})
+    {
+        const QString command = QString("stty cols 80; exec '%1' %2").arg(VIDTIPS_TOOL, arguments.join(' '));
+        return ToolRun("script", {"-qec", command, "/dev/null"}, folder, extraEnvironment);
     }
 
     QJsonDocument json() const { return QJsonDocument::fromJson(output.toUtf8()); }
@@ -47,4 +53,24 @@ public:
     int exitCode = -1;
     QString output;
     QString errors;
+
+private:
+    ToolRun(const QString &program, const QStringList &arguments, const QString &folder,
+            const QStringList &extraEnvironment = {})
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(display);
+        for (const QString &setting : extraEnvironment)
+            environment.insert(setting.section('=', 0, 0), setting.section('=', 1));
+        process.setProcessEnvironment(environment);
+        if (!folder.isEmpty())
+            process.setWorkingDirectory(folder);
+        process.start(program, arguments);
+        isFinished = process.waitForFinished(100000) && process.exitStatus() == QProcess::NormalExit;
+        exitCode = process.exitCode();
+        output = QString::fromUtf8(process.readAllStandardOutput());
+        errors = QString::fromUtf8(process.readAllStandardError());
+    }
 };

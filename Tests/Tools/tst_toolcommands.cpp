@@ -74,6 +74,9 @@ private Q_SLOTS:
     void fallsSilentWithoutAReader();
     void listsKeys();
     void listsKeysAsJson();
+    void alignsKeysOnATerminal();
+    void refusesWhatIsUnreadable_data();
+    void refusesWhatIsUnreadable();
     void explainsEveryCode();
     void newPackagesAreClean_data();
     void newPackagesAreClean();
@@ -83,12 +86,16 @@ private Q_SLOTS:
     void keepsTranslations();
     void writesNothingTwice();
     void refusesDamagedTranslations();
+    void keepsTranslationsOfDamagedSources_data();
+    void keepsTranslationsOfDamagedSources();
     void buildsCatalogues();
     void takesPictures_data();
     void takesPictures();
     void takesPicturesOfProblems();
     void takesPicturesOfAll();
+    void showsProgressOnATerminal();
     void validatesAgainstItsSchemas();
+    void describesItselfInAManualPage();
 };
 
 void TestToolCommands::helpsWithEveryCommand_data()
@@ -145,6 +152,7 @@ void TestToolCommands::refusesBadUse_data()
         "\"../A\" cannot be a package's name: use letters, digits, \"-\", \"_\" and \".\"");
     row("name with its suffix", {"new", "A.vidtips"}, "leave out \".vidtips\": the package's name is \"A\"");
     row("new in a missing folder", {"new", "--directory", "missing", "A"}, "no such folder: missing");
+    row("new in a file", {"new", "--directory", "file.txt", "A"}, "not a folder: file.txt");
     row("new that is there", {"new", "Tools"}, "there is a package already: ./Tools.vidtips");
     row("new for no locale", {"new", "--locale", "german", "A"}, "Qt knows no locale \"german\"");
     row("new sharing nothing", {"new", "--search", "a b", "A"},
@@ -250,6 +258,46 @@ void TestToolCommands::listsKeysAsJson()
                           {"file", packages.filePath("Tools.vidtips/Control/T.xml")},
                           {"line", 4},
                           {"column", 1}}));
+}
+
+void TestToolCommands::alignsKeysOnATerminal()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    const ToolRun run = ToolRun::onTerminal({"keys", "."}, packages.path(), {"NO_COLOR=1"});
+    QCOMPARE(run.output,
+             QString("KEY  LOCALE  TITLE      PACKAGE  FILE\r\n"
+                     "a    en_US   One        Tools    Tools.vidtips/Control/T.xml:4\r\n"
+                     "b    en_US   Two words  Tools    Tools.vidtips/Control/T.xml:2\r\n"));
+    const ToolRun coloured = ToolRun::onTerminal({"keys", "."}, packages.path());
+    QVERIFY(coloured.output.contains("\033[1mKEY"));
+}
+
+void TestToolCommands::refusesWhatIsUnreadable_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("place");
+    QTest::newRow("keys of a file") << QStringList{"keys"} << "Tools.vidtips/Control/T.xml";
+    QTest::newRow("keys of a package") << QStringList{"keys", "--json"} << "Tools.vidtips";
+    QTest::newRow("texts of a file") << QStringList{"strings"} << "Tools.vidtips/Control/T.xml";
+    QTest::newRow("texts of a folder") << QStringList{"strings", "--json"} << "Tools.vidtips/Control";
+}
+
+void TestToolCommands::refusesWhatIsUnreadable()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, place);
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    const QString unreadable = packages.filePath(place);
+    const QFile::Permissions before = QFile::permissions(unreadable);
+    QVERIFY(QFile::setPermissions(packages.path(), QFile::Permissions(0x7755)));
+    QVERIFY(QFile::setPermissions(unreadable, {}));
+    const ToolRun run = ToolRun::unprivileged(arguments + QStringList{"."}, packages.path());
+    QVERIFY(QFile::setPermissions(unreadable, before));
+    QCOMPARE(run.errors, "vidtips: cannot read " + place + '\n');
+    QCOMPARE(run.output, QString());
+    QCOMPARE(run.exitCode, 2);
 }
 
 void TestToolCommands::explainsEveryCode()
@@ -421,6 +469,39 @@ void TestToolCommands::refusesDamagedTranslations()
              QString("vidtips: the file holds no translations: %1\n").arg(ts));
 }
 
+void TestToolCommands::keepsTranslationsOfDamagedSources_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("control file") << "Tools.vidtips/Control/T.xml"
+                                  << QByteArray(translated).replace("</summary>", "")
+                                  << "Tools.vidtips/Control/T.xml:4:43: ";
+    QTest::newRow("user interface") << "Tools.vidtips/ui/VidtipsUI.qml"
+                                    << QByteArray(userInterface).replace("}", "")
+                                    << "Tools.vidtips/ui/VidtipsUI.qml:7:1: ";
+}
+
+// A text that could not be read is not gone.
+void TestToolCommands::keepsTranslationsOfDamagedSources()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", translated);
+    packages.write("Tools.vidtips/ui/VidtipsUI.qml", userInterface);
+    QCOMPARE(ToolRun({"strings", "--locale", "de_DE", "."}, packages.path()).exitCode, 0);
+    const QByteArray before = contentOf(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts"));
+    packages.write(file, content);
+    const ToolRun run({"strings", "."}, packages.path());
+    QVERIFY2(run.errors.startsWith("vidtips: ") && run.errors.contains(error), qPrintable(run.errors));
+    QCOMPARE(run.errors.count('\n'), 1);
+    QCOMPARE(run.output, QString());
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(contentOf(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts")), before);
+}
+
 void TestToolCommands::buildsCatalogues()
 {
     const TestPackages packages;
@@ -518,6 +599,18 @@ void TestToolCommands::takesPicturesOfAll()
     QVERIFY(page.contains("<img src=\"001-a_b.png\" width=\"51\" height=\"21\""));
 }
 
+void TestToolCommands::showsProgressOnATerminal()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    packages.write("Tools.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 50; height: 20 }");
+    // Work of less than half a second needs no telling.
+    const QStringList slow{"preview", "--delay", "600", "--screenshot", "sheet", "--all", "."};
+    const ToolRun run = ToolRun::onTerminal(slow, packages.path());
+    QCOMPARE(run.output, QString("\r\033[K1 of 2 tips\r\033[Ksheet/index.html\r\n"));
+    QCOMPARE(ToolRun(slow, packages.path()).errors, QString());
+}
+
 // What is installed for editors is what the tool uses.
 void TestToolCommands::validatesAgainstItsSchemas()
 {
@@ -529,6 +622,22 @@ void TestToolCommands::validatesAgainstItsSchemas()
             reader.readNext();
         QVERIFY2(!reader.hasError(), name);
     }
+}
+
+void TestToolCommands::describesItselfInAManualPage()
+{
+    const QString page = QString::fromUtf8(contentOf(MANUAL_PAGE)).replace("\\-", "-");
+    for (const char *command : {"check", "explain", "keys", "preview", "strings", "new"}) {
+        QVERIFY2(page.contains(QString("\n.SH %1\n").arg(QString(command).toUpper())), command);
+        static const QRegularExpression option("^    (--[a-z-]+)", QRegularExpression::MultilineOption);
+        auto options = option.globalMatch(ToolRun({command, "--help"}).output);
+        while (options.hasNext()) {
+            const QString name = options.next().captured(1);
+            QVERIFY2(page.contains("\\fB" + name + "\\fR"), qPrintable(name));
+        }
+    }
+    static const QRegularExpression request("\n['.](?!TH|SH|TP|PP|RS|RE|EX|EE|B)");
+    QVERIFY(!page.contains(request));
 }
 
 QTEST_GUILESS_MAIN(TestToolCommands)

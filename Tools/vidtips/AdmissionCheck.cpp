@@ -51,14 +51,23 @@ void AdmissionCheck::run(const Content &content, Findings &findings)
         findings.add("VT209", folder, {}, "no package was found here");
     for (const QString &link : content.links())
         findings.add("VT207", link, {}, "the symbolic link is skipped");
+    checkFolders(content, findings);
     for (const ControlFile &file : content.controlFiles())
         checkFile(file, findings);
     for (const Package &package : content.packages()) {
         checkStrayFiles(package, findings);
         checkSuffixes(package, findings);
-        if (!content.knows(package.name))
+        if (!content.knows(package.name) && content.unreadable().filter(package.path + '/').isEmpty())
             findings.add("VT208", package.path, {},
                          QString("no control file of the package \"%1\" is admitted").arg(package.name));
+    }
+}
+
+void AdmissionCheck::checkFolders(const Content &content, Findings &findings)
+{
+    for (const QString &path : content.unreadable()) {
+        if (QFileInfo(path).isDir())
+            findings.add("VT100", path, {}, "the folder cannot be read");
     }
 }
 

@@ -14,6 +14,7 @@ public:
     void run(const Content &content, Findings &findings);
 
 private:
+    void checkFolders(const Content &content, Findings &findings);
     void checkFile(const ControlFile &file, Findings &findings);
     void checkRefused(const ControlFile &file, Findings &findings);
     void checkStrayFiles(const Package &package, Findings &findings);

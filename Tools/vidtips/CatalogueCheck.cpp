@@ -2,7 +2,6 @@
 
 #include "Content.h"
 #include "Finding.h"
-#include "Places.h"
 #include "TextSource.h"
 
 #include <QtCore/QDir>
@@ -68,11 +67,20 @@ void CatalogueCheck::checkFile(const Content &content, const ControlFile &file, 
     }
     const QString source = content.find(file, nullptr, Content::catalogues, catalogueName.arg(locale, "ts"));
     if (!source.isEmpty())
-        findings.add("VT702", file.path, place,
-                     QString("%1 is not built from %2").arg(name, Places::shown(source)));
+        reportUnbuilt(source, findings);
     else
         findings.add("VT701", file.path, place,
                      QString("the texts of this file are not translated: there is no %1").arg(name));
+}
+
+// Every file with texts misses the same catalogue, which needs telling once.
+void CatalogueCheck::reportUnbuilt(const QString &source, Findings &findings)
+{
+    if (m_unbuilt.contains(source))
+        return;
+    m_unbuilt << source;
+    findings.add("VT702", source, {},
+                 QString("%1.qm is not built from this file").arg(QFileInfo(source).completeBaseName()));
 }
 
 const QTranslator *CatalogueCheck::translator(const QString &path, Findings &findings)

@@ -30,9 +30,11 @@ private:
                    Findings &findings);
     void checkTexts(const ControlFile &file, const QString &catalogue, const QString &locale,
                     Findings &findings);
+    void reportUnbuilt(const QString &source, Findings &findings);
     const QTranslator *translator(const QString &path, Findings &findings);
 
     QString m_sourceLocale;
     QStringList m_locales;
+    QStringList m_unbuilt;
     std::map<QString, std::unique_ptr<QTranslator>> m_translators;
 };

@@ -1,6 +1,7 @@
 #include "CatalogueJob.h"
 
 #include "Content.h"
+#include "Places.h"
 #include "QmlTextSource.h"
 #include "QtTool.h"
 
@@ -24,14 +25,19 @@ QStringList codeFiles(const Package &package)
     return files;
 }
 
-QVector<TranslatableText> textsOf(const Content &content, const Package &package)
+// Appends the package's texts; returns what keeps a file from being read whole. Without the texts of that
+// file their translations would count as vanished.
+QString readTexts(const Content &content, const Package &package, QVector<TranslatableText> &texts)
 {
-    QVector<TranslatableText> texts;
     for (const ControlFile &file : content.controlFiles()) {
-        if (file.package == package.path)
-            texts += TextSource::textsOf(file);
+        if (file.package != package.path || !file.isAdmitted)
+            continue;
+        if (!file.document.error().isEmpty())
+            return QString("%1: %2").arg(Places::shown(file.path, file.document.errorPosition()),
+                                         file.document.error());
+        texts += TextSource::textsOf(file);
     }
-    return texts + QmlTextSource::textsOf(codeFiles(package));
+    return QmlTextSource::read(codeFiles(package), texts);
 }
 
 // The folder in which the library looks, by the first control file that has a say in it.
@@ -86,7 +92,10 @@ QString CatalogueJobs::plan(const Content &content, const QStringList &locales)
 QString CatalogueJobs::planPackage(const Content &content, const Package &package, const QStringList &locales)
 {
     const QString folder = folderOf(content, package);
-    const QVector<TranslatableText> texts = textsOf(content, package);
+    QVector<TranslatableText> texts;
+    const QString unread = readTexts(content, package, texts);
+    if (!unread.isEmpty())
+        return unread;
     for (const QString &locale : locales.isEmpty() ? localesIn(folder) : locales) {
         CatalogueJob job;
         job.package = package.name;
@@ -124,7 +133,9 @@ QString CatalogueJobs::write() const
         QFile current(job.translations);
         if (current.open(QIODevice::ReadOnly) && current.readAll() == job.xml)
             continue;
-        QDir().mkpath(QFileInfo(job.translations).path());
+        const QString folder = QFileInfo(job.translations).path();
+        if (!QDir().mkpath(folder))
+            return QString("cannot make the folder: %1").arg(folder);
         QSaveFile file(job.translations);
         if (!file.open(QIODevice::WriteOnly) || file.write(job.xml) != job.xml.size() || !file.commit())
             return QString("cannot write %1: %2").arg(job.translations, file.errorString());

@@ -122,6 +122,7 @@ QString CommandTable::manual(const Command &command, const Console &console)
     text += '\n' + exitCodes(console) + '\n' + heading(console, "EXAMPLES");
     for (const Command::Example &example : command.examples())
         text += Console::wrapped(example.second, 4, width) + "\n        "
-            + console.in(Console::Cyan, "vidtips " + command.name() + ' ' + example.first) + '\n';
+            + console.in(Console::Cyan, QString("vidtips %1 %2").arg(command.name(), example.first).trimmed())
+            + '\n';
     return text;
 }

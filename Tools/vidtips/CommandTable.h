@@ -16,6 +16,8 @@ public:
     CommandTable();
     ~CommandTable();
 
+    const std::vector<std::unique_ptr<Command>> &commands() const { return m_commands; }
+
     /** Returns the command @p name, or null. */
     Command *find(const QString &name) const;
 

@@ -1,5 +1,7 @@
 #include "Content.h"
 
+#include "Places.h"
+
 #include <Vidtips/VTXmlElement.h>
 
 #include <QtCore/QDir>
@@ -68,10 +70,20 @@ QString Content::load(const QStringList &paths, const Progress &progress)
             progress(int(i), int(m_files.size()));
         ControlFile &file = m_files[i];
         file.document = XmlDocument::read(file.path);
+        if (!file.document.isReadable())
+            m_unreadable << file.path;
         file.isAdmitted = admits(file);
         m_index.indexControlFile(file.path, file.package);
     }
     return {};
+}
+
+QString Content::loadWhole(const QStringList &paths)
+{
+    const QString problem = load(paths);
+    if (!problem.isEmpty() || m_unreadable.isEmpty())
+        return problem;
+    return QString("cannot read %1").arg(Places::shown(m_unreadable.constFirst()));
 }
 
 QString Content::addFolder(const QString &path)
@@ -101,13 +113,15 @@ QString Content::addFolder(const QString &path)
 
 bool Content::addDataPath(const QString &path)
 {
-    const QDir::Filters filters = QDir::Dirs | QDir::Readable | QDir::NoDotAndDotDot;
+    const QDir::Filters filters = QDir::Dirs | QDir::NoDotAndDotDot;
     const auto packages = QDir(path).entryInfoList({"*." + packageSuffix}, filters, QDir::Name);
     if (!packages.isEmpty() && !m_dataPaths.contains(path))
         m_dataPaths << path;
     for (const QFileInfo &package : packages) {
         if (package.isSymLink())
             m_links << package.absoluteFilePath();
+        else if (!package.isReadable())
+            m_unreadable << package.absoluteFilePath();
         else
             addPackage(package.canonicalFilePath());
     }
@@ -126,8 +140,11 @@ void Content::addPackage(const QString &path)
 
 void Content::addControlFiles(const Package &package)
 {
+    const QFileInfo folder(package.path + '/' + controlFolder);
+    if (folder.isDir() && !folder.isReadable())
+        m_unreadable << folder.filePath();
     const QDir::Filters filters = QDir::Files | QDir::NoDotAndDotDot;
-    const auto files = QDir(package.path + '/' + controlFolder).entryInfoList({"*.xml"}, filters, QDir::Name);
+    const auto files = QDir(folder.filePath()).entryInfoList({"*.xml"}, filters, QDir::Name);
     for (const QFileInfo &info : files) {
         if (info.isSymLink()) {
             m_links << info.absoluteFilePath();

@@ -66,6 +66,9 @@ public:
      */
     QString load(const QStringList &paths, const Progress &progress = {});
 
+    /** Does the same, and counts what cannot be read in these folders as wrong. */
+    QString loadWhole(const QStringList &paths);
+
     const QVector<Package> &packages() const { return m_packages; }
     const std::vector<ControlFile> &controlFiles() const { return m_files; }
 
@@ -77,6 +80,9 @@ public:
 
     /** Package folders and control files that are symbolic links, which the library skips. */
     const QStringList &links() const { return m_links; }
+
+    /** Package folders, control folders and control files that cannot be read. */
+    const QStringList &unreadable() const { return m_unreadable; }
 
     /** Files in the argument folders and data paths, outside packages, whose document element is
      * "vidtipkeys". */
@@ -112,6 +118,7 @@ private:
     QStringList m_dataPaths;
     QStringList m_emptyFolders;
     QStringList m_links;
+    QStringList m_unreadable;
     QVector<Package> m_packages;
     std::vector<ControlFile> m_files;
 };

@@ -112,7 +112,7 @@ int KeysCommand::run(const QCommandLineParser &arguments, Console &console)
     if (arguments.positionalArguments().isEmpty())
         return console.fail("keys needs a folder; see \"vidtips keys --help\"");
     Content content;
-    const QString problem = content.load(arguments.positionalArguments());
+    const QString problem = content.loadWhole(arguments.positionalArguments());
     if (!problem.isEmpty())
         return console.fail(problem);
     const QVector<Row> rows = rowsOf(content);

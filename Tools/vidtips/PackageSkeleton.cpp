@@ -47,6 +47,8 @@ QString PackageSkeleton::problemWith(const QString &name)
 
 QString PackageSkeleton::write()
 {
+    if (QFileInfo(m_folder).isFile())
+        return QString("not a folder: %1").arg(m_folder);
     if (!QFileInfo(m_folder).isDir())
         return QString("no such folder: %1").arg(m_folder);
     if (QFileInfo::exists(path()))

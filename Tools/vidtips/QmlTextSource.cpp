@@ -79,8 +79,20 @@ Position positionOf(const QString &code, int offset)
     return {code.leftRef(offset).count('\n') + 1, offset - lineStart + 1};
 }
 
-// Returns whether lupdate did its work.
-bool askLupdate(const QStringList &files, QVector<TranslatableText> &texts)
+// lupdate calls it a success when it gives up on a file, whose texts would then seem to be gone.
+QString firstError(const QStringList &warnings)
+{
+    static const QRegularExpression error("^(.*:\\d+:\\d+): error: (.*)$");
+    for (const QString &line : warnings) {
+        const QRegularExpressionMatch match = error.match(line);
+        if (match.hasMatch())
+            return match.captured(1) + ": " + match.captured(2);
+    }
+    return {};
+}
+
+// Returns whether lupdate did its work; what it found wrong with a file goes to the problem.
+bool askLupdate(const QStringList &files, QVector<TranslatableText> &texts, QString &problem)
 {
     const QString lupdate = QtTool::find("lupdate");
     const QTemporaryDir folder;
@@ -91,7 +103,11 @@ bool askLupdate(const QStringList &files, QVector<TranslatableText> &texts)
     arguments += files;
     arguments << "-ts" << ts;
     TsFile found({}, {});
-    if (!QtTool::run(lupdate, arguments).isEmpty() || !found.read(ts).isEmpty())
+    QStringList warnings;
+    if (!QtTool::run(lupdate, arguments, &warnings).isEmpty())
+        return false;
+    problem = firstError(warnings);
+    if (!problem.isEmpty() || !found.read(ts).isEmpty())
         return false;
     for (const TsMessage &message : found.messages()) {
         for (const auto &location : message.locations) {
@@ -127,14 +143,17 @@ QVector<TranslatableText> QmlTextSource::scan(const QString &path, const QString
     return texts;
 }
 
-QVector<TranslatableText> QmlTextSource::textsOf(const QStringList &files)
+QString QmlTextSource::read(const QStringList &files, QVector<TranslatableText> &texts)
 {
-    QVector<TranslatableText> texts;
-    const bool isAsked = !files.isEmpty() && askLupdate(files, texts);
+    QString problem;
+    const bool isAsked = !files.isEmpty() && askLupdate(files, texts, problem);
+    if (!problem.isEmpty())
+        return problem;
     for (const QString &path : files) {
         QFile file(path);
-        if (file.open(QIODevice::ReadOnly))
-            texts += scan(path, QString::fromUtf8(file.readAll()), isAsked);
+        if (!file.open(QIODevice::ReadOnly))
+            return QString("cannot read %1: %2").arg(path, file.errorString());
+        texts += scan(path, QString::fromUtf8(file.readAll()), isAsked);
     }
-    return texts;
+    return {};
 }

@@ -13,8 +13,11 @@
  */
 namespace QmlTextSource {
 
-/** Returns the texts of the QML and script files @p files; Qt's lupdate helps where it is installed. */
-QVector<TranslatableText> textsOf(const QStringList &files);
+/**
+ * Appends the texts of the QML and script files @p files to @p texts; Qt's lupdate helps where it is
+ * installed. Returns what keeps a file from being read whole, with its place; nothing where nothing does.
+ */
+QString read(const QStringList &files, QVector<TranslatableText> &texts);
 
 /** Returns the texts of one file without lupdate's help. With @p onlyView, only those for the view. */
 QVector<TranslatableText> scan(const QString &path, const QString &code, bool onlyView);

@@ -15,14 +15,18 @@ QString QtTool::find(const QString &name)
     return own.isEmpty() ? QStandardPaths::findExecutable(name) : own;
 }
 
-QString QtTool::run(const QString &program, const QStringList &arguments)
+QString QtTool::run(const QString &program, const QStringList &arguments, QStringList *warnings)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
     const bool isDone = process.waitForFinished(longestRun);
-    if (isDone && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
+    const QString said = QString::fromLocal8Bit(process.readAll());
+    if (isDone && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0) {
+        if (warnings)
+            *warnings += said.split('\n', Qt::SkipEmptyParts);
         return {};
-    const QString said = QString::fromLocal8Bit(process.readAll()).simplified();
-    return said.isEmpty() ? QString("%1 failed: %2").arg(program, process.errorString()) : said;
+    }
+    const QString reason = said.simplified();
+    return reason.isEmpty() ? QString("%1 failed: %2").arg(program, process.errorString()) : reason;
 }

@@ -10,7 +10,10 @@ namespace QtTool {
  * nothing. */
 QString find(const QString &name);
 
-/** Runs @p program; returns what it said where it failed, and nothing where it worked. */
-QString run(const QString &program, const QStringList &arguments);
+/**
+ * Runs @p program; returns what it said where it failed, and nothing where it worked. What it said then is
+ * appended to @p warnings, line by line, where that is given.
+ */
+QString run(const QString &program, const QStringList &arguments, QStringList *warnings = nullptr);
 
 } // namespace QtTool

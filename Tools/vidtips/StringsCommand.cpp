@@ -117,7 +117,7 @@ int StringsCommand::run(const QCommandLineParser &arguments, Console &console)
         problem = readLocales({arguments.value("source-locale")}, sourceLocale);
     Content content;
     if (problem.isEmpty())
-        problem = content.load(arguments.positionalArguments());
+        problem = content.loadWhole(arguments.positionalArguments());
     CatalogueJobs jobs(sourceLocale.value(0));
     if (problem.isEmpty())
         problem = jobs.plan(content, locales);
