@@ -17,6 +17,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QToolTip>
 
 using namespace Vidtips;
 
@@ -72,10 +73,12 @@ private Q_SLOTS:
     void readsChangedControlFiles();
     void readsReplacedUserInterfaces();
     void readsChangedPictures();
+    void readsChangedClips();
     void readsNewCatalogues();
     void followsNewAndVanishedPackages();
     void showsProblemsOverTheTip();
     void switchesSimpleAndDark();
+    void keepsTheTipBesideTheWindow();
 
 private:
     QObject *root() const;
@@ -182,6 +185,20 @@ void TestPreviewWindow::readsChangedPictures()
     QTRY_COMPARE(colour(), QColor(Qt::blue));
 }
 
+void TestPreviewWindow::readsChangedClips()
+{
+    const QByteArray player = "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\n"
+                              "Item { width: 90; height: 40\n"
+                              "    property real clipWidth: clip.contentWidth\n"
+                              "    VTVideoComponent { id: clip; source: \"clip.mp4\" } }\n";
+    m_packages->write("Tools.vidtips/Resources/clip.mp4", TestClips::read(TestClips::oddSize()));
+    m_packages->write(interfaceFile, player);
+    const auto width = [this] { return root() ? root()->property("clipWidth").toInt() : 0; };
+    QTRY_COMPARE(width(), 161);
+    m_packages->write("Tools.vidtips/Resources/clip.mp4", TestClips::read(TestClips::h264()));
+    QTRY_COMPARE(width(), 160);
+}
+
 void TestPreviewWindow::readsNewCatalogues()
 {
     QCOMPARE(root()->property("word").toString(), QString("First"));
@@ -232,7 +249,20 @@ void TestPreviewWindow::switchesSimpleAndDark()
     QVERIFY(root()->property("back").value<QColor>().lightness() > 128);
     switches.at(1)->setChecked(true);
     QTRY_VERIFY(root() && root()->property("back").value<QColor>().lightness() < 128);
+    // What simple tips write in black on.
+    QVERIFY(QToolTip::palette().color(QPalette::ToolTipBase).lightness() > 128);
     QCOMPARE(title(), QString("First"));
+}
+
+void TestPreviewWindow::keepsTheTipBesideTheWindow()
+{
+    m_window->move(120, 70);
+    const auto isBeside = [this] {
+        const QPoint tip = m_window->stage()->window()->pos();
+        return tip.x() > m_window->frameGeometry().right() && tip.y() == m_window->geometry().top();
+    };
+    QTRY_VERIFY(isBeside());
+    QVERIFY(m_window->stage()->window()->x() < m_window->frameGeometry().right() + 40);
 }
 
 QTEST_MAIN(TestPreviewWindow)

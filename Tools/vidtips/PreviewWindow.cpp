@@ -44,7 +44,7 @@ PreviewWindow::PreviewWindow(const PreviewSettings &settings, const QString &key
     connect(&m_look, &QTimer::timeout, this, &PreviewWindow::lookForProblems);
     m_settle.setSingleShot(true);
     m_settle.setInterval(settleTime);
-    connect(&m_settle, &QTimer::timeout, this, &PreviewWindow::showTip);
+    connect(&m_settle, &QTimer::timeout, this, &PreviewWindow::placeTip);
     qApp->installEventFilter(this);
     reload();
     m_look.start();
@@ -124,6 +124,14 @@ void PreviewWindow::showTip()
         return;
     m_key = currentKey();
     m_stage->show(m_key, tipPosition());
+    lookForProblems();
+}
+
+// A tip that is shown already stays where it is when it is asked for again.
+void PreviewWindow::placeTip()
+{
+    if (VTWidget *const tip = m_stage ? m_stage->window() : nullptr)
+        tip->move(tipPosition());
     lookForProblems();
 }
 

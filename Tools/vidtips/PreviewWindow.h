@@ -53,6 +53,7 @@ private:
     void build();
     void fillList();
     void showTip();
+    void placeTip();
     void step(int rows);
     void lookForProblems();
     QPoint tipPosition() const;
