@@ -164,7 +164,7 @@ void TestCheckCommand::findsWhatIsWrong_data()
     row("unknown package", controlWith("<vidtip key=\"a\"/>", "search=\"Tools, Shared\""), {"VT401"},
         "Tools.xml:1:10", "\"Shared\"");
     row("no user interface", packageWith({{fullInterface, QByteArray()}}), {"VT402"}, "Tools.xml:1:1",
-        "Tools.vidtips/ui/VidtipsUI.qml");
+        "there is no user interface: looked for Tools.vidtips/ui/VidtipsUI.qml");
     row("own user interface", controlWith("<vidtip key=\"a\"\n ui=\"ui/Own.qml\"/>"), {"VT402"},
         "Tools.xml:3:2", "ui/Own.qml");
     row("no simple user interface", packageWith({{simpleInterface, QByteArray()}}), {"VT403"},

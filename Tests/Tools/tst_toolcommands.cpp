@@ -89,6 +89,7 @@ private Q_SLOTS:
     void keepsTranslationsOfDamagedSources_data();
     void keepsTranslationsOfDamagedSources();
     void buildsCatalogues();
+    void leavesCataloguesOfOthersAlone();
     void takesPictures_data();
     void takesPictures();
     void takesPicturesOfProblems();
@@ -528,6 +529,24 @@ void TestToolCommands::buildsCatalogues()
     QVERIFY(shared.load(packages.filePath("Shared.vidtips/l10n/Vidtips_de_DE.qm")));
     QCOMPARE(shared.translate("UI", "Marked"), QString("Markiert"));
     QCOMPARE(filesIn(packages.path()).filter(".new"), QStringList());
+}
+
+void TestToolCommands::leavesCataloguesOfOthersAlone()
+{
+    const TestPackages packages;
+    packages.write("Shared.vidtips/Control/S.xml", "<vidtips/>");
+    packages.write("Shared.vidtips/ui/VidtipsUI.qml", userInterface);
+    packages.write("Shared.vidtips/l10n/Vidtips_de_DE.qm", "theirs");
+    packages.write("Tools.vidtips/Control/T.xml", translated);
+    const ToolRun run({"strings", "--locale", "de_DE", "--release", "."}, packages.path());
+    QCOMPARE(
+        run.errors,
+        QString("vidtips: left alone, for want of its translations: Shared.vidtips/l10n/Vidtips_de_DE.qm\n"));
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(filesIn(packages.filePath("Shared.vidtips/l10n")), QStringList{"Vidtips_de_DE.qm"});
+    QCOMPARE(contentOf(packages.filePath("Shared.vidtips/l10n/Vidtips_de_DE.qm")), QByteArray("theirs"));
+    QCOMPARE(filesIn(packages.filePath("Tools.vidtips/l10n")),
+             QStringList({"Vidtips_de_DE.qm", "Vidtips_de_DE.ts"}));
 }
 
 void TestToolCommands::takesPictures_data()

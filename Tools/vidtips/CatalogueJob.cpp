@@ -118,6 +118,10 @@ QString CatalogueJobs::planJob(const QVector<TranslatableText> &texts, const QSt
     const bool exists = QFileInfo::exists(job.translations);
     if (!exists && texts.isEmpty())
         return {};
+    if (!exists && QFileInfo::exists(job.catalogue)) {
+        m_skipped << job.catalogue;
+        return {};
+    }
     const QString problem = exists ? file.read(job.translations) : QString();
     if (!problem.isEmpty())
         return problem;

@@ -46,6 +46,12 @@ public:
 
     const QVector<CatalogueJob> &jobs() const { return m_jobs; }
 
+    /**
+     * The catalogues that are there without the translations that they were built from, as in packages of
+     * others. They are left alone: what could be built anew would hold no translation.
+     */
+    const QStringList &skipped() const { return m_skipped; }
+
 private:
     QString planPackage(const Content &content, const Package &package, const QStringList &locales);
     QString planJob(const QVector<TranslatableText> &texts, const QString &folder, CatalogueJob job);
@@ -53,4 +59,5 @@ private:
 
     QString m_sourceLocale;
     QVector<CatalogueJob> m_jobs;
+    QStringList m_skipped;
 };

@@ -125,24 +125,30 @@ void FileCheck::checkSearch(const Content &content, const ControlFile &file, Fin
 
 void FileCheck::checkUserInterfaces(const Content &content, const ControlFile &file, Findings &findings)
 {
-    const QVector<QPair<FileCategory, QString>> interfaces{{Content::fullUserInterface, "VT402"},
-                                                           {Content::simpleUserInterface, "VT403"}};
-    for (const auto &interface : interfaces) {
+    struct Interface
+    {
+        FileCategory category;
+        QString code, missing;
+    };
+    const QVector<Interface> interfaces{
+        {Content::fullUserInterface, "VT402", "there is no user interface: "},
+        {Content::simpleUserInterface, "VT403", "there is no simple user interface: "}};
+    for (const Interface &interface : interfaces) {
         // Entries that do not name one share that of the file, which is reported once.
         bool isFileReported = false;
         for (const XmlNode *entry : file.entries()) {
-            const bool isOwn = entry->find(interface.first.attribute);
+            const bool isOwn = entry->find(interface.category.attribute);
             if (!isOwn && isFileReported)
                 continue;
-            const QString found = content.find(file, entry, interface.first);
+            const QString found = content.find(file, entry, interface.category);
             if (!found.isEmpty()) {
                 gather(QFileInfo(found).canonicalFilePath());
                 continue;
             }
             isFileReported = isFileReported || !isOwn;
             const XmlNode &holder = isOwn ? *entry : *file.document.root();
-            findings.add(interface.second, file.path, holder.positionOf(interface.first.attribute),
-                         lookedFor(content.candidates(file, entry, interface.first)));
+            findings.add(interface.code, file.path, holder.positionOf(interface.category.attribute),
+                         interface.missing + lookedFor(content.candidates(file, entry, interface.category)));
         }
     }
 }

@@ -81,7 +81,7 @@ QStringList StringsCommand::description() const
         "With --release, Qt's lrelease then builds l10n/Vidtips_LOCALE.qm, which is what the library loads. "
         "The "
         "texts of packages that a package searches go into its catalogue too, because the library asks one "
-        "catalogue for all texts of a tip."};
+        "catalogue for all texts of a tip. A catalogue that is there without its .ts file is left alone."};
 }
 
 QList<Command::Example> StringsCommand::examples() const
@@ -128,6 +128,9 @@ int StringsCommand::run(const QCommandLineParser &arguments, Console &console)
         problem = jobs.release();
     if (!problem.isEmpty())
         return console.fail(problem);
+    for (const QString &catalogue : jobs.skipped())
+        console.note(
+            QString("vidtips: left alone, for want of its translations: %1").arg(Places::shown(catalogue)));
     if (arguments.isSet("json"))
         writeJson(jobs.jobs(), isReleased, console);
     else
