@@ -6,6 +6,8 @@
 #include <QtCore/QMap>
 #include <QtTest/QtTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 using Files = QMap<QString, QByteArray>;
@@ -60,6 +62,8 @@ private Q_SLOTS:
     void findsWhatIsWrong();
     void findsWhatIsUnreadable_data();
     void findsWhatIsUnreadable();
+    void waitsForNoPipe_data();
+    void waitsForNoPipe();
     void checksNamedKeyData();
     void acceptsWhatIsRight_data();
     void acceptsWhatIsRight();
@@ -292,6 +296,34 @@ void TestCheckCommand::findsWhatIsUnreadable()
     QCOMPARE(run.errors, QString());
     QCOMPARE(run.exitCode, 1);
     m_coveredCodes << "VT100";
+}
+
+void TestCheckCommand::waitsForNoPipe_data()
+{
+    QTest::addColumn<QString>("pipe");
+    QTest::addColumn<QByteArray>("entry");
+    QTest::newRow("picture") << "Tools.vidtips/Resources/a.png"
+                             << QByteArray("<vidtip key=\"a\"><picture source=\"a.png\"/></vidtip>");
+    QTest::newRow("clip") << "Tools.vidtips/Resources/a.mp4"
+                          << QByteArray("<vidtip key=\"a\"><clip source=\"a.mp4\"/></vidtip>");
+    QTest::newRow("user interface") << "Tools.vidtips/ui/Own.qml"
+                                    << QByteArray("<vidtip key=\"a\" ui=\"ui/Own.qml\"/>");
+}
+
+void TestCheckCommand::waitsForNoPipe()
+{
+    QFETCH(QString, pipe);
+    QFETCH(QByteArray, entry);
+    const TestPackages packages;
+    const Files files = controlWith(entry);
+    for (auto it = files.cbegin(); it != files.cend(); ++it)
+        packages.write(it.key(), *it);
+    QVERIFY(QDir().mkpath(QFileInfo(packages.filePath(pipe)).path()));
+    QCOMPARE(mkfifo(packages.filePath(pipe).toLocal8Bit().constData(), 0600), 0);
+    const ToolRun run({"check", "."}, packages.path());
+    QCOMPARE(run.output,
+             pipe
+                 + ": error: this is no file that can be read [VT100]\n1 package, 1 control file: 1 error\n");
 }
 
 void TestCheckCommand::checksNamedKeyData()

@@ -78,7 +78,7 @@ void FileCheck::run(const Content &content, Findings &findings)
     for (const Package &package : content.packages()) {
         QDirIterator files(package.path, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext())
-            gather(QFileInfo(files.next()).canonicalFilePath());
+            gather(QFileInfo(files.next()).canonicalFilePath(), findings);
     }
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || !file.document.root() || file.document.root()->name != "vidtips")
@@ -94,15 +94,28 @@ void FileCheck::run(const Content &content, Findings &findings)
     checkPictures(findings);
 }
 
-void FileCheck::gather(const QString &path)
+void FileCheck::gather(const QString &path, Findings &findings)
 {
     const FileKind kind = kindOf(path);
+    // Who opens a pipe waits for somebody to write to it.
+    if (kind != FileKind::None && !QFileInfo(path).isFile()) {
+        reportIrregular(path, findings);
+        return;
+    }
     if (kind == FileKind::Picture)
         m_pictures << path;
     else if (kind == FileKind::Clip)
         m_clips << path;
     else if (kind == FileKind::Qml)
         m_qmlFiles << path;
+}
+
+void FileCheck::reportIrregular(const QString &path, Findings &findings)
+{
+    if (m_irregular.contains(path))
+        return;
+    m_irregular << path;
+    findings.add("VT100", path, {}, "this is no file that can be read");
 }
 
 QStringList FileCheck::sorted(QStringList list)
@@ -142,7 +155,7 @@ void FileCheck::checkUserInterfaces(const Content &content, const ControlFile &f
                 continue;
             const QString found = content.find(file, entry, interface.category);
             if (!found.isEmpty()) {
-                gather(QFileInfo(found).canonicalFilePath());
+                gather(QFileInfo(found).canonicalFilePath(), findings);
                 continue;
             }
             isFileReported = isFileReported || !isOwn;
@@ -181,7 +194,7 @@ void FileCheck::checkNamed(const Content &content, const ControlFile &file, cons
         return;
     const QString found = content.find(file, &entry, Content::resources, attribute.value);
     if (!found.isEmpty()) {
-        gather(QFileInfo(found).canonicalFilePath());
+        gather(QFileInfo(found).canonicalFilePath(), findings);
         return;
     }
     const QStringList candidates = content.candidates(file, &entry, Content::resources, attribute.value);

@@ -29,11 +29,13 @@ private:
                    Findings &findings);
     void checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
                     const XmlAttribute &attribute, Findings &findings);
-    void gather(const QString &path);
+    void gather(const QString &path, Findings &findings);
+    void reportIrregular(const QString &path, Findings &findings);
     void checkPictures(Findings &findings) const;
     static QStringList sorted(QStringList list);
 
     QStringList m_clips;
     QStringList m_pictures;
+    QStringList m_irregular;
     QStringList m_qmlFiles;
 };
