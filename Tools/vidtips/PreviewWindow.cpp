@@ -67,6 +67,8 @@ void PreviewWindow::build()
     layout->addWidget(m_list, 1);
     layout->addLayout(switches);
     layout->addWidget(m_status);
+    // Two lines make one row: key and title.
+    m_list->setAlternatingRowColors(true);
     m_list->setFocus();
     resize(300, 480);
 }
