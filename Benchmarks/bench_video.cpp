@@ -102,7 +102,7 @@ void measureMemory(const QString &clip)
 {
     const qint64 before = residentBytes();
     const auto source = decode(clip);
-    const double grown = double(residentBytes() - before);
+    const auto grown = double(residentBytes() - before);
     const double pixels = double(width) * height * 4 * double(source->loadedFrameCount());
     std::printf("%-44s %9.1f MiB against %9.1f MiB ratio %5.3f  goal 1.05 %s\n", "memory of a clip",
                 grown / 1048576, pixels / 1048576, grown / pixels, grown / pixels <= 1.05 ? "met" : "MISSED");

@@ -230,7 +230,9 @@ void TestPreviewWindow::showsProblemsOverTheTip()
         if (auto *found = qobject_cast<ProblemOverlay *>(widget))
             overlay = found;
     }
-    QVERIFY(overlay && overlay->isVisible());
+    if (!overlay)
+        QFAIL("nothing lies over the tip");
+    QVERIFY(overlay->isVisible());
     QCOMPARE(overlay->text(), m_window->problems().first());
     m_packages->write(interfaceFile,
                       interfaceOf(100).replace("word:", "late: nobody.knows\n    property string word:"));

@@ -82,7 +82,7 @@ QStringList localesIn(const QString &folder)
 QString CatalogueJobs::plan(const Content &content, const QStringList &locales)
 {
     for (const Package &package : content.packages()) {
-        const QString problem = planPackage(content, package, locales);
+        QString problem = planPackage(content, package, locales);
         if (!problem.isEmpty())
             return problem;
     }
@@ -93,7 +93,7 @@ QString CatalogueJobs::planPackage(const Content &content, const Package &packag
 {
     const QString folder = folderOf(content, package);
     QVector<TranslatableText> texts;
-    const QString unread = readTexts(content, package, texts);
+    QString unread = readTexts(content, package, texts);
     if (!unread.isEmpty())
         return unread;
     for (const QString &locale : locales.isEmpty() ? localesIn(folder) : locales) {
@@ -104,7 +104,7 @@ QString CatalogueJobs::planPackage(const Content &content, const Package &packag
         job.catalogue = QDir(folder).absoluteFilePath(fileName.arg(locale, "qm"));
         for (const QString &shared : sharedFolders(content, package))
             job.shared << QDir(shared).absoluteFilePath(fileName.arg(locale, "ts"));
-        const QString problem = planJob(texts, folder, job);
+        QString problem = planJob(texts, folder, job);
         if (!problem.isEmpty())
             return problem;
     }
@@ -122,7 +122,7 @@ QString CatalogueJobs::planJob(const QVector<TranslatableText> &texts, const QSt
         m_skipped << job.catalogue;
         return {};
     }
-    const QString problem = exists ? file.read(job.translations) : QString();
+    QString problem = exists ? file.read(job.translations) : QString();
     if (!problem.isEmpty())
         return problem;
     job.changes = file.merge(texts, folder);
@@ -153,7 +153,7 @@ QString CatalogueJobs::release() const
     if (lrelease.isEmpty())
         return "lrelease is missing; it comes with Qt's Linguist tools";
     for (const CatalogueJob &job : m_jobs) {
-        const QString problem = releaseJob(lrelease, job);
+        QString problem = releaseJob(lrelease, job);
         if (!problem.isEmpty())
             return problem;
     }

@@ -60,7 +60,7 @@ void ClipProbe::decodeUntilKnown(ClipFacts &facts)
         isEnd = ended.tryAcquire(1, lookEvery);
     quit();
     disconnect(this, &ClipProbe::streamEnded, this, nullptr);
-    const qint64 decoded = qint64(loadedFrameCount());
+    const auto decoded = qint64(loadedFrameCount());
     facts.hasPicture = decoded > 0;
     if (isLengthKnown)
         return;

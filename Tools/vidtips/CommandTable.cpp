@@ -22,10 +22,10 @@ int editDistance(const QString &from, const QString &to)
 {
     QVector<int> row(to.size() + 1);
     std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < from.size(); ++i) {
+    for (const QChar character : from) {
         int diagonal = row[0]++;
         for (int j = 0; j < to.size(); ++j) {
-            const int substituted = diagonal + (from[i] == to[j] ? 0 : 1);
+            const int substituted = diagonal + (character == to[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({substituted, row[j] + 1, row[j + 1] + 1});
         }

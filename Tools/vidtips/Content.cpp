@@ -61,7 +61,7 @@ QString Content::load(const QStringList &paths, const Progress &progress)
 {
     m_arguments = paths;
     for (const QString &path : paths) {
-        const QString problem = addFolder(path);
+        QString problem = addFolder(path);
         if (!problem.isEmpty())
             return problem;
     }
@@ -80,7 +80,7 @@ QString Content::load(const QStringList &paths, const Progress &progress)
 
 QString Content::loadWhole(const QStringList &paths)
 {
-    const QString problem = load(paths);
+    QString problem = load(paths);
     if (!problem.isEmpty() || m_unreadable.isEmpty())
         return problem;
     return QString("cannot read %1").arg(Places::shown(m_unreadable.constFirst()));

@@ -55,7 +55,7 @@ QString PackageSkeleton::write()
         return QString("there is a package already: %1").arg(path());
     if (!QDir().mkdir(path()))
         return QString("cannot make the folder: %1").arg(path());
-    const QString problem = writeAll();
+    QString problem = writeAll();
     if (!problem.isEmpty())
         QDir(path()).removeRecursively();
     return problem;

@@ -24,7 +24,7 @@ QVector<PreviewKey> PreviewKeys::in(const Content &content, const QString &local
 
 QString PreviewKeys::defaultLocale(const Content &content)
 {
-    const QString usual = "en_US";
+    QString usual = "en_US";
     QString first;
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || file.locale().isEmpty())
