@@ -626,7 +626,7 @@ void TestToolCommands::showsProgressOnATerminal()
     // Work of less than half a second needs no telling.
     const QStringList slow{"preview", "--delay", "600", "--screenshot", "sheet", "--all", "."};
     const ToolRun run = ToolRun::onTerminal(slow, packages.path());
-    QCOMPARE(run.output, QString("\r\033[K1 of 2 tips\r\033[Ksheet/index.html\r\n"));
+    QVERIFY2(run.output.endsWith("\r\033[K1 of 2 tips\r\033[Ksheet/index.html\r\n"), qPrintable(run.output));
     QCOMPARE(ToolRun(slow, packages.path()).errors, QString());
 }
 
