@@ -209,7 +209,7 @@ void TestCheckCommand::findsWhatIsWrong_data()
         {"VT602"}, "VidtipsUI.qml:2:3", "");
     row("network",
         packageWith({{fullInterface, "import QtQuick 1.1\nimport \"http://127.0.0.1:9/x\" as X\nItem { }"}}),
-        {"VT603"}, "VidtipsUI.qml:0:0", "network");
+        {"VT603"}, "VidtipsUI.qml:2:1", "network");
 
     const QByteArray translated = document("<vidtip key=\"b\" title=\"T\" context=\"C\"/>");
     row("no catalogue",

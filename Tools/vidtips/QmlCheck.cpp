@@ -47,7 +47,7 @@ void QmlCheck::run(const QStringList &files, Findings &findings,
     QSet<QString> reported;
     for (int i = 0; i < files.size(); ++i) {
         progress(i, files.size());
-        if (importsQtQuick2(files.at(i), findings))
+        if (importsWhatCannotBe(files.at(i), findings))
             continue;
         QDeclarativeComponent component(engine, QUrl::fromLocalFile(files.at(i)));
         if (component.isLoading())
@@ -68,19 +68,29 @@ void QmlCheck::run(const QStringList &files, Findings &findings,
     progress(files.size(), files.size());
 }
 
-bool QmlCheck::importsQtQuick2(const QString &path, Findings &findings) const
+// Compiling a file that has one of these would tell nothing, or go and ask the network.
+bool QmlCheck::importsWhatCannotBe(const QString &path, Findings &findings) const
 {
-    static const QRegularExpression import("^\\s*import\\s+QtQuick\\s+2\\.");
+    struct Import
+    {
+        QRegularExpression pattern;
+        QString code, message;
+    };
+    static const QVector<Import> imports{
+        {QRegularExpression("^\\s*import\\s+QtQuick\\s+2\\."), "VT602", "QtQuick 2 cannot be shown in a tip"},
+        {QRegularExpression("^\\s*import\\s+[\"'](?!file:|qrc:)[a-z][a-z0-9+.-]+:"), "VT603",
+         "the file imports something from the network"}};
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     for (int line = 1; !file.atEnd(); ++line) {
         const QString text = QString::fromUtf8(file.readLine());
-        const QRegularExpressionMatch match = import.match(text);
-        if (!match.hasMatch())
-            continue;
-        findings.add("VT602", path, {line, text.indexOf("import") + 1}, "QtQuick 2 cannot be shown in a tip");
-        return true;
+        for (const Import &import : imports) {
+            if (!import.pattern.match(text).hasMatch())
+                continue;
+            findings.add(import.code, path, {line, text.indexOf("import") + 1}, import.message);
+            return true;
+        }
     }
     return false;
 }

@@ -14,5 +14,5 @@ public:
     void run(const QStringList &files, Findings &findings, const std::function<void(int, int)> &progress);
 
 private:
-    bool importsQtQuick2(const QString &path, Findings &findings) const;
+    bool importsWhatCannotBe(const QString &path, Findings &findings) const;
 };
