@@ -132,7 +132,10 @@ public:
     }
 
     /** A picture every two seconds. */
-    static QString slow() { return make("slow.avi", moving("64x48", 3, {"-c:v", "mpeg4", "-g", "1"}, "1/2")); }
+    static QString slow()
+    {
+        return make("slow.avi", moving("64x48", 3, {"-c:v", "mpeg4", "-g", "1"}, "1/2"));
+    }
 
     /** Five pictures of 160 by 120 pixels, then five of 128 by 96, all of a named colour matrix. */
     static QString changedSize()
@@ -164,6 +167,14 @@ public:
     {
         const QByteArray whole = read(mpeg4());
         return write("truncated.avi", whole.left(whole.size() / 2));
+    }
+
+    /** The head of a clip before so many zeros that looking for its streams takes many seconds. The file is
+     * sparse. */
+    static QString slowToOpen()
+    {
+        const QString path = write("slow-to-open.mkv", read(oddSize()).left(600));
+        return QFile::resize(path, Q_INT64_C(8) << 30) ? path : QString();
     }
 
     /** A clip of a known container whose codec is none that exists. */

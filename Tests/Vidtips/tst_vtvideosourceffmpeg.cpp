@@ -137,6 +137,7 @@ private slots:
     void decodeWithoutMediaIdles();
     void destroyedAtAnyMoment_data();
     void destroyedAtAnyMoment();
+    void destroyedWhileItOpens();
     void destroyedWithoutBeingStarted();
     void widening_data();
     void widening();
@@ -615,6 +616,26 @@ void tst_VTVideoSourceFFMPEG::destroyedAtAnyMoment()
     // Threads that ended before may have been counted still.
     QTRY_VERIFY(threadCount() <= threadsBefore);
     QVERIFY(log.texts().filter("did not quit").isEmpty());
+}
+
+// What is given up is no failure of the clip, and nothing is said about it.
+void tst_VTVideoSourceFFMPEG::destroyedWhileItOpens()
+{
+    const QString path = TestClips::slowToOpen();
+    QVERIFY(!path.isEmpty());
+    MessageRecorder log;
+    QElapsedTimer timer;
+    {
+        auto *const source = new Source;
+        SignalCounter begun(source, &VTVideoSource::sourceChanged);
+        Playback playback(path, source);
+        QTRY_COMPARE(begun.count(), 1);
+        timer.start();
+    }
+    const qint64 time = timer.elapsed();
+    QVERIFY(QFile::remove(path));
+    QVERIFY(time < 5000);
+    QCOMPARE(log.texts(), QStringList());
 }
 
 void tst_VTVideoSourceFFMPEG::destroyedWithoutBeingStarted()
