@@ -723,9 +723,9 @@ void tst_VTVideoController::quitReportsAThreadThatDoesNotEnd()
     std::thread third([&] { delete deleted.controller; });
     first.join();
     second.join();
-    QTRY_COMPARE_WITH_TIMEOUT(log.texts().size(), 5, 30000);
     QVERIFY(terminated.controller->isFinished());
     QVERIFY(immortal.controller->isRunning());
+    QTRY_COMPARE_WITH_TIMEOUT(log.texts().size(), 5, 30000);
     isHeld = false;
     QVERIFY(immortal.controller->wait(10000));
     // The destructor goes on waiting, as a thread must not outlive what it works on.
