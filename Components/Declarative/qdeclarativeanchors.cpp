@@ -1,6 +1,7 @@
 #include "qdeclarativeanchors_p.h"
 
 #include "qdeclarativelayoutmirroring_p.h"
+#include "qdeclarativerounding_p.h"
 
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/qqmlinfo.h>
@@ -15,7 +16,7 @@ constexpr QDeclarativeItemChanges targetChanges =
 
 qreal middle(qreal length)
 {
-    const int whole = qRound(length);
+    const int whole = QDeclarativeRounding::bounded(length);
     return whole == length && whole % 2 ? (length + 1) / 2 : length / 2;
 }
 

@@ -1,4 +1,5 @@
 #include "qdeclarativegridview_p_p.h"
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
 #include <map>
@@ -341,7 +342,8 @@ int QDeclarativeGridViewPrivate::rowUnder(qreal position) const
         if (item->index < 0 || position < item->position() - half || position >= item->position() + half)
             continue;
         found = item->index;
-        if (qRound(column) == static_cast<const QDeclarativeGridItem *>(item.get())->column)
+        if (QDeclarativeRounding::bounded(column)
+            == static_cast<const QDeclarativeGridItem *>(item.get())->column)
             break;
     }
     return found;
@@ -350,7 +352,7 @@ int QDeclarativeGridViewPrivate::rowUnder(qreal position) const
 qreal QDeclarativeGridViewPrivate::snapPosition(qreal position) const
 {
     const qreal start = startPosition() - rangeOffset();
-    return start + qMax(0, qRound((position - start) / lineSize())) * lineSize();
+    return start + qMax(0, QDeclarativeRounding::bounded((position - start) / lineSize())) * lineSize();
 }
 
 qreal QDeclarativeGridViewPrivate::flickTarget(qreal natural, qreal velocity) const

@@ -1,4 +1,5 @@
 #include "qdeclarativeitemview_p_p.h"
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -383,7 +384,7 @@ void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)
         item->attached->setIsCurrentItem(false);
     if (currentItem) {
         if (visibleItems.empty())
-            averageSize = qRound(currentItem->size());
+            averageSize = QDeclarativeRounding::bounded(currentItem->size());
         placeCurrent();
         currentItem->item->setFocus(true);
         currentItem->attached->setIsCurrentItem(true);
@@ -438,7 +439,7 @@ void QDeclarativeItemViewPrivate::moveValue(QDeclarativeHighlightValue *value, q
     if (from == to)
         return;
     value->QQuickTimeLineValue::setValue(from);
-    const int bySpeed = speed > 0 ? qRound(qAbs(to - from) * 1000 / speed) : -1;
+    const int bySpeed = speed > 0 ? QDeclarativeRounding::bounded(qAbs(to - from) * 1000 / speed) : -1;
     int time = duration >= 0 ? duration : bySpeed;
     if (duration >= 0 && bySpeed >= 0)
         time = qMin(duration, bySpeed);

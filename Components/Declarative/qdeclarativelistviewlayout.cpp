@@ -1,4 +1,5 @@
 #include "qdeclarativelistview_p_p.h"
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
 #include <QtQml/QQmlComponent>
@@ -174,7 +175,7 @@ void QDeclarativeListViewPrivate::placeVisible()
         position += item->size() + spacing;
         sum += item->size();
     }
-    averageSize = qRound(sum / visibleItems.size());
+    averageSize = QDeclarativeRounding::bounded(sum / visibleItems.size());
 }
 
 void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
@@ -363,7 +364,8 @@ int QDeclarativeListViewPrivate::snapIndex(qreal position) const
         if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
             return item->index;
     }
-    const int estimate = step() > 0 ? qRound((position - startPosition()) / step()) : 0;
+    const int estimate =
+        step() > 0 ? QDeclarativeRounding::bounded((position - startPosition()) / step()) : 0;
     return qBound(0, estimate, visualModel->count() - 1);
 }
 

@@ -1,5 +1,6 @@
 #include "qdeclarativepathview_p_p.h"
 
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
 #include <QtCore/QScopedValueRollback>
@@ -164,7 +165,8 @@ void QDeclarativePathViewPrivate::positionItem(QDeclarativeItem *item, qreal pla
         return;
     const qreal step = qMin<qreal>(std::round(place * (pathSteps + 1)), pathSteps);
     const QPointF point = path->sequentialPointAt(step / pathSteps);
-    item->setPos(qRound(point.x() - item->width() / 2), qRound(point.y() - item->height() / 2));
+    item->setPos(QDeclarativeRounding::bounded(point.x() - item->width() / 2),
+                 QDeclarativeRounding::bounded(point.y() - item->height() / 2));
 }
 
 void QDeclarativePathViewPrivate::placeItem(QDeclarativeItem *item, QDeclarativePathViewAttached *attached,

@@ -459,7 +459,7 @@ void QDeclarativeGrid::setFlow(Flow flow)
 QSize QDeclarativeGrid::tableSize(int count) const
 {
     constexpr int defaultColumns = 4;
-    const auto fit = [count](int given) { return (count + given - 1) / given; };
+    const auto fit = [count](int given) { return count / given + (count % given > 0 ? 1 : 0); };
     int columns = m_columns;
     int rows = m_rows;
     if (columns <= 0)

@@ -63,7 +63,7 @@ qreal QDeclarativeRectanglePrivate::cornerRadius() const
 int QDeclarativeRectanglePrivate::tileMargin() const
 {
     return qCeil(qMin(cornerRadius(), qreal(tileMarginLimit)))
-        + (isBordered() ? qMin(pen->width(), tileMarginLimit) : 0);
+        + (isBordered() ? qMin(pen->width(), tileMarginLimit + 1) : 0);
 }
 
 /** Returns the whole pixels that the border and what it surrounds take up. */
@@ -298,8 +298,7 @@ QRectF QDeclarativeRectangle::boundingRect() const
 {
     Q_D(const QDeclarativeRectangle);
     const int before = d->penExtent / 2;
-    const int after = (d->penExtent + 1) / 2;
-    return QRectF(-before, -before, d->itemWidth + before + after, d->itemHeight + before + after);
+    return QRectF(-before, -before, d->itemWidth + d->penExtent, d->itemHeight + d->penExtent);
 }
 
 void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)

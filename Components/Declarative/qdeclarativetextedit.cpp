@@ -1,5 +1,6 @@
 #include "qdeclarativetextedit_p_p.h"
 
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QScopedValueRollback>
@@ -86,13 +87,13 @@ void QDeclarativeTextEditPrivate::updateSizes()
 {
     Q_Q(QDeclarativeTextEdit);
     const qreal ideal = document.idealWidth();
-    const QSizeF painted(qCeil(ideal), qRound(document.size().height()));
+    const QSizeF painted(qCeil(ideal), QDeclarativeRounding::bounded(document.size().height()));
     {
         const QScopedValueRollback<bool> sizing(isSizing, true);
         q->setImplicitWidth(widthIsSet ? naturalWidth() : painted.width());
         q->setImplicitHeight(painted.height());
     }
-    q->setContentsSize(painted.toSize());
+    q->setContentsSize(QDeclarativeRounding::bounded(painted));
     updateOffset();
     updateLineCount();
     if (painted != paintedSize) {
@@ -117,7 +118,7 @@ void QDeclarativeTextEditPrivate::updateLineCount()
 void QDeclarativeTextEditPrivate::updateOffset()
 {
     Q_Q(QDeclarativeTextEdit);
-    const qreal room = heightIsSet ? itemHeight - qRound(document.size().height()) : 0;
+    const qreal room = heightIsSet ? itemHeight - QDeclarativeRounding::bounded(document.size().height()) : 0;
     qreal to = 0;
     if (vAlign == QDeclarativeTextEdit::AlignBottom)
         to = int(room);

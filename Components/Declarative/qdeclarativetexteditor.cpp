@@ -1,5 +1,7 @@
 #include "qdeclarativetexteditor_p.h"
 
+#include "qdeclarativerounding_p.h"
+
 #include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -262,7 +264,8 @@ void QDeclarativeTextEditor::setCursorVisible(bool visible)
 QRect QDeclarativeTextEditor::cursorRectangle() const
 {
     const QRectF rect = d_func()->exactCursorRect();
-    return QRect(qRound(rect.x()), qRound(rect.y()), qRound(rect.width()), qRound(rect.height()));
+    return QRect(QDeclarativeRounding::bounded(rect.x()), QDeclarativeRounding::bounded(rect.y()),
+                 QDeclarativeRounding::bounded(rect.width()), QDeclarativeRounding::bounded(rect.height()));
 }
 
 QQmlComponent *QDeclarativeTextEditor::cursorDelegate() const

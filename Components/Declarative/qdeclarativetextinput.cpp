@@ -1,5 +1,6 @@
 #include "qdeclarativetextinput_p_p.h"
 
+#include "qdeclarativerounding_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtGui/QClipboard>
@@ -62,8 +63,8 @@ void QDeclarativeTextInputPrivate::updateLayout()
     q->prepareGeometryChange();
     const QTextLine line = control.textLayout()->lineAt(0);
     q->setImplicitHeight(line.height());
-    q->setImplicitWidth(qRound(line.naturalTextWidth()));
-    q->setContentsSize(QSizeF(itemImplicitWidth, itemImplicitHeight).toSize());
+    q->setImplicitWidth(QDeclarativeRounding::bounded(line.naturalTextWidth()));
+    q->setContentsSize(QDeclarativeRounding::bounded(QSizeF(itemImplicitWidth, itemImplicitHeight)));
     updateScroll();
     q->update();
 }
@@ -90,8 +91,9 @@ void QDeclarativeTextInputPrivate::updateScroll()
     Q_Q(QDeclarativeTextInput);
     if (!componentIsComplete)
         return;
-    const int textWidth = qRound(control.naturalTextWidth());
-    const int to = scrollFor(qRound(itemWidth), textWidth, qRound(control.cursorToX()));
+    const int textWidth = QDeclarativeRounding::bounded(control.naturalTextWidth());
+    const int to = scrollFor(QDeclarativeRounding::bounded(itemWidth), textWidth,
+                             QDeclarativeRounding::bounded(control.cursorToX()));
     if (to != scroll) {
         q->prepareGeometryChange();
         scroll = to;
@@ -156,7 +158,7 @@ void QDeclarativeTextInputPrivate::noteSelectionEnds()
 
 int QDeclarativeTextInputPrivate::positionAt(qreal x, QTextLine::CursorPosition between) const
 {
-    const int position = control.xToPos(qRound(x) + scroll, between);
+    const int position = control.xToPos(QDeclarativeRounding::bounded(x) + scroll, between);
     // What is being composed is shown at the cursor but not part of the text yet.
     const int composed = control.preeditAreaText().length();
     if (position <= control.cursor())

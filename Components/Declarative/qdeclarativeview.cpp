@@ -2,6 +2,7 @@
 
 #include "qdeclarativedatabases_p.h"
 #include "qdeclarativeitem_p.h"
+#include "qdeclarativerounding_p.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QPointer>
@@ -166,9 +167,9 @@ void QDeclarativeView::Private::adoptRoot(QGraphicsObject *object)
 QSize QDeclarativeView::Private::rootSize() const
 {
     if (QDeclarativeItem *item = rootItem())
-        return QSizeF(item->width(), item->height()).toSize();
+        return QDeclarativeRounding::bounded(QSizeF(item->width(), item->height()));
     if (QGraphicsWidget *widget = rootWidget())
-        return widget->size().toSize();
+        return QDeclarativeRounding::bounded(widget->size());
     return {};
 }
 

@@ -182,6 +182,29 @@ QString localeOf(const VTXmlElement *root)
     return root ? root->attribute(QStringLiteral("locale")) : QString();
 }
 
+VTXmlElement *acceptedContent(VTIndex *index, const QString &key, const QString &controlFile,
+                              const QLocale &locale, VTXmlElement *&root)
+{
+    if (!root)
+        return nullptr;
+    auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
+    // A document element within the document element has an object too, and is no entry of any key.
+    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
+        delete root;
+        root = nullptr;
+        return nullptr;
+    }
+    const QString localeName = localeOf(root);
+    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
+        delete root;
+        return nullptr;
+    }
+    index->loadKeyData(key, controlFile, element);
+    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
+    element->setAttribute(QStringLiteral("VTPackagName"), index->packageNameForLocation(controlFile));
+    return element;
+}
+
 } // namespace
 
 struct VIDTIPS_NO_EXPORT VTIndex::Private
@@ -314,7 +337,7 @@ VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QStri
 {
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
         root = key.isEmpty() ? nullptr : d->parsedContent(file.path, key, &locale);
-        if (VTXmlElement *element = accept(key, file.path, locale, root)) {
+        if (VTXmlElement *element = acceptedContent(this, key, file.path, locale, root)) {
             depth = file.depth;
             directory = QFileInfo(file.path).absolutePath();
             return element;
@@ -401,30 +424,7 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
                             VTXmlElement *&root)
 {
     root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key);
-    return accept(key, controlFile, locale, root);
-}
-
-VTXmlElement *VTIndex::accept(const QString &key, const QString &controlFile, const QLocale &locale,
-                              VTXmlElement *&root)
-{
-    if (!root)
-        return nullptr;
-    auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    // A document element within the document element has an object too, and is no entry of any key.
-    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
-        delete root;
-        root = nullptr;
-        return nullptr;
-    }
-    const QString localeName = localeOf(root);
-    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
-        delete root;
-        return nullptr;
-    }
-    loadKeyData(key, controlFile, element);
-    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
-    element->setAttribute(QStringLiteral("VTPackagName"), packageNameForLocation(controlFile));
-    return element;
+    return acceptedContent(this, key, controlFile, locale, root);
 }
 
 void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlElement *element)

@@ -140,10 +140,6 @@ protected:
     bool isInUpdate();
 
 private:
-    /** Does what load() says with @p root, which is what was parsed of @p controlFile. */
-    VTXmlElement *accept(const QString &key, const QString &controlFile, const QLocale &locale,
-                         VTXmlElement *&root);
-
     struct Private;
     std::unique_ptr<Private> const d;
 };

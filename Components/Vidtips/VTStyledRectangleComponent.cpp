@@ -90,7 +90,9 @@ void VTStyledRectangleComponent::paint(QPainter *painter, const QStyleOptionGrap
         rect.adjust(-1, -1, 1, 1);
         painter->setBrush(QGuiApplication::palette().color(QPalette::Active, QPalette::Window));
     }
-    painter->drawRect(rect.toRect());
+    // Content may ask for any size; whole numbers end somewhere beyond the largest widget.
+    const QRectF limits(-QWIDGETSIZE_MAX, -QWIDGETSIZE_MAX, 2.0 * QWIDGETSIZE_MAX, 2.0 * QWIDGETSIZE_MAX);
+    painter->drawRect(rect.intersected(limits).toRect());
 }
 
 } // namespace Vidtips

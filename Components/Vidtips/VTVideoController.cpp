@@ -21,13 +21,11 @@ constexpr int idleInterval = 100;
 constexpr double millisecondsPerDay = 86400000.0;
 constexpr double longestWait = 1e12;
 
-// The conversion of a whole number to an unsigned one, which wraps below zero, for every double.
+// What is below zero or no number is as far past every end as what is too large.
 quint64 truncatedToUnsigned(double value)
 {
-    constexpr double signedBound = 9223372036854775808.0;
-    if (value >= -signedBound && value < 0.0)
-        return quint64(qint64(value));
-    return value >= 0.0 && value < 2 * signedBound ? quint64(value) : std::numeric_limits<quint64>::max();
+    constexpr double bound = 18446744073709551616.0;
+    return value > -1.0 && value < bound ? quint64(value) : std::numeric_limits<quint64>::max();
 }
 } // namespace
 

@@ -151,9 +151,6 @@ protected:
     /** Opens the media of the current source and tells whether it could. The base emits sourceLoaded(). */
     virtual bool loadSource();
 
-    /** Sleeps for @p milliseconds, less where the thread is asked to end. For the source's own thread. */
-    void idle(int milliseconds);
-
     /** Applies the change that was posted first, if there is one. For the source's own thread. */
     void processActionQueue();
 
@@ -164,6 +161,11 @@ protected:
     void insertCache(const QString &source, VTVideoFrameCache *cache);
 
 private:
+    friend class VTVideoSourceFFMPEG;
+
+    /** Sleeps for @p milliseconds, less where the thread is asked to end. For the source's own thread. */
+    VIDTIPS_NO_EXPORT void idle(int milliseconds);
+
     struct Private;
     std::unique_ptr<Private> const d;
 };

@@ -126,7 +126,6 @@ bool VTVideoSourceFFMPEG::loadSource()
 {
     const QUrl url = source();
     if (url.isEmpty()) {
-        d->fileName.clear();
         setAction(Idle);
         close();
         return false;

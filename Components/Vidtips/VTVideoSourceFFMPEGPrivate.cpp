@@ -131,20 +131,13 @@ const char *VTVideoSourceFFMPEGPrivate::allocatePictures()
     const int pixelWidth = codecContext->width;
     const int pixelHeight = codecContext->height;
     // The scaler writes whole vectors of pixels, past the end of a row whose width they do not divide.
-    const int rowWidth = FFALIGN(pixelWidth, pixelsPerVector);
-    const int size = av_image_get_buffer_size(AV_PIX_FMT_RGB24, rowWidth, pixelHeight, rowAlignment);
-    rgbBuffer = size > 0 ? static_cast<uint8_t *>(av_malloc(size_t(size))) : nullptr;
-    if (!rgbBuffer)
+    rgbFrame->format = AV_PIX_FMT_RGB24;
+    rgbFrame->width = FFALIGN(pixelWidth, pixelsPerVector);
+    rgbFrame->height = pixelHeight;
+    if (av_frame_get_buffer(rgbFrame, rowAlignment) < 0)
         return noRgbFrame;
-    av_image_fill_arrays(rgbFrame->data, rgbFrame->linesize, rgbBuffer, AV_PIX_FMT_RGB24, rowWidth,
-                         pixelHeight, rowAlignment);
-    // The scaler ends the process on a format that it does not know, such as that of a clip without pictures.
-    if (!sws_isSupportedInput(codecContext->pix_fmt))
-        return noScaleContext;
-    scaleContext =
-        sws_getCachedContext(nullptr, pixelWidth, pixelHeight, codecContext->pix_fmt, pixelWidth, pixelHeight,
-                             AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr, nullptr, nullptr);
-    if (!scaleContext)
+    rgbFrame->width = pixelWidth;
+    if (!makeScaler({pixelWidth, pixelHeight, codecContext->pix_fmt}))
         return noScaleContext;
     image = VTVideoFrame(pixelWidth, pixelHeight, QImage::Format_RGB32, 0);
     return image.isNull() ? noRgbFrame : nullptr;
@@ -157,7 +150,6 @@ void VTVideoSourceFFMPEGPrivate::publish()
     frameRate = toDouble(stream->r_frame_rate);
     width = codecContext->width;
     height = codecContext->height;
-    endOfStream = false;
     isOpen = true;
 }
 
@@ -184,8 +176,6 @@ void VTVideoSourceFFMPEGPrivate::release()
     isOpen = false;
     sws_freeContext(scaleContext);
     scaleContext = nullptr;
-    forgetColours();
-    av_freep(&rgbBuffer);
     av_packet_free(&packet);
     av_frame_free(&rgbFrame);
     av_frame_free(&frame);
@@ -212,7 +202,6 @@ bool VTVideoSourceFFMPEGPrivate::decode()
             return true;
         }
         if (outcome == Outcome::End) {
-            endOfStream = true;
             release();
             locker.unlock();
             owner->notifyStreamEnded();
@@ -275,37 +264,39 @@ bool VTVideoSourceFFMPEGPrivate::convertPicture()
     return true;
 }
 
+bool VTVideoSourceFFMPEGPrivate::makeScaler(const ScalerInput &input)
+{
+    sws_freeContext(scaleContext);
+    scaleContext = nullptr;
+    // The scaler ends the process on a format that it does not know, such as that of a clip without pictures.
+    if (!sws_isSupportedInput(input.format))
+        return false;
+    scaleContext = sws_getContext(input.width, input.height, input.format, rgbFrame->width, rgbFrame->height,
+                                  AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr, nullptr, nullptr);
+    scalerInput = input;
+    return scaleContext;
+}
+
 // A stream may change its picture size or format midway; the frames of a clip all have the size it was opened
 // with.
 bool VTVideoSourceFFMPEGPrivate::updateScaler()
 {
-    if (!sws_isSupportedInput(AVPixelFormat(frame->format)))
+    const auto format = AVPixelFormat(frame->format);
+    const bool fits = frame->width == scalerInput.width && frame->height == scalerInput.height
+        && format == scalerInput.format;
+    if (!fits && !makeScaler({frame->width, frame->height, format}))
         return false;
-    SwsContext *const previous = scaleContext;
-    scaleContext = sws_getCachedContext(previous, frame->width, frame->height, AVPixelFormat(frame->format),
-                                        image.width(), image.height(), AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr,
-                                        nullptr, nullptr);
-    if (!scaleContext)
-        return false;
-    if (scaleContext != previous)
-        forgetColours();
-    if (frame->colorspace != colourSpace || frame->color_range != colourRange)
+    if (frame->colorspace != scalerInput.colourSpace || frame->color_range != scalerInput.colourRange)
         followColours();
     return true;
-}
-
-void VTVideoSourceFFMPEGPrivate::forgetColours()
-{
-    colourSpace = AVCOL_SPC_UNSPECIFIED;
-    colourRange = AVCOL_RANGE_UNSPECIFIED;
 }
 
 // Sets the matrix and the range that the picture names; the scaler's defaults stand for what it does not
 // name.
 void VTVideoSourceFFMPEGPrivate::followColours()
 {
-    colourSpace = frame->colorspace;
-    colourRange = frame->color_range;
+    scalerInput.colourSpace = frame->colorspace;
+    scalerInput.colourRange = frame->color_range;
     int *inverse = nullptr;
     int *table = nullptr;
     int isSourceFull = 0;
@@ -317,9 +308,9 @@ void VTVideoSourceFFMPEGPrivate::followColours()
                                  &contrast, &saturation)
         < 0)
         return;
-    if (colourRange != AVCOL_RANGE_UNSPECIFIED)
-        isSourceFull = colourRange == AVCOL_RANGE_JPEG;
-    sws_setColorspaceDetails(scaleContext, sws_getCoefficients(colourSpace), isSourceFull, table,
+    if (frame->color_range != AVCOL_RANGE_UNSPECIFIED)
+        isSourceFull = frame->color_range == AVCOL_RANGE_JPEG;
+    sws_setColorspaceDetails(scaleContext, sws_getCoefficients(frame->colorspace), isSourceFull, table,
                              isTargetFull, brightness, contrast, saturation);
 }
 
@@ -338,8 +329,7 @@ bool VTVideoSourceFFMPEGPrivate::seek()
     const QMutexLocker locker(&lock);
     if (!formatContext)
         return false;
-    av_seek_frame(formatContext, videoStreamIndex, seekTarget, seekFlags);
-    seekPending = false;
+    av_seek_frame(formatContext, videoStreamIndex, 0, 0);
     return true;
 }
 
@@ -358,7 +348,6 @@ void VTVideoSourceFFMPEGPrivate::setPosition(quint64 frameIndex)
     const qint64 timestamp = truncatedToInteger(seconds / toDouble(stream->time_base));
     av_seek_frame(formatContext, videoStreamIndex, timestamp, flags);
     avcodec_flush_buffers(codecContext);
-    endOfStream = false;
 }
 
 } // namespace Vidtips

@@ -32,7 +32,7 @@ public:
     /** Decodes the next picture into the cache; false without media, at its end or when the thread ends. */
     bool decode();
 
-    /** Repositions the demuxer to the target of the seek action; false without media. */
+    /** Repositions the demuxer to the start of the media; false without media. */
     bool seek();
 
     /** Moves clock and demuxer to the frame at @p frameIndex; without media both clock and progress go to 0.
@@ -41,6 +41,16 @@ public:
 
 private:
     enum class Outcome { Picture, Nothing, End };
+
+    // What the scaler is set up for.
+    struct ScalerInput
+    {
+        int width = 0;
+        int height = 0;
+        AVPixelFormat format = AV_PIX_FMT_NONE;
+        AVColorSpace colourSpace = AVCOL_SPC_UNSPECIFIED;
+        AVColorRange colourRange = AVCOL_RANGE_UNSPECIFIED;
+    };
 
     const char *openAll();
     const char *openContainer();
@@ -52,8 +62,8 @@ private:
     Outcome nextPicture();
     bool readPacket();
     bool convertPicture();
+    bool makeScaler(const ScalerInput &input);
     bool updateScaler();
-    void forgetColours();
     void followColours();
     double stepClock();
 
@@ -84,16 +94,10 @@ private:
     AVPacket *packet = nullptr;
     AVStream *stream = nullptr;
     VTVideoFrame image;
-    uint8_t *rgbBuffer = nullptr;
     int videoStreamIndex = -1;
     SwsContext *scaleContext = nullptr;
-    AVColorSpace colourSpace = AVCOL_SPC_UNSPECIFIED;
-    AVColorRange colourRange = AVCOL_RANGE_UNSPECIFIED;
+    ScalerInput scalerInput;
     double videoClock = 0.0;
-    bool seekPending = false;
-    qint64 seekTarget = 0;
-    int seekFlags = 0;
-    bool endOfStream = false;
 };
 
 } // namespace Vidtips

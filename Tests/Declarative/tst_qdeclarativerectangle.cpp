@@ -193,6 +193,9 @@ void tst_QDeclarativeRectangle::hostileSizes_data()
                                     << red;
     QTest::newRow("huge with a border") << QByteArray("width: 1e9; height: 1e9; border.width: 3") << red;
     QTest::newRow("huge border") << QByteArray("width: 20; height: 20; border.width: 100000") << black;
+    QTest::newRow("largest border") << QByteArray("width: 20; height: 20; border.width: 2147483647") << black;
+    QTest::newRow("within a wide border")
+        << QByteArray("x: -300; y: -300; width: 700; height: 700; border.width: 300") << red;
     QTest::newRow("negative") << QByteArray("width: -5; height: -5; border.width: 1") << white;
     QTest::newRow("empty") << QByteArray("width: 0; radius: 4") << white;
     QTest::newRow("not a number") << QByteArray("width: 0 / 0; radius: 0 / 0; height: 30") << red;

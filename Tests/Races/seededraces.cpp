@@ -105,6 +105,28 @@ void sharedCache()
     runBeside([&] { repeat([&] { cache.addFrame(frame); }); }, [&] { repeat([&] { cache.length(); }); });
 }
 
+// Qt's event loop calls both: what is left out of Qt itself must not cover what it calls.
+void calledByQt()
+{
+    int counter = 0;
+    QThread threads[2];
+    QObject receivers[2];
+    for (int i = 0; i < 2; ++i) {
+        receivers[i].moveToThread(&threads[i]);
+        QMetaObject::invokeMethod(
+            &receivers[i],
+            [&counter] {
+                repeat([&counter] { ++counter; });
+                QThread::currentThread()->quit();
+            },
+            Qt::QueuedConnection);
+    }
+    for (QThread &thread : threads)
+        thread.start();
+    for (QThread &thread : threads)
+        thread.wait();
+}
+
 void countUnderLocks()
 {
     int counter = 0;
@@ -177,6 +199,7 @@ constexpr Program programs[] = {
     {"locks-that-differ", "data race", &locksThatDiffer},
     {"locks-in-both-orders", "lock-order-inversion", &locksInBothOrders},
     {"shared-cache", "data race", &sharedCache},
+    {"called-by-qt", "data race", &calledByQt},
     {"nothing-wrong", "", &nothingWrong},
 };
 

@@ -12,6 +12,9 @@
 #include <cstdlib>
 #include <memory>
 
+// Only a sanitizer that replaces malloc has it.
+extern "C" size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
 namespace {
 
 constexpr double mebibyte = 1024.0 * 1024.0;
@@ -21,8 +24,19 @@ int entries(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
+double heapMebibytes()
+{
+    if (__sanitizer_get_current_allocated_bytes)
+        return double(__sanitizer_get_current_allocated_bytes()) / mebibyte;
+    const struct mallinfo2 heap = mallinfo2();
+    return double(heap.uordblks + heap.hblkhd) / mebibyte;
+}
+
 double residentMebibytes()
 {
+    // A sanitizer keeps what was freed, to see whether it is used again.
+    if (__sanitizer_get_current_allocated_bytes)
+        return 0.0;
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly))
         return 0.0;
@@ -84,8 +98,7 @@ ProcessUse ProcessUse::now(QWidget *window)
 {
     malloc_trim(0);
     ProcessUse use;
-    const struct mallinfo2 heap = mallinfo2();
-    use.heap = double(heap.uordblks + heap.hblkhd) / mebibyte;
+    use.heap = heapMebibytes();
     use.resident = residentMebibytes();
     use.threads = entries(QStringLiteral("/proc/self/task"));
     use.handles = entries(QStringLiteral("/proc/self/fd"));

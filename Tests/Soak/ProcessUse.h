@@ -7,8 +7,8 @@ class QWidget;
 /** What this process holds at one moment. */
 struct ProcessUse
 {
-    double heap = 0.0; ///< MiB that malloc has handed out, of all arenas and mapped blocks; 0 where not known
-    double resident = 0.0; ///< MiB of memory that is in use by the process
+    double heap = 0.0; ///< MiB that malloc has handed out, of all arenas and mapped blocks
+    double resident = 0.0; ///< MiB of memory that is in use by the process; 0 under a sanitizer
     int threads = 0;
     int handles = 0; ///< open files, sockets and pipes
     int windows = 0; ///< of the X server, like the two below; 0 on another platform

@@ -122,6 +122,32 @@ public:
                             "-color_primaries", "bt709", "-color_trc", "bt709"}));
     }
 
+    /** Key pictures at 0, 10 and 20 of 30. */
+    static QString rareKeyPictures()
+    {
+        return make(
+            "rare-key-pictures.mp4",
+            moving("160x120", 30,
+                   {"-c:v", "libx264", "-bf", "0", "-g", "10", "-sc_threshold", "0", "-pix_fmt", "yuv420p"}));
+    }
+
+    /** A picture every two seconds. */
+    static QString slow()
+    {
+        return make("slow.avi", moving("64x48", 3, {"-c:v", "mpeg4", "-g", "1"}, "1/2"));
+    }
+
+    /** Five pictures of 160 by 120 pixels, then five of 128 by 96, all of a named colour matrix. */
+    static QString changedSize()
+    {
+        const QStringList codec{
+            "-c:v",  "libx264",          "-bf",   "0",          "-pix_fmt", "yuv420p", "-colorspace",
+            "bt709", "-color_primaries", "bt709", "-color_trc", "bt709"};
+        const QString large = make("size-large.h264", moving("160x120", 5, codec));
+        const QString small = make("size-small.h264", moving("128x96", 5, codec));
+        return write("changed-size.h264", read(large) + read(small));
+    }
+
     static QString audioOnly()
     {
         return make("audio.wav", {"-f", "lavfi", "-i", "sine=duration=0.2", "-c:a", "pcm_s16le"});
@@ -141,6 +167,14 @@ public:
     {
         const QByteArray whole = read(mpeg4());
         return write("truncated.avi", whole.left(whole.size() / 2));
+    }
+
+    /** The head of a clip before so many zeros that looking for its streams takes many seconds. The file is
+     * sparse. */
+    static QString slowToOpen()
+    {
+        const QString path = write("slow-to-open.mkv", read(oddSize()).left(600));
+        return QFile::resize(path, Q_INT64_C(8) << 30) ? path : QString();
     }
 
     /** A clip of a known container whose codec is none that exists. */

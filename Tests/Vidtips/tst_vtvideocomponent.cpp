@@ -92,6 +92,7 @@ private slots:
     void firstFrameIsShown();
     void paintsAtTheOriginUnscaled();
     void secondFrameOfTheSameHeight();
+    void progressIsAnnouncedWhenItChanged();
     void playsToTheEnd();
     void rewindDuringPlayback();
     void positionAndProgress();
@@ -416,6 +417,25 @@ void tst_VTVideoComponent::secondFrameOfTheSameHeight()
     QTRY_COMPARE(height.count(), 1);
 }
 
+// A clip that grows moves its progress, though not its position.
+void tst_VTVideoComponent::progressIsAnnouncedWhenItChanged()
+{
+    VTVideoComponent *const item = itemWithClip();
+    item->setPosition(3);
+    const QImage fourth = controllerOf(item)->getFrame(3);
+    QTRY_COMPARE(painted(item, fourth.size()), fourth);
+    sourceOf(item)->pushFrame(controllerOf(item)->getFrame(0));
+    QSignalSpy progress(item, &VTVideoComponent::progressChanged);
+    QSignalSpy position(item, &VTVideoComponent::positionChanged);
+    item->frameReady();
+    QCOMPARE(item->progress(), 3.0 / 13);
+    QCOMPARE(progress.count(), 1);
+    QCOMPARE(position.count(), 1);
+    item->frameReady();
+    QCOMPARE(progress.count(), 1);
+    QCOMPARE(position.count(), 1);
+}
+
 void tst_VTVideoComponent::playsToTheEnd()
 {
     VTVideoComponent *const item = itemWithClip();
@@ -522,7 +542,8 @@ void tst_VTVideoComponent::destroyedAtAnyMoment()
     timer.start();
     delete item;
     QVERIFY(timer.elapsed() < 5000);
-    QTRY_COMPARE(threadCount(), threadsBefore);
+    // Threads that ended before may have been counted still.
+    QTRY_VERIFY(threadCount() <= threadsBefore);
     QVERIFY(log.texts().filter("did not quit").isEmpty());
 }
 

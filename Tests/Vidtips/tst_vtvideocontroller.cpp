@@ -195,6 +195,10 @@ private slots:
     void quitBeforeTheThreadRuns();
     void quitInEveryState_data();
     void quitInEveryState();
+    void pauseKeepsTheShownFrame();
+    void moveMakesOneFrameDue();
+    void endedStreamAnnouncesTheFrameAgain_data();
+    void endedStreamAnnouncesTheFrameAgain();
     void quitReportsAThreadThatDoesNotEnd();
     void deletesItselfWhenFinished();
 };
@@ -653,27 +657,82 @@ void tst_VTVideoController::quitInEveryState()
     QCOMPARE(log.texts(), QStringList());
 }
 
-// Both waits run side by side, as each takes its full ten seconds.
+// The frame on display was announced by playing it; the pause has nothing to add.
+void tst_VTVideoController::pauseKeepsTheShownFrame()
+{
+    Player player(3, 0.001);
+    Recorder recorder(player.controller);
+    player.controller->play();
+    player.controller->start();
+    QTRY_COMPARE(recorder.count("position"), 1);
+    player.controller->pause();
+    QTest::qWait(350);
+    QCOMPARE(recorder.count("display"), 1);
+}
+
+// Where the display went does not count as frames that were missed: the first one is shown for its own time.
+void tst_VTVideoController::moveMakesOneFrameDue()
+{
+    Player player(5, 1.0);
+    Recorder recorder(player.controller);
+    player.controller->setPosition(2);
+    player.controller->play();
+    player.controller->start();
+    QTRY_VERIFY(recorder.count("display") >= 2);
+    const QVector<qint64> times = recorder.times("display");
+    QVERIFY(times.at(1) - times.at(0) >= 990);
+    QVERIFY(times.at(1) - times.at(0) < 1900);
+}
+
+void tst_VTVideoController::endedStreamAnnouncesTheFrameAgain_data()
+{
+    QTest::addColumn<bool>("isLoaded");
+    QTest::newRow("stream ended") << false;
+    QTest::newRow("source loaded") << true;
+}
+
+void tst_VTVideoController::endedStreamAnnouncesTheFrameAgain()
+{
+    QFETCH(bool, isLoaded);
+    Player player(3);
+    Recorder recorder(player.controller);
+    player.controller->start();
+    QTRY_COMPARE(recorder.count("display"), 1);
+    if (isLoaded)
+        player.controller->sourceLoaded();
+    else
+        player.controller->streamEnded();
+    QTRY_COMPARE(recorder.count("display"), 2);
+}
+
+// All waits run side by side, as each takes its full ten seconds.
 void tst_VTVideoController::quitReportsAThreadThatDoesNotEnd()
 {
     MessageRecorder log;
     Player terminated(3);
     Player immortal(3);
+    Player deleted(3);
     QSemaphore hangs;
     std::atomic<bool> isHeld{true};
     hang(&terminated, true, &hangs, &isHeld);
     hang(&immortal, false, &hangs, &isHeld);
-    hangs.acquire(2);
+    hang(&deleted, false, &hangs, &isHeld);
+    hangs.acquire(3);
     std::thread first([&] { terminated.controller->quit(); });
     std::thread second([&] { immortal.controller->quit(); });
+    std::thread third([&] { delete deleted.controller; });
     first.join();
     second.join();
     QVERIFY(terminated.controller->isFinished());
     QVERIFY(immortal.controller->isRunning());
+    QTRY_COMPARE_WITH_TIMEOUT(log.texts().size(), 5, 30000);
     isHeld = false;
     QVERIFY(immortal.controller->wait(10000));
+    // The destructor goes on waiting, as a thread must not outlive what it works on.
+    third.join();
     const QString late = "VTVideoController did not quit in a timely fashion";
-    QCOMPARE(log.texts(), (QStringList{late, late, "VTVideoController did not quit at all"}));
+    const QString never = "VTVideoController did not quit at all";
+    QCOMPARE(log.texts(), (QStringList{late, late, late, never, never}));
     QVERIFY(log.allHaveContext());
 }
 

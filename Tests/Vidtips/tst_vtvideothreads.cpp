@@ -138,7 +138,8 @@ void tst_VTVideoThreads::noThreadOutlivesItsItem()
         QCOMPARE(log.texts().filter("did not quit"), QStringList());
         QVERIFY(!log.texts().filter("Could not open media at").isEmpty());
     }
-    QTRY_COMPARE(threadCount(), threadsBefore);
+    // Threads that ended before may have been counted still.
+    QTRY_VERIFY(threadCount() <= threadsBefore);
     report();
     for (const Step &step : std::as_const(steps))
         QVERIFY2(step.taken > 0, step.name);
