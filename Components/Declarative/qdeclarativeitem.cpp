@@ -18,6 +18,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , announcedActiveFocus(false)
+    , announcedFocus(false)
     , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
@@ -161,6 +162,7 @@ void QDeclarativeItemPrivate::transformChanged()
 void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 {
     Q_Q(QDeclarativeItem);
+    announcedFocus = isSubFocusItem;
     Q_EMIT q->focusChanged(isSubFocusItem);
 }
 
@@ -471,6 +473,11 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
+    case ItemEnabledChange:
+        // The items inside would hand the focus to this scope, which could not take it, and be stuck with it.
+        if (!value.toBool() && (flags() & ItemIsFocusScope) && d->hasActiveFocus())
+            QGraphicsItem::clearFocus();
+        return value;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();

@@ -131,6 +131,8 @@ public:
     bool hasActiveFocus() const;
     void takeSceneFocus();
     void leaveSceneFocus();
+    /** Gives the focus up, to the scope around the item if there is one. */
+    void releaseFocus();
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
     void dropFocus();
     /** Called to announce that the active focus has come or gone; call the base. */
@@ -172,6 +174,7 @@ public:
     bool keepMouse : 1;
     bool isSmooth : 1;
     bool announcedActiveFocus : 1; ///< what was said last: the focus may have gone silently since
+    bool announcedFocus : 1; ///< the same for the focus
     bool parentWasSet : 1; ///< the item had a parent before
     bool mirrorIsSet : 1; ///< LayoutMirroring.enabled was given
     bool mirrorValue : 1; ///< what was given
