@@ -1,8 +1,6 @@
 #include "qdeclarativegridview_p_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
-#include <map>
-
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
     : highlightX([this](qreal x) {
         if (highlightItem)
@@ -269,40 +267,13 @@ void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)
 {
     if (lastVisibleIndex() < 0)
         return;
-    std::map<int, std::unique_ptr<Item>> moved;
-    std::vector<std::pair<int, std::unique_ptr<Item>>> detached; // with the slots that they stood in
-    const int shown = int(visibleItems.size());
-    for (int slot = 0; slot < shown; ++slot) {
-        Item *item = visibleItems[slot].get();
-        if (item->index < 0) {
-            detached.emplace_back(slot, std::move(visibleItems[slot]));
-            continue;
-        }
-        if (item->index >= from && item->index < from + count)
-            item->index += to - from;
-        else if (from < to && item->index >= from + count && item->index < to + count)
-            item->index -= count;
-        else if (to < from && item->index >= to && item->index < from)
-            item->index += count;
-        moved[item->index] = std::move(visibleItems[slot]);
-    }
-    visibleItems.clear();
-    const int rows = shown - int(detached.size());
-    for (int index = visibleIndex; index < visibleIndex + rows; ++index) {
-        const auto found = moved.find(index);
-        auto item = found != moved.end() ? std::move(found->second) : createItem(index);
-        if (found != moved.end())
-            moved.erase(found);
-        if (!item)
+    MovedItems items = takeForMove(from, to, count);
+    const int end = visibleIndex + int(items.rows.size());
+    for (int index = visibleIndex; index < end; ++index) {
+        if (!appendMoved(&items, index))
             break;
-        visibleItems.push_back(std::move(item));
     }
-    for (auto &left : detached) {
-        const int slot = qMin(left.first, int(visibleItems.size()));
-        visibleItems.insert(visibleItems.begin() + slot, std::move(left.second));
-    }
-    for (auto &left : moved)
-        partedItems.push_back(std::move(left.second));
+    finishMove(std::move(items));
 }
 
 void QDeclarativeGridViewPrivate::placeHighlight()

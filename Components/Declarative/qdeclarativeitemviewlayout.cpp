@@ -551,6 +551,7 @@ bool QDeclarativeItemViewPrivate::removeInvisible(qreal from, qreal to)
         if (visibleItems.front()->index >= 0)
             ++visibleIndex;
         takeVisible(0);
+        visibleIndex = qMax(visibleIndex, visibleItems.front()->index);
     }
     while (visibleItems.size() > 1 && isBeyond(visibleItems.back().get(), to)
            && !visibleItems.back()->attached->delayRemove())
