@@ -177,36 +177,40 @@ static bool isTabulator(const QKeyEvent *event)
     return event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
 }
 
-bool QDeclarativeItem::sceneEvent(QEvent *event)
+/** Lets the key handlers that come before the item have the event; tells whether one of them took it. */
+static bool filterEvent(QDeclarativeKeyFilter *filter, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn)
-        d_func()->takeSceneFocus();
-    else if (event->type() == QEvent::FocusOut)
-        d_func()->leaveSceneFocus();
-    QDeclarativeKeyFilter *filter = d_func()->keyFilter();
-    if (!filter)
-        return QGraphicsObject::sceneEvent(event);
+    event->ignore();
     switch (event->type()) {
     case QEvent::KeyPress:
-        event->ignore();
         filter->keyPressed(static_cast<QKeyEvent *>(event), false);
         break;
     case QEvent::KeyRelease:
-        event->ignore();
         filter->keyReleased(static_cast<QKeyEvent *>(event), false);
         break;
-    case QEvent::InputMethod:
-        event->ignore();
+    default:
         filter->inputMethodEvent(static_cast<QInputMethodEvent *>(event), false);
         break;
-    default:
-        return QGraphicsObject::sceneEvent(event);
     }
-    if (event->isAccepted())
-        return true;
+    const bool isTaken = event->isAccepted();
     event->accept();
+    return isTaken;
+}
+
+bool QDeclarativeItem::sceneEvent(QEvent *event)
+{
+    Q_D(QDeclarativeItem);
+    const QEvent::Type type = event->type();
+    if (type == QEvent::FocusIn)
+        d->takeSceneFocus();
+    else if (type == QEvent::FocusOut)
+        d->leaveSceneFocus();
+    const bool isInput =
+        type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::InputMethod;
+    if (isInput && d->keyFilter() && filterEvent(d->keyFilter(), event))
+        return true;
     // Graphics View keeps the tabulator keys from keyPressEvent(), for its own chain of widgets.
-    if (event->type() == QEvent::KeyPress && isTabulator(static_cast<QKeyEvent *>(event))) {
+    if (type == QEvent::KeyPress && isTabulator(static_cast<QKeyEvent *>(event))) {
         keyPressEvent(static_cast<QKeyEvent *>(event));
         if (event->isAccepted())
             return true;
