@@ -229,13 +229,7 @@ void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
     const int last = lastVisibleIndex();
     if (last < 0)
         return;
-    int slot = 0;
-    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
-        ++slot;
-    for (const auto &item : visibleItems) {
-        if (item->index >= index)
-            item->index += count;
-    }
+    const int slot = renumberForInsert(index, count);
     if (index < visibleIndex) {
         const qreal position = positionAt(visibleIndex);
         visibleIndex += count;
@@ -254,13 +248,8 @@ void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
         placeInCell(item.get(), visibleIndex + slot + made);
         visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
     }
-    if (made == count)
-        return;
-    // There is no room for all, so none for what comes after them.
-    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
-        takeVisible(int(visibleItems.size()) - 1);
-    if (made == 0 && slot == 0)
-        visibleIndex += count;
+    if (made < count)
+        dropBehind(slot, made, count);
 }
 
 void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)

@@ -5,6 +5,8 @@
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativekeys_p.h"
 
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
 
 #include <private/qquickstate_p.h>
@@ -151,6 +153,26 @@ void QDeclarativeItemPrivate::updateTransformOrigin()
 {
     Q_Q(QDeclarativeItem);
     q->setTransformOriginPoint(computeTransformOrigin());
+}
+
+QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, QDeclarativeItem *parent,
+                                                      QQmlContext *context)
+{
+    Q_Q(QDeclarativeItem);
+    if (!context)
+        context = new QQmlContext(qmlContext(q));
+    QObject *object = component->beginCreate(context);
+    auto *item = qobject_cast<QDeclarativeItem *>(object);
+    if (!item) {
+        delete object;
+        delete context;
+        return nullptr;
+    }
+    context->setParent(item);
+    item->QObject::setParent(q);
+    item->setParentItem(parent);
+    component->completeCreate();
+    return item;
 }
 
 void QDeclarativeItemPrivate::transformChanged()

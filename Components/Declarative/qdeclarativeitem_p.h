@@ -13,6 +13,8 @@ class QDeclarativeAnchors;
 class QDeclarativeContents;
 class QDeclarativeKeyFilter;
 class QDeclarativeLayoutMirroring;
+class QQmlComponent;
+class QQmlContext;
 class QQuickStateGroup;
 
 /** What a QDeclarativeItemChangeListener can hear of. */
@@ -137,6 +139,13 @@ public:
     void dropFocus();
     /** Called to announce that the active focus has come or gone; call the base. */
     virtual void activeFocusChange(bool active);
+
+    /**
+     * Makes a part of the element, which owns it, as a child of @p parent; null where that is no item.
+     *
+     * A @p context given goes with the part, or at once where there is none.
+     */
+    QDeclarativeItem *createPart(QQmlComponent *, QDeclarativeItem *parent, QQmlContext *context = nullptr);
 
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;

@@ -10,7 +10,6 @@
 
 class QDeclarativeVisualModel;
 class QQmlChangeSet;
-class QQmlContext;
 
 /** An item that stands in a view, with the row that it shows; -1 where that row is gone. */
 class QDeclarativeViewItem
@@ -189,6 +188,8 @@ public:
         std::map<int, std::unique_ptr<Item>> rows;
         std::vector<std::pair<int, std::unique_ptr<Item>>> detached;
     };
+    int renumberForInsert(int index, int count);
+    void dropBehind(int slot, int made, int count);
     static int indexAfterMove(int index, int from, int to, int count);
     MovedItems takeForMove(int from, int to, int count);
     Item *appendMoved(MovedItems *, int index);
@@ -200,8 +201,6 @@ public:
     void moveRows(int from, int to, int count, Changes *);
     void detachRow(Item *);
     void finishChanges(const Changes &);
-    /** Makes a part of the view that is no row, or null; a @p context given goes with it. */
-    QDeclarativeItem *createPart(QQmlComponent *, QQmlContext *context = nullptr);
     void recreate(QDeclarativeItem **part, QQmlComponent *);
     void placeParts();
 

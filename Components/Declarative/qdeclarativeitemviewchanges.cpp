@@ -136,6 +136,28 @@ void QDeclarativeItemViewPrivate::removeRows(int index, int count, Changes *done
     }
 }
 
+/** Makes place for new rows in the numbers of the visible ones, and returns the slot that is theirs. */
+int QDeclarativeItemViewPrivate::renumberForInsert(int index, int count)
+{
+    int slot = 0;
+    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
+        ++slot;
+    for (const auto &item : visibleItems) {
+        if (item->index >= index)
+            item->index += count;
+    }
+    return slot;
+}
+
+/** Gives up what comes after new rows at @p slot of which only @p made, not all @p count, have room. */
+void QDeclarativeItemViewPrivate::dropBehind(int slot, int made, int count)
+{
+    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
+        takeVisible(int(visibleItems.size()) - 1);
+    if (made == 0 && slot == 0)
+        visibleIndex += count;
+}
+
 int QDeclarativeItemViewPrivate::indexAfterMove(int index, int from, int to, int count)
 {
     if (index >= from && index < from + count)

@@ -200,13 +200,7 @@ void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
     const int last = lastVisibleIndex();
     if (last < 0)
         return;
-    int slot = 0;
-    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
-        ++slot;
-    for (const auto &item : visibleItems) {
-        if (item->index >= index)
-            item->index += count;
-    }
+    const int slot = renumberForInsert(index, count);
     if (index < visibleIndex) {
         visibleIndex += count;
         return;
@@ -272,13 +266,8 @@ void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
         position += item->size() + spacing;
         visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
     }
-    if (made == count)
-        return;
-    // There is no room for all, so none for what comes after them.
-    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
-        takeVisible(int(visibleItems.size()) - 1);
-    if (made == 0 && slot == 0)
-        visibleIndex += count;
+    if (made < count)
+        dropBehind(slot, made, count);
 }
 
 /** The first row in view that is not among those that move, or null. */
@@ -426,7 +415,7 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
         return;
     auto *context = new QQmlContext(qmlContext(q));
     context->setContextProperty(QStringLiteral("section"), attached->section());
-    listItem->heading = createPart(section->delegate(), context);
+    listItem->heading = createPart(section->delegate(), content, context);
     listItem->headingSection = attached->section();
     if (listItem->heading)
         listItem->heading->setZValue(1);
