@@ -531,6 +531,8 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
             listener->itemChildRemoved(this, child());
         });
         break;
+    case ItemSceneHasChanged:
+        break;
     default:
         return QGraphicsObject::itemChange(change, value);
     }
