@@ -2,8 +2,6 @@
 #include "qdeclarativerounding_p.h"
 #include "qdeclarativevisualmodel_p.h"
 
-#include <map>
-
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
     : highlightX([this](qreal x) {
         if (highlightItem)
@@ -232,13 +230,7 @@ void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
     const int last = lastVisibleIndex();
     if (last < 0)
         return;
-    int slot = 0;
-    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
-        ++slot;
-    for (const auto &item : visibleItems) {
-        if (item->index >= index)
-            item->index += count;
-    }
+    const int slot = renumberForInsert(index, count);
     if (index < visibleIndex) {
         const qreal position = positionAt(visibleIndex);
         visibleIndex += count;
@@ -257,53 +249,21 @@ void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
         placeInCell(item.get(), visibleIndex + slot + made);
         visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
     }
-    if (made == count)
-        return;
-    // There is no room for all, so none for what comes after them.
-    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
-        takeVisible(int(visibleItems.size()) - 1);
-    if (made == 0 && slot == 0)
-        visibleIndex += count;
+    if (made < count)
+        dropBehind(slot, made, count);
 }
 
 void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)
 {
     if (lastVisibleIndex() < 0)
         return;
-    std::map<int, std::unique_ptr<Item>> moved;
-    std::vector<std::pair<int, std::unique_ptr<Item>>> detached; // with the slots that they stood in
-    const int shown = int(visibleItems.size());
-    for (int slot = 0; slot < shown; ++slot) {
-        Item *item = visibleItems[slot].get();
-        if (item->index < 0) {
-            detached.emplace_back(slot, std::move(visibleItems[slot]));
-            continue;
-        }
-        if (item->index >= from && item->index < from + count)
-            item->index += to - from;
-        else if (from < to && item->index >= from + count && item->index < to + count)
-            item->index -= count;
-        else if (to < from && item->index >= to && item->index < from)
-            item->index += count;
-        moved[item->index] = std::move(visibleItems[slot]);
-    }
-    visibleItems.clear();
-    const int rows = shown - int(detached.size());
-    for (int index = visibleIndex; index < visibleIndex + rows; ++index) {
-        const auto found = moved.find(index);
-        auto item = found != moved.end() ? std::move(found->second) : createItem(index);
-        if (found != moved.end())
-            moved.erase(found);
-        if (!item)
+    MovedItems items = takeForMove(from, to, count);
+    const int end = visibleIndex + int(items.rows.size());
+    for (int index = visibleIndex; index < end; ++index) {
+        if (!appendMoved(&items, index))
             break;
-        visibleItems.push_back(std::move(item));
     }
-    for (auto &left : detached) {
-        const int slot = qMin(left.first, int(visibleItems.size()));
-        visibleItems.insert(visibleItems.begin() + slot, std::move(left.second));
-    }
-    for (auto &left : moved)
-        partedItems.push_back(std::move(left.second));
+    finishMove(std::move(items));
 }
 
 void QDeclarativeGridViewPrivate::placeHighlight()

@@ -5,6 +5,8 @@
 #include "qdeclarativeitem_p.h"
 #include "qdeclarativekeys_p.h"
 
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
 
 #include <private/qquickstate_p.h>
@@ -18,6 +20,7 @@ QDeclarativeItemPrivate::QDeclarativeItemPrivate()
     , keepMouse(false)
     , isSmooth(false)
     , announcedActiveFocus(false)
+    , announcedFocus(false)
     , parentWasSet(false)
     , mirrorIsSet(false)
     , mirrorValue(false)
@@ -152,6 +155,26 @@ void QDeclarativeItemPrivate::updateTransformOrigin()
     q->setTransformOriginPoint(computeTransformOrigin());
 }
 
+QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, QDeclarativeItem *parent,
+                                                      QQmlContext *context)
+{
+    Q_Q(QDeclarativeItem);
+    if (!context)
+        context = new QQmlContext(qmlContext(q));
+    QObject *object = component->beginCreate(context);
+    auto *item = qobject_cast<QDeclarativeItem *>(object);
+    if (!item) {
+        delete object;
+        delete context;
+        return nullptr;
+    }
+    context->setParent(item);
+    item->QObject::setParent(q);
+    item->setParentItem(parent);
+    component->completeCreate();
+    return item;
+}
+
 void QDeclarativeItemPrivate::transformChanged()
 {
     if (transformData)
@@ -161,6 +184,7 @@ void QDeclarativeItemPrivate::transformChanged()
 void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 {
     Q_Q(QDeclarativeItem);
+    announcedFocus = isSubFocusItem;
     Q_EMIT q->focusChanged(isSubFocusItem);
 }
 
@@ -471,6 +495,11 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
+    case ItemEnabledChange:
+        // The items inside would hand the focus to this scope, which could not take it, and be stuck with it.
+        if (!value.toBool() && (flags() & ItemIsFocusScope) && d->hasActiveFocus())
+            QGraphicsItem::clearFocus();
+        return value;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
@@ -501,6 +530,8 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
         d->notifyListeners(ChildrenChange, [&](QDeclarativeItemChangeListener *listener) {
             listener->itemChildRemoved(this, child());
         });
+        break;
+    case ItemSceneHasChanged:
         break;
     default:
         return QGraphicsObject::itemChange(change, value);

@@ -13,6 +13,8 @@ class QDeclarativeAnchors;
 class QDeclarativeContents;
 class QDeclarativeKeyFilter;
 class QDeclarativeLayoutMirroring;
+class QQmlComponent;
+class QQmlContext;
 class QQuickStateGroup;
 
 /** What a QDeclarativeItemChangeListener can hear of. */
@@ -131,10 +133,19 @@ public:
     bool hasActiveFocus() const;
     void takeSceneFocus();
     void leaveSceneFocus();
+    /** Gives the focus up, to the scope around the item if there is one. */
+    void releaseFocus();
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
     void dropFocus();
     /** Called to announce that the active focus has come or gone; call the base. */
     virtual void activeFocusChange(bool active);
+
+    /**
+     * Makes a part of the element, which owns it, as a child of @p parent; null where that is no item.
+     *
+     * A @p context given goes with the part, or at once where there is none.
+     */
+    QDeclarativeItem *createPart(QQmlComponent *, QDeclarativeItem *parent, QQmlContext *context = nullptr);
 
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;
@@ -172,6 +183,7 @@ public:
     bool keepMouse : 1;
     bool isSmooth : 1;
     bool announcedActiveFocus : 1; ///< what was said last: the focus may have gone silently since
+    bool announcedFocus : 1; ///< the same for the focus
     bool parentWasSet : 1; ///< the item had a parent before
     bool mirrorIsSet : 1; ///< LayoutMirroring.enabled was given
     bool mirrorValue : 1; ///< what was given

@@ -6,6 +6,8 @@
 #include <QtQml/qqmlinfo.h>
 #include <QtWidgets/QGraphicsScene>
 
+#include <private/qgraphicsscene_p.h>
+
 /** The focus scope that the item belongs to, null at the top. */
 static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
 {
@@ -23,7 +25,7 @@ bool QDeclarativeItemPrivate::hasSubFocus() const
 
 bool QDeclarativeItemPrivate::hasActiveFocus() const
 {
-    return hasSubFocus() && scene && scene->focusItem() == subFocusItem;
+    return hasSubFocus() && scene && scene->isActive() && scene->focusItem() == subFocusItem;
 }
 
 void QDeclarativeItemPrivate::activeFocusChange(bool active)
@@ -37,8 +39,13 @@ void QDeclarativeItemPrivate::activeFocusChange(bool active)
     // Outside every scope both are the same. An item that gives the active focus back to its scope loses both
     // at once, and Graphics View leaves it to the item to say so.
     const QGraphicsItem *scope = scopeOf(q);
-    if (!scope || !QGraphicsItemPrivate::get(scope)->focusScopeItem)
-        Q_EMIT q->focusChanged(active);
+    if (scope && QGraphicsItemPrivate::get(scope)->focusScopeItem)
+        return;
+    // A window that is not active takes the active focus along, and leaves the focus.
+    if (q->hasFocus() != active || announcedFocus == active)
+        return;
+    announcedFocus = active;
+    Q_EMIT q->focusChanged(active);
 }
 
 /** The item and the focus scopes around it, from the inside out. */
@@ -75,7 +82,8 @@ void QDeclarativeItemPrivate::leaveSceneFocus()
         // A scope around both items stays active while one hands the focus to the other.
         if (item != left && d->subFocusItem && d->subFocusItem != left)
             return;
-        if (d->announcedActiveFocus)
+        // A handler may have brought the focus back by now.
+        if (d->announcedActiveFocus && !d->hasActiveFocus())
             d->activeFocusChange(false);
     }
 }
@@ -95,19 +103,38 @@ void QDeclarativeItemPrivate::dropFocus()
     }
 }
 
+void QDeclarativeItemPrivate::releaseFocus()
+{
+    Q_Q(QDeclarativeItem);
+    const QPointer<QDeclarativeItem> guard(q);
+    QGraphicsItem *const inside = hasSubFocus() ? subFocusItem : nullptr;
+    q->clearFocus();
+    if (!guard || !inside || subFocusItem != inside || hasActiveFocus())
+        return;
+    // Graphics View still has the item entered: one inside a scope always, any while the window is not
+    // active.
+    QGraphicsItemPrivate::get(inside)->clearSubFocus();
+    if (!scene || scene->isActive())
+        return;
+    static_cast<QGraphicsScenePrivate *>(QObjectPrivate::get(scene))->passiveFocusItem = nullptr;
+    if (const QGraphicsItem *scope = scopeOf(q))
+        QGraphicsItemPrivate::get(const_cast<QGraphicsItem *>(scope))
+            ->setFocusHelper(Qt::OtherFocusReason, false, false);
+}
+
 bool QDeclarativeItem::hasFocus() const
 {
     const QGraphicsItem *scope = scopeOf(this);
     if (scope)
         return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
-    // The scene is the scope, and remembers its item while its window is not the active one.
+    // The scene is the scope, and remembers its item while its window is not active.
     return scene() && scene()->isActive() ? hasActiveFocus() : d_func()->hasSubFocus();
 }
 
 void QDeclarativeItem::setFocus(bool focus)
 {
     if (!focus) {
-        QGraphicsItem::clearFocus();
+        d_func()->releaseFocus();
         return;
     }
     const QPointer<QDeclarativeItem> guard(this);
@@ -150,36 +177,40 @@ static bool isTabulator(const QKeyEvent *event)
     return event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
 }
 
-bool QDeclarativeItem::sceneEvent(QEvent *event)
+/** Lets the key handlers that come before the item have the event; tells whether one of them took it. */
+static bool filterEvent(QDeclarativeKeyFilter *filter, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn)
-        d_func()->takeSceneFocus();
-    else if (event->type() == QEvent::FocusOut)
-        d_func()->leaveSceneFocus();
-    QDeclarativeKeyFilter *filter = d_func()->keyFilter();
-    if (!filter)
-        return QGraphicsObject::sceneEvent(event);
+    event->ignore();
     switch (event->type()) {
     case QEvent::KeyPress:
-        event->ignore();
         filter->keyPressed(static_cast<QKeyEvent *>(event), false);
         break;
     case QEvent::KeyRelease:
-        event->ignore();
         filter->keyReleased(static_cast<QKeyEvent *>(event), false);
         break;
-    case QEvent::InputMethod:
-        event->ignore();
+    default:
         filter->inputMethodEvent(static_cast<QInputMethodEvent *>(event), false);
         break;
-    default:
-        return QGraphicsObject::sceneEvent(event);
     }
-    if (event->isAccepted())
-        return true;
+    const bool isTaken = event->isAccepted();
     event->accept();
+    return isTaken;
+}
+
+bool QDeclarativeItem::sceneEvent(QEvent *event)
+{
+    Q_D(QDeclarativeItem);
+    const QEvent::Type type = event->type();
+    if (type == QEvent::FocusIn)
+        d->takeSceneFocus();
+    else if (type == QEvent::FocusOut)
+        d->leaveSceneFocus();
+    const bool isInput =
+        type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::InputMethod;
+    if (isInput && d->keyFilter() && filterEvent(d->keyFilter(), event))
+        return true;
     // Graphics View keeps the tabulator keys from keyPressEvent(), for its own chain of widgets.
-    if (event->type() == QEvent::KeyPress && isTabulator(static_cast<QKeyEvent *>(event))) {
+    if (type == QEvent::KeyPress && isTabulator(static_cast<QKeyEvent *>(event))) {
         keyPressEvent(static_cast<QKeyEvent *>(event));
         if (event->isAccepted())
             return true;

@@ -4,12 +4,12 @@
 #include "qdeclarativeitemview_p.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
 class QDeclarativeVisualModel;
 class QQmlChangeSet;
-class QQmlContext;
 
 /** An item that stands in a view, with the row that it shows; -1 where that row is gone. */
 class QDeclarativeViewItem
@@ -110,6 +110,8 @@ public:
     /** The row that a highlight at @p position is about, or -1. */
     virtual int rowUnder(qreal position) const;
     virtual void itemMade(Item *) { }
+    /** Makes an item that is to stand among the visible ones. */
+    virtual std::unique_ptr<Item> createRow(int index) { return createItem(index); }
 
     // Geometry along the scrolled direction.
     Axis &mainAxis() { return scrolled() == Qt::Horizontal ? x : y; }
@@ -179,6 +181,19 @@ public:
         int lostCurrent = -1; ///< where the current row was that is gone
         bool currentMoved = false;
     };
+    /** The visible items while rows move: by the new numbers of the rows, or by slots where these are gone.
+     */
+    struct MovedItems
+    {
+        std::map<int, std::unique_ptr<Item>> rows;
+        std::vector<std::pair<int, std::unique_ptr<Item>>> detached;
+    };
+    int renumberForInsert(int index, int count);
+    void dropBehind(int slot, int made, int count);
+    static int indexAfterMove(int index, int from, int to, int count);
+    MovedItems takeForMove(int from, int to, int count);
+    Item *appendMoved(MovedItems *, int index);
+    void finishMove(MovedItems);
     void applyChanges(const QQmlChangeSet &, bool reset);
     void resetRows();
     void insertRows(int index, int count, Changes *);
@@ -186,8 +201,6 @@ public:
     void moveRows(int from, int to, int count, Changes *);
     void detachRow(Item *);
     void finishChanges(const Changes &);
-    /** Makes a part of the view that is no row, or null; a @p context given goes with it. */
-    QDeclarativeItem *createPart(QQmlComponent *, QQmlContext *context = nullptr);
     void recreate(QDeclarativeItem **part, QQmlComponent *);
     void placeParts();
 

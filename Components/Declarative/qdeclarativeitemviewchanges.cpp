@@ -3,6 +3,46 @@
 
 #include <private/qqmlchangeset_p.h>
 
+namespace {
+
+struct RowMove
+{
+    int from = 0;
+    int to = 0;
+    int count = 0;
+};
+
+} // namespace
+
+/** The keys of the moved rows in the changes, in their order; none where the changes are not one piece. */
+static QVector<QQmlChangeSet::MoveKey> movedRows(const QVector<QQmlChangeSet::Change> &changes, bool isInsert)
+{
+    QVector<QQmlChangeSet::MoveKey> keys;
+    int next = changes.isEmpty() ? 0 : changes.first().index;
+    for (const auto &change : changes) {
+        if (!change.isMove() || change.index != next)
+            return {};
+        for (int i = 0; i < change.count; ++i)
+            keys.append(change.moveKey(change.index + i));
+        if (isInsert)
+            next = change.end();
+    }
+    return keys;
+}
+
+/**
+ * The move of rows that the changes come to, or one of no rows.
+ *
+ * Where only some of the rows have items the engine tells of it in pieces.
+ */
+static RowMove moveOf(const QQmlChangeSet &changes)
+{
+    const auto keys = movedRows(changes.removes(), false);
+    if (keys.isEmpty() || keys != movedRows(changes.inserts(), true))
+        return {};
+    return {changes.removes().first().index, changes.inserts().first().index, int(keys.count())};
+}
+
 void QDeclarativeItemViewPrivate::applyChanges(const QQmlChangeSet &changes, bool reset)
 {
     Q_Q(QDeclarativeItemView);
@@ -16,16 +56,13 @@ void QDeclarativeItemViewPrivate::applyChanges(const QQmlChangeSet &changes, boo
     }
     Changes done;
     moveReason = Other;
-    const auto &removes = changes.removes();
-    const auto &inserts = changes.inserts();
-    const bool isMove = removes.count() == 1 && inserts.count() == 1 && removes.first().isMove()
-        && removes.first().moveId == inserts.first().moveId;
-    if (isMove) {
-        moveRows(removes.first().index, inserts.first().index, removes.first().count, &done);
+    const RowMove move = moveOf(changes);
+    if (move.count > 0) {
+        moveRows(move.from, move.to, move.count, &done);
     } else {
-        for (const auto &change : removes)
+        for (const auto &change : changes.removes())
             removeRows(change.index, change.count, &done);
-        for (const auto &change : inserts)
+        for (const auto &change : changes.inserts())
             insertRows(change.index, change.count, &done);
     }
     finishChanges(done);
@@ -99,18 +136,86 @@ void QDeclarativeItemViewPrivate::removeRows(int index, int count, Changes *done
     }
 }
 
+/** Makes place for new rows in the numbers of the visible ones, and returns the slot that is theirs. */
+int QDeclarativeItemViewPrivate::renumberForInsert(int index, int count)
+{
+    int slot = 0;
+    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
+        ++slot;
+    for (const auto &item : visibleItems) {
+        if (item->index >= index)
+            item->index += count;
+    }
+    return slot;
+}
+
+/** Gives up what comes after new rows at @p slot of which only @p made, not all @p count, have room. */
+void QDeclarativeItemViewPrivate::dropBehind(int slot, int made, int count)
+{
+    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
+        takeVisible(int(visibleItems.size()) - 1);
+    if (made == 0 && slot == 0)
+        visibleIndex += count;
+}
+
+int QDeclarativeItemViewPrivate::indexAfterMove(int index, int from, int to, int count)
+{
+    if (index >= from && index < from + count)
+        return index + to - from;
+    if (from < to && index >= from + count && index < to + count)
+        return index - count;
+    if (to < from && index >= to && index < from)
+        return index + count;
+    return index;
+}
+
+QDeclarativeItemViewPrivate::MovedItems QDeclarativeItemViewPrivate::takeForMove(int from, int to, int count)
+{
+    MovedItems items;
+    for (int slot = 0; slot < int(visibleItems.size()); ++slot) {
+        auto item = std::move(visibleItems[slot]);
+        if (item->index < 0) {
+            items.detached.emplace_back(slot, std::move(item));
+            continue;
+        }
+        item->index = indexAfterMove(item->index, from, to, count);
+        const int index = item->index;
+        items.rows[index] = std::move(item);
+    }
+    visibleItems.clear();
+    return items;
+}
+
+/** Puts the row at the end of the visible items, with a new item if it has none; null where that fails. */
+QDeclarativeViewItem *QDeclarativeItemViewPrivate::appendMoved(MovedItems *items, int index)
+{
+    const auto found = items->rows.find(index);
+    auto item = found != items->rows.end() ? std::move(found->second) : createRow(index);
+    if (found != items->rows.end())
+        items->rows.erase(found);
+    if (!item)
+        return nullptr;
+    visibleItems.push_back(std::move(item));
+    return visibleItems.back().get();
+}
+
+/** Puts the items without a row back, and parts with those whose rows are not among the visible ones. */
+void QDeclarativeItemViewPrivate::finishMove(MovedItems items)
+{
+    for (auto &left : items.detached) {
+        const int slot = qMin(left.first, int(visibleItems.size()));
+        visibleItems.insert(visibleItems.begin() + slot, std::move(left.second));
+    }
+    for (auto &left : items.rows)
+        partedItems.push_back(std::move(left.second));
+}
+
 void QDeclarativeItemViewPrivate::moveRows(int from, int to, int count, Changes *done)
 {
     rowsMoved(from, to, count);
     if (!currentItem)
         return;
-    int current = currentIndex;
-    if (current >= from && current < from + count)
-        current += to - from;
-    else if (from < to && current >= from + count && current < to + count)
-        current -= count;
-    else if (to < from && current >= to && current < from)
-        current += count;
+    const int current = indexAfterMove(currentIndex, from, to, count);
     done->currentMoved = current != currentIndex;
     currentIndex = current;
     currentItem->index = current;
@@ -136,6 +241,8 @@ void QDeclarativeItemViewPrivate::finishChanges(const Changes &done)
     layout();
     if (!isPressed && !mainAxis().moving)
         QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
+    // The rows that were placed may have told that the view stood beyond them.
+    refill();
     QVector<QPointer<QDeclarativeItemViewAttached>> added;
     for (const auto &item : visibleItems) {
         for (const auto &rows : done.inserted) {

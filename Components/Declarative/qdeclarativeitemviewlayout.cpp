@@ -7,7 +7,6 @@
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/QQmlComponent>
-#include <QtQml/QQmlContext>
 
 QDeclarativeItemViewPrivate::QDeclarativeItemViewPrivate() = default;
 QDeclarativeItemViewPrivate::~QDeclarativeItemViewPrivate() = default;
@@ -413,7 +412,8 @@ void QDeclarativeItemViewPrivate::createHighlight()
     delete highlightItem;
     highlightItem = nullptr;
     if (currentItem)
-        highlightItem = highlightComponent ? createPart(highlightComponent) : new QDeclarativeItem(content);
+        highlightItem =
+            highlightComponent ? createPart(highlightComponent, content) : new QDeclarativeItem(content);
     if (highlightItem) {
         highlightItem->setParentItem(content);
         placeHighlight();
@@ -488,32 +488,13 @@ void QDeclarativeItemViewPrivate::highlightMoved()
         followsHighlight = !highlightJumps;
 }
 
-QDeclarativeItem *QDeclarativeItemViewPrivate::createPart(QQmlComponent *component, QQmlContext *context)
-{
-    Q_Q(QDeclarativeItemView);
-    if (!context)
-        context = new QQmlContext(qmlContext(q));
-    QObject *object = component->beginCreate(context);
-    auto *item = qobject_cast<QDeclarativeItem *>(object);
-    if (!item) {
-        delete object;
-        delete context;
-        return nullptr;
-    }
-    context->setParent(item);
-    item->QObject::setParent(q);
-    item->setParentItem(content);
-    component->completeCreate();
-    return item;
-}
-
 /** Replaces the header or the footer. */
 void QDeclarativeItemViewPrivate::recreate(QDeclarativeItem **part, QQmlComponent *component)
 {
     if (*part)
         QDeclarativeItemPrivate::get(*part)->removeChangeListener(this, GeometryChange);
     delete *part;
-    *part = component ? createPart(component) : nullptr;
+    *part = component ? createPart(component, content) : nullptr;
     if (*part) {
         (*part)->setZValue(1);
         QDeclarativeItemPrivate::get(*part)->addChangeListener(this, GeometryChange);
@@ -552,6 +533,7 @@ bool QDeclarativeItemViewPrivate::removeInvisible(qreal from, qreal to)
         if (visibleItems.front()->index >= 0)
             ++visibleIndex;
         takeVisible(0);
+        visibleIndex = qMax(visibleIndex, visibleItems.front()->index);
     }
     while (visibleItems.size() > 1 && isBeyond(visibleItems.back().get(), to)
            && !visibleItems.back()->attached->delayRemove())

@@ -40,6 +40,7 @@ public:
     bool addVisible(qreal from, qreal to) override;
     void placeVisible() override;
     void rowsInserted(int index, int count) override;
+    void rowsRemoved(int firstBefore) override;
     void rowsMoved(int from, int to, int count) override;
     void noRowsLeft(int index, qreal position) override;
     void placeHighlight() override;
@@ -49,10 +50,12 @@ public:
     qreal flickTarget(qreal natural, qreal velocity) const override;
     void viewMoved() override;
     void itemMade(Item *) override;
+    std::unique_ptr<Item> createRow(int index) override;
     qreal travelEnd(const Axis &) const override;
 
     qreal step() const { return averageSize + spacing; }
-    std::unique_ptr<Item> createRow(int index);
+    const Item *firstKept(int from, int count) const;
+    void addSkipped();
     bool append(qreal to);
     bool prepend(qreal from);
     void jump(qreal from, qreal to);
@@ -79,6 +82,7 @@ public:
     qreal spacing = 0;
     qreal firstPosition = 0; ///< of the row visibleIndex while no row has an item
     bool firstIsKnown = false;
+    bool skipsRows = false; ///< rows among the visible ones have no item
     QDeclarativeListView::Orientation orientation = QDeclarativeListView::Vertical;
     QDeclarativeListView::SnapMode snapMode = QDeclarativeListView::NoSnap;
 };

@@ -5,7 +5,7 @@
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 
-#include <map>
+#include <utility>
 
 QDeclarativeListItem::~QDeclarativeListItem()
 {
@@ -95,6 +95,8 @@ void QDeclarativeListViewPrivate::noRowsLeft(int index, qreal position)
 
 bool QDeclarativeListViewPrivate::addVisible(qreal from, qreal to)
 {
+    if (lazyRelease)
+        addSkipped();
     jump(from, to);
     const bool appended = append(to);
     return prepend(from) || appended;
@@ -116,7 +118,23 @@ void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
     noteFirst(index, end + (index - last - 1) * step());
 }
 
-/** Makes an item that is to stand among the visible ones. */
+/** Makes the rows that a move left out. */
+void QDeclarativeListViewPrivate::addSkipped()
+{
+    if (!std::exchange(skipsRows, false))
+        return;
+    int next = visibleIndex;
+    for (int slot = 0; slot < int(visibleItems.size()); ++slot) {
+        if (visibleItems[slot]->index < 0)
+            continue;
+        auto item = next < visibleItems[slot]->index ? createRow(next) : nullptr;
+        if (item)
+            visibleItems.insert(visibleItems.begin() + slot, std::move(item));
+        next = visibleItems[slot]->index + 1;
+    }
+    placeVisible();
+}
+
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createRow(int index)
 {
     auto item = createItem(index);
@@ -183,13 +201,7 @@ void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
     const int last = lastVisibleIndex();
     if (last < 0)
         return;
-    int slot = 0;
-    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
-        ++slot;
-    for (const auto &item : visibleItems) {
-        if (item->index >= index)
-            item->index += count;
-    }
+    const int slot = renumberForInsert(index, count);
     if (index < visibleIndex) {
         visibleIndex += count;
         return;
@@ -203,6 +215,16 @@ void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
         insertAbove(slot, index, count);
     else
         insertBelow(slot, index, count);
+}
+
+void QDeclarativeListViewPrivate::rowsRemoved(int)
+{
+    for (const auto &item : visibleItems) {
+        if (item->index < 0)
+            continue;
+        visibleIndex = item->index;
+        return;
+    }
 }
 
 /** Makes items for new rows that stand above what is seen, which stays where it is. */
@@ -245,91 +267,64 @@ void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
         position += item->size() + spacing;
         visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
     }
-    if (made == count)
-        return;
-    // There is no room for all, so none for what comes after them.
-    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
-        takeVisible(int(visibleItems.size()) - 1);
-    if (made == 0 && slot == 0)
-        visibleIndex += count;
+    if (made < count)
+        dropBehind(slot, made, count);
+}
+
+/** The first row in view that is not among those that move, or null. */
+const QDeclarativeViewItem *QDeclarativeListViewPrivate::firstKept(int from, int count) const
+{
+    for (const auto &item : visibleItems) {
+        const bool moves = item->index >= from && item->index < from + count;
+        if (item->index >= 0 && !moves && item->endPosition() > viewPosition())
+            return item.get();
+    }
+    return nullptr;
 }
 
 /**
  * Moves rows within the visible items.
  *
- * A row takes the place of the one with its new number. Of several rows that move up at once only the first
- * shows at its new place, in stead of all of them; the rest come when the view next makes their items.
+ * The first row in view stays where it is, or leaves its place to one that moves there. When it moves itself,
+ * the next one takes its place, unless the very first row goes behind all that show. Of several rows
+ * that move up at once only the first shows at its new place; the rest come when the view next makes items.
  */
 void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
 {
-    const Item *first = firstVisibleItem();
-    if (!first)
+    if (lastVisibleIndex() < 0)
         return;
-    const qreal firstPosition = first->position();
+    const Item *first = firstVisibleItem();
+    const int firstIndex = qMax(first->index, visibleIndex);
     const qreal frontPosition = visibleItems.front()->position();
-    std::map<int, std::unique_ptr<Item>> moved;
-    qreal shift = 0;
-    for (int slot = 0; slot < int(visibleItems.size());) {
-        Item *item = visibleItems[slot].get();
-        if (item->index < from || item->index >= from + count) {
-            if (item->index > from)
-                item->index -= count;
-            ++slot;
+    const Item *kept = firstKept(from, count);
+    const bool keepsPlace = kept && (kept == first || (firstIndex == 0 && lastVisibleIndex() <= to));
+    const qreal position = (keepsPlace ? kept : first)->position();
+    int index = kept ? indexAfterMove(kept->index, from, to, count) : firstIndex;
+    if (kept == first && to < from && to == firstIndex)
+        index = to;
+    MovedItems items = takeForMove(from, to, count);
+    skipsRows = to < from && count > 1;
+    qreal above = 0;
+    int start = index;
+    for (; items.rows.count(start - 1) > 0; --start)
+        above += items.rows[start - 1]->size() + spacing;
+    const qreal end = viewPosition() + viewLength() + cacheBuffer;
+    qreal next = position - above;
+    for (int row = start; row < visualModel->count() && (next <= end || items.rows.count(row) > 0); ++row) {
+        if (skipsRows && row > to && row < to + count)
             continue;
-        }
-        item->index += to - from;
-        if (item->position() < firstPosition)
-            shift += item->size();
-        moved[item->index] = std::move(visibleItems[slot]);
-        visibleItems.erase(visibleItems.begin() + slot);
+        const Item *item = appendMoved(&items, row);
+        if (!item)
+            break;
+        next += item->size() + spacing;
     }
-    const auto take = [&moved](int index) {
-        std::unique_ptr<Item> item;
-        const auto found = moved.find(index);
-        if (found != moved.end()) {
-            item = std::move(found->second);
-            moved.erase(found);
-        }
-        return item;
-    };
-    int remaining = count;
-    int last = visibleIndex;
-    for (int slot = 0; slot < int(visibleItems.size()); ++slot) {
-        const int index = visibleItems[slot]->index;
-        if (remaining > 0 && index >= to && index < to + count) {
-            auto item = take(index);
-            if (!item)
-                item = createRow(index);
-            if (!item)
-                break;
-            if (index <= first->index)
-                shift -= item->size();
-            visibleItems.insert(visibleItems.begin() + slot, std::move(item));
-            --remaining;
-        } else if (index >= 0) {
-            if (index >= to)
-                visibleItems[slot]->index += count;
-            last = visibleItems[slot]->index;
-        }
-    }
-    while (auto item = take(last + 1)) {
-        visibleItems.push_back(std::move(item));
-        ++last;
-    }
-    for (auto &left : moved)
-        partedItems.push_back(std::move(left.second));
+    finishMove(std::move(items));
     if (lastVisibleIndex() < 0) {
         noRowsLeft(visibleIndex, frontPosition);
         return;
     }
-    for (const auto &item : visibleItems) {
-        if (item->index >= 0) {
-            visibleIndex = item->index;
-            break;
-        }
-    }
-    Item *front = visibleItems.front().get();
-    setItemPosition(front, front->position() + shift);
+    visibleIndex = start;
+    setItemPosition(visibleItems.front().get(), position - above);
 }
 
 void QDeclarativeListViewPrivate::placeHighlight()
@@ -422,7 +417,7 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
         return;
     auto *context = new QQmlContext(qmlContext(q));
     context->setContextProperty(QStringLiteral("section"), attached->section());
-    listItem->heading = createPart(section->delegate(), context);
+    listItem->heading = createPart(section->delegate(), content, context);
     listItem->headingSection = attached->section();
     if (listItem->heading)
         listItem->heading->setZValue(1);

@@ -53,7 +53,6 @@ public:
     void pathUpdated();
     void createHighlight();
     void makeHighlight();
-    QDeclarativeItem *createPart();
     void placeHighlight(qreal place);
     void moveHighlight(qreal offsetThen);
     qreal highlightTarget(qreal offsetThen) const;

@@ -4,7 +4,6 @@
 #include "qdeclarativevisualmodel_p.h"
 
 #include <QtCore/QScopedValueRollback>
-#include <QtQml/QQmlContext>
 
 #include <private/qqmlopenmetaobject_p.h>
 
@@ -310,7 +309,7 @@ void QDeclarativePathViewPrivate::makeHighlight()
     {
         const Making state = {this, rangeStart(), false};
         const QScopedValueRollback<const Making *> guard(making, &state);
-        item = highlightComponent ? createPart() : new QDeclarativeItem(q);
+        item = highlightComponent ? createPart(highlightComponent, q) : new QDeclarativeItem(q);
         if (!item)
             return;
         highlightAttached = qobject_cast<QDeclarativePathViewAttached *>(
@@ -319,25 +318,6 @@ void QDeclarativePathViewPrivate::makeHighlight()
     highlightItem = item;
     QDeclarativeItemPrivate::get(item)->addChangeListener(this, heard);
     placeHighlight(highlightTarget(offset));
-}
-
-/** Makes what the highlight component describes, or null where that is no item. */
-QDeclarativeItem *QDeclarativePathViewPrivate::createPart()
-{
-    Q_Q(QDeclarativePathView);
-    auto *context = new QQmlContext(qmlContext(q));
-    QObject *object = highlightComponent->beginCreate(context);
-    auto *item = qobject_cast<QDeclarativeItem *>(object);
-    if (!item) {
-        delete object;
-        delete context;
-        return nullptr;
-    }
-    context->setParent(item);
-    item->QObject::setParent(q);
-    item->setParentItem(q);
-    highlightComponent->completeCreate();
-    return item;
 }
 
 /** Where the highlight belongs once the rows have moved to @p offsetThen. */

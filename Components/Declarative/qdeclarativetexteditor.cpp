@@ -11,6 +11,7 @@
 #include <QtQml/QQmlContext>
 #include <QtQml/qqmlinfo.h>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 #include <QtWidgets/QStyle>
 
@@ -29,8 +30,8 @@ void QDeclarativeTextEditorPrivate::activeFocusChange(bool active)
 {
     Q_Q(QDeclarativeTextEditor);
     const QPointer<QDeclarativeTextEditor> guard(q);
-    // The selection goes before anybody hears of the focus that went.
-    if (!active)
+    // The selection goes before anybody hears of the focus that went, unless that comes back with the window.
+    if (!active && (!scene || scene->isActive()))
         leaveFocus();
     if (guard)
         QDeclarativePaintedItemPrivate::activeFocusChange(active);

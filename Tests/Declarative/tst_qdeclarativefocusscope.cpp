@@ -2,6 +2,7 @@
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 
 /** Which item has the focus of its scope, and which of them gets the keys. */
 class tst_QDeclarativeFocusScope : public QObject
@@ -15,6 +16,14 @@ private slots:
     void focusIsLostWithTheItem();
     void hiddenItemGivesFocusUp();
     void focusPanel();
+    void clearedFocus_data();
+    void clearedFocus();
+    void clearedFocusStaysCleared();
+    void disabledScopeGivesFocusUp();
+    void windowTakesActiveFocusAlong();
+    void clearedWhileWindowIsInactive_data();
+    void clearedWhileWindowIsInactive();
+    void focusBroughtBackByHandler();
 };
 
 static const char twoScopes[] = "Item { width: 10; height: 10\n"
@@ -92,6 +101,121 @@ void tst_QDeclarativeFocusScope::focusPanel()
     QVERIFY(scene.item("panel")->setProperty("active", false));
     QVERIFY(!scene.item("panel")->property("active").toBool());
     QVERIFY(scene.item("panel")->property("changes").toInt() > changes);
+}
+
+void tst_QDeclarativeFocusScope::clearedFocus_data()
+{
+    QTest::addColumn<QByteArray>("cleared");
+    QTest::addColumn<QStringList>("focused");
+    QTest::addColumn<QStringList>("active");
+    QTest::newRow("item in the active scope")
+        << QByteArray("l1") << QStringList{"left", "r2"} << QStringList{"left"};
+    QTest::newRow("item in another scope")
+        << QByteArray("r2") << QStringList{"left", "l1"} << QStringList{"left", "l1"};
+    QTest::newRow("active scope") << QByteArray("left") << QStringList{"l1", "r2"} << QStringList();
+}
+
+/** The names of those that @p has says yes for. */
+static QStringList namesOf(ItemScene &scene, bool (QDeclarativeItem::*has)() const)
+{
+    QStringList names;
+    for (const char *name : {"left", "l1", "l2", "right", "r1", "r2"}) {
+        if ((scene.item(name)->*has)())
+            names << QLatin1String(name);
+    }
+    return names;
+}
+
+void tst_QDeclarativeFocusScope::clearedFocus()
+{
+    QFETCH(QByteArray, cleared);
+    ItemScene scene(twoScopes);
+    scene.item(cleared)->setFocus(false);
+    QTEST(namesOf(scene, &QDeclarativeItem::hasFocus), "focused");
+    QTEST(namesOf(scene, &QDeclarativeItem::hasActiveFocus), "active");
+}
+
+void tst_QDeclarativeFocusScope::clearedFocusStaysCleared()
+{
+    ItemScene scene(twoScopes);
+    scene.item("l1")->setFocus(false);
+    scene.item("right")->setFocus(true);
+    scene.item("left")->setFocus(true);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList{"left"});
+    scene.item("l2")->setFocus(true);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), (QStringList{"left", "l2"}));
+}
+
+void tst_QDeclarativeFocusScope::disabledScopeGivesFocusUp()
+{
+    ItemScene scene(twoScopes);
+    QSignalSpy active(scene.item("left"), &QDeclarativeItem::activeFocusChanged);
+    scene.item("left")->setEnabled(false);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
+    QCOMPARE(active.count(), 1);
+    scene.item("left")->setEnabled(true);
+    scene.item("l1")->forceActiveFocus();
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), (QStringList{"left", "l1"}));
+}
+
+/** Makes the scene's window inactive, or active again. */
+static void activate(ItemScene &scene, bool active)
+{
+    QApplication::setActiveWindow(active ? &scene.view() : nullptr);
+}
+
+void tst_QDeclarativeFocusScope::windowTakesActiveFocusAlong()
+{
+    ItemScene scene(twoScopes);
+    QSignalSpy active(scene.item("l1"), &QDeclarativeItem::activeFocusChanged);
+    QSignalSpy focus(scene.item("left"), &QDeclarativeItem::focusChanged);
+    activate(scene, false);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasFocus), (QStringList{"left", "l1", "r2"}));
+    QCOMPARE(active.count(), 1);
+    scene.item("right")->setFocus(true);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
+    scene.item("left")->setFocus(true);
+    focus.clear();
+    activate(scene, true);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), (QStringList{"left", "l1"}));
+    QCOMPARE(active.count(), 2);
+    QCOMPARE(focus.count(), 0);
+}
+
+void tst_QDeclarativeFocusScope::clearedWhileWindowIsInactive_data()
+{
+    QTest::addColumn<QByteArray>("cleared");
+    QTest::addColumn<QStringList>("active");
+    QTest::newRow("item") << QByteArray("l1") << QStringList{"left"};
+    QTest::newRow("scope") << QByteArray("left") << QStringList();
+}
+
+void tst_QDeclarativeFocusScope::clearedWhileWindowIsInactive()
+{
+    QFETCH(QByteArray, cleared);
+    ItemScene scene(twoScopes);
+    activate(scene, false);
+    scene.item(cleared)->setFocus(false);
+    QVERIFY(!scene.item(cleared)->hasFocus());
+    activate(scene, true);
+    QVERIFY(!scene.item(cleared)->hasFocus());
+    QTEST(namesOf(scene, &QDeclarativeItem::hasActiveFocus), "active");
+}
+
+void tst_QDeclarativeFocusScope::focusBroughtBackByHandler()
+{
+    ItemScene scene("Item { width: 10; height: 10\n"
+                    "FocusScope { objectName: 'scope'; focus: true; property int changes: 0\n"
+                    "  onActiveFocusChanged: changes++\n"
+                    "  Item { id: kept; objectName: 'kept'; focus: true\n"
+                    "    onActiveFocusChanged: if (!activeFocus) kept.forceActiveFocus() } }\n"
+                    "Item { objectName: 'other' } }");
+    const int changes = scene.item("scope")->property("changes").toInt();
+    scene.item("other")->forceActiveFocus();
+    QVERIFY(scene.item("kept")->hasActiveFocus());
+    QVERIFY(scene.item("scope")->hasActiveFocus());
+    QCOMPARE(scene.item("scope")->property("changes").toInt(), changes);
 }
 
 QTEST_MAIN(tst_QDeclarativeFocusScope)

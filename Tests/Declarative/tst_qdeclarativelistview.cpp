@@ -37,6 +37,10 @@ private slots:
     void moveWithinView_data();
     void moveWithinView();
     void moveOutOfView();
+    void movesSeveralRows_data();
+    void movesSeveralRows();
+    void movesRowsWithAndWithoutItems();
+    void fillsUpAfterRemoval();
     void resetKeepsTheCurrentRow();
     void headerResizes();
     void sectionsFollowTheRows();
@@ -49,6 +53,7 @@ private:
     QVariant list(const char *property) const { return m_scene->item("list")->property(property); }
     qreal rowPosition(const QString &name) const;
     QString rows();
+    QString rowsWithPlaces();
 
     QScopedPointer<WatchedScene> m_scene;
 };
@@ -95,6 +100,15 @@ QString tst_QDeclarativeListView::rows()
             names.insert(item->y(), item->toGraphicsObject()->objectName());
     }
     return names.values().join(QString());
+}
+
+QString tst_QDeclarativeListView::rowsWithPlaces()
+{
+    QString text;
+    const QString names = rows();
+    for (const QChar name : names)
+        text += name + QString::number(rowPosition(name)) + QLatin1Char(' ');
+    return text;
 }
 
 void tst_QDeclarativeListView::models_data()
@@ -416,6 +430,53 @@ void tst_QDeclarativeListView::moveOutOfView()
     m_scene->evaluate("letters.move(1, 7, 1)");
     QTRY_COMPARE(rows(), QStringLiteral("cdefgh"));
     QCOMPARE(list("currentIndex").toInt(), 4);
+}
+
+void tst_QDeclarativeListView::movesSeveralRows_data()
+{
+    QTest::addColumn<QByteArray>("move");
+    QTest::addColumn<QString>("places");
+    // Rows are 20 pixels high and five apart; "c" has 30.
+    QTest::newRow("down within") << QByteArray("1, 2, 2") << QStringLiteral("a0 d25 b50 c75 ");
+    QTest::newRow("down beyond") << QByteArray("1, 5, 3") << QStringLiteral("a0 e25 f50 g75 h100 ");
+    QTest::newRow("first ones") << QByteArray("0, 1, 2") << QStringLiteral("c0 a35 b60 d85 ");
+    QTest::newRow("into view from below") << QByteArray("6, 1, 1") << QStringLiteral("a0 g25 b50 c75 ");
+    QTest::newRow("out of view") << QByteArray("1, 7, 1") << QStringLiteral("a0 c25 d60 e85 ");
+}
+
+void tst_QDeclarativeListView::movesSeveralRows()
+{
+    QFETCH(QByteArray, move);
+    load("model: letters; spacing: 5; delegate: Item { objectName: t; width: 100; height: t == 'c' ? 30 : 20 "
+         "}");
+    m_scene->evaluate("letters.move(" + move + ")");
+    QFETCH(QString, places);
+    QTRY_COMPARE(rowsWithPlaces(), places);
+}
+
+void tst_QDeclarativeListView::movesRowsWithAndWithoutItems()
+{
+    // Only one of the rows has an item, so the model tells of the move in pieces.
+    load("model: letters; currentIndex: 4; cacheBuffer: 0; delegate: Item { objectName: t; width: 100; "
+         "height: 20\n"
+         "ListView.onRemove: root.seen += 'removed' + t; ListView.onAdd: root.seen += 'added' + t }");
+    m_scene->evaluate("letters.move(4, 1, 3)");
+    QTRY_COMPARE(list("currentIndex").toInt(), 1);
+    QCOMPARE(m_scene->evaluate("list.currentItem.objectName").toString(), QStringLiteral("e"));
+    QCOMPARE(m_scene->value("seen").toString(), QString());
+}
+
+void tst_QDeclarativeListView::fillsUpAfterRemoval()
+{
+    QStringListModel model(QStringLiteral("a b c d e f g h i j k l").split(QLatin1Char(' ')));
+    m_scene->view().rootContext()->setContextProperty(QStringLiteral("strings"), &model);
+    load("model: strings; delegate: Item { objectName: display; width: 100; height: 20 }");
+    // The row above goes when the view has moved on.
+    m_scene->evaluate("list.contentY = 25; list.contentY = 26");
+    model.removeRows(1, 4);
+    // The rows in view stay where they are, so the view has to go where they now begin.
+    QTRY_COMPARE(rowsWithPlaces(), QStringLiteral("a80 f100 g120 h140 i160 j180 "));
+    QCOMPARE(list("contentY").toReal(), 80.0);
 }
 
 void tst_QDeclarativeListView::resetKeepsTheCurrentRow()

@@ -17,6 +17,8 @@ public:
     static void initMain();
 
 private slots:
+    void tabulator_data();
+    void tabulator();
     void initTestCase();
     void init();
     void formats_data();
@@ -425,6 +427,27 @@ void tst_QDeclarativeTextEdit::scaledContents()
     scene.root()->setProperty("height", 100);
     scene.click(26, 70);
     QCOMPARE(scene.cursor(), 4);
+}
+
+void tst_QDeclarativeTextEdit::tabulator_data()
+{
+    QTest::addColumn<QByteArray>("settings");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("alone") << QByteArray("") << QStringLiteral("\tab");
+    QTest::newRow("with a handler") << QByteArray("Keys.onPressed: {}") << QStringLiteral("\tab");
+    QTest::newRow("handled") << QByteArray("Keys.onTabPressed: {}") << QStringLiteral("ab");
+    QTest::newRow("leads on first") << QByteArray(
+        "KeyNavigation.priority: KeyNavigation.BeforeItem; KeyNavigation.tab: other; Item { id: other }")
+                                    << QStringLiteral("ab");
+    QTest::newRow("read-only") << QByteArray("readOnly: true") << QStringLiteral("ab");
+}
+
+void tst_QDeclarativeTextEdit::tabulator()
+{
+    QFETCH(QByteArray, settings);
+    EditorScene scene("TextEdit { text: \"ab\"; focus: true; " + settings + " }");
+    scene.key(Qt::Key_Tab);
+    QTEST(scene.text(), "text");
 }
 
 QTEST_MAIN(tst_QDeclarativeTextEdit)

@@ -41,6 +41,7 @@ private slots:
     void badCursorDelegates_data();
     void badCursorDelegates();
     void keepsDragsFromFlickable();
+    void selectionStaysWithTheWindow();
 
 private:
     static QByteArray qml(QByteArray text);
@@ -373,6 +374,18 @@ void tst_QDeclarativeTextEditor::keepsDragsFromFlickable()
     scene.release(30, 5);
     QCOMPARE(scene.value("contentX").toInt(), 0);
     QVERIFY(scene.item("input")->property("selectedText").toString().length() > 5);
+}
+
+void tst_QDeclarativeTextEditor::selectionStaysWithTheWindow()
+{
+    EditorScene scene(qml("Editor { text: \"kept\"; focus: true }"));
+    scene.evaluate("select(1, 3)");
+    QApplication::setActiveWindow(nullptr);
+    QCOMPARE(scene.value("activeFocus").toBool(), false);
+    QCOMPARE(scene.value("selectedText").toString(), QStringLiteral("ep"));
+    QApplication::setActiveWindow(&scene.view());
+    QCOMPARE(scene.value("activeFocus").toBool(), true);
+    QCOMPARE(scene.value("selectedText").toString(), QStringLiteral("ep"));
 }
 
 QTEST_MAIN(tst_QDeclarativeTextEditor)
