@@ -40,6 +40,10 @@ VTVideoComponent::~VTVideoComponent()
     // Both threads end side by side, and a source that is opening a clip gives up.
     d->controller->setShouldQuit();
     d->sourceObject->setShouldQuit();
+    d->controller->quit();
+    d->sourceObject->quit();
+    d->sourceObject->wait();
+    d->controller->wait();
     delete d->controller;
     delete d->sourceObject;
 }
