@@ -68,7 +68,8 @@ public:
 
     /**
      * Returns the first element inside this one whose tag name is @p name, or null. Direct children come
-     * first, then what is inside each child in turn.
+     * first, then what is inside each child in turn. A null @p name matches every element, an empty one those
+     * without a tag name.
      */
     Q_INVOKABLE VTXmlElement *childElement(const QString &name) const;
 

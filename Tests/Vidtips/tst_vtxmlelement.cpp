@@ -36,6 +36,7 @@ private slots:
     void childElementTakesDirectChildrenFirst();
     void childElementPassesOverOtherClasses();
     void childElementWithoutMatchIsNull();
+    void childElementOfAnEmptyName();
     void childElementListIsInTreeOrderWithOtherClasses();
     void emptyNameListsEverything_data();
     void emptyNameListsEverything();
@@ -274,6 +275,17 @@ void tst_VTXmlElement::childElementWithoutMatchIsNull()
     QVERIFY(!root.childElement("A"));
     QVERIFY(!root.childElement("root"));
     QVERIFY(root.childElementList("b").isEmpty());
+}
+
+// Unlike in the list, an empty name is a name; a null one is any.
+void tst_VTXmlElement::childElementOfAnEmptyName()
+{
+    VTXmlElement root;
+    VTXmlElement *named = makeChild(&root, "a");
+    QVERIFY(!root.childElement(QString("")));
+    QCOMPARE(root.childElement(QString()), named);
+    VTXmlElement *unnamed = makeChild(&root, "");
+    QCOMPARE(root.childElement(QString("")), unnamed);
 }
 
 void tst_VTXmlElement::childElementListIsInTreeOrderWithOtherClasses()
