@@ -495,11 +495,6 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
-    case ItemEnabledChange:
-        // The items inside would hand the focus to this scope, which could not take it, and be stuck with it.
-        if (!value.toBool() && (flags() & ItemIsFocusScope) && d->hasActiveFocus())
-            QGraphicsItem::clearFocus();
-        return value;
     case ItemParentHasChanged:
         if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
             d->resolveMirroring();
@@ -511,7 +506,18 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
             listener->itemParentChanged(this, parentItem());
         });
         break;
+    case ItemEnabledChange:
+        // The items inside would hand the focus to this scope, which could not take it, and be stuck with it.
+        if (!value.toBool() && (flags() & ItemIsFocusScope) && d->hasActiveFocus())
+            QGraphicsItem::clearFocus();
+        return value;
+    case ItemEnabledHasChanged:
+        if (!isEnabled())
+            d->yieldActiveFocus();
+        break;
     case ItemVisibleHasChanged:
+        if (!isVisible())
+            d->yieldActiveFocus();
         d->notifyListeners(VisibilityChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemVisibilityChanged(this);
         });

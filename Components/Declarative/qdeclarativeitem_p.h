@@ -131,10 +131,18 @@ public:
     bool hasSubFocus() const;
     /** Whether keys go to the item, or through it as a focus scope to an item inside, right now. */
     bool hasActiveFocus() const;
+    /** Whether the active focus comes back to the item with its window. */
+    bool hasPassiveFocus() const;
     void takeSceneFocus();
     void leaveSceneFocus();
+    /** Makes the item the one with the focus, of the scope around it if there is one. */
+    void takeFocus();
     /** Gives the focus up, to the scope around the item if there is one. */
     void releaseFocus();
+    /** Gives up what Graphics View leaves to a focus scope that is hidden or disabled. */
+    void yieldActiveFocus();
+    /** Says what has become of the focus of an item outside every scope, if that is news. */
+    void announceFocus();
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
     void dropFocus();
     /** Called to announce that the active focus has come or gone; call the base. */

@@ -28,6 +28,19 @@ bool QDeclarativeItemPrivate::hasActiveFocus() const
     return hasSubFocus() && scene && scene->isActive() && scene->focusItem() == subFocusItem;
 }
 
+/** The item that gets the active focus with the window, null while this is active. */
+static QGraphicsItem *passiveFocusItem(QGraphicsScene *scene)
+{
+    if (scene->isActive())
+        return nullptr;
+    return static_cast<QGraphicsScenePrivate *>(QObjectPrivate::get(scene))->passiveFocusItem;
+}
+
+bool QDeclarativeItemPrivate::hasPassiveFocus() const
+{
+    return hasSubFocus() && (!scene || passiveFocusItem(scene) == subFocusItem);
+}
+
 void QDeclarativeItemPrivate::activeFocusChange(bool active)
 {
     Q_Q(QDeclarativeItem);
@@ -39,13 +52,28 @@ void QDeclarativeItemPrivate::activeFocusChange(bool active)
     // Outside every scope both are the same. An item that gives the active focus back to its scope loses both
     // at once, and Graphics View leaves it to the item to say so.
     const QGraphicsItem *scope = scopeOf(q);
-    if (scope && QGraphicsItemPrivate::get(scope)->focusScopeItem)
+    if (!scope || !QGraphicsItemPrivate::get(scope)->focusScopeItem)
+        announceFocus();
+}
+
+void QDeclarativeItemPrivate::announceFocus()
+{
+    Q_Q(QDeclarativeItem);
+    const bool focus = q->hasFocus();
+    if (focus == announcedFocus)
         return;
-    // A window that is not active takes the active focus along, and leaves the focus.
-    if (q->hasFocus() != active || announcedFocus == active)
+    announcedFocus = focus;
+    Q_EMIT q->focusChanged(focus);
+}
+
+void QDeclarativeItemPrivate::yieldActiveFocus()
+{
+    if (subFocusItem != q_ptr || !hasActiveFocus())
         return;
-    announcedFocus = active;
-    Q_EMIT q->focusChanged(active);
+    // Graphics View looks for the item with the focus inside the scope, where it is not.
+    clearSubFocus();
+    scene->setFocusItem(nullptr);
+    leaveSceneFocus();
 }
 
 /** The item and the focus scopes around it, from the inside out. */
@@ -128,23 +156,46 @@ bool QDeclarativeItem::hasFocus() const
     if (scope)
         return QGraphicsItemPrivate::get(scope)->focusScopeItem == this;
     // The scene is the scope, and remembers its item while its window is not active.
-    return scene() && scene()->isActive() ? hasActiveFocus() : d_func()->hasSubFocus();
+    return !scene() || !scene()->isActive() ? d_func()->hasPassiveFocus() : hasActiveFocus();
+}
+
+/** Says what has become of the focus of the outermost of the scopes around the item, or of itself. */
+static void announceOutermost(QGraphicsItem *item)
+{
+    auto *inside = item ? qobject_cast<QDeclarativeItem *>(item->toGraphicsObject()) : nullptr;
+    if (inside)
+        QDeclarativeItemPrivate::get(focusChain(inside).constLast().data())->announceFocus();
+}
+
+void QDeclarativeItemPrivate::takeFocus()
+{
+    Q_Q(QDeclarativeItem);
+    const QPointer<QDeclarativeItem> guard(q);
+    q->QGraphicsItem::setFocus(Qt::OtherFocusReason);
+    if (!guard || !scene)
+        return;
+    // What a handler of the focus that went asked for came later, and counts.
+    QGraphicsItem *const wanted = QGraphicsItemPrivate::get(q->topLevelItem())->subFocusItem;
+    if (scene->focusItem() && wanted && wanted != scene->focusItem() && wanted->panel() == q->panel())
+        scene->setFocusItem(wanted);
 }
 
 void QDeclarativeItem::setFocus(bool focus)
 {
-    if (!focus) {
-        d_func()->releaseFocus();
-        return;
-    }
+    Q_D(QDeclarativeItem);
     const QPointer<QDeclarativeItem> guard(this);
-    QGraphicsItem::setFocus(Qt::OtherFocusReason);
-    if (!guard || !scene())
+    QGraphicsItem *const passive = scene() ? passiveFocusItem(scene()) : nullptr;
+    const QPointer<QGraphicsObject> before = passive ? passive->toGraphicsObject() : nullptr;
+    if (focus)
+        d->takeFocus();
+    else
+        d->releaseFocus();
+    // Nobody else says so while the window is not active.
+    if (!guard || !scene() || scene()->isActive())
         return;
-    // What a handler of the focus that went asked for came later, and counts.
-    QGraphicsItem *const wanted = QGraphicsItemPrivate::get(topLevelItem())->subFocusItem;
-    if (scene()->focusItem() && wanted && wanted != scene()->focusItem() && wanted->panel() == panel())
-        scene()->setFocusItem(wanted);
+    announceOutermost(before);
+    if (guard)
+        announceOutermost(this);
 }
 
 bool QDeclarativeItem::hasActiveFocus() const

@@ -24,6 +24,9 @@ private slots:
     void clearedWhileWindowIsInactive_data();
     void clearedWhileWindowIsInactive();
     void focusBroughtBackByHandler();
+    void scopeWithHiddenItemGoes_data();
+    void scopeWithHiddenItemGoes();
+    void focusSignalsWhileWindowIsInactive();
 };
 
 static const char twoScopes[] = "Item { width: 10; height: 10\n"
@@ -216,6 +219,44 @@ void tst_QDeclarativeFocusScope::focusBroughtBackByHandler()
     QVERIFY(scene.item("kept")->hasActiveFocus());
     QVERIFY(scene.item("scope")->hasActiveFocus());
     QCOMPARE(scene.item("scope")->property("changes").toInt(), changes);
+}
+
+void tst_QDeclarativeFocusScope::scopeWithHiddenItemGoes_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    QTest::newRow("hidden") << QByteArray("visible");
+    QTest::newRow("disabled") << QByteArray("enabled");
+}
+
+void tst_QDeclarativeFocusScope::scopeWithHiddenItemGoes()
+{
+    QFETCH(QByteArray, property);
+    ItemScene scene(twoScopes);
+    scene.item("l1")->setVisible(false);
+    scene.item("l1")->setFocus(true);
+    scene.item("left")->setFocus(true);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList{"left"});
+    QSignalSpy active(scene.item("left"), &QDeclarativeItem::activeFocusChanged);
+    scene.item("left")->setProperty(property, false);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
+    QCOMPARE(active.count(), 1);
+}
+
+void tst_QDeclarativeFocusScope::focusSignalsWhileWindowIsInactive()
+{
+    ItemScene scene(twoScopes);
+    activate(scene, false);
+    QSignalSpy left(scene.item("left"), &QDeclarativeItem::focusChanged);
+    QSignalSpy right(scene.item("right"), &QDeclarativeItem::focusChanged);
+    scene.item("right")->setFocus(true);
+    QCOMPARE(left.count(), 1);
+    QCOMPARE(right.count(), 1);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasFocus), (QStringList{"l1", "right", "r2"}));
+    scene.item("right")->setFocus(false);
+    QCOMPARE(right.count(), 2);
+    activate(scene, true);
+    QCOMPARE(left.count(), 1);
+    QCOMPARE(right.count(), 2);
 }
 
 QTEST_MAIN(tst_QDeclarativeFocusScope)
