@@ -95,7 +95,7 @@ const QPixmap &QDeclarativeRectanglePrivate::needTile()
 {
     const qreal corner = cornerRadius();
     if (!tile)
-        tile.reset(new Tile);
+        tile = std::make_unique<Tile>();
     QPixmap &pixmap = tile->pixmap;
     if (!pixmap.isNull() && corner == tile->radius)
         return pixmap;
@@ -157,7 +157,7 @@ QBrush QDeclarativeRectanglePrivate::fill(const QRectF &area)
     if (!gradient)
         return color;
     if (!shading) {
-        shading.reset(new QLinearGradient);
+        shading = std::make_unique<QLinearGradient>();
         const QGradientStops stops = gradient->gradientStops();
         for (const QGradientStop &stop : stops)
             shading->setColorAt(stop.first, stop.second);
@@ -270,7 +270,7 @@ QDeclarativePen *QDeclarativeRectangle::border()
 {
     Q_D(QDeclarativeRectangle);
     if (!d->pen)
-        d->pen.reset(new QDeclarativePen(this));
+        d->pen = std::make_unique<QDeclarativePen>(this);
     return d->pen.get();
 }
 

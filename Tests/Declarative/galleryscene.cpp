@@ -25,7 +25,7 @@ public:
 
     qint64 elapsed() const override { return m_elapsed; }
 
-    void step()
+    void goOn()
     {
         if (!isRunning())
             return;
@@ -180,7 +180,7 @@ void GalleryScene::wait(int milliseconds)
     // The first picture of an animation that begins with the step is due one interval later.
     for (int time = SteppedAnimations::interval; time <= milliseconds; time += SteppedAnimations::interval) {
         QTest::qWait(SteppedAnimations::interval);
-        animations()->step();
+        animations()->goOn();
     }
     QTest::qWait(int(qMax(qint64(0), milliseconds - timer.elapsed())));
 }

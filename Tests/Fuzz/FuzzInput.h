@@ -18,7 +18,7 @@ public:
     {
         if (m_rest.isEmpty())
             return 0;
-        const quint8 byte = quint8(m_rest.at(0));
+        const auto byte = quint8(m_rest.at(0));
         m_rest.remove(0, 1);
         return byte;
     }
@@ -36,7 +36,7 @@ public:
     QString takeText()
     {
         const int length = takeByte();
-        const QString text = QString::fromUtf8(m_rest.left(length));
+        QString text = QString::fromUtf8(m_rest.left(length));
         m_rest.remove(0, length);
         return text;
     }
@@ -45,7 +45,7 @@ public:
     QByteArray takeLine()
     {
         const int end = m_rest.indexOf('\n');
-        const QByteArray line = m_rest.left(end);
+        QByteArray line = m_rest.left(end);
         m_rest = end < 0 ? QByteArray() : m_rest.mid(end + 1);
         return line;
     }

@@ -28,7 +28,7 @@ public:
         __lsan_enable();
     }
 #else
-    FuzzKept() { }
+    FuzzKept() = default;
 #endif
     Q_DISABLE_COPY(FuzzKept)
 };

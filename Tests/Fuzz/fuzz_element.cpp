@@ -37,7 +37,7 @@ Result call(QObject *object, const char *type, const char *method, Arguments... 
 class Operations
 {
 public:
-    explicit Operations(FuzzInput input)
+    explicit Operations(const QByteArray &input)
         : m_input(input)
     {
         m_models.append({&m_root, {}, {}});
@@ -148,5 +148,5 @@ const Operations::Operation Operations::operations[] = {
 
 void fuzz(const QByteArray &input)
 {
-    Operations(FuzzInput(input)).run();
+    Operations(input).run();
 }

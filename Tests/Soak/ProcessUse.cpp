@@ -5,15 +5,13 @@
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QWidget>
 
+#include <dlfcn.h>
 #include <malloc.h>
 #include <unistd.h>
 #include <xcb/res.h>
 
 #include <cstdlib>
 #include <memory>
-
-// Only a sanitizer that replaces malloc has it.
-extern "C" size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
 namespace {
 
@@ -24,10 +22,20 @@ int entries(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
+using BytesFunction = size_t (*)();
+
+// Tells what is allocated under a sanitizer that replaces malloc; null without one.
+BytesFunction sanitizerBytes()
+{
+    static const auto function =
+        reinterpret_cast<BytesFunction>(dlsym(RTLD_DEFAULT, "__sanitizer_get_current_allocated_bytes"));
+    return function;
+}
+
 double heapMebibytes()
 {
-    if (__sanitizer_get_current_allocated_bytes)
-        return double(__sanitizer_get_current_allocated_bytes()) / mebibyte;
+    if (const BytesFunction bytes = sanitizerBytes())
+        return double(bytes()) / mebibyte;
     const struct mallinfo2 heap = mallinfo2();
     return double(heap.uordblks + heap.hblkhd) / mebibyte;
 }
@@ -35,7 +43,7 @@ double heapMebibytes()
 double residentMebibytes()
 {
     // A sanitizer keeps what was freed, to see whether it is used again.
-    if (__sanitizer_get_current_allocated_bytes)
+    if (sanitizerBytes())
         return 0.0;
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly))
