@@ -157,6 +157,7 @@ public:
     Item *currentRow() const;
     void regenerate();
     void refill();
+    void fillView();
     void releaseDeferred();
     void layout();
     void scheduleLayout();
@@ -236,6 +237,7 @@ public:
     bool currentIsCleared = false;
     bool isNewItem = false;
     bool layingOut = false;
+    bool movesInLayout = false; ///< the view went elsewhere while items were placed
     bool layoutScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;

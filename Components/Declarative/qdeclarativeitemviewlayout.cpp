@@ -129,8 +129,12 @@ void QDeclarativeItemViewPrivate::mirrorChange()
 
 void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
 {
-    if (!componentIsComplete || axis.orientation != scrolled() || layingOut)
+    if (!componentIsComplete || axis.orientation != scrolled())
         return;
+    if (layingOut) {
+        movesInLayout = true;
+        return;
+    }
     lazyRelease = true;
     refill();
     if (axis.flicking)
@@ -340,6 +344,15 @@ void QDeclarativeItemViewPrivate::refill()
 {
     if (!visualModel->isValid() || layingOut)
         return;
+    movesInLayout = false;
+    fillView();
+    // The size that the rows turned out to have may have brought the view back to where some are missing.
+    if (movesInLayout)
+        fillView();
+}
+
+void QDeclarativeItemViewPrivate::fillView()
+{
     const QScopedValueRollback<bool> guard(layingOut, true);
     const qreal from = viewPosition() - cacheBuffer;
     const qreal to = viewPosition() + viewLength() + cacheBuffer;
