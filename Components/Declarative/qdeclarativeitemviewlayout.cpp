@@ -344,10 +344,11 @@ void QDeclarativeItemViewPrivate::refill()
 {
     if (!visualModel->isValid() || layingOut)
         return;
+    hasJumped = false;
     movesInLayout = false;
     fillView();
-    // The size that the rows turned out to have may have brought the view back to where some are missing.
-    if (movesInLayout)
+    // Where the view went, rows that are shorter than was expected bring it back to where some are missing.
+    if (hasJumped && movesInLayout)
         fillView();
 }
 
@@ -397,6 +398,8 @@ void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)
     if (currentItem) {
         if (visibleItems.empty())
             averageSize = QDeclarativeRounding::bounded(currentItem->size());
+        if (currentIndex > visibleIndex && currentIndex < lastVisibleIndex() && !visibleItem(currentIndex))
+            addSkipped();
         placeCurrent();
         currentItem->item->setFocus(true);
         currentItem->attached->setIsCurrentItem(true);

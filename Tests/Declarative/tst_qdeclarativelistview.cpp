@@ -40,6 +40,8 @@ private slots:
     void movesSeveralRows_data();
     void movesSeveralRows();
     void movesRowsWithAndWithoutItems();
+    void currentRowAmongThoseLeftOut_data();
+    void currentRowAmongThoseLeftOut();
     void fillsUpAfterRemoval();
     void resetKeepsTheCurrentRow();
     void headerResizes();
@@ -465,6 +467,29 @@ void tst_QDeclarativeListView::movesRowsWithAndWithoutItems()
     QTRY_COMPARE(list("currentIndex").toInt(), 1);
     QCOMPARE(m_scene->evaluate("list.currentItem.objectName").toString(), QStringLiteral("e"));
     QCOMPARE(m_scene->value("seen").toString(), QString());
+}
+
+void tst_QDeclarativeListView::currentRowAmongThoseLeftOut_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("places");
+    QTest::newRow("moved there") << 5 << QByteArray("letters.move(3, 1, 3)")
+                                 << QStringLiteral("a0 d20 f40 b60 c80 g100 ");
+    QTest::newRow("made the current one") << 0 << QByteArray("letters.move(3, 1, 2); list.currentIndex = 2")
+                                          << QStringLiteral("a0 d20 e40 b60 c80 f100 g120 ");
+    QTest::newRow("view moves") << 0 << QByteArray("letters.move(3, 1, 2); list.contentY = 1")
+                                << QStringLiteral("a0 d20 e40 b60 c80 f100 ");
+}
+
+void tst_QDeclarativeListView::currentRowAmongThoseLeftOut()
+{
+    QFETCH(int, current);
+    QFETCH(QByteArray, script);
+    load("model: letters; delegate: letter; currentIndex: " + QByteArray::number(current));
+    m_scene->evaluate("list.contentY = 0");
+    m_scene->evaluate(script);
+    QTEST(rowsWithPlaces(), "places");
 }
 
 void tst_QDeclarativeListView::fillsUpAfterRemoval()
