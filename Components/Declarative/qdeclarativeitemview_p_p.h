@@ -74,6 +74,8 @@ public:
     virtual qreal endPosition() const = 0;
     /** Makes the items between @p from and @p to; tells whether there are new ones. */
     virtual bool addVisible(qreal from, qreal to) = 0;
+    /** Makes the items that were left out among the visible ones. */
+    virtual void addSkipped() { }
     /** Gives up the items that lie outside; tells whether there were any. */
     bool removeInvisible(qreal from, qreal to);
     /** Moves the visible items to where they belong. */
@@ -157,6 +159,7 @@ public:
     Item *currentRow() const;
     void regenerate();
     void refill();
+    void fillView();
     void releaseDeferred();
     void layout();
     void scheduleLayout();
@@ -236,6 +239,8 @@ public:
     bool currentIsCleared = false;
     bool isNewItem = false;
     bool layingOut = false;
+    bool hasJumped = false; ///< all items were given up, for others where these were expected
+    bool movesInLayout = false; ///< the view went elsewhere while items were placed
     bool layoutScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;

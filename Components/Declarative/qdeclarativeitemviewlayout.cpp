@@ -129,8 +129,12 @@ void QDeclarativeItemViewPrivate::mirrorChange()
 
 void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
 {
-    if (!componentIsComplete || axis.orientation != scrolled() || layingOut)
+    if (!componentIsComplete || axis.orientation != scrolled())
         return;
+    if (layingOut) {
+        movesInLayout = true;
+        return;
+    }
     lazyRelease = true;
     refill();
     if (axis.flicking)
@@ -340,6 +344,16 @@ void QDeclarativeItemViewPrivate::refill()
 {
     if (!visualModel->isValid() || layingOut)
         return;
+    hasJumped = false;
+    movesInLayout = false;
+    fillView();
+    // Where the view went, rows that are shorter than was expected bring it back to where some are missing.
+    if (hasJumped && movesInLayout)
+        fillView();
+}
+
+void QDeclarativeItemViewPrivate::fillView()
+{
     const QScopedValueRollback<bool> guard(layingOut, true);
     const qreal from = viewPosition() - cacheBuffer;
     const qreal to = viewPosition() + viewLength() + cacheBuffer;
@@ -384,6 +398,8 @@ void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)
     if (currentItem) {
         if (visibleItems.empty())
             averageSize = QDeclarativeRounding::bounded(currentItem->size());
+        if (currentIndex > visibleIndex && currentIndex < lastVisibleIndex() && !visibleItem(currentIndex))
+            addSkipped();
         placeCurrent();
         currentItem->item->setFocus(true);
         currentItem->attached->setIsCurrentItem(true);

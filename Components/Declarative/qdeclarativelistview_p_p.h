@@ -55,7 +55,7 @@ public:
 
     qreal step() const { return averageSize + spacing; }
     const Item *firstKept(int from, int count) const;
-    void addSkipped();
+    void addSkipped() override;
     bool append(qreal to);
     bool prepend(qreal from);
     void jump(qreal from, qreal to);

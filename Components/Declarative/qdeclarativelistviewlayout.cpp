@@ -116,6 +116,7 @@ void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
     while (!visibleItems.empty())
         takeVisible(0);
     noteFirst(index, end + (index - last - 1) * step());
+    hasJumped = true;
 }
 
 /** Makes the rows that a move left out. */
@@ -287,7 +288,8 @@ const QDeclarativeViewItem *QDeclarativeListViewPrivate::firstKept(int from, int
  *
  * The first row in view stays where it is, or leaves its place to one that moves there. When it moves itself,
  * the next one takes its place, unless the very first row goes behind all that show. Of several rows
- * that move up at once only the first shows at its new place; the rest come when the view next makes items.
+ * that move up at once only the first shows at its new place, and the current one, which has an item anyway;
+ * the rest come when the view next makes items.
  */
 void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
 {
@@ -304,6 +306,7 @@ void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
         index = to;
     MovedItems items = takeForMove(from, to, count);
     skipsRows = to < from && count > 1;
+    const int current = currentItem ? indexAfterMove(currentIndex, from, to, count) : -1;
     qreal above = 0;
     int start = index;
     for (; items.rows.count(start - 1) > 0; --start)
@@ -311,7 +314,7 @@ void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
     const qreal end = viewPosition() + viewLength() + cacheBuffer;
     qreal next = position - above;
     for (int row = start; row < visualModel->count() && (next <= end || items.rows.count(row) > 0); ++row) {
-        if (skipsRows && row > to && row < to + count)
+        if (skipsRows && row > to && row < to + count && row != current)
             continue;
         const Item *item = appendMoved(&items, row);
         if (!item)

@@ -3,10 +3,13 @@
 #include "qdeclarativeitem.h"
 
 #include <QtCore/QHash>
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
 
 #include <private/qqmlchangeset_p.h>
 #include <private/qqmldelegatemodel_p.h>
 
+class QAbstractItemModel;
 class QDeclarativeVisualDataModel;
 
 /** VisualDataModel has nothing to attach, unlike what it is made of. */
@@ -64,6 +67,11 @@ private:
     void watchItems();
     void adoptRoles();
     void reportChange(const QModelIndex &first, const QModelIndex &last);
+    void watchMoves(QAbstractItemModel *);
+    void takeMoves();
+    void moveRows(const QModelIndex &source, int first, int last, const QModelIndex &target, int before);
+    void moveOneByOne(int from, int to, int count);
+    bool hasItemsBetween(int first, int end) const;
     void reportPackage(int index, QObject *item);
     void reportPackageEnd(QObject *item);
 
@@ -71,7 +79,10 @@ private:
     bool isComplete = true;
     QMetaObject::Connection reset;
     QMetaObject::Connection change;
+    QMetaObject::Connection beforeMove;
+    QMetaObject::Connection move;
     QHash<int, QByteArray> roles; ///< of the item model, as the delegates know them
+    QVector<QPointer<QQmlInstanceModel>> shownParts;
     QHash<QObject *, QObject *> packages; ///< of the parts that are shown
 };
 

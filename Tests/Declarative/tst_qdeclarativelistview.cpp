@@ -40,6 +40,8 @@ private slots:
     void movesSeveralRows_data();
     void movesSeveralRows();
     void movesRowsWithAndWithoutItems();
+    void currentRowAmongThoseLeftOut_data();
+    void currentRowAmongThoseLeftOut();
     void fillsUpAfterRemoval();
     void resetKeepsTheCurrentRow();
     void headerResizes();
@@ -47,6 +49,7 @@ private slots:
     void attachedView();
     void viewResized();
     void jumpFar();
+    void jumpToShorterRows();
 
 private:
     void load(const QByteArray &settings);
@@ -466,6 +469,29 @@ void tst_QDeclarativeListView::movesRowsWithAndWithoutItems()
     QCOMPARE(m_scene->value("seen").toString(), QString());
 }
 
+void tst_QDeclarativeListView::currentRowAmongThoseLeftOut_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("places");
+    QTest::newRow("moved there") << 5 << QByteArray("letters.move(3, 1, 3)")
+                                 << QStringLiteral("a0 d20 f40 b60 c80 g100 ");
+    QTest::newRow("made the current one") << 0 << QByteArray("letters.move(3, 1, 2); list.currentIndex = 2")
+                                          << QStringLiteral("a0 d20 e40 b60 c80 f100 g120 ");
+    QTest::newRow("view moves") << 0 << QByteArray("letters.move(3, 1, 2); list.contentY = 1")
+                                << QStringLiteral("a0 d20 e40 b60 c80 f100 ");
+}
+
+void tst_QDeclarativeListView::currentRowAmongThoseLeftOut()
+{
+    QFETCH(int, current);
+    QFETCH(QByteArray, script);
+    load("model: letters; delegate: letter; currentIndex: " + QByteArray::number(current));
+    m_scene->evaluate("list.contentY = 0");
+    m_scene->evaluate(script);
+    QTEST(rowsWithPlaces(), "places");
+}
+
 void tst_QDeclarativeListView::fillsUpAfterRemoval()
 {
     QStringListModel model(QStringLiteral("a b c d e f g h i j k l").split(QLatin1Char(' ')));
@@ -550,6 +576,17 @@ void tst_QDeclarativeListView::jumpFar()
     m_scene->evaluate("list.positionViewAtBeginning()");
     QCOMPARE(list("contentY").toReal(), 0.0);
     QVERIFY(m_scene->item("row0"));
+}
+
+void tst_QDeclarativeListView::jumpToShorterRows()
+{
+    // The rows there turn out to be shorter than those from which their places were estimated.
+    load("model: 30; delegate: Item { objectName: String.fromCharCode(65 + index); width: 100; height: index "
+         "> 24 ? 10 : 40 }");
+    m_scene->evaluate("list.currentIndex = 29");
+    QTRY_COMPARE(list("contentY").toReal(), rowPosition(QStringLiteral("^")) + 10 - 100);
+    QVERIFY2(rows().startsWith(QLatin1Char('W')) || rows().startsWith(QLatin1Char('X')), qPrintable(rows()));
+    QVERIFY(rowPosition(rows().left(1)) <= list("contentY").toReal());
 }
 
 QTEST_MAIN(tst_QDeclarativeListView)

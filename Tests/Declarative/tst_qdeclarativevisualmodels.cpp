@@ -77,6 +77,8 @@ private slots:
     void parts();
     void partOfTheModelItself();
     void packagesAreReported();
+    void movesRowsOfWhichSomeHaveItems_data();
+    void movesRowsOfWhichSomeHaveItems();
 
 private:
     static bool load(WatchedScene &scene, const QByteArray &body, const QVariant &model)
@@ -379,6 +381,82 @@ void tst_QDeclarativeVisualModels::packagesAreReported()
     QCOMPARE(scene.evaluate("take()").toString(), QStringLiteral("created 0 p1,created 1 p2"));
     QCOMPARE(scene.evaluate("rows.append({ a: 3 }); take()").toString(), QStringLiteral("created 2 p3"));
     QCOMPARE(scene.evaluate("rows.remove(0); take()").toString(), QStringLiteral("destroying p1"));
+}
+
+void tst_QDeclarativeVisualModels::movesRowsOfWhichSomeHaveItems_data()
+{
+    QTest::addColumn<QString>("seen"); // the rows in view, one a view
+    QTest::addColumn<QString>("move");
+    QTest::addColumn<QString>("order");
+    QTest::newRow("down") << "1 3"
+                          << "0, 1, 2"
+                          << "c a b d e f g h";
+    QTest::newRow("up") << "1 3"
+                        << "2, 1, 2"
+                        << "a c d b e f g h";
+    QTest::newRow("past an item") << "2 4"
+                                  << "1, 2, 2"
+                                  << "a d b c e f g h";
+    QTest::newRow("far") << "1 5"
+                         << "0, 3, 2"
+                         << "c d e a b f g h";
+    QTest::newRow("more rows than they pass") << "1 3 6"
+                                              << "1, 3, 5"
+                                              << "a g h b c d e f";
+    QTest::newRow("more rows up") << "1 3 6"
+                                  << "3, 1, 5"
+                                  << "a d e f g h b c";
+}
+
+void tst_QDeclarativeVisualModels::movesRowsOfWhichSomeHaveItems()
+{
+    QFETCH(QString, seen);
+    QFETCH(QString, move);
+    WatchedScene scene;
+    scene.view().rootContext()->setContextProperty(QStringLiteral("seen"), seen.split(QLatin1Char(' ')));
+    QVERIFY(scene.load(R"(Item {
+        id: root; width: 100; height: 100
+        property int alive
+        property int moves
+        property string wrong
+        function check(item) {
+            if (letters.get(item.row).t != item.shown || item.changes > 1)
+                wrong += item.shown + " stands as " + item.row + ", changed " + item.changes + "; "
+        }
+        function checked() {
+            var found = 0
+            for (var i = 0; i < views.count; ++i) {
+                var all = views.itemAt(i).contentItem.children
+                for (var k = 0; k < all.length; ++k)
+                    if (all[k].shown) { ++found; check(all[k]) }
+            }
+            return wrong + (found == alive ? "" : found + " of " + alive)
+        }
+        ListModel { id: letters
+            ListElement { t: "a" } ListElement { t: "b" } ListElement { t: "c" } ListElement { t: "d" }
+            ListElement { t: "e" } ListElement { t: "f" } ListElement { t: "g" } ListElement { t: "h" } }
+        VisualDataModel {
+            id: visual; model: letters; onItemsMoved: ++root.moves
+            delegate: Item { property string shown: t; property int row: index; property int changes: -1
+                width: 10; height: 20; onRowChanged: ++changes
+                Component.onCompleted: { changes = 0; ++root.alive } Component.onDestruction: --root.alive }
+        }
+        Repeater { id: views; model: seen
+            ListView { width: 10; height: 19; model: visual; currentIndex: -1
+                Component.onCompleted: contentY = modelData * 20 } }
+    })"));
+    scene.evaluate(QByteArray("letters.move(" + move.toLatin1() + ")").constData());
+    QCOMPARE(scene.value("moves").toInt(), 1);
+    QTRY_COMPARE(scene.evaluate("checked()").toString(), QString());
+    // One view passes by the rows that the others show.
+    for (int y = 0; y < 160; y += 10)
+        scene.evaluate("views.itemAt(0).contentY = " + QByteArray::number(y));
+    QTRY_COMPARE(scene.evaluate("checked()").toString(), QString());
+    QTEST(scene
+              .evaluate("var all = []; for (var i = 0; i < letters.count; ++i) all.push(letters.get(i).t); "
+                        "all.join(' ')")
+              .toString(),
+          "order");
 }
 
 QTEST_MAIN(tst_QDeclarativeVisualModels)
