@@ -24,15 +24,17 @@ public:
     explicit RowSilence(QQmlDelegateModel *model)
     {
         const auto &cache = QQmlDelegateModelPrivate::get(model)->m_cache;
-        for (QQmlDelegateModelItem *item : cache) {
-            m_rows.push_back({item, item->modelIndex()});
-            m_blockers.emplace_back(item);
-        }
+        for (QQmlDelegateModelItem *item : cache)
+            m_rows.push_back({item, item->modelIndex(), item->blockSignals(true)});
     }
 
     void end()
     {
-        m_blockers.clear();
+        // Attached objects keep no silence, and what they run may delete items.
+        for (const auto &row : m_rows) {
+            if (row.item)
+                row.item->blockSignals(row.wasBlocked);
+        }
         for (const auto &row : m_rows) {
             if (!row.item || row.item->modelIndex() == row.before)
                 continue;
@@ -47,9 +49,9 @@ private:
     {
         QPointer<QQmlDelegateModelItem> item;
         int before;
+        bool wasBlocked;
     };
     std::vector<Row> m_rows;
-    std::vector<QSignalBlocker> m_blockers;
 };
 
 } // namespace
