@@ -551,6 +551,8 @@ bool VTManager::reserve(VTWidget *window, QWidget *&hostWindow)
     if (!self || window != d->widget)
         return false;
     hostWindow = container;
+    // The windows that users have closed since.
+    d->reservations.removeAll(nullptr);
     d->reservations.append(window);
     d->widget = nullptr;
     initializeTooltipWindow(nullptr);
