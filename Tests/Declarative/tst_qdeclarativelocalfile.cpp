@@ -67,6 +67,7 @@ private slots:
     void refused();
     void style();
     void view();
+    void fontLoader();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -106,6 +107,7 @@ void tst_QDeclarativeLocalFile::refused_data()
         {"Text", "Text { objectName: 'reader'; text: '<b>a</b><img src=\"%1\">' }", "", -1},
         {"TextEdit", "TextEdit { objectName: 'reader'; text: '<b>a</b><img src=\"%1\">' }", "", -1},
         {"Loader", "Loader { objectName: 'reader'; source: '%1' }", "", 3},
+        {"FontLoader", "FontLoader { objectName: 'reader'; source: '%1' }", "", 3},
         {"XmlListModel", "XmlListModel { objectName: 'reader'; query: '/a'; source: '%1' }", "", 3},
     };
     for (const Reader &reader : readers) {
@@ -169,6 +171,28 @@ void tst_QDeclarativeLocalFile::view()
     view.setSource(QUrl());
     QCOMPARE(view.status(), QDeclarativeView::Null);
     QVERIFY(!watchdog.hadToHelp());
+}
+
+void tst_QDeclarativeLocalFile::fontLoader()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(
+        "Item { FontLoader { id: font; name: 'Some Font'\n"
+        "onSourceChanged: root.said += 'source '; onStatusChanged: root.said += 'status ' + status + ' ' }\n"
+        "id: root; property string said }"));
+    QCOMPARE(scene.evaluate("font.name + font.status").toString(), QStringLiteral("Some Font1"));
+    const QByteArray missing = QUrl::fromLocalFile(path(QStringLiteral("missing.ttf"))).toEncoded();
+    const QByteArray pipe = QUrl::fromLocalFile(path(QStringLiteral("pipe"))).toEncoded();
+    scene.evaluate("font.source = '" + missing + "'");
+    QTRY_COMPARE(scene.evaluate("font.status").toInt(), 3);
+    QCOMPARE(scene.warnings.count(), 1);
+    QVERIFY2(scene.warnings.constFirst().contains(QStringLiteral("Cannot load font")),
+             qPrintable(scene.warnings.constFirst()));
+    scene.evaluate("font.source = '" + pipe + "'");
+    QCOMPARE(scene.evaluate("font.source").toString(), QString::fromLatin1(pipe));
+    scene.evaluate("said = ''; font.source = '" + missing + "'");
+    QCOMPARE(scene.evaluate("font.source").toString(), QString::fromLatin1(missing));
+    QCOMPARE(scene.evaluate("said").toString(), QStringLiteral("source status 3 "));
 }
 
 QTEST_MAIN(tst_QDeclarativeLocalFile)
