@@ -244,7 +244,7 @@ void QDeclarativeAnimatedImage::load()
     else if (file.isEmpty())
         d->fetch();
     else
-        d->open(MoviePointer(new QMovie(d->refusal(d->url, QSize()).isEmpty() ? file : QString())));
+        d->open(MoviePointer(d->refusal(d->url, QSize()).isEmpty() ? new QMovie(file) : new QMovie));
     if (isPlaying() != wasPlaying)
         Q_EMIT playingChanged();
 }

@@ -1,5 +1,7 @@
 #include "qdeclarativeborderimage_p.h"
 
+#include "qdeclarativelocalfile_p.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
 #include <QtGui/QPainter>
@@ -66,6 +68,11 @@ void QDeclarativeBorderImagePrivate::loadDescription()
     const QString path = QQmlFile::urlToLocalFileOrQrc(url);
     if (path.isEmpty()) {
         fetchDescription();
+        return;
+    }
+    if (QDeclarativeLocalFile::isRefused(url)) {
+        qmlWarning(q_func()) << QDeclarativeLocalFile::message(url);
+        setTo(QDeclarativeImageBase::Error, 0, QSize(0, 0));
         return;
     }
     QFile file(path);

@@ -1,5 +1,7 @@
 #include "qdeclarativeimagebase_p.h"
 
+#include "qdeclarativelocalfile_p.h"
+
 #include <QtGui/QImageReader>
 #include <QtQml/QQmlFile>
 #include <QtQml/QQmlInfo>
@@ -27,6 +29,8 @@ QString QDeclarativeImageBasePrivate::refusal(const QUrl &url, const QSize &requ
     const QString file = QQmlFile::urlToLocalFileOrQrc(url);
     if (file.isEmpty())
         return {};
+    if (QDeclarativeLocalFile::isRefused(url))
+        return QDeclarativeLocalFile::message(url);
     QImageReader reader(file);
     QSizeF size = reader.size();
     if (size.isEmpty())

@@ -1,6 +1,7 @@
 #include "qdeclarativeloader_p.h"
 
 #include "qdeclarativeitem_p.h"
+#include "qdeclarativelocalfile_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QScopedValueRollback>
@@ -123,7 +124,10 @@ void QDeclarativeLoader::load()
 {
     if (!isComponentComplete())
         return;
-    if (!url.isEmpty()) {
+    const bool isRefused = QDeclarativeLocalFile::isRefused(url);
+    if (isRefused)
+        qmlWarning(this) << QDeclarativeLocalFile::message(url);
+    if (!url.isEmpty() && !isRefused) {
         component = new QQmlComponent(qmlEngine(this), url, this);
         ownsComponent = true;
     }

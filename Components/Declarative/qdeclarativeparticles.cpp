@@ -1,5 +1,6 @@
 #include "qdeclarativeparticles_p.h"
 
+#include "qdeclarativelocalfile_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QAbstractAnimation>
@@ -86,7 +87,9 @@ void QDeclarativeParticles::setSource(const QUrl &source)
     particles.clear();
     replacedCount = 0;
     updateBounds();
-    if (!address.isEmpty()) {
+    if (QDeclarativeLocalFile::isRefused(address)) {
+        qmlWarning(this) << QDeclarativeLocalFile::message(address);
+    } else if (!address.isEmpty()) {
         loader.load(qmlEngine(this), address, QQuickPixmap::Cache | QQuickPixmap::Asynchronous);
         if (loader.isLoading())
             loader.connectFinished(this, SLOT(adoptPicture()));

@@ -1,5 +1,7 @@
 #include "qdeclarativetextdocument_p.h"
 
+#include "qdeclarativelocalfile_p.h"
+
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPalette>
 #include <QtGui/QPixmap>
@@ -37,11 +39,15 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
 {
     QQmlContext *context = qmlContext(owner);
     if (type != QTextDocument::ImageResource || !context)
-        return QTextDocument::loadResource(type, name);
+        return QDeclarativeLocalFile::isRefused(name) ? QVariant() : QTextDocument::loadResource(type, name);
     const QUrl url = context->resolvedUrl(name);
     Picture &entry = pictures[url];
     if (!entry.source) {
-        entry.source = new QQuickPixmap(context->engine(), url);
+        entry.source = new QQuickPixmap;
+        if (QDeclarativeLocalFile::isRefused(url))
+            qmlWarning(owner) << QDeclarativeLocalFile::message(url);
+        else
+            entry.source->load(context->engine(), url);
         if (entry.source->isLoading())
             entry.source->connectFinished(this, SLOT(pictureFinished()));
         else

@@ -1,4 +1,5 @@
 #include "qdeclarativeenginetype_p.h"
+#include "qdeclarativefontloader_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QLoggingCategory>
@@ -48,7 +49,6 @@ const EngineType engineTypes[] = {
     {"QtQuick", "PathCubic", nullptr},
     {"QtQuick", "PathAttribute", nullptr},
     {"QtQuick", "PathPercent", nullptr},
-    {"QtQuick", "FontLoader", nullptr},
     {"QtQuick", "SystemPalette", nullptr},
     {"QtQuick", "IntValidator", nullptr},
     {"QtQuick", "DoubleValidator", nullptr},
@@ -118,6 +118,7 @@ void registerEngineTypes()
         const QQmlType type = QDeclarativeEngineType::find(entry.module, entry.name);
         QDeclarativeEngineType::registerCopy(type, entry.oldName ? entry.oldName : entry.name);
     }
+    registerDeclarativeType<QDeclarativeFontLoader>("FontLoader");
     // QML 1 refuses it without a reason, so that the engine gives its own.
     QDeclarativeEngineType::registerCopy(QDeclarativeEngineType::find("QtQuick", "Font"), "Font",
                                          {nullptr, nullptr, ""});

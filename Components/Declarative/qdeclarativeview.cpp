@@ -2,6 +2,7 @@
 
 #include "qdeclarativedatabases_p.h"
 #include "qdeclarativeitem_p.h"
+#include "qdeclarativelocalfile_p.h"
 #include "qdeclarativerounding_p.h"
 
 #include <QtCore/QBasicTimer>
@@ -106,6 +107,15 @@ void QDeclarativeView::Private::execute()
     component.reset();
     if (source.isEmpty())
         return;
+    if (QDeclarativeLocalFile::isRefused(source)) {
+        QQmlError error;
+        error.setUrl(source);
+        error.setDescription(QDeclarativeLocalFile::message(source));
+        rootErrors.append(error);
+        report(rootErrors);
+        Q_EMIT q->statusChanged(q->status());
+        return;
+    }
     component.reset(new QQmlComponent(&engine, source));
     if (component->isLoading()) {
         QObject::connect(component.data(), &QQmlComponent::statusChanged, q, [this] { finishLoading(); });

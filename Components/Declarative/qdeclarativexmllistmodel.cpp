@@ -1,5 +1,6 @@
 #include "qdeclarativexmllistmodel_p.h"
 
+#include "qdeclarativelocalfile_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -213,6 +214,10 @@ void QDeclarativeXmlListModel::request(const QUrl &url)
     QQmlEngine *engine = qmlEngine(this);
     if (!engine)
         return;
+    if (QDeclarativeLocalFile::isRefused(url)) {
+        fail(QDeclarativeLocalFile::message(url));
+        return;
+    }
     QNetworkRequest request(url);
     request.setRawHeader("Accept", "application/xml,*/*");
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
@@ -233,7 +238,12 @@ void QDeclarativeXmlListModel::finishRequest()
         startQuery(finished->readAll());
         return;
     }
-    error = finished->errorString();
+    fail(finished->errorString());
+}
+
+void QDeclarativeXmlListModel::fail(const QString &message)
+{
+    error = message;
     const bool hadRows = rows > 0;
     adoptAll({});
     if (hadRows)

@@ -123,6 +123,7 @@ private:
     void cancel();
     void request(const QUrl &);
     void finishRequest();
+    void fail(const QString &message);
     void startQuery(const QByteArray &document);
     void adopt(const Result &);
     void adoptAll(const Result &);

@@ -1,0 +1,71 @@
+#include "qdeclarativefontloader_p.h"
+
+#include "qdeclarativeenginetype_p.h"
+#include "qdeclarativelocalfile_p.h"
+
+#include <QtQml/QQmlEngine>
+#include <QtQml/QQmlInfo>
+
+#include <private/qqmltype_p.h>
+
+QDeclarativeFontLoader::QDeclarativeFontLoader() = default;
+
+QObject *QDeclarativeFontLoader::loader()
+{
+    if (inner)
+        return inner;
+    inner = QDeclarativeEngineType::find("QtQuick", "FontLoader").create();
+    inner->setParent(this);
+    // Its messages and its requests are this element's.
+    if (QQmlContext *context = qmlContext(this))
+        QQmlEngine::setContextForObject(inner, context);
+    connect(inner, SIGNAL(sourceChanged()), this, SIGNAL(sourceChanged()));
+    connect(inner, SIGNAL(nameChanged()), this, SIGNAL(nameChanged()));
+    connect(inner, SIGNAL(statusChanged()), this, SIGNAL(statusChanged()));
+    return inner;
+}
+
+QUrl QDeclarativeFontLoader::source() const
+{
+    return inner && refused.isEmpty() ? inner->property("source").toUrl() : refused;
+}
+
+void QDeclarativeFontLoader::setSource(const QUrl &source)
+{
+    if (source == this->source())
+        return;
+    refused.clear();
+    if (!QDeclarativeLocalFile::isRefused(source)) {
+        // What was refused may have come after that very source.
+        if (loader()->property("source").toUrl() != source) {
+            inner->setProperty("source", source);
+        } else {
+            Q_EMIT sourceChanged();
+            Q_EMIT statusChanged();
+        }
+        return;
+    }
+    refused = source;
+    qmlWarning(this) << QDeclarativeLocalFile::message(source);
+    Q_EMIT sourceChanged();
+    Q_EMIT statusChanged();
+}
+
+QString QDeclarativeFontLoader::name() const
+{
+    return inner ? inner->property("name").toString() : QString();
+}
+
+void QDeclarativeFontLoader::setName(const QString &name)
+{
+    loader()->setProperty("name", name);
+}
+
+QDeclarativeFontLoader::Status QDeclarativeFontLoader::status() const
+{
+    if (!refused.isEmpty())
+        return Error;
+    return inner ? Status(inner->property("status").toInt()) : Null;
+}
+
+#include "moc_qdeclarativefontloader_p.cpp"

@@ -1,0 +1,20 @@
+#include "qdeclarativelocalfile_p.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QUrl>
+#include <QtQml/QQmlFile>
+
+bool QDeclarativeLocalFile::isRefused(const QUrl &url)
+{
+    // An address without a scheme is opened as a path.
+    const QString path = url.scheme().isEmpty() ? url.path() : QQmlFile::urlToLocalFileOrQrc(url);
+    if (path.isEmpty())
+        return false;
+    const QFileInfo file(path);
+    return file.exists() && !file.isFile();
+}
+
+QString QDeclarativeLocalFile::message(const QUrl &url)
+{
+    return QStringLiteral("Cannot open: %1").arg(url.toString());
+}

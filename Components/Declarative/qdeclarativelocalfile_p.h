@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QUrl;
+
+namespace QDeclarativeLocalFile {
+
+/**
+ * Tells whether an address names something local that exists and is not a regular file.
+ *
+ * A folder cannot be read, and a named pipe or a device may keep its reader waiting, or reading, for ever.
+ */
+bool isRefused(const QUrl &);
+
+/** What to report of an address that is refused. */
+QString message(const QUrl &);
+
+} // namespace QDeclarativeLocalFile
