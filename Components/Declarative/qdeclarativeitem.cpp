@@ -514,10 +514,12 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     case ItemEnabledHasChanged:
         if (!isEnabled())
             d->yieldActiveFocus();
+        d->followPassiveFocus();
         break;
     case ItemVisibleHasChanged:
         if (!isVisible())
             d->yieldActiveFocus();
+        d->followPassiveFocus();
         d->notifyListeners(VisibilityChange, [this](QDeclarativeItemChangeListener *listener) {
             listener->itemVisibilityChanged(this);
         });

@@ -141,6 +141,9 @@ public:
     void releaseFocus();
     /** Gives up what Graphics View leaves to a focus scope that is hidden or disabled. */
     void yieldActiveFocus();
+    /** Says what has become of the focus of an item that is shown or hidden while its window is not active.
+     */
+    void followPassiveFocus();
     /** Says what has become of the focus of an item outside every scope, if that is news. */
     void announceFocus();
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */

@@ -38,7 +38,10 @@ static QGraphicsItem *passiveFocusItem(QGraphicsScene *scene)
 
 bool QDeclarativeItemPrivate::hasPassiveFocus() const
 {
-    return hasSubFocus() && (!scene || passiveFocusItem(scene) == subFocusItem);
+    if (!hasSubFocus() || !scene)
+        return hasSubFocus();
+    // The window gives it to none that is hidden or disabled.
+    return passiveFocusItem(scene) == subFocusItem && subFocusItem->isVisible() && subFocusItem->isEnabled();
 }
 
 void QDeclarativeItemPrivate::activeFocusChange(bool active)
@@ -165,6 +168,12 @@ static void announceOutermost(QGraphicsItem *item)
     auto *inside = item ? qobject_cast<QDeclarativeItem *>(item->toGraphicsObject()) : nullptr;
     if (inside)
         QDeclarativeItemPrivate::get(focusChain(inside).constLast().data())->announceFocus();
+}
+
+void QDeclarativeItemPrivate::followPassiveFocus()
+{
+    if (scene && !scene->isActive() && subFocusItem)
+        announceOutermost(q_ptr);
 }
 
 void QDeclarativeItemPrivate::takeFocus()

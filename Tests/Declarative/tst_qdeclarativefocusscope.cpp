@@ -27,6 +27,8 @@ private slots:
     void scopeWithHiddenItemGoes_data();
     void scopeWithHiddenItemGoes();
     void focusSignalsWhileWindowIsInactive();
+    void rememberedItemGoes_data();
+    void rememberedItemGoes();
 };
 
 static const char twoScopes[] = "Item { width: 10; height: 10\n"
@@ -257,6 +259,27 @@ void tst_QDeclarativeFocusScope::focusSignalsWhileWindowIsInactive()
     activate(scene, true);
     QCOMPARE(left.count(), 1);
     QCOMPARE(right.count(), 2);
+}
+
+void tst_QDeclarativeFocusScope::rememberedItemGoes_data()
+{
+    scopeWithHiddenItemGoes_data();
+}
+
+void tst_QDeclarativeFocusScope::rememberedItemGoes()
+{
+    QFETCH(QByteArray, property);
+    ItemScene scene(twoScopes);
+    scene.item("left")->setFocus(true);
+    activate(scene, false);
+    QSignalSpy focus(scene.item("left"), &QDeclarativeItem::focusChanged);
+    scene.item("left")->setProperty(property, false);
+    QVERIFY(!scene.item("left")->hasFocus());
+    QCOMPARE(focus.count(), 1);
+    activate(scene, true);
+    QVERIFY(!scene.item("left")->hasFocus());
+    QCOMPARE(focus.count(), 1);
+    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
 }
 
 QTEST_MAIN(tst_QDeclarativeFocusScope)
