@@ -55,6 +55,7 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QPointer<VTView> view;
     QPointer<QWidget> reference;
     QRect referenceRect;
+    QPoint place;
     QPropertyAnimation *animation = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
@@ -173,6 +174,7 @@ void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, c
     const QPointer<VTXmlElement> old = view->content();
     view->setContent(content);
     const QFileInfo userInterface(view->uiRootFilePath());
+    d->place = pos;
     move(pos);
     view->exposeContent(rootPath);
     // Only now does no binding name the old tree any more. Whatever the QML ran may have sent notifications,
@@ -320,6 +322,10 @@ void VTWidget::contentResized()
 {
     if (!d->view)
         return;
+    // Window managers may report a window that is on its way as standing in the corner of the screen, and a
+    // resize that believed them would take it there.
+    if (!d->handedOver && pos().isNull() && !d->place.isNull())
+        move(d->place);
     const QSize size = d->view->size();
     setMinimumSize(size);
     setMaximumSize(size);

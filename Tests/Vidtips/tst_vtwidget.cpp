@@ -73,6 +73,7 @@ private slots:
     void findVisibleGeometryIsIdentity();
     void repositionMovesNothing();
     void contentSizePlusOne();
+    void resizedWindowStaysWhereItWasShown();
     void windowFollowsTheUserInterface();
 
     void reservingMakesAToolWindow();
@@ -741,6 +742,19 @@ void tst_VTWidget::contentSizePlusOne()
     view->resize(20, 10);
     window->contentResized();
     QCOMPARE(window->size(), QSize(21, 11));
+}
+
+// As if a window manager had reported the corner of the screen before it placed the window.
+void tst_VTWidget::resizedWindowStaysWhereItWasShown()
+{
+    showContent();
+    window->move(0, 0);
+    view->resize(20, 10);
+    window->contentResized();
+    QCOMPARE(window->pos(), QPoint(300, 200));
+    window->move(40, 50);
+    window->contentResized();
+    QCOMPARE(window->pos(), QPoint(40, 50));
 }
 
 void tst_VTWidget::windowFollowsTheUserInterface()
