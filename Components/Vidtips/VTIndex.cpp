@@ -279,10 +279,8 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     QFile file(path);
     if (!openRegular(file))
         return nullptr;
-    if (file.size() > VTParseRecord::sizeLimit) {
-        record.forget(path);
+    if (file.size() > VTParseRecord::sizeLimit)
         return parse(file, &contentFilter, key).root;
-    }
     QByteArray bytes = file.readAll();
     if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
         return nullptr;
@@ -291,8 +289,6 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     const Parsed parsed = parse(buffer, &contentFilter, key);
     if (parsed.isComplete)
         record.remember(path, bytes, localeOf(parsed.root));
-    else
-        record.forget(path);
     return parsed.root;
 }
 

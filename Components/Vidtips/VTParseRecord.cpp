@@ -26,9 +26,8 @@ bool isLiteral(const QString &key)
 /** Whether ASCII text in the parsed document stands in the bytes as well. */
 bool isLiteral(const QByteArray &bytes)
 {
-    if (bytes.contains('\0') || bytes.startsWith('\xfe') || bytes.startsWith('\xff'))
-        return false;
-    if (bytes.contains("&#") || bytes.contains("<!DOCTYPE"))
+    // The characters of markup have zero bytes in UTF-16 and UTF-32.
+    if (bytes.contains('\0') || bytes.contains("&#") || bytes.contains("<!DOCTYPE"))
         return false;
     const QByteArray declaration = bytes.left(qMax(0, bytes.indexOf("?>"))).toLower();
     return !declaration.contains("encoding") || declaration.contains("\"utf-8\"")
@@ -40,11 +39,6 @@ bool isLiteral(const QByteArray &bytes)
 void VTParseRecord::remember(const QString &path, const QByteArray &bytes, const QString &localeName)
 {
     m_entries.insert(path, {checksumOf(bytes), localeName});
-}
-
-void VTParseRecord::forget(const QString &path)
-{
-    m_entries.remove(path);
 }
 
 const VTParseRecord::Entry *VTParseRecord::find(const QString &path, const QByteArray &bytes) const

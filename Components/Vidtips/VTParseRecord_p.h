@@ -22,9 +22,6 @@ public:
     /** Remembers that @p bytes of @p path parsed to an element whose locale attribute is @p localeName. */
     void remember(const QString &path, const QByteArray &bytes, const QString &localeName);
 
-    /** Forgets @p path, which did not parse. */
-    void forget(const QString &path);
-
     /** Returns whether parsing @p bytes of @p path can neither give an entry with @p key nor report anything.
      */
     bool rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const;
