@@ -1,5 +1,6 @@
 #include <Vidtips/VTVideoFrameCache.h>
 #include <Vidtips/VTVideoSource.h>
+#include <Vidtips/VTVideoSourceFFMPEG.h>
 
 #include "MessageRecorder.h"
 
@@ -77,6 +78,25 @@ public:
     {
         while (!shouldQuit())
             msleep(5);
+    }
+};
+
+// A decoder whose thread hangs in the signal of its first change until it is let go.
+class StubbornDecoder : public VTVideoSourceFFMPEG
+{
+public:
+    explicit StubbornDecoder(QSemaphore *started, QSemaphore *release)
+        : VTVideoSourceFFMPEG(nullptr)
+    {
+        connect(
+            this, &VTVideoSource::actionChanged, this,
+            [=] {
+                setTerminationEnabled(false);
+                started->release();
+                release->acquire();
+            },
+            Qt::DirectConnection);
+        setAction(Idle);
     }
 };
 
@@ -474,7 +494,7 @@ void tst_VTVideoSource::quitOfAThreadThatEnds()
     QCOMPARE(log.texts(), QStringList());
 }
 
-// Both waits run side by side, as each takes its full ten seconds.
+// All waits run side by side, as each takes its full ten seconds.
 void tst_VTVideoSource::quitReportsAThreadThatDoesNotEnd()
 {
     MessageRecorder log;
@@ -484,16 +504,27 @@ void tst_VTVideoSource::quitReportsAThreadThatDoesNotEnd()
         source->start();
         source->started.acquire();
     }
+    QSemaphore hangs;
+    QSemaphore release;
+    auto *const deleted = new StubbornDecoder(&hangs, &release);
+    deleted->start();
+    hangs.acquire();
     std::thread first([&] { terminated.quit(); });
     std::thread second([&] { immortal.quit(); });
+    std::thread third([&] { delete deleted; });
     first.join();
     QVERIFY(terminated.isFinished());
     second.join();
     QVERIFY(immortal.isRunning());
+    QTRY_COMPARE_WITH_TIMEOUT(log.texts().size(), 5, 30000);
     immortal.release.release();
     QVERIFY(immortal.wait(10000));
+    // The destructor goes on waiting, as a thread must not outlive what it works on.
+    release.release();
+    third.join();
     const QString late = "VTVideoSource did not quit in a timely fashion";
-    QCOMPARE(log.texts(), (QStringList{late, late, "VTVideoSource did not quit at all"}));
+    const QString never = "VTVideoSource did not quit at all";
+    QCOMPARE(log.texts(), (QStringList{late, late, late, never, never}));
     QVERIFY(log.allHaveContext());
 }
 

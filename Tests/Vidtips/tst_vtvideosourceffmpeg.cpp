@@ -1,4 +1,5 @@
 #include <Vidtips/VTPixels_p.h>
+#include <Vidtips/VTVideoFrameCache.h>
 #include <Vidtips/VTVideoSourceFFMPEG.h>
 
 #include "MessageRecorder.h"
@@ -6,6 +7,7 @@
 #include "TestClips.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QMutex>
 #include <QtCore/QtMath>
 #include <QtTest/QTest>
 
@@ -38,6 +40,45 @@ public:
     using VTVideoSourceFFMPEG::loadSource;
     using VTVideoSourceFFMPEG::processActionQueue;
     using VTVideoSourceFFMPEG::setMemoryLimit;
+};
+
+// Notes what actions are applied, in order and when.
+class ObservedSource : public VTVideoSourceFFMPEG
+{
+public:
+    ObservedSource()
+        : VTVideoSourceFFMPEG(nullptr)
+    {
+        m_timer.start();
+    }
+    ~ObservedSource() override { quit(); }
+    void changeSetAction(Action action) override
+    {
+        {
+            const QMutexLocker locker(&m_lock);
+            m_actions << action;
+            m_times << m_timer.elapsed();
+        }
+        VTVideoSourceFFMPEG::changeSetAction(action);
+    }
+    QVector<int> actions() const
+    {
+        const QMutexLocker locker(&m_lock);
+        return m_actions;
+    }
+    QVector<qint64> times() const
+    {
+        const QMutexLocker locker(&m_lock);
+        return m_times;
+    }
+    using VTVideoSourceFFMPEG::insertCache;
+    using VTVideoSourceFFMPEG::loadSource;
+
+private:
+    mutable QMutex m_lock;
+    QVector<int> m_actions;
+    QVector<qint64> m_times;
+    QElapsedTimer m_timer;
 };
 
 // Decodes on the source's thread; the destructor ends it.
@@ -135,10 +176,16 @@ private slots:
     void closeActionClosesAndIdles();
     void seekWithoutMediaIdles();
     void decodeWithoutMediaIdles();
+    void actionsOfAClip_data();
+    void actionsOfAClip();
+    void decodesIntoAKeptCache();
+    void restsBetweenPasses_data();
+    void restsBetweenPasses();
     void destroyedAtAnyMoment_data();
     void destroyedAtAnyMoment();
     void destroyedWhileItOpens();
     void destroyedWithoutBeingStarted();
+    void destroyedWithoutBeingToldToQuit();
     void widening_data();
     void widening();
 };
@@ -590,6 +637,76 @@ void tst_VTVideoSourceFFMPEG::decodeWithoutMediaIdles()
     QCOMPARE(ended.count(), 0);
 }
 
+void tst_VTVideoSourceFFMPEG::actionsOfAClip_data()
+{
+    using Actions = QVector<int>;
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<int>("posted");
+    QTest::addColumn<Actions>("expected");
+    const int load = VTVideoSource::Load;
+    const int close = VTVideoSource::Close;
+    const int seek = VTVideoSource::Seek;
+    const int decode = VTVideoSource::Decode;
+    const int idle = VTVideoSource::Idle;
+    const QUrl missing = QUrl::fromLocalFile("/missing.mp4");
+    QTest::newRow("load nothing") << QUrl() << load << Actions{load, idle};
+    QTest::newRow("load a missing clip") << missing << load << Actions{load, decode, idle, idle, idle};
+    QTest::newRow("close") << QUrl() << close << Actions{close, idle};
+    QTest::newRow("seek without a clip") << QUrl() << seek << Actions{seek, idle};
+    QTest::newRow("decode without a clip") << QUrl() << decode << Actions{decode, idle, idle};
+}
+
+// Each change is applied on a pass of its own, the last one too.
+void tst_VTVideoSourceFFMPEG::actionsOfAClip()
+{
+    QFETCH(QUrl, url);
+    QFETCH(int, posted);
+    QFETCH(QVector<int>, expected);
+    MessageRecorder log;
+    ObservedSource source;
+    source.changeSetSource(url);
+    source.setAction(VTVideoSource::Action(posted));
+    source.start();
+    QTRY_COMPARE(source.actions(), expected);
+}
+
+void tst_VTVideoSourceFFMPEG::decodesIntoAKeptCache()
+{
+    const QUrl url = QUrl::fromLocalFile(TestClips::h264());
+    ObservedSource source;
+    auto *const cache = new VTVideoFrameCache(url.toString());
+    source.insertCache(url.toString(), cache);
+    SignalCounter ended(&source, &VTVideoSource::streamEnded);
+    source.setSource(url);
+    source.start();
+    QTRY_COMPARE(ended.count(), 1);
+    source.quit();
+    QCOMPARE(cache->length(), quint64(12));
+}
+
+void tst_VTVideoSourceFFMPEG::restsBetweenPasses_data()
+{
+    QTest::addColumn<int>("action");
+    QTest::newRow("idle") << int(VTVideoSource::Idle);
+    QTest::newRow("seek") << int(VTVideoSource::Seek);
+}
+
+// Every pass applies one change, which shows when the passes are.
+void tst_VTVideoSourceFFMPEG::restsBetweenPasses()
+{
+    QFETCH(int, action);
+    ObservedSource source;
+    source.changeSetSource(QUrl::fromLocalFile(TestClips::h264()));
+    QVERIFY(source.loadSource());
+    source.clearChanges();
+    for (int i = 0; i < 4; ++i)
+        source.setAction(VTVideoSource::Action(action));
+    source.start();
+    QTRY_COMPARE(source.times().size(), 4);
+    const qint64 time = source.times().constLast() - source.times().constFirst();
+    QVERIFY2(time >= 290, qPrintable(QString::number(time)));
+}
+
 void tst_VTVideoSourceFFMPEG::destroyedAtAnyMoment_data()
 {
     QTest::addColumn<QString>("path");
@@ -642,6 +759,16 @@ void tst_VTVideoSourceFFMPEG::destroyedWithoutBeingStarted()
 {
     Source source;
     QVERIFY(source.load(TestClips::h264()));
+}
+
+void tst_VTVideoSourceFFMPEG::destroyedWithoutBeingToldToQuit()
+{
+    const int threadsBefore = threadCount();
+    {
+        VTVideoSourceFFMPEG source(nullptr);
+        source.start();
+    }
+    QTRY_VERIFY(threadCount() <= threadsBefore);
 }
 
 void tst_VTVideoSourceFFMPEG::widening_data()
