@@ -55,7 +55,7 @@ bool VTVideoSource::Private::selectCache(const QString &name)
 {
     const QMutexLocker locker(&frameLock);
     VTVideoFrameCache *const kept = caches.value(name);
-    if (kept != cache || !kept)
+    if (kept != cache)
         dropCache();
     cache = kept ? kept : new VTVideoFrameCache(name);
     return kept;
@@ -65,7 +65,6 @@ void VTVideoSource::Private::dropCache()
 {
     if (!caches.values().contains(cache))
         delete cache;
-    cache = nullptr;
 }
 
 VTVideoSource::VTVideoSource(QObject *parent)
@@ -152,8 +151,7 @@ bool VTVideoSource::shouldQuit()
 
 void VTVideoSource::idle(int milliseconds)
 {
-    if (d->quitRequest.tryAcquire(1, milliseconds))
-        d->quitRequest.release();
+    d->quitRequest.tryAcquire(1, milliseconds);
 }
 
 void VTVideoSource::clearChanges()

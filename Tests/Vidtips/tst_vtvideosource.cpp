@@ -142,6 +142,7 @@ private slots:
     void setupSourceUsesAnInsertedCache();
     void insertedCachesSurviveASwitch();
     void insertingAgainReplacesTheCache();
+    void cachesGoWithTheirSource();
     void framesByIndex();
     void framesBeforeAnySource();
     void notifyStreamEndedSignals();
@@ -410,6 +411,22 @@ void tst_VTVideoSource::insertingAgainReplacesTheCache()
     QVERIFY(second);
     source.setupSource();
     QVERIFY(!second);
+}
+
+void tst_VTVideoSource::cachesGoWithTheirSource()
+{
+    const QPointer<VTVideoFrameCache> current(new VTVideoFrameCache(clip.toString()));
+    const QPointer<VTVideoFrameCache> kept(new VTVideoFrameCache(clip.toString()));
+    {
+        Source source;
+        source.insertCache(clip.toString(), current);
+        source.changeSetSource(clip);
+        source.setupSource();
+        source.insertCache(clip.toString(), kept);
+        QVERIFY(current);
+    }
+    QVERIFY(!current);
+    QVERIFY(!kept);
 }
 
 void tst_VTVideoSource::framesByIndex()
