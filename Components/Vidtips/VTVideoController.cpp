@@ -54,6 +54,7 @@ struct VIDTIPS_NO_EXPORT VTVideoController::Private
 
     void moveTo(quint64 index);
     quint64 indexAt(double progress) const;
+    bool startPlaying();
     Next next();
     Next nextWhilePlaying();
     Next nextWhilePaused();
@@ -73,6 +74,18 @@ void VTVideoController::Private::moveTo(quint64 index)
 quint64 VTVideoController::Private::indexAt(double progress) const
 {
     return truncatedToUnsigned(double(totalCount()) * progress);
+}
+
+// Tells whether the position was rewound. In one step, as the thread pauses a clip that plays past its last
+// frame.
+bool VTVideoController::Private::startPlaying()
+{
+    const QMutexLocker locker(&lock);
+    state = Playing;
+    const bool isPastEnd = source && position >= totalCount();
+    if (isPastEnd)
+        moveTo(indexAt(0.0));
+    return isPastEnd;
 }
 
 VTVideoController::Private::Next VTVideoController::Private::next()
@@ -104,8 +117,7 @@ VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
 // Ends early when the thread is asked to end.
 void VTVideoController::Private::idle(int milliseconds)
 {
-    if (quitRequest.tryAcquire(1, milliseconds))
-        quitRequest.release();
+    quitRequest.tryAcquire(1, milliseconds);
 }
 
 // Long waits end early when the thread is to end or playback was paused meanwhile.
@@ -147,7 +159,6 @@ VTVideoController::~VTVideoController()
 
 bool VTVideoController::setSource(const QUrl &url)
 {
-    setNeedFrame(true);
     streamEnded();
     setPosition(0);
     setState(Paused);
@@ -166,16 +177,7 @@ QUrl VTVideoController::source()
 
 void VTVideoController::play()
 {
-    bool rewound = false;
-    {
-        // In one step, as the thread pauses a clip that plays past its last frame.
-        const QMutexLocker locker(&d->lock);
-        d->state = Playing;
-        rewound = d->source && d->position >= d->totalCount();
-        if (rewound)
-            d->moveTo(d->indexAt(0.0));
-    }
-    if (rewound)
+    if (d->startPlaying())
         Q_EMIT positionChanged();
     Q_EMIT stateChanged();
 }

@@ -52,6 +52,7 @@ void tst_VTParseRecord::rulesOutWhatIsNotInTheBytes_data()
         QTest::addRow("special %s", special) << content << QString("a%1b").arg(special) << false;
 
     row("numeric reference", "<!-- &#46; -->", "copy", false);
+    row("number sign", "<!-- # -->", "copy", true);
     row("entity reference", "<!-- &amp; -->", "copy", true);
     row("document type", "<!DOCTYPE vidtips>", "copy", false);
     row("declared without encoding", "<?xml version='1.0'?>", "copy", true);

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <cmath>
+#include <ctime>
 #include <limits>
 #include <memory>
 #include <thread>
@@ -162,7 +163,10 @@ private slots:
     void metaObjectOrder();
     void freshController();
     void withoutSource();
+    void runsWithoutSource_data();
+    void runsWithoutSource();
     void setSourceResets();
+    void setSourceHasItsFrameAnnounced();
     void setSourceRefused_data();
     void setSourceRefused();
     void playRewindsAtTheEnd_data();
@@ -186,6 +190,9 @@ private slots:
     void waits();
     void stillFrameIsAnnouncedOnce();
     void stillFrameWaitsUntilItIsAvailable();
+    void nullFrameIsAnnouncedAgainAndAgain();
+    void waitingTakesNoProcessorTime_data();
+    void waitingTakesNoProcessorTime();
     void playsEveryFrameAtItsRate();
     void pausesAfterTheLastFrame();
     void playingBeforeTheFirstFrameWraps();
@@ -236,6 +243,7 @@ void tst_VTVideoController::withoutSource()
     QCOMPARE(controller.state(), VTVideoController::Playing);
     QVERIFY(!controller.setSource(clip));
     controller.setProgress(0.5);
+    QCOMPARE(controller.position(), wrapped);
     QCOMPARE(controller.progress(), 0.0);
     QCOMPARE(controller.loadProgress(), 0.0);
     QCOMPARE(controller.frameCount(), quint64(0));
@@ -243,6 +251,26 @@ void tst_VTVideoController::withoutSource()
     QVERIFY(controller.source().isEmpty());
     QVERIFY(controller.currentFrame().isNull());
     controller.close();
+}
+
+void tst_VTVideoController::runsWithoutSource_data()
+{
+    QTest::addColumn<bool>("plays");
+    QTest::newRow("paused") << false;
+    QTest::newRow("playing") << true;
+}
+
+void tst_VTVideoController::runsWithoutSource()
+{
+    QFETCH(bool, plays);
+    const std::unique_ptr<VTVideoController> controller(new VTVideoController(nullptr, nullptr));
+    Recorder recorder(controller.get());
+    if (plays)
+        controller->play();
+    controller->start();
+    QTRY_COMPARE(recorder.count("state"), plays ? 2 : 0);
+    QTest::qWait(150);
+    QCOMPARE(recorder.names(), plays ? (QStringList{"state", "state"}) : QStringList());
 }
 
 void tst_VTVideoController::setSourceResets()
@@ -256,6 +284,19 @@ void tst_VTVideoController::setSourceResets()
     QCOMPARE(player.controller->state(), VTVideoController::Paused);
     QCOMPARE(recorder.names(), (QStringList{"state", "load", "position", "state"}));
     QVERIFY(player.controller->source().isEmpty());
+}
+
+void tst_VTVideoController::setSourceHasItsFrameAnnounced()
+{
+    Player player(5);
+    VTVideoController *const controller = player.controller;
+    // The frame before it may have been announced meanwhile.
+    connect(controller, &VTVideoController::stateChanged, controller,
+            [=] { controller->setNeedFrame(false); });
+    QVERIFY(controller->setSource(clip));
+    Recorder recorder(controller);
+    controller->start();
+    QTRY_COMPARE(recorder.count("display"), 1);
 }
 
 void tst_VTVideoController::setSourceRefused_data()
@@ -480,6 +521,8 @@ void tst_VTVideoController::waits_data()
     QTest::newRow("nothing is due") << quint64(0) << 25.0 << now << 0.04;
     QTest::newRow("a day has passed") << quint64(9) << 25.0 << now.addDays(-1) << 0.04;
     QTest::newRow("over midnight") << quint64(9) << 25.0 << now.addMSecs(-20) << 0.04;
+    QTest::newRow("over midnight, more frames than that")
+        << quint64(512500) << 25.0 << now.addMSecs(-20) << 500.0;
     QTest::newRow("more frames than that") << quint64(50000) << 25.0 << now.addMSecs(-1) << 1000.0;
     QTest::newRow("the clock was set back") << quint64(1) << 25.0 << now.addMSecs(2) << 2000.04;
 }
@@ -517,6 +560,41 @@ void tst_VTVideoController::stillFrameWaitsUntilItIsAvailable()
     QCOMPARE(recorder.count("display"), 0);
     player.source.push(1);
     QTRY_COMPARE(recorder.count("display"), 1);
+    QTest::qWait(350);
+    QCOMPARE(recorder.count("display"), 1);
+}
+
+// It is announced until it can be shown, but not without a rest.
+void tst_VTVideoController::nullFrameIsAnnouncedAgainAndAgain()
+{
+    Player player;
+    player.source.pushFrame(VTVideoFrame());
+    Recorder recorder(player.controller);
+    player.controller->start();
+    QTRY_VERIFY(recorder.count("display") >= 4);
+    const QVector<qint64> times = recorder.times("display");
+    QVERIFY2(times.at(3) - times.at(0) >= 290, qPrintable(QString::number(times.at(3) - times.at(0))));
+}
+
+void tst_VTVideoController::waitingTakesNoProcessorTime_data()
+{
+    QTest::addColumn<bool>("plays");
+    QTest::newRow("paused") << false;
+    QTest::newRow("playing") << true;
+}
+
+void tst_VTVideoController::waitingTakesNoProcessorTime()
+{
+    QFETCH(bool, plays);
+    Player player(3, 0.1);
+    Recorder recorder(player.controller);
+    if (plays)
+        player.controller->play();
+    player.controller->start();
+    QTRY_COMPARE(recorder.count("display"), 1);
+    const std::clock_t before = std::clock();
+    QTest::qWait(1000);
+    QVERIFY2(std::clock() - before < CLOCKS_PER_SEC / 10, qPrintable(QString::number(std::clock() - before)));
 }
 
 void tst_VTVideoController::playsEveryFrameAtItsRate()
@@ -557,6 +635,8 @@ void tst_VTVideoController::playingBeforeTheFirstFrameWraps()
     QTest::qWait(150);
     QCOMPARE(player.controller->state(), VTVideoController::Playing);
     QCOMPARE(player.controller->position(), wrapped);
+    // Nothing is about to be presented.
+    QCOMPARE(player.source.asked.available(), 0);
 }
 
 void tst_VTVideoController::pauseEndsALongWait()
