@@ -91,7 +91,7 @@ int depthByCanonicalPath(const QString &controlFile, const QString &package)
     for (int depth = 0;; ++depth) {
         if (directory.canonicalPath() == target)
             return depth;
-        if (directory.isRoot() || !directory.cdUp())
+        if (!directory.cdUp())
             return outsidePackage;
     }
 }
@@ -162,7 +162,6 @@ Parsed parse(QIODevice &file, Filter filter, const QString &key = QString())
 {
     QString keyForFilter = key;
     Parser parser(filter, &keyForFilter);
-    parser.registerElement(QStringLiteral("VTXmlElement"), &VTXmlElement::staticMetaObject);
     const QList<QObject *> results = parser.read(QXmlInputSource(&file));
     // An entry inside an element without an object belongs to nobody.
     qDeleteAll(parser.detachedObjects());
