@@ -112,7 +112,6 @@ const char *VTVideoSourceFFMPEGPrivate::openDecoder()
     codecContext = avcodec_alloc_context3(codec);
     if (!codecContext || avcodec_parameters_to_context(codecContext, stream->codecpar) < 0)
         return cannotOpenCodec;
-    codecContext->pkt_timebase = stream->time_base;
     codecContext->framerate = av_guess_frame_rate(formatContext, stream, nullptr);
     // As many threads as there are cores.
     codecContext->thread_count = 0;

@@ -19,6 +19,7 @@ extern "C" {
 
 #include <limits>
 #include <memory>
+#include <thread>
 
 using namespace Vidtips;
 
@@ -156,6 +157,7 @@ private slots:
     void durationOfTheContainer();
     void failures_data();
     void failures();
+    void failureIsReportedUnlocked();
     void unallocatablePictureFailsTheOpen();
     void memoryRunsOutAnywhere();
     void emptySourceCloses();
@@ -383,6 +385,22 @@ void tst_VTVideoSourceFFMPEG::failures()
     QCOMPARE(source.frameWidth(), 200.0);
 }
 
+// Whoever takes the message may wait for another thread that uses the source.
+void tst_VTVideoSourceFFMPEG::failureIsReportedUnlocked()
+{
+    static Source *reporter = nullptr;
+    Source source;
+    reporter = &source;
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
+            std::thread([] { reporter->changeSetPosition(0); }).join();
+            reporter->setObjectName("reported");
+        });
+    QVERIFY(!source.load(TestClips::empty()));
+    qInstallMessageHandler(before);
+    QCOMPARE(source.objectName(), QString("reported"));
+}
+
 void tst_VTVideoSourceFFMPEG::unallocatablePictureFailsTheOpen()
 {
     const QString path = TestClips::large();
@@ -569,10 +587,12 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen_data()
 {
     QTest::addColumn<quint64>("index");
     QTest::addColumn<double>("firstTime");
-    QTest::newRow("start") << quint64(0) << 0.0;
-    QTest::newRow("key frame") << quint64(4) << 4 / 25.0;
-    QTest::newRow("past the end") << quint64(4000) << 4000 / 25.0;
-    QTest::newRow("largest") << std::numeric_limits<quint64>::max() << 18446744073709551615.0 / 25.0;
+    QTest::addColumn<int>("frames");
+    QTest::newRow("start") << quint64(0) << 0.0 << 12;
+    QTest::newRow("key frame") << quint64(4) << 4 / 25.0 << 8;
+    QTest::newRow("past the end") << quint64(4000) << 4000 / 25.0 << 0;
+    QTest::newRow("past the last time stamp") << (quint64(1) << 54) << 18014398509481984.0 / 25.0 << 0;
+    QTest::newRow("largest") << std::numeric_limits<quint64>::max() << 18446744073709551615.0 / 25.0 << 0;
 }
 
 // The clock goes where it is told, whatever picture the demuxer then finds.
@@ -580,6 +600,7 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen()
 {
     QFETCH(quint64, index);
     QFETCH(double, firstTime);
+    QFETCH(int, frames);
     Source source;
     QVERIFY(source.load(TestClips::h264()));
     SignalCounter moved(&source, &VTVideoSource::positionChanged);
@@ -588,7 +609,8 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen()
     SignalCounter ended(&source, &VTVideoSource::streamEnded);
     source.start();
     QTRY_COMPARE(ended.count(), 1);
-    if (source.loadedFrameCount() > 0)
+    QCOMPARE(source.loadedFrameCount(), quint64(frames));
+    if (frames > 0)
         QCOMPARE(source.getFrame(0).pts(), firstTime);
     if (index == 4)
         QCOMPARE(packed(source.getFrame(0)),
