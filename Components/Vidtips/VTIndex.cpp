@@ -61,6 +61,11 @@ FirstElement firstElement(const QString &line)
     return FirstElement::None;
 }
 
+QString packageSuffix(const VTContext &context)
+{
+    return context.get(PackageSuffix, QStringLiteral("vidtips")).toString();
+}
+
 // A pipe that has come into the place of a file would be waited for, and a device may have no end.
 bool openRegular(QFile &file)
 {
@@ -236,7 +241,6 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
 
     QPointer<VTContext> context;
     VTContext emptyContext; // stands in for a context that is gone
-    QStringList searchPaths;
     QVector<ControlFile> controlFiles;
     QSet<QPair<QString, int>> knownFiles;
     QMap<QString, QStringList> packages;
@@ -284,18 +288,16 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
         return nullptr;
     QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
     const Parsed parsed = parse(buffer, &contentFilter, key);
     if (parsed.isComplete)
         record.remember(path, bytes, localeOf(parsed.root));
     return parsed.root;
 }
 
-VTIndex::VTIndex(VTContext *context, const QStringList &searchPaths)
+VTIndex::VTIndex(VTContext *context, const QStringList &)
     : d(new Private)
 {
     d->context = context;
-    d->searchPaths = searchPaths;
 }
 
 VTIndex::~VTIndex() = default;
@@ -406,7 +408,7 @@ const VTContext &VTIndex::context() const
 void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 {
     Q_UNUSED(controlFile)
-    const QString suffix = context().get(PackageSuffix, QStringLiteral("vidtips")).toString();
+    const QString suffix = packageSuffix(context());
     if (d->lastPackage.name.isEmpty() || d->lastPackage.location != package
         || d->lastPackage.suffix != suffix)
         d->lastPackage = {package, suffix, packageNameForLocation(package)};
@@ -426,7 +428,7 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
 {
     Q_UNUSED(controlFile)
     const QString keyDataFile = context().get(KeyDataFile, QString()).toString();
-    if (key.isEmpty() || !element || keyDataFile.isEmpty())
+    if (key.isEmpty() || !element)
         return;
     const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, &keyDataFilter, key));
     const auto *data = root ? qobject_cast<VTXmlElement *>(root->children().value(0)) : nullptr;
@@ -441,7 +443,7 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
 
 QString VTIndex::packageNameForLocation(const QString &location) const
 {
-    const QString suffix = context().get(PackageSuffix, QStringLiteral("vidtips")).toString();
+    const QString suffix = packageSuffix(context());
     QString path = location;
     while (!path.isEmpty()) {
         const QFileInfo info(path);

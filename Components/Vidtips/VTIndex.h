@@ -32,7 +32,8 @@ class VIDTIPS_EXPORT VTIndex : public QObject
 public:
     /**
      * Makes an empty index without a parent. It reads settings from @p context, which stays the caller's, and
-     * goes on with every setting unset once @p context is deleted. @p searchPaths are the data paths.
+     * goes on with every setting unset once @p context is deleted. @p searchPaths are the data paths,
+     * which nothing here needs.
      */
     VTIndex(VTContext *context, const QStringList &searchPaths);
     ~VTIndex() override;

@@ -406,6 +406,7 @@ void tst_VTIndex::mapControlFileKeepsOrderWithoutRepetition()
     index.mapControlFile("ignored", second);
     index.mapControlFile(QString(), m_package);
     index.mapControlFile("other", second);
+    index.mapControlFile("last", m_package);
     QCOMPARE(index.componentPathsForPackageNamed("Tools"), (QStringList{second, m_package}));
     QVERIFY(index.keys().isEmpty());
     context.set(Vidtips::PackageSuffix, "tips");
