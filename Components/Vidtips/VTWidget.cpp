@@ -93,7 +93,6 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating);
     connect(d->timer, &QTimer::timeout, this, &VTWidget::hideAnimated);
-    d->timer->stop();
 }
 
 VTWidget::~VTWidget()

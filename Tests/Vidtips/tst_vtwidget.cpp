@@ -25,6 +25,7 @@ private slots:
     void construction();
     void toolWindowSettingChangesNothing();
     void setViewReplacesTheView();
+    void destructorDeletesViewAndContent_data();
     void destructorDeletesViewAndContent();
 
     void nullContentChangesNothing();
@@ -206,9 +207,19 @@ void tst_VTWidget::setViewReplacesTheView()
     QVERIFY(!window->view());
 }
 
+void tst_VTWidget::destructorDeletesViewAndContent_data()
+{
+    QTest::addColumn<bool>("isChild");
+    QTest::newRow("view inside") << true;
+    QTest::newRow("view taken out") << false;
+}
+
 void tst_VTWidget::destructorDeletesViewAndContent()
 {
+    QFETCH(bool, isChild);
     showContent();
+    if (!isChild)
+        view->setParent(nullptr);
     const QPointer<QObject> root(view->content()->parent());
     delete window;
     QVERIFY(!view);
