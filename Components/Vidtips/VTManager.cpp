@@ -374,9 +374,7 @@ QString VTManager::translateString(const QString &text, const QString &context)
     if (!d->translator)
         d->translator = new QTranslator(this);
     if (path != d->cataloguePath) {
-        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder)
-            && QFileInfo(path).isFile();
-        if (!found || !d->translator->load(path)) {
+        if (!QFileInfo(path).isFile() || !d->translator->load(path)) {
             d->cataloguePath.clear();
             return text;
         }

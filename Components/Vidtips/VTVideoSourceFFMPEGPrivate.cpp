@@ -179,8 +179,6 @@ void VTVideoSourceFFMPEGPrivate::release()
     av_frame_free(&rgbFrame);
     av_frame_free(&frame);
     avcodec_free_context(&codecContext);
-    codec = nullptr;
-    stream = nullptr;
     avformat_close_input(&formatContext);
     image = VTVideoFrame();
 }

@@ -271,7 +271,7 @@ void VTWidget::contentReservedChanged()
     hide();
     if (!self)
         return;
-    if (host && host != this && !isAncestorOf(host))
+    if (host && !isAncestorOf(host))
         moveInto(host, position);
     else
         becomeToolWindow(position);
