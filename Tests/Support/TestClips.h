@@ -148,6 +148,12 @@ public:
         return write("changed-size.h264", read(large) + read(small));
     }
 
+    /** Five pictures of H.264 without a container, which a stream may go on with. */
+    static QString part(const QString &name, const QStringList &options)
+    {
+        return make("part-" + name + ".h264", moving("160x120", 5, QStringList{"-c:v", "libx264"} + options));
+    }
+
     static QString audioOnly()
     {
         return make("audio.wav", {"-f", "lavfi", "-i", "sine=duration=0.2", "-c:a", "pcm_s16le"});

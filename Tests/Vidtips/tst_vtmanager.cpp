@@ -4,12 +4,26 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
+#include <QtCore/QThread>
 #include <QtDeclarative/qdeclarative.h>
 #include <QtTest/QTest>
 
 #include <algorithm>
 
 using namespace Vidtips;
+
+/** An index that takes 20 milliseconds for a control file. */
+class SlowIndex : public TestIndex
+{
+public:
+    using TestIndex::TestIndex;
+
+    void indexControlFile(const QString &controlFile, const QString &package) override
+    {
+        QThread::msleep(20);
+        TestIndex::indexControlFile(controlFile, package);
+    }
+};
 
 class tst_VTManager : public QObject
 {
@@ -131,7 +145,7 @@ void tst_VTManager::reportsLoadingInOrder()
     VTContext settings;
     settings.set(MessageThreshold, 300);
     TestSession session({});
-    TestIndex index(&settings, {});
+    SlowIndex index(&settings, {});
     QElapsedTimer clock;
     clock.start();
     const VTManager manager(session.host, settings, {packages->path()}, &index);
@@ -151,7 +165,7 @@ void tst_VTManager::reportsLoadingInOrder()
     const QRegExp pattern("Indexed packages in ([0-9.e-]+) seconds");
     QVERIFY(pattern.exactMatch(time));
     const double seconds = pattern.cap(1).toDouble();
-    QVERIFY(seconds >= 0 && seconds <= longest);
+    QVERIFY2(seconds >= 0.02 && seconds <= longest, qPrintable(time));
     QCOMPARE(pattern.cap(1), QString::number(seconds));
     QCOMPARE(index.indexed,
              (QList<QPair<QString, QString>>{

@@ -81,6 +81,7 @@ private slots:
     void nameIsResolvedByTheView();
     void nameWithoutFileClearsThePicture();
     void nameGivenBeforeTheSceneIsResolvedInIt();
+    void resolvedNameIsNotResolvedAgain();
     void sceneWithoutAViewOfTheLibrary();
     void laterNameReplacesAnUnresolvedOne();
     void sourceInQml();
@@ -90,11 +91,13 @@ private slots:
     void unknownStateIsIgnored();
     void resetStateWhileScrubbing();
     void firstFrameIsShown();
+    void firstFrameMayBeOfOneRow();
     void paintsAtTheOriginUnscaled();
     void secondFrameOfTheSameHeight();
     void progressIsAnnouncedWhenItChanged();
     void playsToTheEnd();
     void rewindDuringPlayback();
+    void rewindAnnouncesTheStart();
     void positionAndProgress();
     void searchPathIsStored();
     void scrubbingEmitsNothing();
@@ -263,7 +266,12 @@ void tst_VTVideoComponent::nameWithoutFileClearsThePicture()
     VTVideoComponent *const item = itemWithClip();
     QVERIFY(painted(item, QSize(8, 8)) != blank(QSize(8, 8)));
     const QUrl before = controllerOf(item)->source();
+    item->setSize(QSizeF(160, 120));
+    // What was announced before is painted before.
+    QTest::qWait(100);
+    QSignalSpy repainted(item->scene(), &QGraphicsScene::changed);
     item->setSource("none.mp4");
+    QTRY_VERIFY(!repainted.isEmpty());
     QCOMPARE(item->source(), QString("none.mp4"));
     QCOMPARE(painted(item, QSize(8, 8)), blank(QSize(8, 8)));
     QCOMPARE(controllerOf(item)->source(), before);
@@ -282,6 +290,15 @@ void tst_VTVideoComponent::nameGivenBeforeTheSceneIsResolvedInIt()
     item->setSource(QString());
     session->view()->scene()->addItem(item);
     QCOMPARE(item->source(), QString());
+}
+
+void tst_VTVideoComponent::resolvedNameIsNotResolvedAgain()
+{
+    VTVideoComponent *const item = itemWithClip();
+    item->setPosition(4);
+    session->view()->scene()->removeItem(item);
+    session->view()->scene()->addItem(item);
+    QCOMPARE(item->position(), qint64(4));
 }
 
 void tst_VTVideoComponent::sceneWithoutAViewOfTheLibrary()
@@ -396,6 +413,18 @@ void tst_VTVideoComponent::firstFrameIsShown()
     QCOMPARE(painted(item, first.size()), first);
 }
 
+// It has a height, but no progress yet.
+void tst_VTVideoComponent::firstFrameMayBeOfOneRow()
+{
+    VTVideoComponent item;
+    QSignalSpy height(&item, &VTVideoComponent::heightChanged);
+    QSignalSpy progress(&item, &VTVideoComponent::progressChanged);
+    sourceOf(&item)->setupSource();
+    sourceOf(&item)->pushFrame(VTVideoFrame(2, 1, QImage::Format_RGB32, 0));
+    QTRY_COMPARE(height.count(), 1);
+    QCOMPARE(progress.count(), 0);
+}
+
 void tst_VTVideoComponent::paintsAtTheOriginUnscaled()
 {
     VTVideoComponent *const item = itemWithClip("odd.mkv");
@@ -423,7 +452,9 @@ void tst_VTVideoComponent::progressIsAnnouncedWhenItChanged()
     VTVideoComponent *const item = itemWithClip();
     item->setPosition(3);
     const QImage fourth = controllerOf(item)->getFrame(3);
+    QSignalSpy again(item, &VTVideoComponent::progressChanged);
     QTRY_COMPARE(painted(item, fourth.size()), fourth);
+    QCOMPARE(again.count(), 0);
     sourceOf(item)->pushFrame(controllerOf(item)->getFrame(0));
     QSignalSpy progress(item, &VTVideoComponent::progressChanged);
     QSignalSpy position(item, &VTVideoComponent::positionChanged);
@@ -458,6 +489,17 @@ void tst_VTVideoComponent::rewindDuringPlayback()
     QCOMPARE(item->state(), VTVideoComponent::pausedState);
     QTRY_COMPARE(item->position(), qint64(0));
     QTRY_COMPARE(painted(item, QSize(160, 120)), QImage(controllerOf(item)->getFrame(0)));
+}
+
+// Once as a change of the position, and once as a rewind.
+void tst_VTVideoComponent::rewindAnnouncesTheStart()
+{
+    VTVideoComponent item;
+    QSignalSpy position(&item, &VTVideoComponent::positionChanged);
+    QSignalSpy progress(&item, &VTVideoComponent::progressChanged);
+    item.rewindToStart();
+    QCOMPARE(position.count(), 2);
+    QCOMPARE(progress.count(), 2);
 }
 
 void tst_VTVideoComponent::positionAndProgress()

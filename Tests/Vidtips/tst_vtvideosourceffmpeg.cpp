@@ -150,6 +150,8 @@ private slots:
     void clipsDecodeToTheirPictures_data();
     void clipsDecodeToTheirPictures();
     void changedSizeIsScaled();
+    void changedFormatIsFollowed_data();
+    void changedFormatIsFollowed();
     void repeatedFieldsStretchTheClock();
     void slowClipIsTimedByItsRate();
     void getTimeIsTheWallClock();
@@ -158,6 +160,7 @@ private slots:
     void failures_data();
     void failures();
     void failureIsReportedUnlocked();
+    void endIsAnnouncedUnlocked();
     void unallocatablePictureFailsTheOpen();
     void memoryRunsOutAnywhere();
     void emptySourceCloses();
@@ -173,6 +176,8 @@ private slots:
     void changeSetPositionWhileClosedResetsTheClock();
     void changeSetPositionSeeksInItsDirection_data();
     void changeSetPositionSeeksInItsDirection();
+    void seekStartsAgain();
+    void changeSetPositionDropsWhatTheDecoderHolds();
     void changeSetPositionWhileOpen_data();
     void changeSetPositionWhileOpen();
     void stopEndsTheThread();
@@ -276,6 +281,40 @@ void tst_VTVideoSourceFFMPEG::changedSizeIsScaled()
     const QString filter = QString("scale=%1:%2:flags=bicubic").arg(size.width()).arg(size.height());
     const QByteArray pictures = reference(path, {"-vf", filter});
     const int pictureBytes = size.width() * size.height() * 3;
+    QCOMPARE(pictures.size(), 10 * pictureBytes);
+    for (int i = 0; i < 10; ++i)
+        QVERIFY2(packed(playback.source->getFrame(uint(i))) == pictures.mid(i * pictureBytes, pictureBytes),
+                 qPrintable(QString::number(i)));
+}
+
+void tst_VTVideoSourceFFMPEG::changedFormatIsFollowed_data()
+{
+    QTest::addColumn<QStringList>("first");
+    QTest::addColumn<QStringList>("second");
+    const QStringList plain{"-pix_fmt", "yuv420p"};
+    const QStringList bt709 = plain + QStringList{"-colorspace", "bt709"};
+    QTest::newRow("format") << plain << QStringList{"-pix_fmt", "yuv444p"};
+    QTest::newRow("matrix") << bt709 << plain + QStringList{"-colorspace", "smpte240m"};
+    QTest::newRow("matrix is named") << plain << bt709;
+    QTest::newRow("range") << plain + QStringList{"-color_range", "tv"}
+                           << plain + QStringList{"-color_range", "pc"};
+}
+
+// Each part of a stream is shown as it would be by itself.
+void tst_VTVideoSourceFFMPEG::changedFormatIsFollowed()
+{
+    QFETCH(QStringList, first);
+    QFETCH(QStringList, second);
+    QStringList parts;
+    for (const QStringList &options : {first, second})
+        parts << TestClips::part(options.join(QString()), options);
+    const QByteArray pictures = reference(parts.at(0)) + reference(parts.at(1));
+    const QString path =
+        TestClips::write("joined.h264", TestClips::read(parts.at(0)) + TestClips::read(parts.at(1)));
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    QCOMPARE(playback.source->loadedFrameCount(), quint64(10));
+    const int pictureBytes = 160 * 120 * 3;
     QCOMPARE(pictures.size(), 10 * pictureBytes);
     for (int i = 0; i < 10; ++i)
         QVERIFY2(packed(playback.source->getFrame(uint(i))) == pictures.mid(i * pictureBytes, pictureBytes),
@@ -402,6 +441,23 @@ void tst_VTVideoSourceFFMPEG::failureIsReportedUnlocked()
     QVERIFY(!source.load(TestClips::empty()));
     qInstallMessageHandler(before);
     QCOMPARE(source.objectName(), QString("reported"));
+}
+
+// A receiver may wait for another thread that uses the source.
+void tst_VTVideoSourceFFMPEG::endIsAnnouncedUnlocked()
+{
+    Source source;
+    QSemaphore announced;
+    connect(
+        &source, &VTVideoSource::streamEnded, this,
+        [&] {
+            std::thread([&] { source.close(); }).join();
+            announced.release();
+        },
+        Qt::DirectConnection);
+    QVERIFY(source.load(TestClips::h264()));
+    source.start();
+    QVERIFY(announced.tryAcquire(1, 30000));
 }
 
 void tst_VTVideoSourceFFMPEG::unallocatablePictureFailsTheOpen()
@@ -586,6 +642,41 @@ void tst_VTVideoSourceFFMPEG::changeSetPositionSeeksInItsDirection()
              reference(TestClips::rareKeyPictures()).mid(picture * pictureBytes, pictureBytes));
 }
 
+void tst_VTVideoSourceFFMPEG::seekStartsAgain()
+{
+    Source source;
+    QVERIFY(source.load(TestClips::rareKeyPictures()));
+    source.clearChanges();
+    source.changeSetPosition(13);
+    source.setAction(VTVideoSource::Seek);
+    source.setAction(VTVideoSource::Decode);
+    SignalCounter ended(&source, &VTVideoSource::streamEnded);
+    source.start();
+    QTRY_COMPARE(ended.count(), 1);
+    QCOMPARE(source.loadedFrameCount(), quint64(30));
+    QCOMPARE(packed(source.getFrame(0)), reference(TestClips::rareKeyPictures()).left(160 * 120 * 3));
+}
+
+// Decoders give a picture some packets late.
+void tst_VTVideoSourceFFMPEG::changeSetPositionDropsWhatTheDecoderHolds()
+{
+    ObservedSource source;
+    source.changeSetSource(QUrl::fromLocalFile(TestClips::rareKeyPictures()));
+    QVERIFY(source.loadSource());
+    source.clearChanges();
+    source.setAction(VTVideoSource::Decode);
+    source.setAction(VTVideoSource::Idle);
+    source.start();
+    QTRY_COMPARE(source.actions(), (QVector<int>{VTVideoSource::Decode, VTVideoSource::Idle}));
+    QCOMPARE(source.loadedFrameCount(), quint64(1));
+    source.changeSetPosition(13);
+    source.setAction(VTVideoSource::Decode);
+    QTRY_VERIFY(source.loadedFrameCount() > 1);
+    const int pictureBytes = 160 * 120 * 3;
+    QCOMPARE(packed(source.getFrame(1)),
+             reference(TestClips::rareKeyPictures()).mid(20 * pictureBytes, pictureBytes));
+}
+
 void tst_VTVideoSourceFFMPEG::changeSetPositionWhileOpen_data()
 {
     QTest::addColumn<quint64>("index");
@@ -732,6 +823,9 @@ void tst_VTVideoSourceFFMPEG::restsBetweenPasses()
     QTRY_COMPARE(source.times().size(), 4);
     const qint64 time = source.times().constLast() - source.times().constFirst();
     QVERIFY2(time >= 290, qPrintable(QString::number(time)));
+    // Long enough for more passes, which find nothing else to do.
+    QTest::qWait(250);
+    QCOMPARE(source.actions(), QVector<int>(4, action));
 }
 
 // The quickest of some ends, as a busy machine may hold up any of them.

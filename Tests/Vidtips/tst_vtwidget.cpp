@@ -13,6 +13,20 @@
 
 using namespace Vidtips;
 
+/** Notes how opaque a window is when it is shown. */
+class OpacityAtShow : public QObject
+{
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show)
+            opacity = qobject_cast<QWidget *>(watched)->windowOpacity();
+        return false;
+    }
+
+    qreal opacity = 0.0;
+};
+
 class tst_VTWidget : public QObject
 {
     Q_OBJECT
@@ -356,8 +370,11 @@ void tst_VTWidget::showAtOnce()
 void tst_VTWidget::showFadesIn()
 {
     session->set(ShowDuration, 60);
+    OpacityAtShow atShow;
+    window->installEventFilter(&atShow);
     showContent();
     QVERIFY(window->isVisible());
+    QVERIFY(qAbs(atShow.opacity - 0.1) < 0.02);
     QVERIFY(qAbs(window->windowOpacity() - 0.1) < 0.02);
     QCOMPARE(animation()->duration(), 60);
     QCOMPARE(animation()->startValue().toReal(), 0.1);
@@ -808,6 +825,7 @@ void tst_VTWidget::reservingWithAReference()
     QCOMPARE(window->parentWidget(), &main);
     QVERIFY(window->isWindow());
     QVERIFY(window->windowTitle().isEmpty());
+    QCOMPARE(window->pos(), QPoint(300, 200));
     window->contentResized();
     QCOMPARE(main.minimumSize(), QSize(0, 0));
     QCOMPARE(main.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
