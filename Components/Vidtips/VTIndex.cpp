@@ -283,14 +283,14 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
         record.forget(path);
         return parse(file, &contentFilter, key).root;
     }
-    QByteArray bytes = file.readAll();
-    if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
+    VTParseRecord::File content(path, file.readAll());
+    if (record.rulesOut(content, key) || (locale && record.isOfOtherLocale(content, *locale)))
         return nullptr;
-    QBuffer buffer(&bytes);
+    QBuffer buffer(&content.bytes);
     buffer.open(QIODevice::ReadOnly);
     const Parsed parsed = parse(buffer, &contentFilter, key);
     if (parsed.isComplete)
-        record.remember(path, bytes, localeOf(parsed.root));
+        record.remember(content, localeOf(parsed.root));
     else
         record.forget(path);
     return parsed.root;
