@@ -10,16 +10,15 @@
 #include "FindingReport.h"
 #include "KeyCheck.h"
 #include "KeyDataCheck.h"
+#include "Locales.h"
 #include "QmlCheck.h"
 #include "StructureCheck.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 
 namespace {
 
-constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
 constexpr double largestBudget = 1024.0 * 1024.0; // megabytes
 const char defaultBudget[] = "256";
 const char defaultLongest[] = "30";
@@ -39,13 +38,14 @@ QString readLimits(const QCommandLineParser &arguments, Limits &limits)
     const double budget = arguments.value("budget").toDouble(&isNumber);
     if (!isNumber || !(budget > 0.0 && budget <= largestBudget))
         return QString("--budget takes a number of megabytes, not \"%1\"").arg(arguments.value("budget"));
-    limits.budget = qint64(budget * bytesPerMegabyte);
+    limits.budget = qint64(budget * ClipCheck::bytesPerMegabyte);
     limits.longest = arguments.value("longest").toDouble(&isNumber);
     if (!isNumber || !(limits.longest > 0.0))
         return QString("--longest takes a number of seconds, not \"%1\"").arg(arguments.value("longest"));
     limits.sourceLocale = arguments.value("source-locale");
-    if (QLocale(limits.sourceLocale) == QLocale::c())
-        return QString("Qt knows no locale \"%1\"").arg(limits.sourceLocale);
+    QString problem = Locales::problemWith(limits.sourceLocale);
+    if (!problem.isEmpty())
+        return problem;
     for (const QString &path : arguments.values("key-data")) {
         if (!QFileInfo(path).isFile() || !QFileInfo(path).isReadable())
             return QString("the key data cannot be read: %1").arg(path);

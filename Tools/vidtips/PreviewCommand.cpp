@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "Content.h"
+#include "Locales.h"
 #include "PreviewKeys.h"
 #include "PreviewLook.h"
 #include "PreviewWindow.h"
@@ -9,7 +10,6 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 #include <QtWidgets/QApplication>
 
 namespace {
@@ -74,8 +74,10 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
         return "--all needs --screenshot and a folder";
     if (!request.settings.keyData.isEmpty() && !QFileInfo(request.settings.keyData).isFile())
         return QString("the key data cannot be read: %1").arg(request.settings.keyData);
-    if (!request.settings.locale.isEmpty() && QLocale(request.settings.locale) == QLocale::c())
-        return QString("Qt knows no locale \"%1\"").arg(request.settings.locale);
+    const QString &locale = request.settings.locale;
+    const QString problem = locale.isEmpty() ? QString() : Locales::problemWith(locale);
+    if (!problem.isEmpty())
+        return problem;
     return readProperties(arguments.values("set"), request.settings.properties);
 }
 

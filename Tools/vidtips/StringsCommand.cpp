@@ -3,6 +3,7 @@
 #include "CatalogueJob.h"
 #include "Console.h"
 #include "Content.h"
+#include "Locales.h"
 #include "Places.h"
 
 #include <QtCore/QCommandLineParser>
@@ -17,8 +18,9 @@ namespace {
 QString readLocales(const QStringList &names, QStringList &locales)
 {
     for (const QString &name : names) {
-        if (QLocale(name) == QLocale::c())
-            return QString("Qt knows no locale \"%1\"").arg(name);
+        QString problem = Locales::problemWith(name);
+        if (!problem.isEmpty())
+            return problem;
         locales << QLocale(name).name();
     }
     locales.removeDuplicates();
