@@ -128,9 +128,9 @@ void tst_QDeclarativeLocalFile::refused()
     const PipeWatchdog watchdog(path(file));
     WatchedScene scene;
     QVERIFY(scene.load("import Qt.labs.particles 1.0\n"
-                       "Item { width: 50; height: 50; property QtObject reader: "
+                       "Item { id: root; width: 50; height: 50; property QtObject reader: "
                        + element.replace("%1", address)
-                       + "; children: reader.opacity === undefined ? [] : [reader] }"));
+                       + "; Component.onCompleted: if ('opacity' in reader) reader.parent = root }"));
     auto *reader = scene.view().rootObject()->property("reader").value<QObject *>();
     if (status >= 0)
         QTRY_COMPARE(reader->property("status").toInt(), status);
