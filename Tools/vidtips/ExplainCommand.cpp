@@ -43,8 +43,7 @@ QJsonObject asJson(const FindingKind &kind)
 QStringList ExplainCommand::description() const
 {
     return {"Says what the findings with the codes CODE are, why they matter and how to mend them, with an "
-            "example. "
-            "Without a CODE, lists all of them."};
+            "example. Without a CODE, lists all of them."};
 }
 
 QList<Command::Example> ExplainCommand::examples() const

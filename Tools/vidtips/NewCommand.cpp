@@ -46,12 +46,10 @@ QString problemWith(const QCommandLineParser &arguments)
 
 QStringList NewCommand::description() const
 {
-    return {
-        "Makes the package NAME.vidtips with a control file for en_US that holds two tips, a picture and a "
-        "user "
-        "interface, full and simple, to start from. It checks clean and can be previewed at once.",
-        "The words of the user interface are marked for translation: --locale writes them to a file for Qt's "
-        "Linguist."};
+    return {"Makes the package NAME.vidtips with a control file for en_US that holds two tips, a picture and "
+            "a user interface, full and simple, to start from. It checks clean and can be previewed at once.",
+            "The words of the user interface are marked for translation: --locale writes them to a file for "
+            "Qt's Linguist."};
 }
 
 QList<Command::Example> NewCommand::examples() const

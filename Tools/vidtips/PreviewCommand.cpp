@@ -103,16 +103,12 @@ QString complete(Request &request, const Content &content, QVector<PreviewKey> &
 QStringList PreviewCommand::description() const
 {
     return {"Shows the tip of KEY in the window that users see, beside a list of all keys. Without a KEY, "
-            "shows the first "
-            "one. The arrow keys walk the keys. When a file of a package changes, be it a control file, QML, "
-            "a picture, "
-            "a clip or a catalogue, the tip is shown anew. Errors of the QML appear over the tip with file "
-            "and line.",
+            "shows the first one. The arrow keys walk the keys. When a file of a package changes, be it a "
+            "control file, QML, a picture, a clip or a catalogue, the tip is shown anew. Errors of the QML "
+            "appear over the tip with file and line.",
             "With --screenshot, writes the tip's picture to a file instead and needs no display; with --all "
-            "as well, "
-            "writes a picture of each tip and a page that shows them all to a folder. Errors of the QML then "
-            "go to the "
-            "error stream and give the exit code 1."};
+            "as well, writes a picture of each tip and a page that shows them all to a folder. Errors of the "
+            "QML then go to the error stream and give the exit code 1."};
 }
 
 QList<Command::Example> PreviewCommand::examples() const
