@@ -70,8 +70,7 @@ void QDeclarativeBorderImagePrivate::loadDescription()
         fetchDescription();
         return;
     }
-    if (QDeclarativeLocalFile::isRefused(url)) {
-        qmlWarning(q_func()) << QDeclarativeLocalFile::message(url);
+    if (QDeclarativeLocalFile::refuse(url, q_func())) {
         setTo(QDeclarativeImageBase::Error, 0, QSize(0, 0));
         return;
     }

@@ -4,7 +4,6 @@
 #include "qdeclarativelocalfile_p.h"
 
 #include <QtQml/QQmlEngine>
-#include <QtQml/QQmlInfo>
 
 #include <private/qqmltype_p.h>
 
@@ -35,18 +34,13 @@ void QDeclarativeFontLoader::setSource(const QUrl &source)
     if (source == this->source())
         return;
     refused.clear();
-    if (!QDeclarativeLocalFile::isRefused(source)) {
-        // What was refused may have come after that very source.
-        if (loader()->property("source").toUrl() != source) {
-            inner->setProperty("source", source);
-        } else {
-            Q_EMIT sourceChanged();
-            Q_EMIT statusChanged();
-        }
+    if (QDeclarativeLocalFile::refuse(source, this)) {
+        refused = source;
+    } else if (loader()->property("source").toUrl() != source) {
+        inner->setProperty("source", source);
         return;
     }
-    refused = source;
-    qmlWarning(this) << QDeclarativeLocalFile::message(source);
+    // Also when what was refused came after that very source.
     Q_EMIT sourceChanged();
     Q_EMIT statusChanged();
 }

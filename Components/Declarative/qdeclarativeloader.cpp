@@ -124,10 +124,7 @@ void QDeclarativeLoader::load()
 {
     if (!isComponentComplete())
         return;
-    const bool isRefused = QDeclarativeLocalFile::isRefused(url);
-    if (isRefused)
-        qmlWarning(this) << QDeclarativeLocalFile::message(url);
-    if (!url.isEmpty() && !isRefused) {
+    if (!url.isEmpty() && !QDeclarativeLocalFile::refuse(url, this)) {
         component = new QQmlComponent(qmlEngine(this), url, this);
         ownsComponent = true;
     }

@@ -3,6 +3,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
 #include <QtQml/QQmlFile>
+#include <QtQml/QQmlInfo>
 
 bool QDeclarativeLocalFile::isRefused(const QUrl &url)
 {
@@ -17,4 +18,12 @@ bool QDeclarativeLocalFile::isRefused(const QUrl &url)
 QString QDeclarativeLocalFile::message(const QUrl &url)
 {
     return QStringLiteral("Cannot open: %1").arg(url.toString());
+}
+
+bool QDeclarativeLocalFile::refuse(const QUrl &url, const QObject *element)
+{
+    if (!isRefused(url))
+        return false;
+    qmlWarning(element) << message(url);
+    return true;
 }

@@ -2,6 +2,7 @@
 
 #include <QtCore/QString>
 
+class QObject;
 class QUrl;
 
 namespace QDeclarativeLocalFile {
@@ -15,5 +16,8 @@ bool isRefused(const QUrl &);
 
 /** What to report of an address that is refused. */
 QString message(const QUrl &);
+
+/** Reports an address that is refused as a warning of @p element, and returns whether it is. */
+bool refuse(const QUrl &, const QObject *element);
 
 } // namespace QDeclarativeLocalFile

@@ -87,9 +87,7 @@ void QDeclarativeParticles::setSource(const QUrl &source)
     particles.clear();
     replacedCount = 0;
     updateBounds();
-    if (QDeclarativeLocalFile::isRefused(address)) {
-        qmlWarning(this) << QDeclarativeLocalFile::message(address);
-    } else if (!address.isEmpty()) {
+    if (!address.isEmpty() && !QDeclarativeLocalFile::refuse(address, this)) {
         loader.load(qmlEngine(this), address, QQuickPixmap::Cache | QQuickPixmap::Asynchronous);
         if (loader.isLoading())
             loader.connectFinished(this, SLOT(adoptPicture()));

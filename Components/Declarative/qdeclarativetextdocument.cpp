@@ -44,9 +44,7 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
     Picture &entry = pictures[url];
     if (!entry.source) {
         entry.source = new QQuickPixmap;
-        if (QDeclarativeLocalFile::isRefused(url))
-            qmlWarning(owner) << QDeclarativeLocalFile::message(url);
-        else
+        if (!QDeclarativeLocalFile::refuse(url, owner))
             entry.source->load(context->engine(), url);
         if (entry.source->isLoading())
             entry.source->connectFinished(this, SLOT(pictureFinished()));

@@ -186,29 +186,6 @@ QString localeOf(const VTXmlElement *root)
     return root ? root->attribute(QStringLiteral("locale")) : QString();
 }
 
-VTXmlElement *acceptedContent(VTIndex *index, const QString &key, const QString &controlFile,
-                              const QLocale &locale, VTXmlElement *&root)
-{
-    if (!root)
-        return nullptr;
-    auto *element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    // A document element within the document element has an object too, and is no entry of any key.
-    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
-        delete root;
-        root = nullptr;
-        return nullptr;
-    }
-    const QString localeName = localeOf(root);
-    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
-        delete root;
-        return nullptr;
-    }
-    index->loadKeyData(key, controlFile, element);
-    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
-    element->setAttribute(QStringLiteral("VTPackagName"), index->packageNameForLocation(controlFile));
-    return element;
-}
-
 } // namespace
 
 struct VIDTIPS_NO_EXPORT VTIndex::Private
@@ -235,7 +212,7 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
     };
 
     int depthOf(const QString &controlFile, const QString &package);
-    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale *locale = nullptr);
+    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale &locale);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
 
@@ -275,22 +252,22 @@ void VTIndex::Private::append(const QString &path, int depth)
     knownFiles.insert({path, depth});
 }
 
-// Returns what the control file has of the key, as parsedRoot() does. Null also where that would be of no
-// use: if there cannot be an entry, or if it is for another locale than the one that is named.
-VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale *locale)
+// Returns what the control file has of the key, as parsedRoot() does. Null also where the record tells that
+// there cannot be an entry, or that it is for another locale.
+VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
 {
     QFile file(path);
     if (!openRegular(file))
         return nullptr;
     if (file.size() > VTParseRecord::sizeLimit)
         return parse(file, &contentFilter, key).root;
-    QByteArray bytes = file.readAll();
-    if (record.rulesOut(path, bytes, key) || (locale && record.isOfOtherLocale(path, bytes, *locale)))
+    VTParseRecord::File content(path, file.readAll());
+    if (record.rulesOut(content, key) || record.isOfOtherLocale(content, locale))
         return nullptr;
-    QBuffer buffer(&bytes);
+    QBuffer buffer(&content.bytes);
     const Parsed parsed = parse(buffer, &contentFilter, key);
     if (parsed.isComplete)
-        record.remember(path, bytes, localeOf(parsed.root));
+        record.remember(content, localeOf(parsed.root));
     return parsed.root;
 }
 
@@ -333,8 +310,7 @@ VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QStri
                                 VTXmlElement *&root)
 {
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        root = key.isEmpty() ? nullptr : d->parsedContent(file.path, key, &locale);
-        if (VTXmlElement *element = acceptedContent(this, key, file.path, locale, root)) {
+        if (VTXmlElement *element = load(key, file.path, locale, root)) {
             depth = file.depth;
             directory = QFileInfo(file.path).absolutePath();
             return element;
@@ -420,8 +396,25 @@ void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, const QLocale &locale,
                             VTXmlElement *&root)
 {
-    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key);
-    return acceptedContent(this, key, controlFile, locale, root);
+    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key, locale);
+    if (!root)
+        return nullptr;
+    auto *const element = qobject_cast<VTXmlElement *>(root->children().value(0));
+    // A document element within the document element has an object too, and is no entry of any key.
+    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
+        delete root;
+        root = nullptr;
+        return nullptr;
+    }
+    const QString localeName = localeOf(root);
+    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
+        delete root;
+        return nullptr;
+    }
+    loadKeyData(key, controlFile, element);
+    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
+    element->setAttribute(QStringLiteral("VTPackagName"), packageNameForLocation(controlFile));
+    return element;
 }
 
 void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlElement *element)

@@ -100,8 +100,8 @@ public:
      * another locale than @p locale, or does not hold exactly one entry for the key. An empty key has none.
      *
      * The element has its key data, and the attributes "VTLocation" (the control file) and "VTPackagName"
-     * (its package). It belongs to @p root, which the caller owns. @p root is set to null when null is
-     * returned, except for another locale: then it holds the address of a tree that is gone.
+     * (its package). It belongs to @p root, which the caller owns. @p root is of use only with an element:
+     * otherwise it is set to null, or, for another locale, may hold the address of a tree that is gone.
      */
     VTXmlElement *load(const QString &key, const QString &controlFile, const QLocale &locale,
                        VTXmlElement *&root);

@@ -1,5 +1,6 @@
 #include "VTManager.h"
 
+#include "VTBoundedSize_p.h"
 #include "VTContext.h"
 #include "VTIndex.h"
 #include "VTScrollBarComponent.h"
@@ -518,9 +519,7 @@ bool VTManager::keepOrHide(const QPoint &position, QWidget *widget)
 
 QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 {
-    const QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    const QSize offset =
-        d->context.get(TooltipOffset, QSize(35, 30)).toSize().boundedTo(largest).expandedTo(-1 * largest);
+    const QSize offset = boundedSize(d->context.get(TooltipOffset, QSize(35, 30)));
     return position + QPoint(offset.width(), offset.height());
 }
 

@@ -8,11 +8,6 @@ namespace Vidtips {
 
 namespace {
 
-QByteArray checksumOf(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5);
-}
-
 /** Whether the key stands in a file as it is: nothing in it can be written in another way than by references.
  */
 bool isLiteral(const QString &key)
@@ -36,25 +31,32 @@ bool isLiteral(const QByteArray &bytes)
 
 } // namespace
 
-void VTParseRecord::remember(const QString &path, const QByteArray &bytes, const QString &localeName)
+VTParseRecord::File::File(const QString &filePath, const QByteArray &content)
+    : path(filePath)
+    , bytes(content)
+    , checksum(QCryptographicHash::hash(content, QCryptographicHash::Md5))
 {
-    m_entries.insert(path, {checksumOf(bytes), localeName});
 }
 
-const VTParseRecord::Entry *VTParseRecord::find(const QString &path, const QByteArray &bytes) const
+void VTParseRecord::remember(const File &file, const QString &localeName)
 {
-    const auto entry = m_entries.constFind(path);
-    return entry != m_entries.cend() && entry->checksum == checksumOf(bytes) ? &*entry : nullptr;
+    m_entries.insert(file.path, {file.checksum, localeName});
 }
 
-bool VTParseRecord::rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const
+const VTParseRecord::Entry *VTParseRecord::find(const File &file) const
 {
-    return isLiteral(key) && isLiteral(bytes) && !bytes.contains(key.toLatin1()) && find(path, bytes);
+    const auto entry = m_entries.constFind(file.path);
+    return entry != m_entries.cend() && entry->checksum == file.checksum ? &*entry : nullptr;
 }
 
-bool VTParseRecord::isOfOtherLocale(const QString &path, const QByteArray &bytes, const QLocale &locale) const
+bool VTParseRecord::rulesOut(const File &file, const QString &key) const
 {
-    const Entry *const entry = find(path, bytes);
+    return isLiteral(key) && isLiteral(file.bytes) && !file.bytes.contains(key.toLatin1()) && find(file);
+}
+
+bool VTParseRecord::isOfOtherLocale(const File &file, const QLocale &locale) const
+{
+    const Entry *const entry = find(file);
     return entry && !entry->localeName.isEmpty() && QLocale(entry->localeName) != locale;
 }
 

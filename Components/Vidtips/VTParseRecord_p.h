@@ -16,18 +16,27 @@ namespace Vidtips {
 class VTParseRecord
 {
 public:
+    /** A file as it was read. */
+    struct File
+    {
+        File(const QString &filePath, const QByteArray &content);
+
+        QString path;
+        QByteArray bytes;
+        QByteArray checksum; ///< of the bytes
+    };
+
     /** The most bytes of a file that are looked at here; a larger one is never ruled out. */
     static constexpr qint64 sizeLimit = 1024 * 1024;
 
-    /** Remembers that @p bytes of @p path parsed to an element whose locale attribute is @p localeName. */
-    void remember(const QString &path, const QByteArray &bytes, const QString &localeName);
+    /** Remembers that @p file parsed to an element whose locale attribute is @p localeName. */
+    void remember(const File &file, const QString &localeName);
 
-    /** Returns whether parsing @p bytes of @p path can neither give an entry with @p key nor report anything.
-     */
-    bool rulesOut(const QString &path, const QByteArray &bytes, const QString &key) const;
+    /** Returns whether parsing @p file can neither give an entry with @p key nor report anything. */
+    bool rulesOut(const File &file, const QString &key) const;
 
-    /** Returns whether @p bytes of @p path parsed before, to entries for another locale than @p locale. */
-    bool isOfOtherLocale(const QString &path, const QByteArray &bytes, const QLocale &locale) const;
+    /** Returns whether @p file parsed before, to entries for another locale than @p locale. */
+    bool isOfOtherLocale(const File &file, const QLocale &locale) const;
 
 private:
     struct Entry
@@ -36,7 +45,7 @@ private:
         QString localeName;
     };
 
-    const Entry *find(const QString &path, const QByteArray &bytes) const;
+    const Entry *find(const File &file) const;
 
     QHash<QString, Entry> m_entries;
 };

@@ -1,11 +1,11 @@
 #include "VTVideoController.h"
 
+#include "VTQuitRequest_p.h"
 #include "VTVideoSource.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
 #include <QtCore/QMutex>
-#include <QtCore/QSemaphore>
 
 #include <algorithm>
 #include <atomic>
@@ -41,8 +41,7 @@ struct VIDTIPS_NO_EXPORT VTVideoController::Private
     QRecursiveMutex lock;
     // Set without the lock, so that asking the thread to end never waits for it.
     std::atomic<bool> shouldQuit{false};
-    // Has something to give once the thread was asked to end.
-    QSemaphore quitRequest;
+    VTQuitRequest quitRequest;
     bool needFrame = true;
     bool scrubbing = false;
     QDateTime lastFrameDisplayTime;
@@ -58,7 +57,6 @@ struct VIDTIPS_NO_EXPORT VTVideoController::Private
     Next next();
     Next nextWhilePlaying();
     Next nextWhilePaused();
-    void idle(int milliseconds);
     void sleep(double seconds);
     bool isPlaying();
 };
@@ -114,12 +112,6 @@ VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
     return Next::Announce;
 }
 
-// Ends early when the thread is asked to end.
-void VTVideoController::Private::idle(int milliseconds)
-{
-    quitRequest.tryAcquire(1, milliseconds);
-}
-
 // Long waits end early when the thread is to end or playback was paused meanwhile.
 void VTVideoController::Private::sleep(double seconds)
 {
@@ -127,7 +119,7 @@ void VTVideoController::Private::sleep(double seconds)
         std::isfinite(seconds) ? std::min(seconds * 1000.0, longestWait) : idleInterval;
     const QDeadlineTimer deadline(qint64(milliseconds), Qt::PreciseTimer);
     do {
-        idle(int(std::min(deadline.remainingTime(), qint64(idleInterval))));
+        quitRequest.idle(int(std::min(deadline.remainingTime(), qint64(idleInterval))));
     } while (!deadline.hasExpired() && isPlaying());
 }
 
@@ -315,7 +307,7 @@ void VTVideoController::sourceLoaded()
 void VTVideoController::setShouldQuit()
 {
     d->shouldQuit = true;
-    d->quitRequest.release();
+    d->quitRequest.make();
 }
 
 bool VTVideoController::shouldQuit()
@@ -353,7 +345,7 @@ void VTVideoController::run()
             Q_EMIT displayFrame();
         if (next == Private::Next::Pause)
             Q_EMIT stateChanged();
-        d->idle(idleInterval);
+        d->quitRequest.idle(idleInterval);
     }
 }
 

@@ -1,12 +1,12 @@
 #include "VTVideoSource.h"
 
+#include "VTQuitRequest_p.h"
 #include "VTVideoFrameCache.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QList>
 #include <QtCore/QMap>
 #include <QtCore/QMutex>
-#include <QtCore/QSemaphore>
 
 namespace Vidtips {
 
@@ -26,8 +26,7 @@ struct VIDTIPS_NO_EXPORT VTVideoSource::Private
     QRecursiveMutex stateLock;
     // Taken last and only to append or take a record, so that posting never waits for anything else.
     QMutex changesLock;
-    // Has something to give once the thread was asked to end.
-    QSemaphore quitRequest;
+    VTQuitRequest quitRequest;
     QList<VTVideoSourceChange *> changes;
     VTVideoFrameCache *cache = nullptr;
     QMap<QString, VTVideoFrameCache *> caches;
@@ -140,7 +139,7 @@ void VTVideoSource::setShouldQuit()
         const QMutexLocker locker(&d->stateLock);
         d->shouldQuit = true;
     }
-    d->quitRequest.release();
+    d->quitRequest.make();
 }
 
 bool VTVideoSource::shouldQuit()
@@ -151,7 +150,7 @@ bool VTVideoSource::shouldQuit()
 
 void VTVideoSource::idle(int milliseconds)
 {
-    d->quitRequest.tryAcquire(1, milliseconds);
+    d->quitRequest.idle(milliseconds);
 }
 
 void VTVideoSource::clearChanges()

@@ -1,5 +1,6 @@
 #include "VTWidget.h"
 
+#include "VTBoundedSize_p.h"
 #include "VTManager.h"
 #include "VTView.h"
 
@@ -116,9 +117,7 @@ bool VTWidget::isSafe(const QPoint &globalPos) const
     } else if (d->reference && QApplication::widgetAt(globalPos) == d->reference) {
         return true;
     }
-    const QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    const QSize margin =
-        d->setting(SafeZoneMargin, QSize(20, 20)).toSize().boundedTo(largest).expandedTo(-1 * largest);
+    const QSize margin = boundedSize(d->setting(SafeZoneMargin, QSize(20, 20)));
     const QRect frame(mapToGlobal(QPoint(0, 0)), frameGeometry().size());
     return frame.adjusted(-margin.width(), -margin.height(), margin.width(), margin.height())
         .contains(globalPos);

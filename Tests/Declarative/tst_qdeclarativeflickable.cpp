@@ -1,4 +1,4 @@
-#include <WatchedScene.h>
+#include "WatchedScene.h"
 
 #include <QtGui/QWheelEvent>
 #include <QtTest/QSignalSpy>
@@ -35,13 +35,6 @@ private slots:
 
 private:
     void load(const QByteArray &settings, const QByteArray &content = QByteArray());
-    void press(const QPoint &at) { QTest::mousePress(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
-    void release(const QPoint &at)
-    {
-        QTest::mouseRelease(m_scene->view().viewport(), Qt::LeftButton, {}, at);
-    }
-    void move(const QPoint &at);
-    void drag(const QVector<QPoint> &way);
     bool turn(int delta, Qt::Orientation orientation = Qt::Vertical);
     QVariant flick(const char *property) const { return m_scene->item("flick")->property(property); }
     QString seen() const { return m_scene->value("seen").toString(); }
@@ -71,20 +64,6 @@ void tst_QDeclarativeFlickable::load(const QByteArray &settings, const QByteArra
             onFlickStarted: seen += "flick "; onFlickEnded: seen += "flicked "
             contentHeight: )"
                           + contentHeight + "; " + settings + "\n" + content + "} }"));
-}
-
-void tst_QDeclarativeFlickable::move(const QPoint &at)
-{
-    QWidget *viewport = m_scene->view().viewport();
-    QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport, &event);
-}
-
-void tst_QDeclarativeFlickable::drag(const QVector<QPoint> &way)
-{
-    press(way.first());
-    for (const QPoint &at : way.mid(1))
-        move(at);
 }
 
 bool tst_QDeclarativeFlickable::turn(int delta, Qt::Orientation orientation)
@@ -122,20 +101,20 @@ void tst_QDeclarativeFlickable::dataGoesToTheContent()
 void tst_QDeclarativeFlickable::followsTheMouse()
 {
     load({});
-    press({50, 90});
-    move({50, 81});
+    m_scene->press({50, 90});
+    m_scene->move({50, 81});
     QCOMPARE(flick("moving").toBool(), false);
-    move({50, 70});
+    m_scene->move({50, 70});
     QCOMPARE(flick("contentY").toReal(), 0.0);
-    move({50, 60});
+    m_scene->move({50, 60});
     QCOMPARE(flick("moving").toBool(), true);
     QCOMPARE(flick("contentY").toReal(), 0.0);
-    move({50, 40});
+    m_scene->move({50, 40});
     QCOMPARE(flick("contentY").toReal(), 20.0);
-    move({50, 45});
+    m_scene->move({50, 45});
     QCOMPARE(flick("contentY").toReal(), 15.0);
     QCOMPARE(flick("movingHorizontally").toBool(), false);
-    release({50, 45});
+    m_scene->release({50, 45});
 }
 
 void tst_QDeclarativeFlickable::directions_data()
@@ -156,16 +135,16 @@ void tst_QDeclarativeFlickable::directions()
     QFETCH(QByteArray, settings);
     QFETCH(QPointF, end);
     load(settings);
-    drag({{90, 90}, {70, 70}, {60, 60}, {40, 40}});
+    m_scene->drag({{90, 90}, {70, 70}, {60, 60}, {40, 40}});
     QCOMPARE(QPointF(flick("contentX").toReal(), flick("contentY").toReal()), end);
-    release({40, 40});
+    m_scene->release({40, 40});
 }
 
 void tst_QDeclarativeFlickable::notInteractive()
 {
     load("interactive: false");
-    drag({{50, 90}, {50, 70}, {50, 50}, {50, 20}});
-    release({50, 20});
+    m_scene->drag({{50, 90}, {50, 70}, {50, 50}, {50, 20}});
+    m_scene->release({50, 20});
     QCOMPARE(flick("contentY").toReal(), 0.0);
     QCOMPARE(seen(), QStringLiteral("below "));
     QVERIFY(!turn(-120) || flick("contentY").toReal() == 0);
@@ -174,8 +153,8 @@ void tst_QDeclarativeFlickable::notInteractive()
 void tst_QDeclarativeFlickable::endOfInteraction()
 {
     load({});
-    drag({{50, 90}, {50, 70}, {50, 50}, {50, 20}});
-    release({50, 20});
+    m_scene->drag({{50, 90}, {50, 70}, {50, 50}, {50, 20}});
+    m_scene->release({50, 20});
     QCOMPARE(flick("flicking").toBool(), true);
     m_scene->item("flick")->setProperty("interactive", false);
     QCOMPARE(flick("moving").toBool(), false);
@@ -197,9 +176,9 @@ void tst_QDeclarativeFlickable::bounds()
     QFETCH(QByteArray, behavior);
     QFETCH(qreal, dragged);
     load("boundsBehavior: Flickable." + behavior);
-    drag({{50, 20}, {50, 35}, {50, 50}, {50, 80}});
+    m_scene->drag({{50, 20}, {50, 35}, {50, 50}, {50, 80}});
     QCOMPARE(flick("contentY").toReal(), dragged);
-    release({50, 80});
+    m_scene->release({50, 80});
     QTRY_COMPARE(flick("contentY").toReal(), 0.0);
     QTRY_COMPARE(flick("moving").toBool(), false);
     m_scene->evaluate("flick.contentY = 350");
@@ -212,12 +191,12 @@ void tst_QDeclarativeFlickable::pressStopsAFlick()
 {
     m_contentHeight = 20000;
     load({}, "MouseArea { width: 100; height: 20000; onClicked: seen += \"clicked \" }");
-    drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
-    release({50, 5});
+    m_scene->drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
+    m_scene->release({50, 5});
     QTRY_VERIFY(flick("verticalVelocity").toReal() > 100);
-    press({50, 50});
+    m_scene->press({50, 50});
     const qreal stopped = flick("contentY").toReal();
-    release({50, 50});
+    m_scene->release({50, 50});
     QCOMPARE(seen(), QStringLiteral("started flick flicked ended "));
     QCOMPARE(flick("contentY").toReal(), stopped);
     QVERIFY(stopped < 19900);
@@ -227,10 +206,10 @@ void tst_QDeclarativeFlickable::pressDelay()
 {
     load("pressDelay: 50",
          "MouseArea { objectName: \"kid\"; width: 100; height: 400; onPressed: seen += \"pressed \" }");
-    press({50, 50});
+    m_scene->press({50, 50});
     QCOMPARE(m_scene->item("kid")->property("pressed").toBool(), false);
     QTRY_COMPARE(m_scene->item("kid")->property("pressed").toBool(), true);
-    release({50, 50});
+    m_scene->release({50, 50});
     QCOMPARE(m_scene->item("kid")->property("pressed").toBool(), false);
     QCOMPARE(seen(), QStringLiteral("pressed "));
 }
@@ -238,17 +217,17 @@ void tst_QDeclarativeFlickable::pressDelay()
 void tst_QDeclarativeFlickable::pressDelayQuickClick()
 {
     load("pressDelay: 5000", "MouseArea { width: 100; height: 400; onClicked: seen += \"clicked \" }");
-    press({50, 50});
-    release({50, 50});
+    m_scene->press({50, 50});
+    m_scene->release({50, 50});
     QCOMPARE(seen(), QStringLiteral("clicked "));
 }
 
 void tst_QDeclarativeFlickable::dragWithinPressDelay()
 {
     load("pressDelay: 5000", "MouseArea { width: 100; height: 400; onPressed: seen += \"pressed \" }");
-    drag({{50, 90}, {50, 70}, {50, 50}, {50, 40}});
+    m_scene->drag({{50, 90}, {50, 70}, {50, 50}, {50, 40}});
     QCOMPARE(flick("contentY").toReal(), 10.0);
-    release({50, 40});
+    m_scene->release({50, 40});
     QVERIFY(!seen().contains(QLatin1String("pressed")));
 }
 
@@ -288,18 +267,18 @@ void tst_QDeclarativeFlickable::innerKeepsTheSameDirection()
 {
     QVERIFY(m_scene->load(R"(Flickable { width: 100; height: 100; contentHeight: 400
         Flickable { objectName: "flick"; width: 100; height: 100; contentHeight: 300 } })"));
-    drag({{50, 90}, {50, 70}, {50, 50}, {50, 40}});
+    m_scene->drag({{50, 90}, {50, 70}, {50, 50}, {50, 40}});
     QCOMPARE(flick("contentY").toReal(), 10.0);
     QCOMPARE(m_scene->root()->property("moving").toBool(), false);
-    release({50, 40});
+    m_scene->release({50, 40});
 }
 
 void tst_QDeclarativeFlickable::velocityEndsAtZero()
 {
     load({});
     QSignalSpy changes(m_scene->item("flick"), SIGNAL(verticalVelocityChanged()));
-    drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
-    release({50, 5});
+    m_scene->drag({{50, 95}, {50, 70}, {50, 50}, {50, 5}});
+    m_scene->release({50, 5});
     QTRY_COMPARE(flick("contentY").toReal(), 300.0);
     QTRY_COMPARE(flick("moving").toBool(), false);
     QCOMPARE(flick("verticalVelocity").toReal(), 0.0);

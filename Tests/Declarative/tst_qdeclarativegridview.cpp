@@ -1,6 +1,5 @@
 #include "WatchedScene.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 #include <QtTest/QSignalSpy>
@@ -80,15 +79,6 @@ QPointF at(WatchedScene &scene, const char *name)
 int number(WatchedScene &scene, const char *property)
 {
     return scene.item("view")->property(property).toInt();
-}
-
-void mouse(WatchedScene &scene, QEvent::Type type, const QPoint &at)
-{
-    const bool moves = type == QEvent::MouseMove;
-    QWidget *viewport = scene.view().viewport();
-    QMouseEvent event(type, at, viewport->mapToGlobal(at), moves ? Qt::NoButton : Qt::LeftButton,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &event);
 }
 
 /** The rows that have an item, in order, with the cells that they stand in. */
@@ -584,14 +574,12 @@ void tst_QDeclarativeGridView::snaps()
     QVERIFY(scene.load(withView({})));
     scene.item("view")->setProperty("snapMode", mode);
     const QPoint from(30, 38);
-    mouse(scene, QEvent::MouseButtonPress, from);
-    mouse(scene, QEvent::MouseMove, from - QPoint(0, 11));
-    mouse(scene, QEvent::MouseMove, from - QPoint(0, 12));
-    mouse(scene, QEvent::MouseMove, from - QPoint(0, way));
-    QElapsedTimer timer;
-    timer.start();
-    QTRY_VERIFY(timer.hasExpired(120));
-    mouse(scene, QEvent::MouseButtonRelease, from - QPoint(0, way));
+    scene.press(from);
+    scene.move(from - QPoint(0, 11));
+    scene.move(from - QPoint(0, 12));
+    scene.move(from - QPoint(0, way));
+    QVERIFY(scene.letRest());
+    scene.release(from - QPoint(0, way));
     QTRY_VERIFY(!scene.item("view")->property("moving").toBool());
     QTEST(number(scene, "contentY"), "contentY");
 }

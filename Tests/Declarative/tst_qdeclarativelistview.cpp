@@ -1,4 +1,4 @@
-#include <WatchedScene.h>
+#include "WatchedScene.h"
 
 #include <QtCore/QStringListModel>
 #include <QtTest/QSignalSpy>
@@ -354,14 +354,8 @@ void tst_QDeclarativeListView::flickOneItem()
 {
     load("model: 20; delegate: Item { height: 100; width: 100 } snapMode: ListView.SnapOneItem; "
          "maximumFlickVelocity: 5000");
-    QWidget *viewport = m_scene->view().viewport();
-    QTest::mousePress(viewport, Qt::LeftButton, {}, {50, 95});
-    for (int y : {80, 60, 30, 5}) {
-        QMouseEvent event(QEvent::MouseMove, QPointF(50, y), viewport->mapToGlobal(QPoint(50, y)),
-                          Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(viewport, &event);
-    }
-    QTest::mouseRelease(viewport, Qt::LeftButton, {}, {50, 5});
+    m_scene->drag({{50, 95}, {50, 80}, {50, 60}, {50, 30}, {50, 5}});
+    m_scene->release({50, 5});
     QVERIFY(list("flicking").toBool());
     QTRY_VERIFY(!list("moving").toBool());
     QCOMPARE(list("contentY").toReal(), 100.0);

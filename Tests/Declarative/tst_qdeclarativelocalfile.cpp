@@ -108,6 +108,7 @@ void tst_QDeclarativeLocalFile::refused_data()
         {"TextEdit", "TextEdit { objectName: 'reader'; text: '<b>a</b><img src=\"%1\">' }", "", -1},
         {"Loader", "Loader { objectName: 'reader'; source: '%1' }", "", 3},
         {"FontLoader", "FontLoader { objectName: 'reader'; source: '%1' }", "", 3},
+        {"Particles", "Particles { objectName: 'reader'; source: '%1' }", "", -1},
         {"XmlListModel", "XmlListModel { objectName: 'reader'; query: '/a'; source: '%1' }", "", 3},
     };
     for (const Reader &reader : readers) {
@@ -126,9 +127,10 @@ void tst_QDeclarativeLocalFile::refused()
     const QByteArray address = QUrl::fromLocalFile(path(file)).toEncoded();
     const PipeWatchdog watchdog(path(file));
     WatchedScene scene;
-    QVERIFY(
-        scene.load("Item { width: 50; height: 50; property QtObject reader: " + element.replace("%1", address)
-                   + "; children: reader.opacity === undefined ? [] : [reader] }"));
+    QVERIFY(scene.load("import Qt.labs.particles 1.0\n"
+                       "Item { id: root; width: 50; height: 50; property QtObject reader: "
+                       + element.replace("%1", address)
+                       + "; Component.onCompleted: if ('opacity' in reader) reader.parent = root }"));
     auto *reader = scene.view().rootObject()->property("reader").value<QObject *>();
     if (status >= 0)
         QTRY_COMPARE(reader->property("status").toInt(), status);

@@ -1,4 +1,4 @@
-#include <WatchedScene.h>
+#include "WatchedScene.h"
 
 #include <QtWidgets/QApplication>
 
@@ -26,13 +26,6 @@ private slots:
     void destroyedDuringPress();
 
 private:
-    void press(const QPoint &at) { QTest::mousePress(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
-    void release(const QPoint &at)
-    {
-        QTest::mouseRelease(m_scene->view().viewport(), Qt::LeftButton, {}, at);
-    }
-    void click(const QPoint &at) { QTest::mouseClick(m_scene->view().viewport(), Qt::LeftButton, {}, at); }
-    void move(const QPoint &at, Qt::MouseButtons buttons = Qt::LeftButton);
     QString seen() const { return m_scene->value("seen").toString(); }
 
     QScopedPointer<WatchedScene> m_scene;
@@ -41,13 +34,6 @@ private:
 void tst_QDeclarativeMouseArea::initTestCase()
 {
     QApplication::setStartDragDistance(10);
-}
-
-void tst_QDeclarativeMouseArea::move(const QPoint &at, Qt::MouseButtons buttons)
-{
-    QWidget *viewport = m_scene->view().viewport();
-    QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, buttons, {});
-    QCoreApplication::sendEvent(viewport, &event);
 }
 
 void tst_QDeclarativeMouseArea::drag_data()
@@ -74,14 +60,14 @@ void tst_QDeclarativeMouseArea::drag()
                           + settings + R"(
                 drag.onActiveChanged: seen += drag.active ? "on " : "off " } } })"));
     auto *box = qobject_cast<QGraphicsObject *>(m_scene->item("box"));
-    press({20, 20});
-    move({40, 35});
+    m_scene->press({20, 20});
+    m_scene->move({40, 35});
     QCOMPARE(box->pos(), QPointF());
     QCOMPARE(seen(), QString());
-    move({70, 80});
+    m_scene->move({70, 80});
     QCOMPARE(box->pos(), end);
     QCOMPARE(seen(), QStringLiteral("on "));
-    release({70, 80});
+    m_scene->release({70, 80});
     QCOMPARE(seen(), QStringLiteral("on off "));
 }
 
@@ -91,10 +77,10 @@ void tst_QDeclarativeMouseArea::dragEndsWithTheButton()
     QVERIFY(m_scene->load(R"(Item { width: 200; height: 100
         Item { id: box; objectName: "box"; width: 50; height: 50
             MouseArea { width: 50; height: 50; drag.target: box; hoverEnabled: true } } })"));
-    press({20, 20});
-    release({20, 20});
-    move({100, 20}, Qt::NoButton);
-    move({140, 20}, Qt::NoButton);
+    m_scene->press({20, 20});
+    m_scene->release({20, 20});
+    m_scene->move({100, 20}, Qt::NoButton);
+    m_scene->move({140, 20}, Qt::NoButton);
     QCOMPARE(m_scene->item("box")->property("x").toInt(), 0);
 }
 
@@ -105,10 +91,10 @@ void tst_QDeclarativeMouseArea::dragIsNoClick()
         Item { id: box; width: 100; height: 50
             MouseArea { anchors.fill: parent; drag.target: box; onClicked: seen += "clicked"
                         onReleased: seen += mouse.isClick } } })"));
-    press({20, 20});
-    move({40, 20});
-    move({50, 20});
-    release({50, 20});
+    m_scene->press({20, 20});
+    m_scene->move({40, 20});
+    m_scene->move({50, 20});
+    m_scene->release({50, 20});
     QCOMPARE(seen(), QStringLiteral("false"));
 }
 
@@ -121,14 +107,14 @@ void tst_QDeclarativeMouseArea::filterChildren()
                 onReleased: seen += "outer released "; onClicked: seen += "outer clicked "
                 MouseArea { width: 40; height: 40; onClicked: seen += "inner clicked "
                             onCanceled: seen += "inner canceled " } } } })"));
-    click({20, 20});
+    m_scene->click({20, 20});
     QCOMPARE(seen(), QStringLiteral("outer released inner clicked "));
     m_scene->root()->setProperty("seen", QString());
-    press({20, 20});
-    move({35, 20});
-    move({60, 20});
+    m_scene->press({20, 20});
+    m_scene->move({35, 20});
+    m_scene->move({60, 20});
     QCOMPARE(m_scene->item("box")->property("x").toInt(), 25);
-    release({60, 20});
+    m_scene->release({60, 20});
     QCOMPARE(seen(), QStringLiteral("inner canceled outer released "));
 }
 
@@ -151,11 +137,11 @@ void tst_QDeclarativeMouseArea::stealing()
                 onPressed: seen += "pressed "; onReleased: seen += "released "
                 onCanceled: seen += "canceled "; onClicked: seen += "clicked " } } })"));
     m_scene->item("area")->setProperty("preventStealing", prevent);
-    press({50, 90});
-    move({50, 75});
-    move({50, 60});
-    move({50, 40});
-    release({50, 40});
+    m_scene->press({50, 90});
+    m_scene->move({50, 75});
+    m_scene->move({50, 60});
+    m_scene->move({50, 40});
+    m_scene->release({50, 40});
     QCOMPARE(seen(), log);
     QVERIFY(!m_scene->item("area")->property("pressed").toBool());
 }
@@ -180,10 +166,10 @@ void tst_QDeclarativeMouseArea::hold()
         MouseArea { id: area; width: 50; height: 50
             onPressAndHold: seen += "held "; onClicked: seen += "clicked "
             onReleased: seen += "released " + mouse.wasHeld + " " } })"));
-    press({20, 20});
-    move(to);
+    m_scene->press({20, 20});
+    m_scene->move(to);
     QTRY_VERIFY(m_scene->value("waited").toBool());
-    release(to);
+    m_scene->release(to);
     QCOMPARE(seen(), log);
 }
 
@@ -209,7 +195,7 @@ void tst_QDeclarativeMouseArea::hiddenAreas()
         MouseArea { anchors.fill: parent; onClicked: seen += "bottom " }
         MouseArea { anchors.fill: parent; onClicked: seen += "top "; )"
                           + setting + " } }"));
-    click({20, 20});
+    m_scene->click({20, 20});
     QCOMPARE(seen(), log);
 }
 
@@ -218,9 +204,9 @@ void tst_QDeclarativeMouseArea::unacceptedDoubleClickIsAPress()
     m_scene.reset(new WatchedScene);
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         MouseArea { anchors.fill: parent; onPressed: seen += "p "; onClicked: seen += "c " } })"));
-    click({20, 20});
+    m_scene->click({20, 20});
     QTest::mouseDClick(m_scene->view().viewport(), Qt::LeftButton, {}, {20, 20});
-    release({20, 20});
+    m_scene->release({20, 20});
     QCOMPARE(seen(), QStringLiteral("p c p c "));
 }
 
@@ -230,11 +216,11 @@ void tst_QDeclarativeMouseArea::movesWithTheMouseInPlace()
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60
         MouseArea { objectName: "area"; width: 50; height: 50 } })"));
     QObject *area = m_scene->item("area");
-    press({20, 20});
+    m_scene->press({20, 20});
     QCOMPARE(area->property("mouseX").toInt(), 20);
     area->setProperty("x", 5);
     QCOMPARE(area->property("mouseX").toInt(), 15);
-    release({20, 20});
+    m_scene->release({20, 20});
 }
 
 void tst_QDeclarativeMouseArea::hoverEndsWithTheView()
@@ -243,7 +229,7 @@ void tst_QDeclarativeMouseArea::hoverEndsWithTheView()
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         MouseArea { objectName: "area"; anchors.fill: parent; hoverEnabled: true
                     onEntered: seen += "in "; onExited: seen += "out " } })"));
-    move({20, 20}, Qt::NoButton);
+    m_scene->move({20, 20}, Qt::NoButton);
     QVERIFY(m_scene->item("area")->property("containsMouse").toBool());
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(m_scene->view().viewport(), &leave);
@@ -257,8 +243,8 @@ void tst_QDeclarativeMouseArea::destroyedDuringPress()
     QVERIFY(m_scene->load(R"(Item { width: 100; height: 60; property string seen: ""
         Loader { id: loader; sourceComponent: MouseArea { width: 100; height: 60
             onPressed: loader.sourceComponent = undefined } } })"));
-    press({20, 20});
-    release({20, 20});
+    m_scene->press({20, 20});
+    m_scene->release({20, 20});
     QTRY_VERIFY(m_scene->evaluate("loader.item === null").toBool());
     QVERIFY(m_scene->warnings.isEmpty());
 }

@@ -1,6 +1,6 @@
+#include "PaintLog.h"
 #include "WatchedScene.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtCore/QRegularExpression>
 #include <QtTest/QSignalSpy>
@@ -94,39 +94,6 @@ QString shown(WatchedScene &scene)
     for (auto label = labels.cbegin(); label != labels.cend(); ++label)
         text += label.value() + QString::number(label.key()) + QLatin1Char(' ');
     return text.trimmed();
-}
-
-void mouse(WatchedScene &scene, QEvent::Type type, const QPoint &at)
-{
-    const bool moves = type == QEvent::MouseMove;
-    QWidget *viewport = scene.view().viewport();
-    QMouseEvent event(type, at, viewport->mapToGlobal(at), moves ? Qt::NoButton : Qt::LeftButton,
-                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &event);
-}
-
-void press(WatchedScene &scene, const QPoint &at)
-{
-    mouse(scene, QEvent::MouseButtonPress, at);
-}
-
-void moveTo(WatchedScene &scene, const QVector<QPoint> &points)
-{
-    for (const QPoint &point : points)
-        mouse(scene, QEvent::MouseMove, point);
-}
-
-void release(WatchedScene &scene, const QPoint &at)
-{
-    mouse(scene, QEvent::MouseButtonRelease, at);
-}
-
-/** Waits longer than a movement before the release counts as a flick. */
-void letRest()
-{
-    QElapsedTimer timer;
-    timer.start();
-    QTRY_VERIFY(timer.hasExpired(120));
 }
 
 } // namespace
@@ -565,8 +532,8 @@ void tst_QDeclarativePathView::destroyedPath()
     delete path;
     scene.evaluate("view.offset = 2; view.currentIndex = 3; letters.remove(0)");
     scene.item("rowb")->setProperty("width", 20);
-    press(scene, {30, 20});
-    release(scene, {30, 20});
+    scene.press({30, 20});
+    scene.release({30, 20});
     QCOMPARE(scene.item("view")->property("count").toInt(), 4);
 }
 
@@ -585,17 +552,16 @@ void tst_QDeclarativePathView::dragSnaps()
     WatchedScene scene;
     QVERIFY(scene.load(withView("Component.onCompleted: highlightMoveDuration = 60")));
     QGraphicsObject *view = scene.item("view");
-    press(scene, {30, 20});
-    moveTo(scene, {{35, 20}, {42, 20}});
+    scene.drag({{30, 20}, {35, 20}, {42, 20}});
     QVERIFY(!view->property("moving").toBool());
-    moveTo(scene, {{55, 20}});
+    scene.move({55, 20});
     // The rows follow from where the drag was recognised.
     QCOMPARE(scene.item("rowa")->x(), 18.0);
     QVERIFY(qAbs(view->property("offset").toReal() - 0.65) < 0.02);
     QVERIFY(view->property("moving").toBool());
     QCOMPARE(scene.value("current").toInt(), 4);
-    letRest();
-    release(scene, {55, 20});
+    QVERIFY(scene.letRest());
+    scene.release({55, 20});
     QTRY_VERIFY(!view->property("moving").toBool());
     QCOMPARE(view->property("offset").toReal(), 1.0);
     QCOMPARE(scene.value("log").toString().section(QStringLiteral("started"), 1).simplified(),
@@ -606,10 +572,9 @@ void tst_QDeclarativePathView::dragWithoutRange()
 {
     WatchedScene scene;
     QVERIFY(scene.load(withView("highlightRangeMode: PathView.NoHighlightRange")));
-    press(scene, {30, 20});
-    moveTo(scene, {{42, 20}, {55, 20}});
-    letRest();
-    release(scene, {55, 20});
+    scene.drag({{30, 20}, {42, 20}, {55, 20}});
+    QVERIFY(scene.letRest());
+    scene.release({55, 20});
     QVERIFY(qAbs(scene.item("view")->property("offset").toReal() - 0.65) < 0.02);
     QCOMPARE(scene.value("log").toString(), QStringLiteral(" count 5 started ended"));
 }
@@ -623,10 +588,9 @@ void tst_QDeclarativePathView::dragRoundTheCorner()
                        "path: Path { startX: 20; startY: 20; PathLine { x: 120; y: 20 } PathLine { x: 120; "
                        "y: 120 } PathLine { x: 20; y: 120 } PathLine { x: 20; y: 20 } }\n"
                        "delegate: Item { width: 10; height: 10 } } }"));
-    press(scene, {20, 60});
-    moveTo(scene, {{20, 45}, {20, 30}, {30, 20}, {45, 20}});
-    letRest();
-    release(scene, {45, 20});
+    scene.drag({{20, 60}, {20, 45}, {20, 30}, {30, 20}, {45, 20}});
+    QVERIFY(scene.letRest());
+    scene.release({45, 20});
     QVERIFY(qAbs(scene.item("view")->property("offset").toReal() - 0.5) < 0.02);
 }
 
@@ -648,10 +612,9 @@ void tst_QDeclarativePathView::dragStartsOnItemsOrNearThePath()
     WatchedScene scene;
     QVERIFY(scene.load(withView("")));
     scene.item("view")->setProperty("dragMargin", margin);
-    press(scene, from);
-    moveTo(scene, {from + QPoint(12, 0), from + QPoint(25, 0)});
+    scene.drag({from, from + QPoint(12, 0), from + QPoint(25, 0)});
     QTEST(scene.item("view")->property("moving").toBool(), "starts");
-    release(scene, from + QPoint(25, 0));
+    scene.release(from + QPoint(25, 0));
 }
 
 void tst_QDeclarativePathView::clickStaysWithTheDelegate()
@@ -662,14 +625,12 @@ void tst_QDeclarativePathView::clickStaysWithTheDelegate()
                                 "anchors.fill: parent; onClicked: root.log += ' clicked' + index\n"
                                 "onCanceled: root.log += ' canceled' + index } } }")));
     scene.evaluate("root.log = ''");
-    press(scene, {30, 20});
-    moveTo(scene, {{33, 20}});
-    release(scene, {33, 20});
+    scene.drag({{30, 20}, {33, 20}});
+    scene.release({33, 20});
     QCOMPARE(scene.value("log").toString(), QStringLiteral(" clicked1"));
-    press(scene, {30, 20});
-    moveTo(scene, {{45, 20}, {52, 20}});
-    letRest();
-    release(scene, {52, 20});
+    scene.drag({{30, 20}, {45, 20}, {52, 20}});
+    QVERIFY(scene.letRest());
+    scene.release({52, 20});
     QTRY_COMPARE(scene.value("log").toString(), QStringLiteral(" clicked1 canceled1 started ended"));
 }
 
@@ -678,9 +639,8 @@ void tst_QDeclarativePathView::flick()
     WatchedScene scene;
     QVERIFY(scene.load(withView("flickDeceleration: 1000")));
     QGraphicsObject *view = scene.item("view");
-    press(scene, {30, 20});
-    moveTo(scene, {{42, 20}, {50, 20}, {60, 20}});
-    release(scene, {60, 20});
+    scene.drag({{30, 20}, {42, 20}, {50, 20}, {60, 20}});
+    scene.release({60, 20});
     QVERIFY(view->property("flicking").toBool());
     QVERIFY(view->property("moving").toBool());
     QTRY_VERIFY(!view->property("moving").toBool());
@@ -697,17 +657,16 @@ void tst_QDeclarativePathView::pressStopsFlick()
     WatchedScene scene;
     QVERIFY(scene.load(withView("dragMargin: 40; flickDeceleration: 10")));
     QGraphicsObject *view = scene.item("view");
-    press(scene, {30, 20});
-    moveTo(scene, {{42, 20}, {50, 20}, {60, 20}});
-    release(scene, {60, 20});
+    scene.drag({{30, 20}, {42, 20}, {50, 20}, {60, 20}});
+    scene.release({60, 20});
     QVERIFY(view->property("flicking").toBool());
-    press(scene, {60, 20});
+    scene.press({60, 20});
     QVERIFY(!view->property("flicking").toBool());
     QVERIFY(view->property("moving").toBool());
     const qreal stopped = view->property("offset").toReal();
-    letRest();
+    QVERIFY(scene.letRest());
     QCOMPARE(view->property("offset").toReal(), stopped);
-    release(scene, {60, 20});
+    scene.release({60, 20});
     QTRY_VERIFY(!view->property("moving").toBool());
     const qreal offset = view->property("offset").toReal();
     QCOMPARE(offset, std::round(offset));
@@ -717,38 +676,17 @@ void tst_QDeclarativePathView::notInteractive()
 {
     WatchedScene scene;
     QVERIFY(scene.load(withView("interactive: false")));
-    press(scene, {30, 20});
-    moveTo(scene, {{42, 20}, {60, 20}});
-    release(scene, {60, 20});
+    scene.drag({{30, 20}, {42, 20}, {60, 20}});
+    scene.release({60, 20});
     QCOMPARE(scene.item("view")->property("offset").toReal(), 0.0);
     scene.evaluate("view.interactive = true");
-    press(scene, {30, 20});
-    moveTo(scene, {{42, 20}, {60, 20}});
+    scene.drag({{30, 20}, {42, 20}, {60, 20}});
     QVERIFY(scene.item("view")->property("moving").toBool());
     scene.evaluate("view.interactive = false");
-    moveTo(scene, {{80, 20}});
+    scene.move({80, 20});
     QVERIFY(!scene.item("view")->property("moving").toBool());
     QCOMPARE(scene.item("view")->property("offset").toReal(), 1.0);
 }
-
-/** Counts what is painted. */
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget *watched)
-        : QObject(watched)
-    {
-        watched->installEventFilter(this);
-    }
-    int painted = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        painted += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 void tst_QDeclarativePathView::goesIdle()
 {
@@ -757,10 +695,10 @@ void tst_QDeclarativePathView::goesIdle()
     scene.evaluate("view.currentIndex = 2");
     QTRY_COMPARE(scene.item("view")->property("offset").toReal(), 3.0);
     QTest::qWait(50);
-    PaintCounter counter(scene.view().viewport());
+    const PaintLog log(scene.view().viewport());
     QSignalSpy moves(scene.item("view"), SIGNAL(offsetChanged()));
-    letRest();
-    QCOMPARE(counter.painted, 0);
+    QVERIFY(scene.letRest());
+    QCOMPARE(log.count(scene.view().viewport()->rect()), 0);
     QCOMPARE(moves.count(), 0);
 }
 

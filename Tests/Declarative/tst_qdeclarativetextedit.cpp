@@ -180,7 +180,7 @@ void tst_QDeclarativeTextEdit::verticalAlignment()
     QCOMPARE(scene.value("cursorRectangle").toRect(), QRect(0, top, 1, 24));
     QCOMPARE(scene.evaluate("positionToRectangle(0).y").toInt(), top);
     QCOMPARE(scene.value("baselineOffset").toInt(), top + 19);
-    scene.click(14, top + 5);
+    scene.click({14, top + 5});
     QCOMPARE(scene.cursor(), 1);
 }
 
@@ -300,7 +300,7 @@ void tst_QDeclarativeTextEdit::followsLinks()
     EditorScene scene("TextEdit { width: 200; text: \"<a href='here'>MM</a> MMM\"; " + QByteArray(mono) + body
                       + "\nproperty variant links: []\n"
                         "onLinkActivated: { var all = links; all.push(link); links = all } }");
-    scene.click(x, 10);
+    scene.click({x, 10});
     QCOMPARE(scene.value("links").value<QJSValue>().toVariant().toStringList(), links);
 }
 
@@ -308,10 +308,10 @@ void tst_QDeclarativeTextEdit::leavesPressesWhenReadOnly()
 {
     EditorScene scene("MouseArea { width: 200; height: 30; property int presses: 0; onPressed: presses += 1\n"
                       "TextEdit { objectName: \"edit\"; width: 200; text: \"text\" } }");
-    scene.click(5, 5);
+    scene.click({5, 5});
     QCOMPARE(scene.value("presses").toInt(), 0);
     scene.item("edit")->setProperty("readOnly", true);
-    scene.click(5, 5);
+    scene.click({5, 5});
     QCOMPARE(scene.value("presses").toInt(), 1);
 }
 
@@ -331,10 +331,10 @@ void tst_QDeclarativeTextEdit::selectsByMouse()
     QFETCH(QByteArray, body);
     QFETCH(QString, selected);
     EditorScene scene("TextEdit { width: 200; text: \"MMMM MMMM\"; " + QByteArray(mono) + body + " }");
-    scene.press(36, 5);
-    scene.move(50, 5);
-    scene.move(73, 5);
-    scene.release(73, 5);
+    scene.press({36, 5});
+    scene.move({50, 5});
+    scene.move({73, 5});
+    scene.release({73, 5});
     QCOMPARE(scene.value("selectedText").toString(), selected);
 }
 
@@ -425,7 +425,7 @@ void tst_QDeclarativeTextEdit::scaledContents()
     QCOMPARE(scene.value("contentsSize").toSize(), QSize(25, 48));
     scene.view().resize(200, 100);
     scene.root()->setProperty("height", 100);
-    scene.click(26, 70);
+    scene.click({26, 70});
     QCOMPARE(scene.cursor(), 4);
 }
 

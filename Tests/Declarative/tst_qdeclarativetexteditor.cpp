@@ -269,7 +269,7 @@ void tst_QDeclarativeTextEditor::opensTheInputPanel()
     InputPanel panel;
     EditorScene scene(qml("Editor { width: 100; height: 20; " + body + " }"));
     panel.visible = false;
-    scene.click(5, 5);
+    scene.click({5, 5});
     QCOMPARE(panel.visible, opens);
 }
 
@@ -368,10 +368,10 @@ void tst_QDeclarativeTextEditor::keepsDragsFromFlickable()
         qml("Flickable { width: 200; height: 60; contentWidth: 600; contentHeight: 60\n"
             "Editor { objectName: \"input\"; width: 600; selectByMouse: true\n"
             "text: \"MMMMMMMMMMMMMMM\"; font.family: \"DejaVu Sans Mono\"; font.pixelSize: 20 } }"));
-    scene.press(150, 5);
+    scene.press({150, 5});
     for (int x = 145; x >= 30; x -= 5)
-        scene.move(x, 5);
-    scene.release(30, 5);
+        scene.move({x, 5});
+    scene.release({30, 5});
     QCOMPARE(scene.value("contentX").toInt(), 0);
     QVERIFY(scene.item("input")->property("selectedText").toString().length() > 5);
 }

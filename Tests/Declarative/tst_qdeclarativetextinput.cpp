@@ -318,7 +318,7 @@ void tst_QDeclarativeTextInput::hints()
 void tst_QDeclarativeTextInput::shiftPressExtends()
 {
     EditorScene scene(ten + QByteArray("selectByMouse: true; text: \"MMMMM\" }"));
-    scene.click(13, 5);
+    scene.click({13, 5});
     QTest::mouseClick(scene.view().viewport(), Qt::LeftButton, Qt::ShiftModifier, QPoint(37, 5));
     QCOMPARE(scene.value("selectedText").toString(), QStringLiteral("MM"));
 }

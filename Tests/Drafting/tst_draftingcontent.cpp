@@ -10,11 +10,11 @@
 using namespace Vidtips;
 
 /** Checks what the example ships: each key in each language, each file that is named, each translation. */
-class TestDraftingContent : public QObject
+class tst_DraftingContent : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void initTestCase();
     void bothLanguagesHaveTheSameKeys();
     void everyTipHasTitleAndSummary_data();
@@ -53,7 +53,7 @@ QStringList childTags(const VTXmlElement *element)
 
 } // namespace
 
-void TestDraftingContent::initTestCase()
+void tst_DraftingContent::initTestCase()
 {
     m_context.set(KeyDataFile, content + QStringLiteral("/Keys.xml"));
     const QStringList dataPaths{content + QStringLiteral("/Base"), content + QStringLiteral("/Extra")};
@@ -74,7 +74,7 @@ void TestDraftingContent::initTestCase()
     QVERIFY(m_keys.size() > 20);
 }
 
-std::unique_ptr<VTXmlElement> TestDraftingContent::tip(const QString &key, const QString &locale) const
+std::unique_ptr<VTXmlElement> tst_DraftingContent::tip(const QString &key, const QString &locale) const
 {
     QString directory;
     int depth = 0;
@@ -87,7 +87,7 @@ std::unique_ptr<VTXmlElement> TestDraftingContent::tip(const QString &key, const
     return std::unique_ptr<VTXmlElement>(element);
 }
 
-void TestDraftingContent::bothLanguagesHaveTheSameKeys()
+void tst_DraftingContent::bothLanguagesHaveTheSameKeys()
 {
     for (const QString &key : qAsConst(m_keys)) {
         QVERIFY2(tip(key, QStringLiteral("en_US")), qPrintable(key));
@@ -95,14 +95,14 @@ void TestDraftingContent::bothLanguagesHaveTheSameKeys()
     }
 }
 
-void TestDraftingContent::everyTipHasTitleAndSummary_data()
+void tst_DraftingContent::everyTipHasTitleAndSummary_data()
 {
     QTest::addColumn<QString>("locale");
     QTest::newRow("English") << QStringLiteral("en_US");
     QTest::newRow("German") << QStringLiteral("de_DE");
 }
 
-void TestDraftingContent::everyTipHasTitleAndSummary()
+void tst_DraftingContent::everyTipHasTitleAndSummary()
 {
     QFETCH(QString, locale);
     for (const QString &key : qAsConst(m_keys)) {
@@ -112,7 +112,7 @@ void TestDraftingContent::everyTipHasTitleAndSummary()
     }
 }
 
-void TestDraftingContent::bothLanguagesAreBuiltAlike()
+void tst_DraftingContent::bothLanguagesAreBuiltAlike()
 {
     for (const QString &key : qAsConst(m_keys)) {
         const auto english = tip(key, QStringLiteral("en_US"));
@@ -121,7 +121,7 @@ void TestDraftingContent::bothLanguagesAreBuiltAlike()
     }
 }
 
-void TestDraftingContent::everyResourceExists()
+void tst_DraftingContent::everyResourceExists()
 {
     for (const QString &key : qAsConst(m_keys)) {
         const auto element = tip(key, QStringLiteral("de_DE"));
@@ -138,7 +138,7 @@ void TestDraftingContent::everyResourceExists()
     }
 }
 
-void TestDraftingContent::clipsAreSmallAndOfEveryFormat()
+void tst_DraftingContent::clipsAreSmallAndOfEveryFormat()
 {
     QSet<QString> suffixes;
     QDirIterator clips(content, {"*.mp4", "*.webm", "*.avi"}, QDir::Files, QDirIterator::Subdirectories);
@@ -150,7 +150,7 @@ void TestDraftingContent::clipsAreSmallAndOfEveryFormat()
     QCOMPARE(suffixes.size(), 3);
 }
 
-void TestDraftingContent::textsForEveryLocaleAreTranslated()
+void tst_DraftingContent::textsForEveryLocaleAreTranslated()
 {
     for (const QString &key : qAsConst(m_keys)) {
         const auto element = tip(key, QStringLiteral("de_DE"));
@@ -171,7 +171,7 @@ void TestDraftingContent::textsForEveryLocaleAreTranslated()
     }
 }
 
-void TestDraftingContent::helpTopicsExistInBothLanguages()
+void tst_DraftingContent::helpTopicsExistInBothLanguages()
 {
     for (const char *language : {"en", "de"}) {
         QFile page(content + QStringLiteral("/Help/%1.html").arg(QLatin1String(language)));
@@ -186,5 +186,5 @@ void TestDraftingContent::helpTopicsExistInBothLanguages()
     }
 }
 
-QTEST_GUILESS_MAIN(TestDraftingContent)
+QTEST_GUILESS_MAIN(tst_DraftingContent)
 #include "tst_draftingcontent.moc"

@@ -7,11 +7,11 @@
 
 using Points = QVector<QPointF>;
 
-class TestDraftingTools : public QObject
+class tst_DraftingTools : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void drawing_data();
     void drawing();
     void polylineEndsWhenFinished();
@@ -48,7 +48,7 @@ bool areClose(const Points &a, const Points &b)
 
 } // namespace
 
-void TestDraftingTools::drawing_data()
+void tst_DraftingTools::drawing_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<Points>("picks");
@@ -71,7 +71,7 @@ void TestDraftingTools::drawing_data()
                                               << Points{{0, 0}, {10, 0}} << QRectF(0, 0, 10, 0);
 }
 
-void TestDraftingTools::drawing()
+void tst_DraftingTools::drawing()
 {
     QFETCH(int, kind);
     QFETCH(Points, picks);
@@ -90,7 +90,7 @@ void TestDraftingTools::drawing()
     QVERIFY(!tool.isBusy());
 }
 
-void TestDraftingTools::polylineEndsWhenFinished()
+void tst_DraftingTools::polylineEndsWhenFinished()
 {
     DraftingScene scene;
     DrawTool tool(&scene, Shape::Polyline);
@@ -105,7 +105,7 @@ void TestDraftingTools::polylineEndsWhenFinished()
     QCOMPARE(scene.shapes().first()->points().size(), 4);
 }
 
-void TestDraftingTools::picksSnapToTheGridWhileSnappingIsOn()
+void tst_DraftingTools::picksSnapToTheGridWhileSnappingIsOn()
 {
     DraftingScene scene;
     DrawTool tool(&scene, Shape::Line);
@@ -117,7 +117,7 @@ void TestDraftingTools::picksSnapToTheGridWhileSnappingIsOn()
     QVERIFY(areClose(scene.shapes().last()->points(), {{-4, 4}, {26, -14}}));
 }
 
-void TestDraftingTools::transforming_data()
+void tst_DraftingTools::transforming_data()
 {
     QTest::addColumn<int>("operation");
     QTest::addColumn<Points>("picks");
@@ -135,7 +135,7 @@ void TestDraftingTools::transforming_data()
         << int(TransformTool::Mirror) << Points{{0, 0}, {10, 10}} << Points{{0, 0}, {20, 10}};
 }
 
-void TestDraftingTools::transforming()
+void tst_DraftingTools::transforming()
 {
     QFETCH(int, operation);
     QFETCH(Points, picks);
@@ -158,7 +158,7 @@ void TestDraftingTools::transforming()
     QVERIFY(areClose(selected->points(), points));
 }
 
-void TestDraftingTools::transformingNothingPicksNothing()
+void tst_DraftingTools::transformingNothingPicksNothing()
 {
     DraftingScene scene;
     scene.draw(Shape::Line, {{0, 0}, {10, 20}});
@@ -170,7 +170,7 @@ void TestDraftingTools::transformingNothingPicksNothing()
     QCOMPARE(scene.undoStack()->count(), steps);
 }
 
-void TestDraftingTools::selectingByClickAndByFrame()
+void tst_DraftingTools::selectingByClickAndByFrame()
 {
     DraftingScene scene;
     scene.draw(Shape::Line, {{0, 0}, {50, 0}});
@@ -190,7 +190,7 @@ void TestDraftingTools::selectingByClickAndByFrame()
     QVERIFY(scene.selectedShapes().isEmpty());
 }
 
-void TestDraftingTools::deletingIsUndone()
+void tst_DraftingTools::deletingIsUndone()
 {
     DraftingScene scene;
     scene.draw(Shape::Line, {{0, 0}, {50, 0}});
@@ -206,7 +206,7 @@ void TestDraftingTools::deletingIsUndone()
     QVERIFY(!scene.undoStack()->canUndo());
 }
 
-void TestDraftingTools::leavingAToolForgetsItsPicks()
+void tst_DraftingTools::leavingAToolForgetsItsPicks()
 {
     DraftingScene scene;
     DrawTool line(&scene, Shape::Line);
@@ -220,5 +220,5 @@ void TestDraftingTools::leavingAToolForgetsItsPicks()
     QCOMPARE(prompts.last().first().toString(), select.prompt());
 }
 
-QTEST_MAIN(TestDraftingTools)
+QTEST_MAIN(tst_DraftingTools)
 #include "tst_draftingtools.moc"

@@ -2,16 +2,16 @@
 
 #include <QtTest/QtTest>
 
-class TestTipPlacement : public QObject
+class tst_TipPlacement : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void placing_data();
     void placing();
 };
 
-void TestTipPlacement::placing_data()
+void tst_TipPlacement::placing_data()
 {
     QTest::addColumn<QRect>("tip");
     QTest::addColumn<QPoint>("pointer");
@@ -31,7 +31,7 @@ void TestTipPlacement::placing_data()
         << QRect(QPoint(20, 24), QSize(300, 900)) << QPoint(0, 0) << QRect(QPoint(20, 0), QSize(300, 900));
 }
 
-void TestTipPlacement::placing()
+void tst_TipPlacement::placing()
 {
     QFETCH(QRect, tip);
     QFETCH(QPoint, pointer);
@@ -39,5 +39,5 @@ void TestTipPlacement::placing()
     QCOMPARE(TipPlacement::placed(tip, QRect(0, 0, 1000, 800), pointer), placed);
 }
 
-QTEST_GUILESS_MAIN(TestTipPlacement)
+QTEST_GUILESS_MAIN(tst_TipPlacement)
 #include "tst_tipplacement.moc"

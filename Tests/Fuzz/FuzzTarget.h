@@ -28,6 +28,7 @@ T &theOne(Arguments &&...arguments)
 {
     static T *const object = [&] {
         const FuzzKept kept;
+        Q_UNUSED(kept)
         return new T(std::forward<Arguments>(arguments)...);
     }();
     return *object;

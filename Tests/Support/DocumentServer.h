@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
+#include "LocalServer.h"
 
 /** Serves one document to whoever asks. */
-class DocumentServer : public QTcpServer
+class DocumentServer : public LocalServer
 {
 public:
     DocumentServer(const QByteArray &status, const QByteArray &body)
@@ -13,19 +11,9 @@ public:
         connect(this, &QTcpServer::newConnection, this, [this, status, body] {
             QTcpSocket *socket = nextPendingConnection();
             connect(socket, &QTcpSocket::readyRead, socket, [socket, status, body] {
-                if (!socket->readAll().contains("\r\n\r\n"))
-                    return;
-                socket->write("HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: "
-                              + QByteArray::number(body.size()) + "\r\n\r\n" + body);
-                socket->disconnectFromHost();
+                if (socket->readAll().contains("\r\n\r\n"))
+                    LocalServer::answer(socket, status, body);
             });
         });
-        if (!listen(QHostAddress::LocalHost))
-            qFatal("cannot listen");
-    }
-
-    QByteArray url(const QByteArray &name) const
-    {
-        return "http://127.0.0.1:" + QByteArray::number(serverPort()) + '/' + name;
     }
 };

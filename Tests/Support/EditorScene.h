@@ -39,23 +39,6 @@ public:
         return event.isAccepted();
     }
 
-    void press(int x, int y) { QTest::mousePress(view().viewport(), Qt::LeftButton, {}, QPoint(x, y)); }
-    void release(int x, int y) { QTest::mouseRelease(view().viewport(), Qt::LeftButton, {}, QPoint(x, y)); }
-
-    void move(int x, int y)
-    {
-        const QPoint at(x, y);
-        QMouseEvent event(QEvent::MouseMove, at, view().viewport()->mapToGlobal(at), Qt::NoButton,
-                          Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(view().viewport(), &event);
-    }
-
-    void click(int x, int y)
-    {
-        press(x, y);
-        release(x, y);
-    }
-
     /** Lets an input method show @p composed at the cursor, or enter @p committed. */
     void compose(const QString &composed, const QString &committed = {})
     {

@@ -1,24 +1,13 @@
 #pragma once
 
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
+#include "LocalServer.h"
+
 #include <QtTest/QTest>
 
-/** A web server of this machine that keeps whoever asks waiting until it is told what to answer. */
-class HeldServer : public QTcpServer
+/** Keeps whoever asks waiting until it is told what to answer. */
+class HeldServer : public LocalServer
 {
 public:
-    HeldServer()
-    {
-        if (!listen(QHostAddress::LocalHost))
-            qFatal("cannot listen");
-    }
-
-    QByteArray url(const QByteArray &name) const
-    {
-        return "http://127.0.0.1:" + QByteArray::number(serverPort()) + '/' + name;
-    }
-
     /** Answers one request with @p body under @p status; returns whether there was one. */
     bool answer(const QByteArray &status, const QByteArray &body)
     {
@@ -29,9 +18,7 @@ public:
         QByteArray request;
         if (!QTest::qWaitFor([&] { return (request += socket->readAll()).contains("\r\n\r\n"); }))
             return false;
-        socket->write("HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: "
-                      + QByteArray::number(body.size()) + "\r\n\r\n" + body);
-        socket->disconnectFromHost();
+        LocalServer::answer(socket, status, body);
         return true;
     }
 };

@@ -28,6 +28,13 @@ public:
         return file;
     }
 
+    /** Returns the content of the file at @p path; nothing where there is none. */
+    static QByteArray read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     /**
      * Writes a control file named @p name into the package @p package, with @p tips inside a document element
      * that has @p attributes; returns its path.

@@ -2,7 +2,9 @@
 
 #include "QmlScene.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QStringList>
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QGraphicsObject>
 
 /** What a scene has said. It outlives the view, whose handlers may fail to the very end. */
@@ -43,6 +45,34 @@ public:
                 return object;
         }
         return nullptr;
+    }
+
+    void press(const QPoint &at) { QTest::mousePress(view().viewport(), Qt::LeftButton, {}, at); }
+    void release(const QPoint &at) { QTest::mouseRelease(view().viewport(), Qt::LeftButton, {}, at); }
+    void click(const QPoint &at) { QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, at); }
+
+    /** Moves the mouse with @p buttons held. */
+    void move(const QPoint &at, Qt::MouseButtons buttons = Qt::LeftButton)
+    {
+        QWidget *viewport = view().viewport();
+        QMouseEvent event(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, buttons, {});
+        QCoreApplication::sendEvent(viewport, &event);
+    }
+
+    /** Presses at the first place of @p way and moves to the others. */
+    void drag(const QVector<QPoint> &way)
+    {
+        press(way.first());
+        for (const QPoint &at : way.mid(1))
+            move(at);
+    }
+
+    /** Waits longer than a movement before a release counts as a flick; returns whether it could. */
+    static bool letRest()
+    {
+        QElapsedTimer timer;
+        timer.start();
+        return QTest::qWaitFor([&timer] { return timer.hasExpired(120); });
     }
 
     QVariant value(const char *property) { return root()->property(property); }

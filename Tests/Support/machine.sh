@@ -1,7 +1,7 @@
 # What ./run and ./test share: Debian's packages, configuring and building. Sourced, not run.
 
 packages=(
-    cmake ninja-build pkg-config
+    g++ cmake ninja-build pkg-config
     qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qtdeclarative5-dev-tools
     qttools5-dev qttools5-dev-tools
     libqt5svg5 libqt5xmlpatterns5-dev

@@ -42,22 +42,16 @@ Files controlWith(const QByteArray &entries, const QByteArray &attributes = {})
     return packageWith({{control, document(entries, attributes)}});
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Files)
 
 /** Runs the tool's check on packages made for it. */
-class TestCheckCommand : public QObject
+class tst_CheckCommand : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void findsWhatIsWrong_data();
     void findsWhatIsWrong();
     void findsWhatIsUnreadable_data();
@@ -89,7 +83,7 @@ private:
     QStringList m_coveredCodes;
 };
 
-void TestCheckCommand::findsWhatIsWrong_data()
+void tst_CheckCommand::findsWhatIsWrong_data()
 {
     QTest::addColumn<Files>("files");
     QTest::addColumn<QStringList>("codes");
@@ -192,7 +186,8 @@ void TestCheckCommand::findsWhatIsWrong_data()
     row("damaged clip", packageWith({{"Tools.vidtips/Resources/a.mp4", "no clip"}}), {"VT501"}, "a.mp4:0:0",
         "Could not open media");
     row("clip without pictures",
-        packageWith({{"Tools.vidtips/Resources/b.avi", contentOf(TestClips::claimingSize(640, 480))}}),
+        packageWith(
+            {{"Tools.vidtips/Resources/b.avi", TestPackages::read(TestClips::claimingSize(640, 480))}}),
         {"VT504"}, "b.avi:0:0", "none of its pictures");
 
     row("QML error", packageWith({{"Tools.vidtips/ui/Part.qml", "import QtQuick 1.1\nItem {\n  txt: 1\n}"}}),
@@ -235,7 +230,7 @@ void TestCheckCommand::findsWhatIsWrong_data()
         "line 2");
 }
 
-void TestCheckCommand::findsWhatIsWrong()
+void tst_CheckCommand::findsWhatIsWrong()
 {
     QFETCH(Files, files);
     QFETCH(QStringList, codes);
@@ -266,7 +261,7 @@ void TestCheckCommand::findsWhatIsWrong()
     QFAIL(qPrintable(run.output));
 }
 
-void TestCheckCommand::findsWhatIsUnreadable_data()
+void tst_CheckCommand::findsWhatIsUnreadable_data()
 {
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("line");
@@ -277,7 +272,7 @@ void TestCheckCommand::findsWhatIsUnreadable_data()
                              << "Tools.vidtips: error: the folder cannot be read";
 }
 
-void TestCheckCommand::findsWhatIsUnreadable()
+void tst_CheckCommand::findsWhatIsUnreadable()
 {
     QFETCH(QString, place);
     QFETCH(QString, line);
@@ -298,7 +293,7 @@ void TestCheckCommand::findsWhatIsUnreadable()
     m_coveredCodes << "VT100";
 }
 
-void TestCheckCommand::waitsForNoPipe_data()
+void tst_CheckCommand::waitsForNoPipe_data()
 {
     QTest::addColumn<QString>("pipe");
     QTest::addColumn<QByteArray>("entry");
@@ -310,7 +305,7 @@ void TestCheckCommand::waitsForNoPipe_data()
                                     << QByteArray("<vidtip key=\"a\" ui=\"ui/Own.qml\"/>");
 }
 
-void TestCheckCommand::waitsForNoPipe()
+void tst_CheckCommand::waitsForNoPipe()
 {
     QFETCH(QString, pipe);
     QFETCH(QByteArray, entry);
@@ -326,7 +321,7 @@ void TestCheckCommand::waitsForNoPipe()
                  + ": error: this is no file that can be read [VT100]\n1 package, 1 control file: 1 error\n");
 }
 
-void TestCheckCommand::checksNamedKeyData()
+void tst_CheckCommand::checksNamedKeyData()
 {
     const TestPackages packages;
     const Files files = packageWith({{"data.xml", "\n<keys/>"}});
@@ -338,7 +333,7 @@ void TestCheckCommand::checksNamedKeyData()
     m_coveredCodes << "VT804";
 }
 
-void TestCheckCommand::acceptsWhatIsRight_data()
+void tst_CheckCommand::acceptsWhatIsRight_data()
 {
     QTest::addColumn<Files>("files");
     QTest::newRow("plain") << packageWith();
@@ -381,7 +376,7 @@ void TestCheckCommand::acceptsWhatIsRight_data()
         {{control, "\xEF\xBB\xBF" + document("<vidtip key=\"\u00e4\"/>")}});
 }
 
-void TestCheckCommand::acceptsWhatIsRight()
+void tst_CheckCommand::acceptsWhatIsRight()
 {
     QFETCH(Files, files);
     const TestPackages packages;
@@ -392,7 +387,7 @@ void TestCheckCommand::acceptsWhatIsRight()
     QCOMPARE(run.exitCode, 0);
 }
 
-void TestCheckCommand::skipsSymbolicLinks()
+void tst_CheckCommand::skipsSymbolicLinks()
 {
     const TestPackages packages;
     const Files files = packageWith({{"elsewhere/B.xml", document("<vidtip key=\"a\"/>")}});
@@ -406,7 +401,7 @@ void TestCheckCommand::skipsSymbolicLinks()
     m_coveredCodes << "VT207";
 }
 
-void TestCheckCommand::judgesClips_data()
+void tst_CheckCommand::judgesClips_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QString>("clip");
@@ -432,7 +427,7 @@ void TestCheckCommand::judgesClips_data()
                                  << QStringList{"VT501"} << QString();
 }
 
-void TestCheckCommand::judgesClips()
+void tst_CheckCommand::judgesClips()
 {
     QFETCH(QStringList, options);
     QFETCH(QString, clip);
@@ -442,7 +437,7 @@ void TestCheckCommand::judgesClips()
     const QString suffix = QFileInfo(clip).suffix();
     const QString name =
         "Tools.vidtips/Resources/clip." + (suffix == "ts" || suffix == "m2v" ? "mpg" : suffix);
-    const Files files = packageWith({{name, contentOf(clip)}});
+    const Files files = packageWith({{name, TestPackages::read(clip)}});
     for (auto it = files.cbegin(); it != files.cend(); ++it)
         packages.write(it.key(), *it);
     const ToolRun run(QStringList{"check", "--json", packages.path()} + options);
@@ -451,11 +446,11 @@ void TestCheckCommand::judgesClips()
     m_coveredCodes << codes;
 }
 
-void TestCheckCommand::saysWhyAClipDoesNotOpen()
+void tst_CheckCommand::saysWhyAClipDoesNotOpen()
 {
     const TestPackages packages;
     packages.writeControl("Tools", "Tools.xml", "");
-    packages.write("Tools.vidtips/Resources/sound.avi", contentOf(TestClips::audioOnly()));
+    packages.write("Tools.vidtips/Resources/sound.avi", TestPackages::read(TestClips::audioOnly()));
     const ToolRun run({"check", "Tools.vidtips"}, packages.path());
     QVERIFY2(
         run.output.startsWith("Tools.vidtips/Resources/sound.avi: error: the clip does not open: Could not "
@@ -463,7 +458,7 @@ void TestCheckCommand::saysWhyAClipDoesNotOpen()
         qPrintable(run.output));
 }
 
-void TestCheckCommand::findsCataloguesThatLackTexts()
+void tst_CheckCommand::findsCataloguesThatLackTexts()
 {
     const TestPackages packages;
     const QByteArray entry =
@@ -482,7 +477,7 @@ void TestCheckCommand::findsCataloguesThatLackTexts()
     m_coveredCodes << "VT704";
 }
 
-void TestCheckCommand::refusesDamagedCatalogues()
+void tst_CheckCommand::refusesDamagedCatalogues()
 {
     const TestPackages packages;
     const Files files = packageWith({{control, document("<vidtip key=\"a\" title=\"One\" context=\"C\"/>")},
@@ -496,7 +491,7 @@ void TestCheckCommand::refusesDamagedCatalogues()
     QCOMPARE(inGerman.codes(), QStringList());
 }
 
-void TestCheckCommand::reportsEachFileOnce()
+void tst_CheckCommand::reportsEachFileOnce()
 {
     const TestPackages packages;
     const QByteArray user = "import QtQuick 1.1\nItem { Part { } }";
@@ -518,7 +513,7 @@ void TestCheckCommand::reportsEachFileOnce()
     QCOMPARE(errorsInPart, 1);
 }
 
-void TestCheckCommand::takesEveryKindOfFolder_data()
+void tst_CheckCommand::takesEveryKindOfFolder_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::newRow("package") << "data/Base/Tools.vidtips";
@@ -527,7 +522,7 @@ void TestCheckCommand::takesEveryKindOfFolder_data()
     QTest::newRow("folder of data paths") << "data";
 }
 
-void TestCheckCommand::takesEveryKindOfFolder()
+void tst_CheckCommand::takesEveryKindOfFolder()
 {
     QFETCH(QString, folder);
     const TestPackages packages;
@@ -538,14 +533,14 @@ void TestCheckCommand::takesEveryKindOfFolder()
     QCOMPARE(run.output, QString("1 package, 1 control file: nothing found\n"));
 }
 
-void TestCheckCommand::findsTheExampleClean_data()
+void tst_CheckCommand::findsTheExampleClean_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::newRow("sources") << EXAMPLE_CONTENT;
     QTest::newRow("built") << BUILT_CONTENT;
 }
 
-void TestCheckCommand::findsTheExampleClean()
+void tst_CheckCommand::findsTheExampleClean()
 {
     QFETCH(QString, folder);
     const ToolRun run({"check", "--json", folder});
@@ -555,7 +550,7 @@ void TestCheckCommand::findsTheExampleClean()
     QVERIFY(run.json().object()["packages"].toInt() >= 4);
 }
 
-void TestCheckCommand::countsInJson()
+void tst_CheckCommand::countsInJson()
 {
     const TestPackages packages;
     const Files files = packageWith({{fullInterface, QByteArray()}, {simpleInterface, QByteArray()}});
@@ -572,7 +567,7 @@ void TestCheckCommand::countsInJson()
     QCOMPARE(finding["severity"].toString(), QString("error"));
 }
 
-void TestCheckCommand::writesLinesThatEditorsFollow()
+void tst_CheckCommand::writesLinesThatEditorsFollow()
 {
     const TestPackages packages;
     const Files files = controlWith("<vidtip key=\"a\"/>\n<vidtip key=\"a\"/>");
@@ -587,7 +582,7 @@ void TestCheckCommand::writesLinesThatEditorsFollow()
     QCOMPARE(run.exitCode, 1);
 }
 
-void TestCheckCommand::refusesBadInput_data()
+void tst_CheckCommand::refusesBadInput_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
@@ -612,7 +607,7 @@ void TestCheckCommand::refusesBadInput_data()
                               << "the key data cannot be read: good";
 }
 
-void TestCheckCommand::refusesBadInput()
+void tst_CheckCommand::refusesBadInput()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
@@ -625,7 +620,7 @@ void TestCheckCommand::refusesBadInput()
     QCOMPARE(run.exitCode, 2);
 }
 
-void TestCheckCommand::groupsFindingsOnATerminal()
+void tst_CheckCommand::groupsFindingsOnATerminal()
 {
     const TestPackages packages;
     const Files files = controlWith("<vidtip key=\"a\"/>\n<vidtip key=\"a\"/>\n<vidtip/>");
@@ -647,7 +642,7 @@ void TestCheckCommand::groupsFindingsOnATerminal()
     QCOMPARE(QString(coloured.output).remove(progress).remove(colour), plain);
 }
 
-void TestCheckCommand::everyCodeHasARow()
+void tst_CheckCommand::everyCodeHasARow()
 {
     if (QTest::currentTestFailed() || m_coveredCodes.isEmpty())
         return;
@@ -659,6 +654,6 @@ void TestCheckCommand::everyCodeHasARow()
         QVERIFY2(m_coveredCodes.contains(code), qPrintable(code));
 }
 
-QTEST_GUILESS_MAIN(TestCheckCommand)
+QTEST_GUILESS_MAIN(tst_CheckCommand)
 
 #include "tst_checkcommand.moc"

@@ -59,11 +59,11 @@ void writePicture(const TestPackages &packages, const QColor &colour)
 } // namespace
 
 /** Shows tips in the preview's window while their files change. */
-class TestPreviewWindow : public QObject
+class tst_PreviewWindow : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void initTestCase() { Diagnostics::capture(); }
     void init();
     void cleanup();
@@ -89,7 +89,7 @@ private:
     std::unique_ptr<PreviewWindow> m_window;
 };
 
-void TestPreviewWindow::init()
+void tst_PreviewWindow::init()
 {
     m_packages = std::make_unique<TestPackages>();
     m_packages->write(controlFile, control("First"));
@@ -103,19 +103,19 @@ void TestPreviewWindow::init()
     m_window->show();
 }
 
-void TestPreviewWindow::cleanup()
+void tst_PreviewWindow::cleanup()
 {
     m_window.reset();
     m_packages.reset();
 }
 
-QObject *TestPreviewWindow::root() const
+QObject *tst_PreviewWindow::root() const
 {
     VTWidget *const tip = m_window->stage() ? m_window->stage()->window() : nullptr;
     return tip && tip->isVisible() && tip->view() ? tip->view()->rootObject() : nullptr;
 }
 
-void TestPreviewWindow::showsTheTipOfTheKey()
+void tst_PreviewWindow::showsTheTipOfTheKey()
 {
     QCOMPARE(m_window->currentKey(), QString("a"));
     QCOMPARE(title(), QString("First"));
@@ -123,7 +123,7 @@ void TestPreviewWindow::showsTheTipOfTheKey()
     QCOMPARE(m_window->problems(), QStringList());
 }
 
-void TestPreviewWindow::arrowKeysWalkTheKeys_data()
+void tst_PreviewWindow::arrowKeysWalkTheKeys_data()
 {
     QTest::addColumn<bool>("inTip");
     QTest::addColumn<int>("on");
@@ -133,7 +133,7 @@ void TestPreviewWindow::arrowKeysWalkTheKeys_data()
     QTest::newRow("tip, up and down") << true << int(Qt::Key_Down) << int(Qt::Key_Up);
 }
 
-void TestPreviewWindow::arrowKeysWalkTheKeys()
+void tst_PreviewWindow::arrowKeysWalkTheKeys()
 {
     QFETCH(bool, inTip);
     QFETCH(int, on);
@@ -155,14 +155,14 @@ void TestPreviewWindow::arrowKeysWalkTheKeys()
     QTRY_COMPARE(title(), QString("First"));
 }
 
-void TestPreviewWindow::readsChangedControlFiles()
+void tst_PreviewWindow::readsChangedControlFiles()
 {
     m_packages->write(controlFile, control("Changed"));
     QTRY_COMPARE(title(), QString("Changed"));
     QCOMPARE(m_window->currentKey(), QString("a"));
 }
 
-void TestPreviewWindow::readsReplacedUserInterfaces()
+void tst_PreviewWindow::readsReplacedUserInterfaces()
 {
     // As careful editors do, twice: a file that was replaced must still be watched.
     for (int width : {140, 180}) {
@@ -174,7 +174,7 @@ void TestPreviewWindow::readsReplacedUserInterfaces()
     }
 }
 
-void TestPreviewWindow::readsChangedPictures()
+void tst_PreviewWindow::readsChangedPictures()
 {
     const auto colour = [this] {
         VTWidget *const tip = m_window->stage()->window();
@@ -185,7 +185,7 @@ void TestPreviewWindow::readsChangedPictures()
     QTRY_COMPARE(colour(), QColor(Qt::blue));
 }
 
-void TestPreviewWindow::readsChangedClips()
+void tst_PreviewWindow::readsChangedClips()
 {
     const QByteArray player = "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\n"
                               "Item { width: 90; height: 40\n"
@@ -199,7 +199,7 @@ void TestPreviewWindow::readsChangedClips()
     QTRY_COMPARE(width(), 160);
 }
 
-void TestPreviewWindow::readsNewCatalogues()
+void tst_PreviewWindow::readsNewCatalogues()
 {
     QCOMPARE(root()->property("word").toString(), QString("First"));
     m_packages->write("Tools.vidtips/l10n/Vidtips_de_DE.qm",
@@ -210,7 +210,7 @@ void TestPreviewWindow::readsNewCatalogues()
     QTRY_VERIFY(root() && root()->property("word").toString() == "Zuerst");
 }
 
-void TestPreviewWindow::followsNewAndVanishedPackages()
+void tst_PreviewWindow::followsNewAndVanishedPackages()
 {
     m_packages->write("More.vidtips/Control/More.xml", "<vidtips><vidtip key=\"more\"/></vidtips>");
     QTRY_COMPARE(list()->count(), 4);
@@ -219,7 +219,7 @@ void TestPreviewWindow::followsNewAndVanishedPackages()
     QCOMPARE(title(), QString("First"));
 }
 
-void TestPreviewWindow::showsProblemsOverTheTip()
+void tst_PreviewWindow::showsProblemsOverTheTip()
 {
     m_packages->write(interfaceFile, "import QtQuick 1.1\nItem {\n  nothing: 1\n}\n");
     QTRY_COMPARE(m_window->problems().size(), 1);
@@ -242,7 +242,7 @@ void TestPreviewWindow::showsProblemsOverTheTip()
     QVERIFY(!overlay->isVisible());
 }
 
-void TestPreviewWindow::switchesSimpleAndDark()
+void tst_PreviewWindow::switchesSimpleAndDark()
 {
     const auto switches = m_window->findChildren<QCheckBox *>();
     QCOMPARE(switches.size(), 2);
@@ -256,7 +256,7 @@ void TestPreviewWindow::switchesSimpleAndDark()
     QCOMPARE(title(), QString("First"));
 }
 
-void TestPreviewWindow::keepsTheTipBesideTheWindow()
+void tst_PreviewWindow::keepsTheTipBesideTheWindow()
 {
     m_window->move(120, 70);
     const auto isBeside = [this] {
@@ -267,6 +267,6 @@ void TestPreviewWindow::keepsTheTipBesideTheWindow()
     QVERIFY(m_window->stage()->window()->x() < m_window->frameGeometry().right() + 40);
 }
 
-QTEST_MAIN(TestPreviewWindow)
+QTEST_MAIN(tst_PreviewWindow)
 
 #include "tst_previewwindow.moc"

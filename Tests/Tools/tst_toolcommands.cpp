@@ -18,12 +18,6 @@ const char userInterface[] = "import QtQuick 1.1\nRectangle { width: 50; height:
                              "  property string b: qsTr(\"Named\") // qsTr(\"not this\")\n"
                              "  property string c: QT_TRANSLATE_NOOP(\"UI\", \"Marked\")\n}\n";
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QStringList filesIn(const QString &folder)
 {
     QStringList files;
@@ -37,7 +31,7 @@ QStringList filesIn(const QString &folder)
 // "context|source|translation|type" of each message, in order.
 QStringList messagesIn(const QString &ts)
 {
-    QXmlStreamReader reader(contentOf(ts));
+    QXmlStreamReader reader(TestPackages::read(ts));
     QStringList messages;
     QString context;
     QString source;
@@ -60,11 +54,11 @@ QStringList messagesIn(const QString &ts)
 } // namespace
 
 /** Runs the commands of the tool, the check aside. */
-class TestToolCommands : public QObject
+class tst_ToolCommands : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
+private slots:
     void helpsWithEveryCommand_data();
     void helpsWithEveryCommand();
     void tellsItsVersion();
@@ -99,14 +93,14 @@ private Q_SLOTS:
     void describesItselfInAManualPage();
 };
 
-void TestToolCommands::helpsWithEveryCommand_data()
+void tst_ToolCommands::helpsWithEveryCommand_data()
 {
     QTest::addColumn<QString>("command");
     for (const char *command : {"check", "explain", "keys", "preview", "strings", "new"})
         QTest::newRow(command) << command;
 }
 
-void TestToolCommands::helpsWithEveryCommand()
+void tst_ToolCommands::helpsWithEveryCommand()
 {
     QFETCH(QString, command);
     const ToolRun overview({"--help"});
@@ -123,14 +117,14 @@ void TestToolCommands::helpsWithEveryCommand()
     QCOMPARE(ToolRun({"help", command}).output, run.output);
 }
 
-void TestToolCommands::tellsItsVersion()
+void tst_ToolCommands::tellsItsVersion()
 {
     const ToolRun run({"--version"});
     QCOMPARE(run.exitCode, 0);
     QVERIFY(QRegularExpression("^vidtips \\d+\\.\\d+\\.\\d+\n$").match(run.output).hasMatch());
 }
 
-void TestToolCommands::refusesBadUse_data()
+void tst_ToolCommands::refusesBadUse_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
@@ -160,11 +154,15 @@ void TestToolCommands::refusesBadUse_data()
         "\"a b\" cannot be a package's name: use letters, digits, \"-\", \"_\" and \".\"");
     row("strings of nothing", {"strings"}, "strings needs a folder; see \"vidtips strings --help\"");
     row("strings for no locale", {"strings", "--locale", "german", "."}, "Qt knows no locale \"german\"");
+    row("strings from no locale", {"strings", "--source-locale", "german", "."},
+        "Qt knows no locale \"german\"");
     row("preview of nothing", {"preview", "--screenshot", "x.png"},
         "preview needs a folder; see \"vidtips preview --help\"");
     row("preview without a display", {"preview", "a", "."}, "there is no display to show a window on");
     row("preview of no key", {"preview", "--screenshot", "x.png", "z", "."},
         "there is no tip \"z\" for en_US");
+    row("preview for no locale", {"preview", "--screenshot", "x.png", "--locale", "german", "."},
+        "Qt knows no locale \"german\"");
     row("preview of another locale", {"preview", "--screenshot", "x.png", "--locale", "fr_FR", "."},
         "there are no tips for fr_FR");
     row("preview too large", {"preview", "--screenshot", "x.png", "--scale", "9", "."},
@@ -184,7 +182,7 @@ void TestToolCommands::refusesBadUse_data()
         "the key data cannot be read: no.xml");
 }
 
-void TestToolCommands::refusesBadUse()
+void tst_ToolCommands::refusesBadUse()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
@@ -204,7 +202,7 @@ void TestToolCommands::refusesBadUse()
     QCOMPARE(filesIn(packages.path()), before);
 }
 
-void TestToolCommands::fallsSilentWithoutAReader_data()
+void tst_ToolCommands::fallsSilentWithoutAReader_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QByteArray>("error");
@@ -219,7 +217,7 @@ void TestToolCommands::fallsSilentWithoutAReader_data()
                                           "vidtips: cannot write the output: Bad file descriptor\n2\n");
 }
 
-void TestToolCommands::fallsSilentWithoutAReader()
+void tst_ToolCommands::fallsSilentWithoutAReader()
 {
     QFETCH(QString, command);
     QFETCH(QByteArray, error);
@@ -231,7 +229,7 @@ void TestToolCommands::fallsSilentWithoutAReader()
     QCOMPARE(shell.readAllStandardError(), error);
 }
 
-void TestToolCommands::listsKeys()
+void tst_ToolCommands::listsKeys()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
@@ -245,7 +243,7 @@ void TestToolCommands::listsKeys()
                      "b\ten_US\tTwo words\tTools\tTools.vidtips/Control/T.xml:2\n"));
 }
 
-void TestToolCommands::listsKeysAsJson()
+void tst_ToolCommands::listsKeysAsJson()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
@@ -261,7 +259,7 @@ void TestToolCommands::listsKeysAsJson()
                           {"column", 1}}));
 }
 
-void TestToolCommands::alignsKeysOnATerminal()
+void tst_ToolCommands::alignsKeysOnATerminal()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
@@ -274,7 +272,7 @@ void TestToolCommands::alignsKeysOnATerminal()
     QVERIFY(coloured.output.contains("\033[1mKEY"));
 }
 
-void TestToolCommands::refusesWhatIsUnreadable_data()
+void tst_ToolCommands::refusesWhatIsUnreadable_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("place");
@@ -284,7 +282,7 @@ void TestToolCommands::refusesWhatIsUnreadable_data()
     QTest::newRow("texts of a folder") << QStringList{"strings", "--json"} << "Tools.vidtips/Control";
 }
 
-void TestToolCommands::refusesWhatIsUnreadable()
+void tst_ToolCommands::refusesWhatIsUnreadable()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, place);
@@ -301,7 +299,7 @@ void TestToolCommands::refusesWhatIsUnreadable()
     QCOMPARE(run.exitCode, 2);
 }
 
-void TestToolCommands::explainsEveryCode()
+void tst_ToolCommands::explainsEveryCode()
 {
     const QJsonArray kinds = ToolRun({"explain", "--json"}).json().array();
     const QString list = ToolRun({"explain"}).output;
@@ -321,14 +319,14 @@ void TestToolCommands::explainsEveryCode()
         QVERIFY2(one.output.contains(heading), heading);
 }
 
-void TestToolCommands::newPackagesAreClean_data()
+void tst_ToolCommands::newPackagesAreClean_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::newRow("plain") << QStringList{};
     QTest::newRow("to translate") << QStringList{"--locale", "de", "--locale", "fr_FR"};
 }
 
-void TestToolCommands::newPackagesAreClean()
+void tst_ToolCommands::newPackagesAreClean()
 {
     QFETCH(QStringList, options);
     const TestPackages packages;
@@ -354,7 +352,7 @@ void TestToolCommands::newPackagesAreClean()
     }
 }
 
-void TestToolCommands::newPackagesUseASharedInterface()
+void tst_ToolCommands::newPackagesUseASharedInterface()
 {
     const TestPackages packages;
     QVERIFY(QDir().mkpath(packages.filePath("Data")));
@@ -367,20 +365,20 @@ void TestToolCommands::newPackagesUseASharedInterface()
              QString("2 packages, 2 control files: nothing found\n"));
 }
 
-void TestToolCommands::newLeavesNothingBehind()
+void tst_ToolCommands::newLeavesNothingBehind()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips", "a file");
     const ToolRun run({"new", "Tools"}, packages.path());
     QCOMPARE(run.exitCode, 2);
-    QCOMPARE(contentOf(packages.filePath("Tools.vidtips")), QByteArray("a file"));
+    QCOMPARE(TestPackages::read(packages.filePath("Tools.vidtips")), QByteArray("a file"));
     // Every file system bounds the length of a name, the suffix counted.
     const ToolRun tooLong({"new", QString(250, 'x')}, packages.path());
     QCOMPARE(tooLong.exitCode, 2);
     QCOMPARE(filesIn(packages.path()), QStringList{"Tools.vidtips"});
 }
 
-void TestToolCommands::extractsTexts()
+void tst_ToolCommands::extractsTexts()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", translated);
@@ -406,10 +404,10 @@ void TestToolCommands::extractsTexts()
                           {"vanished", 0},
                           {"untranslated", 6}}));
     QVERIFY(!QFileInfo::exists(packages.filePath("Plain.vidtips/l10n")));
-    QVERIFY(contentOf(ts).contains("<location filename=\"../Control/T.xml\" line=\"3\"/>"));
+    QVERIFY(TestPackages::read(ts).contains("<location filename=\"../Control/T.xml\" line=\"3\"/>"));
 }
 
-void TestToolCommands::keepsTranslations()
+void tst_ToolCommands::keepsTranslations()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", translated);
@@ -429,7 +427,7 @@ void TestToolCommands::keepsTranslations()
     const ToolRun run({"strings", packages.path()});
     QVERIFY2(run.output.contains("3 texts, 1 new, 2 vanished, 1 to translate"),
              qPrintable(run.output + run.errors));
-    const QByteArray xml = contentOf(ts);
+    const QByteArray xml = TestPackages::read(ts);
     QVERIFY(xml.contains(
         "<translatorcomment>note</translatorcomment>\n        <translation>Einmal</translation>"));
     QVERIFY(xml.contains("<source>Some words</source>\n        <translation>Worte</translation>"));
@@ -440,7 +438,7 @@ void TestToolCommands::keepsTranslations()
         "<source>One &amp; two</source>\n        <translation type=\"unfinished\"></translation>"));
 }
 
-void TestToolCommands::writesNothingTwice()
+void tst_ToolCommands::writesNothingTwice()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", translated);
@@ -453,7 +451,7 @@ void TestToolCommands::writesNothingTwice()
     QVERIFY(qAbs(QFileInfo(ts.fileName()).lastModified().secsTo(past)) < 2);
 }
 
-void TestToolCommands::refusesDamagedTranslations()
+void tst_ToolCommands::refusesDamagedTranslations()
 {
     const TestPackages packages;
     packages.write("Alpha.vidtips/Control/T.xml", translated);
@@ -463,14 +461,14 @@ void TestToolCommands::refusesDamagedTranslations()
     QCOMPARE(run.exitCode, 2);
     QVERIFY2(run.errors.startsWith("vidtips: " + ts + ":1:"), qPrintable(run.errors));
     QCOMPARE(run.errors.count('\n'), 1);
-    QCOMPARE(contentOf(ts), QByteArray("<TS><context>"));
+    QCOMPARE(TestPackages::read(ts), QByteArray("<TS><context>"));
     QVERIFY(!QFileInfo::exists(packages.filePath("Alpha.vidtips/l10n")));
     packages.write("Tools.vidtips/l10n/Vidtips_de_DE.ts", "<other/>");
     QCOMPARE(ToolRun({"strings", packages.path()}).errors,
              QString("vidtips: the file holds no translations: %1\n").arg(ts));
 }
 
-void TestToolCommands::keepsTranslationsOfDamagedSources_data()
+void tst_ToolCommands::keepsTranslationsOfDamagedSources_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("content");
@@ -484,7 +482,7 @@ void TestToolCommands::keepsTranslationsOfDamagedSources_data()
 }
 
 // A text that could not be read is not gone.
-void TestToolCommands::keepsTranslationsOfDamagedSources()
+void tst_ToolCommands::keepsTranslationsOfDamagedSources()
 {
     QFETCH(QString, file);
     QFETCH(QByteArray, content);
@@ -493,17 +491,17 @@ void TestToolCommands::keepsTranslationsOfDamagedSources()
     packages.write("Tools.vidtips/Control/T.xml", translated);
     packages.write("Tools.vidtips/ui/VidtipsUI.qml", userInterface);
     QCOMPARE(ToolRun({"strings", "--locale", "de_DE", "."}, packages.path()).exitCode, 0);
-    const QByteArray before = contentOf(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts"));
+    const QByteArray before = TestPackages::read(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts"));
     packages.write(file, content);
     const ToolRun run({"strings", "."}, packages.path());
     QVERIFY2(run.errors.startsWith("vidtips: ") && run.errors.contains(error), qPrintable(run.errors));
     QCOMPARE(run.errors.count('\n'), 1);
     QCOMPARE(run.output, QString());
     QCOMPARE(run.exitCode, 2);
-    QCOMPARE(contentOf(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts")), before);
+    QCOMPARE(TestPackages::read(packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts")), before);
 }
 
-void TestToolCommands::buildsCatalogues()
+void tst_ToolCommands::buildsCatalogues()
 {
     const TestPackages packages;
     const auto tsOf = [](const QByteArray &context, const QByteArray &source, const QByteArray &translation) {
@@ -531,7 +529,7 @@ void TestToolCommands::buildsCatalogues()
     QCOMPARE(filesIn(packages.path()).filter(".new"), QStringList());
 }
 
-void TestToolCommands::leavesCataloguesOfOthersAlone()
+void tst_ToolCommands::leavesCataloguesOfOthersAlone()
 {
     const TestPackages packages;
     packages.write("Shared.vidtips/Control/S.xml", "<vidtips/>");
@@ -544,12 +542,13 @@ void TestToolCommands::leavesCataloguesOfOthersAlone()
         QString("vidtips: left alone, for want of its translations: Shared.vidtips/l10n/Vidtips_de_DE.qm\n"));
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(filesIn(packages.filePath("Shared.vidtips/l10n")), QStringList{"Vidtips_de_DE.qm"});
-    QCOMPARE(contentOf(packages.filePath("Shared.vidtips/l10n/Vidtips_de_DE.qm")), QByteArray("theirs"));
+    QCOMPARE(TestPackages::read(packages.filePath("Shared.vidtips/l10n/Vidtips_de_DE.qm")),
+             QByteArray("theirs"));
     QCOMPARE(filesIn(packages.filePath("Tools.vidtips/l10n")),
              QStringList({"Vidtips_de_DE.qm", "Vidtips_de_DE.ts"}));
 }
 
-void TestToolCommands::takesPictures_data()
+void tst_ToolCommands::takesPictures_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QSize>("size");
@@ -563,7 +562,7 @@ void TestToolCommands::takesPictures_data()
     QTest::newRow("with key data") << QStringList{"--key-data", "data.xml"} << QSize(121, 21);
 }
 
-void TestToolCommands::takesPictures()
+void tst_ToolCommands::takesPictures()
 {
     QFETCH(QStringList, options);
     QFETCH(QSize, size);
@@ -588,7 +587,7 @@ void TestToolCommands::takesPictures()
     QCOMPARE(QImage(packages.filePath("tip.png")).size(), size);
 }
 
-void TestToolCommands::takesPicturesOfProblems()
+void tst_ToolCommands::takesPicturesOfProblems()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
@@ -600,7 +599,7 @@ void TestToolCommands::takesPicturesOfProblems()
     QVERIFY(QImage(packages.filePath("tip.png")).width() >= 400);
 }
 
-void TestToolCommands::takesPicturesOfAll()
+void tst_ToolCommands::takesPicturesOfAll()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml",
@@ -613,12 +612,12 @@ void TestToolCommands::takesPicturesOfAll()
     QCOMPARE(filesIn(packages.filePath("sheet/new")),
              QStringList({"001-a_b.png", "002-c.png", "index.html"}));
     QCOMPARE(QImage(packages.filePath("sheet/new/001-a_b.png")).size(), QSize(51, 21));
-    const QByteArray page = contentOf(packages.filePath("sheet/new/index.html"));
+    const QByteArray page = TestPackages::read(packages.filePath("sheet/new/index.html"));
     QVERIFY(page.contains("&lt;One&gt; <code>a/b</code>"));
     QVERIFY(page.contains("<img src=\"001-a_b.png\" width=\"51\" height=\"21\""));
 }
 
-void TestToolCommands::showsProgressOnATerminal()
+void tst_ToolCommands::showsProgressOnATerminal()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
@@ -631,10 +630,10 @@ void TestToolCommands::showsProgressOnATerminal()
 }
 
 // What is installed for editors is what the tool uses.
-void TestToolCommands::validatesAgainstItsSchemas()
+void tst_ToolCommands::validatesAgainstItsSchemas()
 {
     for (const char *name : {"vidtips.xsd", "vidtipkeys.xsd"}) {
-        QXmlStreamReader reader(contentOf(QString(SCHEMA_DIR "/") + name));
+        QXmlStreamReader reader(TestPackages::read(QString(SCHEMA_DIR "/") + name));
         QVERIFY(reader.readNextStartElement());
         QCOMPARE(reader.namespaceUri().toString(), QString("http://www.w3.org/2001/XMLSchema"));
         while (!reader.atEnd())
@@ -643,9 +642,9 @@ void TestToolCommands::validatesAgainstItsSchemas()
     }
 }
 
-void TestToolCommands::describesItselfInAManualPage()
+void tst_ToolCommands::describesItselfInAManualPage()
 {
-    const QString page = QString::fromUtf8(contentOf(MANUAL_PAGE)).replace("\\-", "-");
+    const QString page = QString::fromUtf8(TestPackages::read(MANUAL_PAGE)).replace("\\-", "-");
     for (const char *command : {"check", "explain", "keys", "preview", "strings", "new"}) {
         QVERIFY2(page.contains(QString("\n.SH %1\n").arg(QString(command).toUpper())), command);
         static const QRegularExpression option("^    (--[a-z-]+)", QRegularExpression::MultilineOption);
@@ -659,6 +658,6 @@ void TestToolCommands::describesItselfInAManualPage()
     QVERIFY(!page.contains(request));
 }
 
-QTEST_GUILESS_MAIN(TestToolCommands)
+QTEST_GUILESS_MAIN(tst_ToolCommands)
 
 #include "tst_toolcommands.moc"

@@ -1,7 +1,7 @@
-#include <MessageRecorder.h>
-#include <TestClips.h>
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "MessageRecorder.h"
+#include "TestClips.h"
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <Vidtips/VTVideoComponent.h>
 #include <Vidtips/VTXmlElement.h>

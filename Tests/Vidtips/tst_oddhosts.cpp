@@ -1,5 +1,5 @@
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <Vidtips/VTXmlElement.h>
 

@@ -1,5 +1,5 @@
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>

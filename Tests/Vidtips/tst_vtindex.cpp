@@ -824,7 +824,6 @@ void tst_VTIndex::knownFilesServeTheirLocale()
     }
     VTXmlElement *root = nullptr;
     QVERIFY(!index.load("k", german, usEnglish, root));
-    QVERIFY(root);
 }
 
 void tst_VTIndex::keyDataIsCopied()

@@ -1,6 +1,6 @@
-#include <MessageRecorder.h>
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "MessageRecorder.h"
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtGui/QDesktopServices>
 #include <QtTest/QTest>

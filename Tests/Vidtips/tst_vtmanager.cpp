@@ -1,6 +1,6 @@
-#include <TestCatalogue.h>
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "TestCatalogue.h"
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>

@@ -1,5 +1,5 @@
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QHelpEvent>
@@ -1107,6 +1107,11 @@ void tst_VTManagerShow::mouseFiltersIgnoreForeignArguments()
     QVERIFY(!session.manager()->mouseButtonEventFilter(nullptr, nullptr));
     QVERIFY(!session.manager()->mouseButtonEventFilter(this, nullptr));
     QVERIFY(!session.manager()->mouseMoveEventFilter(nullptr, nullptr));
+    QObject *const filter = session.manager();
+    QMouseEvent click(QEvent::MouseButtonPress, QPointF(), Qt::LeftButton, Qt::LeftButton, {});
+    QVERIFY(!filter->eventFilter(nullptr, &click));
+    QHelpEvent help(QEvent::ToolTip, QPoint(1, 1), QPoint(100, 200));
+    QVERIFY(!filter->eventFilter(nullptr, &help));
     QVERIFY(session.window()->isVisible());
 }
 

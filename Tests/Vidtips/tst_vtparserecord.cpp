@@ -69,24 +69,26 @@ void tst_VTParseRecord::rulesOutWhatIsNotInTheBytes()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, key);
+    const VTParseRecord::File file(controlFile, bytes);
     VTParseRecord record;
-    record.remember(controlFile, bytes, QString());
-    QTEST(record.rulesOut(controlFile, bytes, key), "isRuledOut");
+    record.remember(file, QString());
+    QTEST(record.rulesOut(file, key), "isRuledOut");
 }
 
 void tst_VTParseRecord::knowsAFileByItsPathAndBytes()
 {
-    const QByteArray first = "<vidtips/>";
-    const QByteArray second = "<vidtips />";
+    const VTParseRecord::File first(controlFile, "<vidtips/>");
+    const VTParseRecord::File second(controlFile, "<vidtips />");
+    const VTParseRecord::File elsewhere("/b.xml", "<vidtips/>");
     VTParseRecord record;
-    QVERIFY(!record.rulesOut(controlFile, first, "copy"));
-    record.remember(controlFile, first, QString());
-    QVERIFY(record.rulesOut(controlFile, first, "copy"));
-    QVERIFY(!record.rulesOut(controlFile, second, "copy"));
-    QVERIFY(!record.rulesOut("/b.xml", first, "copy"));
-    record.remember(controlFile, second, QString());
-    QVERIFY(!record.rulesOut(controlFile, first, "copy"));
-    QVERIFY(record.rulesOut(controlFile, second, "copy"));
+    QVERIFY(!record.rulesOut(first, "copy"));
+    record.remember(first, QString());
+    QVERIFY(record.rulesOut(first, "copy"));
+    QVERIFY(!record.rulesOut(second, "copy"));
+    QVERIFY(!record.rulesOut(elsewhere, "copy"));
+    record.remember(second, QString());
+    QVERIFY(!record.rulesOut(first, "copy"));
+    QVERIFY(record.rulesOut(second, "copy"));
 }
 
 void tst_VTParseRecord::tellsOtherLocales_data()
@@ -105,12 +107,12 @@ void tst_VTParseRecord::tellsOtherLocales()
     QFETCH(QString, name);
     QFETCH(bool, isOther);
     const QLocale german(QStringLiteral("de_DE"));
-    const QByteArray bytes = "<vidtips/>";
+    const VTParseRecord::File file(controlFile, "<vidtips/>");
     VTParseRecord record;
-    QVERIFY(!record.isOfOtherLocale(controlFile, bytes, german));
-    record.remember(controlFile, bytes, name);
-    QCOMPARE(record.isOfOtherLocale(controlFile, bytes, german), isOther);
-    QVERIFY(!record.isOfOtherLocale(controlFile, bytes + '\n', german));
+    QVERIFY(!record.isOfOtherLocale(file, german));
+    record.remember(file, name);
+    QCOMPARE(record.isOfOtherLocale(file, german), isOther);
+    QVERIFY(!record.isOfOtherLocale({controlFile, "<vidtips />"}, german));
 }
 
 QTEST_GUILESS_MAIN(tst_VTParseRecord)

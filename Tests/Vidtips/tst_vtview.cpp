@@ -1,6 +1,6 @@
-#include <MetaMembers.h>
-#include <TestHost.h>
-#include <TestPackage.h>
+#include "MetaMembers.h"
+#include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtGui/QCursor>
 #include <QtTest/QSignalSpy>

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int headSize = 4096;
-const char controlFolder[] = "/Control";
 
 bool isWordCharacter(QChar character)
 {
@@ -107,7 +106,7 @@ void AdmissionCheck::checkRefused(const ControlFile &file, Findings &findings)
 
 void AdmissionCheck::checkStrayFiles(const Package &package, Findings &findings)
 {
-    const QString looked = package.path + controlFolder;
+    const QString looked = package.controlFolder();
     QDirIterator files(package.path, {"*.xml"}, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
@@ -121,7 +120,7 @@ void AdmissionCheck::checkStrayFiles(const Package &package, Findings &findings)
 void AdmissionCheck::checkSuffixes(const Package &package, Findings &findings)
 {
     const auto files =
-        QDir(package.path + controlFolder).entryInfoList(QDir::Files | QDir::NoSymLinks, QDir::Name);
+        QDir(package.controlFolder()).entryInfoList(QDir::Files | QDir::NoSymLinks, QDir::Name);
     for (const QFileInfo &file : files) {
         if (file.suffix().compare("xml", Qt::CaseInsensitive) != 0 && looksLikeControlFile(file.filePath()))
             findings.add("VT206", file.filePath(), {},

@@ -1,5 +1,6 @@
 #include "CatalogueCheck.h"
 
+#include "CatalogueName.h"
 #include "Content.h"
 #include "Finding.h"
 #include "TextSource.h"
@@ -8,17 +9,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
-
-namespace {
-
-const QString catalogueName = QStringLiteral("Vidtips_%1.%2");
-
-QString localeOfCatalogue(const QString &fileName)
-{
-    return QFileInfo(fileName).completeBaseName().section('_', 1);
-}
-
-} // namespace
 
 CatalogueCheck::CatalogueCheck(const QString &sourceLocale)
     : m_sourceLocale(QLocale(sourceLocale).name())
@@ -46,8 +36,9 @@ void CatalogueCheck::collectLocales(const Content &content)
     }
     for (const Package &package : content.packages()) {
         const QDir folder(package.path + '/' + Content::catalogues.defaultPath);
-        for (const QString &name : folder.entryList({"Vidtips_*.qm", "Vidtips_*.ts"}, QDir::Files))
-            m_locales << QLocale(localeOfCatalogue(name)).name();
+        for (const QString &name :
+             folder.entryList({CatalogueName::of("*", "qm"), CatalogueName::of("*", "ts")}, QDir::Files))
+            m_locales << QLocale(CatalogueName::localeOf(name)).name();
     }
     m_locales.removeDuplicates();
     m_locales.removeAll(m_sourceLocale);
@@ -59,13 +50,13 @@ void CatalogueCheck::checkFile(const Content &content, const ControlFile &file, 
                                Findings &findings)
 {
     const Position place = file.document.root()->position;
-    const QString name = catalogueName.arg(locale, "qm");
+    const QString name = CatalogueName::of(locale, "qm");
     const QString catalogue = content.find(file, nullptr, Content::catalogues, name);
     if (!catalogue.isEmpty()) {
         checkTexts(file, catalogue, locale, findings);
         return;
     }
-    const QString source = content.find(file, nullptr, Content::catalogues, catalogueName.arg(locale, "ts"));
+    const QString source = content.find(file, nullptr, Content::catalogues, CatalogueName::of(locale, "ts"));
     if (!source.isEmpty())
         reportUnbuilt(source, findings);
     else

@@ -1,5 +1,6 @@
 #include "CatalogueJob.h"
 
+#include "CatalogueName.h"
 #include "Content.h"
 #include "Places.h"
 #include "QmlTextSource.h"
@@ -12,8 +13,6 @@
 #include <QtCore/QSaveFile>
 
 namespace {
-
-const QString fileName = QStringLiteral("Vidtips_%1.%2");
 
 QStringList codeFiles(const Package &package)
 {
@@ -72,8 +71,9 @@ QStringList sharedFolders(const Content &content, const Package &package)
 QStringList localesIn(const QString &folder)
 {
     QStringList locales;
-    for (const QString &name : QDir(folder).entryList({fileName.arg("*", "ts")}, QDir::Files, QDir::Name))
-        locales << QFileInfo(name).completeBaseName().section('_', 1);
+    for (const QString &name :
+         QDir(folder).entryList({CatalogueName::of("*", "ts")}, QDir::Files, QDir::Name))
+        locales << CatalogueName::localeOf(name);
     return locales;
 }
 
@@ -100,10 +100,10 @@ QString CatalogueJobs::planPackage(const Content &content, const Package &packag
         CatalogueJob job;
         job.package = package.name;
         job.locale = locale;
-        job.translations = QDir(folder).absoluteFilePath(fileName.arg(locale, "ts"));
-        job.catalogue = QDir(folder).absoluteFilePath(fileName.arg(locale, "qm"));
+        job.translations = QDir(folder).absoluteFilePath(CatalogueName::of(locale, "ts"));
+        job.catalogue = QDir(folder).absoluteFilePath(CatalogueName::of(locale, "qm"));
         for (const QString &shared : sharedFolders(content, package))
-            job.shared << QDir(shared).absoluteFilePath(fileName.arg(locale, "ts"));
+            job.shared << QDir(shared).absoluteFilePath(CatalogueName::of(locale, "ts"));
         QString problem = planJob(texts, folder, job);
         if (!problem.isEmpty())
             return problem;

@@ -10,16 +10,15 @@
 #include "FindingReport.h"
 #include "KeyCheck.h"
 #include "KeyDataCheck.h"
+#include "Locales.h"
 #include "QmlCheck.h"
 #include "StructureCheck.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 
 namespace {
 
-constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
 constexpr double largestBudget = 1024.0 * 1024.0; // megabytes
 const char defaultBudget[] = "256";
 const char defaultLongest[] = "30";
@@ -39,13 +38,14 @@ QString readLimits(const QCommandLineParser &arguments, Limits &limits)
     const double budget = arguments.value("budget").toDouble(&isNumber);
     if (!isNumber || !(budget > 0.0 && budget <= largestBudget))
         return QString("--budget takes a number of megabytes, not \"%1\"").arg(arguments.value("budget"));
-    limits.budget = qint64(budget * bytesPerMegabyte);
+    limits.budget = qint64(budget * ClipCheck::bytesPerMegabyte);
     limits.longest = arguments.value("longest").toDouble(&isNumber);
     if (!isNumber || !(limits.longest > 0.0))
         return QString("--longest takes a number of seconds, not \"%1\"").arg(arguments.value("longest"));
     limits.sourceLocale = arguments.value("source-locale");
-    if (QLocale(limits.sourceLocale) == QLocale::c())
-        return QString("Qt knows no locale \"%1\"").arg(limits.sourceLocale);
+    QString problem = Locales::problemWith(limits.sourceLocale);
+    if (!problem.isEmpty())
+        return problem;
     for (const QString &path : arguments.values("key-data")) {
         if (!QFileInfo(path).isFile() || !QFileInfo(path).isReadable())
             return QString("the key data cannot be read: %1").arg(path);
@@ -78,15 +78,12 @@ QStringList CheckCommand::description() const
 {
     return {
         "Reads the packages in the folders DIR and reports what would go wrong with them in a host: XML that "
-        "is "
-        "not well-formed, files that are never admitted and why, keys that are there twice or not at all, "
+        "is not well-formed, files that are never admitted and why, keys that are there twice or not at all, "
         "missing or damaged user interfaces, pictures, clips and catalogues, QML that does not compile.",
         "A DIR is a data path that holds packages, a folder of data paths, or a package. Name all data paths "
-        "of "
-        "a host together, because packages refer to each other.",
+        "of a host together, because packages refer to each other.",
         "Each finding has a code; \"vidtips explain CODE\" says more. Errors and warnings give the exit code "
-        "1, "
-        "notes do not. On a terminal, findings are grouped by file; elsewhere each is a line "
+        "1, notes do not. On a terminal, findings are grouped by file; elsewhere each is a line "
         "\"file:line:column: severity: message [code]\"."};
 }
 
@@ -99,25 +96,24 @@ QList<Command::Example> CheckCommand::examples() const
 
 QList<QCommandLineOption> CheckCommand::options() const
 {
-    return {
-        {"json",
-         "Write one JSON object: version, packages, controlFiles, counts and the array findings of code, "
-         "severity, file, line, column, message."},
-        {"budget",
-         QString("Report clips that take more than MB megabytes when decoded, which is width x height x 4 x "
-                 "frames. The default is %1.")
-             .arg(defaultBudget),
-         "MB", defaultBudget},
-        {"longest",
-         QString("Report clips that last longer than SECONDS. The default is %1.").arg(defaultLongest),
-         "SECONDS", defaultLongest},
-        {"key-data",
-         "Check FILE as the host's key data. Key data in the folders DIR is found without this option.",
-         "FILE"},
-        {"source-locale",
-         "The locale that texts for every locale are written in, which needs no catalogue. The default is "
-         "en_US.",
-         "LOCALE", "en_US"}};
+    return {{"json",
+             "Write one JSON object: version, packages, controlFiles, counts and the array findings of code, "
+             "severity, file, line, column, message."},
+            {"budget",
+             QString("Report clips that take more than MB megabytes when decoded, which is width x height x "
+                     "4 x frames. The default is %1.")
+                 .arg(defaultBudget),
+             "MB", defaultBudget},
+            {"longest",
+             QString("Report clips that last longer than SECONDS. The default is %1.").arg(defaultLongest),
+             "SECONDS", defaultLongest},
+            {"key-data",
+             "Check FILE as the host's key data. Key data in the folders DIR is found without this option.",
+             "FILE"},
+            {"source-locale",
+             "The locale that texts for every locale are written in, which needs no catalogue. The default "
+             "is en_US.",
+             "LOCALE", "en_US"}};
 }
 
 int CheckCommand::run(const QCommandLineParser &arguments, Console &console)

@@ -5,11 +5,9 @@
 
 namespace {
 
-constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
-
 QString megabytes(qint64 bytes)
 {
-    return QString::number(double(bytes) / bytesPerMegabyte, 'f', 1) + " MB";
+    return QString::number(double(bytes) / ClipCheck::bytesPerMegabyte, 'f', 1) + " MB";
 }
 
 // The library ends its sentence with the path, which the report shows anyway.

@@ -10,6 +10,8 @@ class Findings;
 class ClipCheck
 {
 public:
+    static constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
+
     /** A clip may take @p budget bytes of memory and last @p longest seconds. */
     ClipCheck(qint64 budget, double longest)
         : m_budget(budget)

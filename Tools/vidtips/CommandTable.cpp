@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr int readableWidth = 100;
-
 int editDistance(const QString &from, const QString &to)
 {
     QVector<int> row(to.size() + 1);
@@ -36,11 +34,6 @@ int editDistance(const QString &from, const QString &to)
 QString heading(const Console &console, const QString &text)
 {
     return console.in(Console::Bold, text) + '\n';
-}
-
-int textWidth(const Console &console)
-{
-    return std::min(console.width(), readableWidth);
 }
 
 QString optionLine(const QCommandLineOption &option)
@@ -108,7 +101,7 @@ QString CommandTable::overview(const Console &console) const
 
 QString CommandTable::manual(const Command &command, const Console &console)
 {
-    const int width = textWidth(console);
+    const int width = console.textWidth();
     QString text = heading(console, "NAME") + "    vidtips " + command.name() + " - " + command.summary()
         + "\n\n" + heading(console, "SYNOPSIS") + "    vidtips " + command.name() + " [OPTION...] "
         + command.arguments() + "\n\n" + heading(console, "DESCRIPTION");

@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int defaultWidth = 80;
+constexpr int readableWidth = 100;
 constexpr int firstProgressAfter = 500; // milliseconds: shorter work needs no telling
 constexpr int progressEvery = 100; // milliseconds
 
@@ -87,6 +88,11 @@ int Console::width() const
         return size.ws_col;
 #endif
     return defaultWidth;
+}
+
+int Console::textWidth() const
+{
+    return qMin(width(), readableWidth);
 }
 
 QString Console::in(Colour colour, const QString &text) const

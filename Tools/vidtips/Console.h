@@ -32,6 +32,9 @@ public:
     /** The columns of the terminal; 80 where there is none. */
     int width() const;
 
+    /** The columns that running text takes, which is harder to read the wider it is. */
+    int textWidth() const;
+
     /** Returns @p text in @p colour where colours are used. */
     QString in(Colour colour, const QString &text) const;
 

@@ -12,7 +12,6 @@ using namespace Vidtips;
 namespace {
 
 const QString packageSuffix = QStringLiteral("vidtips");
-const QString controlFolder = QStringLiteral("Control");
 
 bool isPackage(const QFileInfo &folder)
 {
@@ -140,7 +139,7 @@ void Content::addPackage(const QString &path)
 
 void Content::addControlFiles(const Package &package)
 {
-    const QFileInfo folder(package.path + '/' + controlFolder);
+    const QFileInfo folder(package.controlFolder());
     if (folder.isDir() && !folder.isReadable())
         m_unreadable << folder.filePath();
     const QDir::Filters filters = QDir::Files | QDir::NoDotAndDotDot;

@@ -32,10 +32,12 @@ struct Package
 {
     QString name;
     QString path; ///< Canonical.
+
+    /** The folder that is searched for control files. */
+    QString controlFolder() const { return path + "/Control"; }
 };
 
-/** A translatable or attributed place in a package where files of a kind are searched; see
- * Content::candidates(). */
+/** Where in a package files of a kind are looked for; see Content::candidates(). */
 struct FileCategory
 {
     QString attribute; ///< Attribute of the entry or of the document element that names the place.

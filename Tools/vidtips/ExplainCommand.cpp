@@ -2,36 +2,25 @@
 
 #include "Console.h"
 #include "FindingCatalogue.h"
+#include "FindingReport.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include <algorithm>
-
 namespace {
-
-constexpr int readableWidth = 100;
-
-Console::Colour colourOf(Severity severity)
-{
-    return severity == Severity::Error  ? Console::Red
-        : severity == Severity::Warning ? Console::Yellow
-                                        : Console::Cyan;
-}
 
 void writeRow(const FindingKind &kind, Console &console)
 {
-    const QString severity = FindingCatalogue::severityName(kind.severity).leftJustified(7);
     console.writeLine(QString("%1  %2  %3")
                           .arg(console.in(Console::Bold, kind.code),
-                               console.in(colourOf(kind.severity), severity), kind.title));
+                               FindingReport::column(kind.severity, console), kind.title));
 }
 
 void writeWhole(const FindingKind &kind, Console &console)
 {
-    const int width = std::min(console.width(), readableWidth);
+    const int width = console.textWidth();
     writeRow(kind, console);
     console.writeLine("\n" + console.in(Console::Bold, "WHY IT MATTERS"));
     console.writeLine(Console::wrapped(kind.why, 4, width));
@@ -54,8 +43,7 @@ QJsonObject asJson(const FindingKind &kind)
 QStringList ExplainCommand::description() const
 {
     return {"Says what the findings with the codes CODE are, why they matter and how to mend them, with an "
-            "example. "
-            "Without a CODE, lists all of them."};
+            "example. Without a CODE, lists all of them."};
 }
 
 QList<Command::Example> ExplainCommand::examples() const

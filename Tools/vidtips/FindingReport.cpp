@@ -1,7 +1,6 @@
 #include "FindingReport.h"
 
 #include "Console.h"
-#include "FindingCatalogue.h"
 #include "Places.h"
 
 #include <QtCore/QJsonArray>
@@ -46,6 +45,11 @@ FindingReport::FindingReport(const QVector<Finding> &findings, int packages, int
         ++m_counts[int(severityOf(finding))];
 }
 
+QString FindingReport::column(Severity severity, const Console &console)
+{
+    return console.in(colourOf(severity), FindingCatalogue::severityName(severity).leftJustified(7));
+}
+
 bool FindingReport::hasFindings() const
 {
     return m_counts.value(int(Severity::Error)) + m_counts.value(int(Severity::Warning)) > 0;
@@ -86,13 +90,11 @@ void FindingReport::writeGrouped(Console &console) const
             file = finding.file;
             console.writeLine(console.in(Console::Bold, Places::shown(file)));
         }
-        const Severity severity = severityOf(finding);
-        const QString name = FindingCatalogue::severityName(severity).leftJustified(7);
         const QString place = placeText(finding.position).rightJustified(8);
         constexpr int indent = 26;
         const QString message = Console::wrapped(finding.message, indent, console.width()).trimmed();
         console.writeLine(QString("%1  %2  %3  %4")
-                              .arg(place, console.in(colourOf(severity), name),
+                              .arg(place, column(severityOf(finding), console),
                                    console.in(Console::Dim, finding.code), message));
     }
     if (!m_findings.isEmpty())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Finding.h"
+#include "FindingCatalogue.h"
 
 #include <QtCore/QMap>
 
@@ -11,6 +12,9 @@ class FindingReport
 {
 public:
     FindingReport(const QVector<Finding> &findings, int packages, int files);
+
+    /** The name of @p severity in its colour, as wide as every other's. */
+    static QString column(Severity severity, const Console &console);
 
     /** Whether anything graver than a note was found. */
     bool hasFindings() const;

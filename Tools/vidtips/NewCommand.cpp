@@ -3,6 +3,7 @@
 #include "CatalogueJob.h"
 #include "Console.h"
 #include "Content.h"
+#include "Locales.h"
 #include "PackageSkeleton.h"
 #include "Places.h"
 
@@ -32,8 +33,9 @@ QString problemWith(const QCommandLineParser &arguments)
     if (names.size() != 1)
         return "new needs one name; see \"vidtips new --help\"";
     for (const QString &locale : arguments.values("locale")) {
-        if (QLocale(locale) == QLocale::c())
-            return QString("Qt knows no locale \"%1\"").arg(locale);
+        QString problem = Locales::problemWith(locale);
+        if (!problem.isEmpty())
+            return problem;
     }
     const QString shared = arguments.value("search");
     const QString problem = shared.isEmpty() ? QString() : PackageSkeleton::problemWith(shared);
@@ -44,12 +46,10 @@ QString problemWith(const QCommandLineParser &arguments)
 
 QStringList NewCommand::description() const
 {
-    return {
-        "Makes the package NAME.vidtips with a control file for en_US that holds two tips, a picture and a "
-        "user "
-        "interface, full and simple, to start from. It checks clean and can be previewed at once.",
-        "The words of the user interface are marked for translation: --locale writes them to a file for Qt's "
-        "Linguist."};
+    return {"Makes the package NAME.vidtips with a control file for en_US that holds two tips, a picture and "
+            "a user interface, full and simple, to start from. It checks clean and can be previewed at once.",
+            "The words of the user interface are marked for translation: --locale writes them to a file for "
+            "Qt's Linguist."};
 }
 
 QList<Command::Example> NewCommand::examples() const

@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "Content.h"
+#include "Locales.h"
 #include "PreviewKeys.h"
 #include "PreviewLook.h"
 #include "PreviewWindow.h"
@@ -9,7 +10,6 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 #include <QtWidgets/QApplication>
 
 namespace {
@@ -74,8 +74,10 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
         return "--all needs --screenshot and a folder";
     if (!request.settings.keyData.isEmpty() && !QFileInfo(request.settings.keyData).isFile())
         return QString("the key data cannot be read: %1").arg(request.settings.keyData);
-    if (!request.settings.locale.isEmpty() && QLocale(request.settings.locale) == QLocale::c())
-        return QString("Qt knows no locale \"%1\"").arg(request.settings.locale);
+    const QString &locale = request.settings.locale;
+    const QString problem = locale.isEmpty() ? QString() : Locales::problemWith(locale);
+    if (!problem.isEmpty())
+        return problem;
     return readProperties(arguments.values("set"), request.settings.properties);
 }
 
@@ -101,16 +103,12 @@ QString complete(Request &request, const Content &content, QVector<PreviewKey> &
 QStringList PreviewCommand::description() const
 {
     return {"Shows the tip of KEY in the window that users see, beside a list of all keys. Without a KEY, "
-            "shows the first "
-            "one. The arrow keys walk the keys. When a file of a package changes, be it a control file, QML, "
-            "a picture, "
-            "a clip or a catalogue, the tip is shown anew. Errors of the QML appear over the tip with file "
-            "and line.",
+            "shows the first one. The arrow keys walk the keys. When a file of a package changes, be it a "
+            "control file, QML, a picture, a clip or a catalogue, the tip is shown anew. Errors of the QML "
+            "appear over the tip with file and line.",
             "With --screenshot, writes the tip's picture to a file instead and needs no display; with --all "
-            "as well, "
-            "writes a picture of each tip and a page that shows them all to a folder. Errors of the QML then "
-            "go to the "
-            "error stream and give the exit code 1."};
+            "as well, writes a picture of each tip and a page that shows them all to a folder. Errors of the "
+            "QML then go to the error stream and give the exit code 1."};
 }
 
 QList<Command::Example> PreviewCommand::examples() const

@@ -90,9 +90,7 @@ public:
 
     void notification(VTNotification type, const QVariant &value, const QString &) override
     {
-        if (type == VTNotificationHidden)
-            Q_EMIT m_stage->hidden();
-        else if (type != VTNotificationShown)
+        if (type != VTNotificationHidden && type != VTNotificationShown)
             Q_EMIT m_stage->requested(
                 QString("The tip sends the notification %1, \"%2\".").arg(int(type)).arg(value.toString()));
     }

@@ -39,9 +39,6 @@ Q_SIGNALS:
     /** The tip asked for something that only a host can do, such as opening a topic. */
     void requested(const QString &what);
 
-    /** The tip's user interface became a window of its own or was hidden. */
-    void hidden();
-
 private:
     class Host;
     struct Private;

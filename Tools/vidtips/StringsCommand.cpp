@@ -3,6 +3,7 @@
 #include "CatalogueJob.h"
 #include "Console.h"
 #include "Content.h"
+#include "Locales.h"
 #include "Places.h"
 
 #include <QtCore/QCommandLineParser>
@@ -17,8 +18,9 @@ namespace {
 QString readLocales(const QStringList &names, QStringList &locales)
 {
     for (const QString &name : names) {
-        if (QLocale(name) == QLocale::c())
-            return QString("Qt knows no locale \"%1\"").arg(name);
+        QString problem = Locales::problemWith(name);
+        if (!problem.isEmpty())
+            return problem;
         locales << QLocale(name).name();
     }
     locales.removeDuplicates();
@@ -65,23 +67,17 @@ void writeJson(const QVector<CatalogueJob> &jobs, bool isReleased, Console &cons
 
 QStringList StringsCommand::description() const
 {
-    return {
-        "Extracts the texts that are translated by catalogues and writes them to the file "
-        "l10n/Vidtips_LOCALE.ts of "
-        "each package, for Qt's Linguist. Translations that are there already are kept; those of texts that "
-        "are "
-        "gone are marked as vanished.",
-        "From control files these are the titles and texts of entries that name a translation \"context\", "
-        "in files "
-        "that serve every locale. From QML these are the texts of vidTipView.translate(text, context), of "
-        "qsTr() "
-        "and qsTranslate(), and those marked by QT_TRANSLATE_NOOP(context, text). Qt's lupdate reads the QML "
-        "where "
-        "it is installed.",
-        "With --release, Qt's lrelease then builds l10n/Vidtips_LOCALE.qm, which is what the library loads. "
-        "The "
-        "texts of packages that a package searches go into its catalogue too, because the library asks one "
-        "catalogue for all texts of a tip. A catalogue that is there without its .ts file is left alone."};
+    return {"Extracts the texts that are translated by catalogues and writes them to the file "
+            "l10n/Vidtips_LOCALE.ts of each package, for Qt's Linguist. Translations that are there already "
+            "are kept; those of texts that are gone are marked as vanished.",
+            "From control files these are the titles and texts of entries that name a translation "
+            "\"context\", in files that serve every locale. From QML these are the texts of "
+            "vidTipView.translate(text, context), of qsTr() and qsTranslate(), and those marked by "
+            "QT_TRANSLATE_NOOP(context, text). Qt's lupdate reads the QML where it is installed.",
+            "With --release, Qt's lrelease then builds l10n/Vidtips_LOCALE.qm, which is what the library "
+            "loads. The texts of packages that a package searches go into its catalogue too, because the "
+            "library asks one catalogue for all texts of a tip. A catalogue that is there without its .ts "
+            "file is left alone."};
 }
 
 QList<Command::Example> StringsCommand::examples() const
@@ -96,8 +92,7 @@ QList<QCommandLineOption> StringsCommand::options() const
     return {
         {"locale",
          "Translate into LOCALE; may be given several times. Without it, the translations that exist are "
-         "brought up "
-         "to date.",
+         "brought up to date.",
          "LOCALE"},
         {"release", "Build the catalogues."},
         {"source-locale", "The locale that texts are written in. The default is en_US.", "LOCALE", "en_US"},

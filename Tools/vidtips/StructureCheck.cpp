@@ -2,19 +2,13 @@
 
 #include "Content.h"
 #include "Finding.h"
+#include "Locales.h"
 #include "SchemaCheck.h"
-
-#include <QtCore/QLocale>
 
 namespace {
 
 // Where one of these was found, the schema has nothing new to say.
 const QVector<QString> structureCodes{"VT101", "VT103", "VT104", "VT106", "VT303"};
-
-bool isLocale(const QString &name)
-{
-    return name == "C" || QLocale(name) != QLocale::c();
-}
 
 } // namespace
 
@@ -67,9 +61,10 @@ void StructureCheck::checkDocumentElement(const ControlFile &file, Findings &fin
 {
     const XmlNode &root = *file.document.root();
     const QString locale = file.locale();
-    if (!locale.isEmpty() && !isLocale(locale))
-        findings.add("VT106", file.path, root.positionOf("locale"),
-                     QString("Qt knows no locale \"%1\"").arg(locale));
+    const bool isNamed = !locale.isEmpty() && locale != "C";
+    const QString problem = isNamed ? Locales::problemWith(locale) : QString();
+    if (!problem.isEmpty())
+        findings.add("VT106", file.path, root.positionOf("locale"), problem);
     for (const auto &child : root.children) {
         if (child->name != "vidtip" && child->nameSpace == root.nameSpace)
             findings.add("VT104", file.path, child->position,

@@ -18,11 +18,6 @@ QStringList argumentList(int argc, char *argv[])
     return list;
 }
 
-bool isOneOf(const QString &argument, const QStringList &names)
-{
-    return names.contains(argument);
-}
-
 bool hasScreen()
 {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
@@ -90,11 +85,11 @@ int main(int argc, char *argv[])
     const QString name = arguments.value(1);
     if (name.isEmpty())
         return console.fail("a command is missing; see \"vidtips --help\"");
-    if (isOneOf(name, {"-h", "--help", "help"})) {
+    if (QStringList({"-h", "--help", "help"}).contains(name)) {
         console.write(table.overview(console));
         return console.finish(ExitFine);
     }
-    if (isOneOf(name, {"-v", "--version"})) {
+    if (QStringList({"-v", "--version"}).contains(name)) {
         console.writeLine("vidtips " VIDTIPS_VERSION);
         return console.finish(ExitFine);
     }

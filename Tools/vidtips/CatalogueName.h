@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QtCore/QString>
+
+/** How the files of translations are named. */
+namespace CatalogueName {
+
+/** The file for @p locale, built ("qm") or to be translated ("ts") as @p suffix says. */
+QString of(const QString &locale, const QString &suffix);
+
+/** The locale that the file @p fileName is for. */
+QString localeOf(const QString &fileName);
+
+} // namespace CatalogueName
