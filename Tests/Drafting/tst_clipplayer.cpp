@@ -18,8 +18,11 @@ private slots:
     void pausesWhenTheTipIsHidden_data();
     void pausesWhenTheTipIsHidden();
     void playsAgainWithTheNextTip();
+    void opensNoClipInAHiddenTip_data();
+    void opensNoClipInAHiddenTip();
 
 private:
+    VTVideoComponent *clip() const;
     VTVideoComponent *play();
 
     std::unique_ptr<TestSession> session;
@@ -40,21 +43,26 @@ void tst_ClipPlayer::cleanup()
     session.reset();
 }
 
+VTVideoComponent *tst_ClipPlayer::clip() const
+{
+    for (QGraphicsItem *item : session->view()->scene()->items()) {
+        if (auto *const video = qobject_cast<VTVideoComponent *>(item->toGraphicsObject()))
+            return video;
+    }
+    return nullptr;
+}
+
 // The item of a clip that plays; the tip opens small and grows at a click.
 VTVideoComponent *tst_ClipPlayer::play()
 {
     if (!session->host->show("draw.line", QPoint(10, 20), &command))
         return nullptr;
     QMetaObject::invokeMethod(session->view()->rootObject(), "expand");
-    VTVideoComponent *clip = nullptr;
-    for (QGraphicsItem *item : session->view()->scene()->items()) {
-        if (auto *const video = qobject_cast<VTVideoComponent *>(item->toGraphicsObject()))
-            clip = video;
-    }
+    VTVideoComponent *const video = clip();
     const auto plays = [=] {
-        return clip && clip->position() > 0 && clip->state() == VTVideoComponent::playingState;
+        return video && video->position() > 0 && video->state() == VTVideoComponent::playingState;
     };
-    return QTest::qWaitFor(plays, 30000) ? clip : nullptr;
+    return QTest::qWaitFor(plays, 30000) ? video : nullptr;
 }
 
 void tst_ClipPlayer::pausesWhenTheTipIsHidden_data()
@@ -83,6 +91,28 @@ void tst_ClipPlayer::playsAgainWithTheNextTip()
     QVERIFY(play());
     session->window()->hide();
     QVERIFY(play());
+}
+
+void tst_ClipPlayer::opensNoClipInAHiddenTip_data()
+{
+    pausesWhenTheTipIsHidden_data();
+}
+
+// A tip that is hidden before it grows must not grow later, where nobody sees what it decodes.
+void tst_ClipPlayer::opensNoClipInAHiddenTip()
+{
+    QFETCH(bool, atOnce);
+    QVERIFY(session->host->show("draw.line", QPoint(10, 20), &command));
+    QObject *const dwell = session->view()->rootObject()->findChild<QObject *>(QStringLiteral("dwell"));
+    QVERIFY(dwell);
+    QVERIFY(dwell->property("running").toBool());
+    if (atOnce)
+        session->window()->hide();
+    else
+        session->window()->hideAnimated();
+    QTRY_VERIFY(!dwell->property("running").toBool());
+    QCOMPARE(session->view()->rootObject()->property("state").toString(), QString());
+    QVERIFY(!clip());
 }
 
 QTEST_MAIN(tst_ClipPlayer)

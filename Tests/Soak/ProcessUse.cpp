@@ -51,7 +51,10 @@ double residentMebibytes()
     return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / mebibyte;
 }
 
-/** A connection of its own to the X server, so that asking changes nothing of what is counted. */
+/**
+ * A connection of its own to the X server, so that asking changes nothing of what is counted. There is one
+ * for all questions: libxcb keeps some memory of each connection that was closed.
+ */
 class ServerQuery
 {
 public:
@@ -63,6 +66,12 @@ public:
     }
     ~ServerQuery() { xcb_disconnect(m_connection); }
     Q_DISABLE_COPY(ServerQuery)
+
+    static ServerQuery &instance()
+    {
+        static ServerQuery query;
+        return query;
+    }
 
     void count(quint32 resource, ProcessUse *use)
     {
@@ -102,6 +111,12 @@ private:
 
 } // namespace
 
+void ProcessUse::prepare()
+{
+    mallopt(M_ARENA_MAX, 1);
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+}
+
 ProcessUse ProcessUse::now(QWidget *window)
 {
     malloc_trim(0);
@@ -111,6 +126,6 @@ ProcessUse ProcessUse::now(QWidget *window)
     use.threads = entries(QStringLiteral("/proc/self/task"));
     use.handles = entries(QStringLiteral("/proc/self/fd"));
     if (QGuiApplication::platformName() == QLatin1String("xcb"))
-        ServerQuery().count(quint32(window->winId()), &use);
+        ServerQuery::instance().count(quint32(window->winId()), &use);
     return use;
 }

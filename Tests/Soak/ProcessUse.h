@@ -15,6 +15,12 @@ struct ProcessUse
     int pixmaps = 0;
     int otherResources = 0;
 
+    /**
+     * Has malloc keep small blocks together and give large ones back at once, so that what is resident does
+     * not depend on which thread freed what. To be called before there are threads.
+     */
+    static void prepare();
+
     /** Gives free memory back to the system and measures; @p window is any of the process. */
     static ProcessUse now(QWidget *window);
 };

@@ -14,6 +14,12 @@ const char *verdict(bool isSteady)
 
 } // namespace
 
+Record::Record()
+{
+    // Samples of an hour and more, so that the record does not itself grow.
+    m_samples.reserve(1000);
+}
+
 void Record::add(double hours, const ProcessUse &use, int tips)
 {
     m_samples.append({hours, use, tips});

@@ -14,6 +14,8 @@ public:
     /** Memory may grow by so much at all in a run too short for a trend. */
     static constexpr double grossPercent = 25.0;
 
+    Record();
+
     /** Adds what was in use @p hours after the start, when @p tips had been shown. */
     void add(double hours, const ProcessUse &use, int tips);
 

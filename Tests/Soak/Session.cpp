@@ -2,24 +2,30 @@
 
 #include <Vidtips/VTManager.h>
 #include <Vidtips/VTView.h>
+#include <Vidtips/VTXmlElement.h>
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QPixmapCache>
 #include <QtGui/QScreen>
+#include <QtQuick/private/qquickpixmapcache_p.h>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QPushButton>
 
+#include <functional>
+
 using namespace Vidtips;
 
 namespace {
 
 constexpr int mostPinned = 4;
+constexpr int longestWait = 10000;
 const char seenClip[] = "seenClip";
 
 void letPass(int milliseconds)
@@ -29,6 +35,18 @@ void letPass(int milliseconds)
     loop.exec();
 }
 
+void waitUntil(const char *what, const std::function<bool()> &isSo)
+{
+    const QDeadlineTimer deadline(longestWait);
+    while (!isSo()) {
+        if (deadline.hasExpired()) {
+            qWarning("not within %d ms: %s", longestWait, what);
+            return;
+        }
+        letPass(5);
+    }
+}
+
 bool isPinned(const VTWidget *tip)
 {
     return tip->view() && tip->view()->reserved();
@@ -36,13 +54,14 @@ bool isPinned(const VTWidget *tip)
 
 } // namespace
 
-Session::Session(const QStringList &dataPaths, quint32 seed)
-    : m_random(seed)
-    , m_host(new SoakHost(m_settings, dataPaths, m_random))
+Session::Session(const QStringList &dataPaths, Life life, const QPoint &place, quint32 seed)
+    : m_life(life)
+    , m_random(seed)
+    , m_host(new SoakHost(m_settings, dataPaths, m_window, m_random))
 {
     makeCommands();
     setLanguage(QStringLiteral("en_US"));
-    m_window.move(100, 100);
+    m_window.move(place);
     m_window.show();
 }
 
@@ -108,24 +127,51 @@ void Session::rest()
         if (tip && isPinned(tip))
             tip->window()->close();
     }
+    if (m_life == Life::Short)
+        delete m_host->manager()->widget();
     setLanguage(QStringLiteral("en_US"));
     m_host->context().set(UseSimpleUserInterface, false);
     // The same tips each time, so that what is kept of the last ones is the same.
-    for (QWidget *command : {m_commands.last(), m_commands.at(1), m_commands.first()}) {
-        point(command);
-        letPass(30);
+    for (QWidget *command : {m_commands.at(1), m_commands.first()}) {
+        closeCurrent();
+        show(command);
     }
-    const QPointer<VTWidget> current = m_host->manager()->widget();
-    if (current)
-        current->hideAnimated();
-    // The user interface lets go of a clip a moment after its tip is closed.
+    closeCurrent();
+    // The user interface lets go of what a tip showed a moment after it is closed.
     letPass(600);
+    waitUntil("clips are closed", [this] { return videos().isEmpty(); });
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // Pictures that nobody shows any more are kept for a while.
     QPixmapCache::clear();
-    for (int i = 0; i < 2 && current && current->view(); ++i) {
+    QQuickPixmap::purgeCache();
+    const QPointer<VTWidget> current = m_host->manager()->widget();
+    for (int i = 0; i < 3 && current && current->view(); ++i) {
         current->view()->engine()->collectGarbage();
-        letPass(50);
+        letPass(20);
     }
+}
+
+void Session::show(QWidget *command)
+{
+    point(command);
+    waitUntil("a tip is shown", [&] {
+        const VTWidget *const tip = m_host->manager()->widget();
+        const VTXmlElement *const content = tip && tip->isVisible() ? tip->view()->content() : nullptr;
+        return content && content->attribute(QStringLiteral("key")) == command->objectName();
+    });
+}
+
+void Session::closeCurrent()
+{
+    // A pointer that stays on a command opens its tip again.
+    QCursor::setPos(0, 0);
+    const QPointer<VTWidget> current = m_host->manager()->widget();
+    waitUntil("the tip is hidden", [&] {
+        // It does not begin to fade out before it has faded in.
+        if (current)
+            current->hideAnimated();
+        return !current || !current->isVisible();
+    });
 }
 
 void Session::hover()
@@ -153,7 +199,7 @@ void Session::expand()
 void Session::pin()
 {
     const VTWidget *const tip = m_host->manager()->widget();
-    if (!tip || !tip->isVisible())
+    if (m_life == Life::Long || !tip || !tip->isVisible())
         return;
     int open = 0;
     for (const QPointer<VTWidget> &other : tips())
@@ -265,7 +311,8 @@ QList<QPointer<VTWidget>> Session::tips() const
     QList<QPointer<VTWidget>> tips;
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget *widget : widgets) {
-        if (auto *tip = qobject_cast<VTWidget *>(widget))
+        auto *const tip = qobject_cast<VTWidget *>(widget);
+        if (tip && tip->manager() == m_host->manager())
             tips.append(tip);
     }
     return tips;

@@ -12,8 +12,16 @@
 class Session
 {
 public:
-    /** Uses the packages of @p dataPaths; equal values of @p seed choose the same acts in the same order. */
-    Session(const QStringList &dataPaths, quint32 seed);
+    enum class Life {
+        Long, ///< no tip is pinned, so that all are shown by one window
+        Short ///< tips are pinned and closed
+    };
+
+    /**
+     * Uses the packages of @p dataPaths, and puts its window at @p place. Equal values of @p seed choose the
+     * same acts in the same order.
+     */
+    Session(const QStringList &dataPaths, Life life, const QPoint &place, quint32 seed);
     ~Session();
     Q_DISABLE_COPY(Session)
 
@@ -24,8 +32,10 @@ public:
     void rest();
 
     QWidget *window() { return &m_window; }
-    SoakHost &host() { return *m_host; }
+    SoakHost &host() const { return *m_host; }
     int acts() const { return m_acts; }
+    int shown() const { return m_host->shown(); }
+    int hidden() const { return m_host->hidden(); }
     int pinned() const { return m_pinned; }
     int clips() const { return m_clips; }
 
@@ -46,6 +56,8 @@ private:
 
     void point(QWidget *command);
     void callRoot(const char *function);
+    void show(QWidget *command);
+    void closeCurrent();
     void setLanguage(const QString &name);
     void countClips();
     QList<QPointer<Vidtips::VTWidget>> tips() const;
@@ -53,6 +65,7 @@ private:
     Vidtips::VTVideoComponent *anyVideo();
     int below(int bound) { return int(m_random() % quint32(bound)); }
 
+    const Life m_life;
     std::mt19937 m_random;
     QWidget m_window;
     QList<QWidget *> m_commands;

@@ -25,8 +25,10 @@ VTContext &filled(VTContext &context)
 
 } // namespace
 
-SoakHost::SoakHost(VTContext &context, const QStringList &dataPaths, std::mt19937 &random)
+SoakHost::SoakHost(VTContext &context, const QStringList &dataPaths, const QWidget &window,
+                   std::mt19937 &random)
     : VTInterface(filled(context), dataPaths, nullptr)
+    , m_window(window)
     , m_random(random)
 {
     // The walk over the packages reports what it does.
@@ -36,6 +38,12 @@ SoakHost::SoakHost(VTContext &context, const QStringList &dataPaths, std::mt1993
 SoakHost::~SoakHost()
 {
     delete manager()->index();
+}
+
+QString SoakHost::keyForObject(QObject *object)
+{
+    const auto *const widget = qobject_cast<QWidget *>(object);
+    return m_window.isAncestorOf(widget) ? VTInterface::keyForObject(object) : QString();
 }
 
 QWidget *SoakHost::createWindow(VTWindowType)

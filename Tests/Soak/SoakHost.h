@@ -10,11 +10,15 @@
 class SoakHost : public Vidtips::VTInterface
 {
 public:
-    /** Loads the packages of @p dataPaths; @p random is shared with whoever drives the host. */
-    SoakHost(VTContext &context, const QStringList &dataPaths, std::mt19937 &random);
+    /**
+     * Loads the packages of @p dataPaths, for the commands in @p window; @p random is shared with whoever
+     * drives the host.
+     */
+    SoakHost(VTContext &context, const QStringList &dataPaths, const QWidget &window, std::mt19937 &random);
     /** Deletes the index, which is the host's to delete. */
     ~SoakHost() override;
 
+    QString keyForObject(QObject *object) override;
     QWidget *createWindow(Vidtips::VTWindowType type) override;
     bool openExternalResource(Vidtips::VTExternalResourceType type, const QString &resource) override;
     void handleMessage(Vidtips::VTMessageType type, const QString &message) override;
@@ -26,6 +30,7 @@ public:
     QStringList takeMessages();
 
 private:
+    const QWidget &m_window;
     std::mt19937 &m_random;
     QStringList m_messages;
     int m_shown = 0;

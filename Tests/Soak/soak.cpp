@@ -1,4 +1,6 @@
-// Shows, works, pins and closes tips at random for a set time, and tells what that leaves behind.
+// Shows, works, pins and closes tips at random for a set time, and tells what that leaves behind. Two hosts
+// share the process: one whose tips are all shown by the same window, and one whose tips are pinned and
+// closed.
 
 #include "Record.h"
 #include "Session.h"
@@ -9,10 +11,13 @@
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <numeric>
 
 namespace {
 
+constexpr int actsInTurn = 20;
 constexpr double millisecondsPerHour = 3600.0 * 1000.0;
 
 struct Options
@@ -62,28 +67,46 @@ void countProblems(QtMsgType type, const QMessageLogContext &context, const QStr
     std::fprintf(stderr, "%s\n", qPrintable(text));
 }
 
-void takeMessages(Session &session)
+using Sessions = std::array<Session *, 2>;
+
+void takeMessages(const Session *session)
 {
-    const QStringList messages = session.host().takeMessages();
+    const QStringList messages = session->host().takeMessages();
     for (const QString &message : messages)
         std::fprintf(stderr, "%s\n", qPrintable(message));
     problems += messages.size();
 }
 
-void run(Session &session, const Options &options, Record &record)
+int total(const Sessions &sessions, int (Session::*count)() const)
 {
-    // The first sixth of the time fills caches; a sample takes about a second.
+    return std::accumulate(sessions.begin(), sessions.end(), 0,
+                           [=](int sum, const Session *session) { return sum + (session->*count)(); });
+}
+
+void actFor(Session &session, int acts)
+{
+    while (acts-- > 0)
+        session.act();
+}
+
+void run(const Sessions &sessions, const Options &options, Record &record)
+{
+    // The first sixth of the time fills caches; a sample takes about two seconds.
     const qint64 whole = qint64(options.seconds * 1000.0);
     const qint64 interval = std::clamp<qint64>(whole / 12, 1500, 5000);
     QElapsedTimer timer;
     timer.start();
     for (qint64 next = interval; timer.elapsed() < whole; next = timer.elapsed() + interval) {
-        while (timer.elapsed() < next)
-            session.act();
-        takeMessages(session);
-        session.rest();
-        record.add(double(timer.elapsed()) / millisecondsPerHour, ProcessUse::now(session.window()),
-                   session.host().shown());
+        while (timer.elapsed() < next) {
+            for (Session *session : sessions)
+                actFor(*session, actsInTurn);
+        }
+        for (Session *session : sessions) {
+            takeMessages(session);
+            session->rest();
+        }
+        record.add(double(timer.elapsed()) / millisecondsPerHour, ProcessUse::now(sessions.front()->window()),
+                   total(sessions, &Session::shown));
     }
     record.forgetBefore(double(whole) / 6.0 / millisecondsPerHour);
 }
@@ -92,6 +115,7 @@ void run(Session &session, const Options &options, Record &record)
 
 int main(int argc, char **argv)
 {
+    ProcessUse::prepare();
     QApplication application(argc, argv);
     qInstallMessageHandler(&countProblems);
     const Options options = optionsOf(application);
@@ -99,14 +123,18 @@ int main(int argc, char **argv)
     std::fflush(stdout);
     bool isSteady = false;
     {
-        Session session(options.dataPaths, options.seed);
+        Session lasting(options.dataPaths, Session::Life::Long, QPoint(100, 60), options.seed);
+        Session passing(options.dataPaths, Session::Life::Short, QPoint(100, 460), options.seed + 1);
+        const Sessions sessions{&lasting, &passing};
         Record record;
-        run(session, options, record);
+        run(sessions, options, record);
         record.printTable();
-        std::printf("%d acts: %d tips shown, %d hidden, %d pinned; %d clips opened\n", session.acts(),
-                    session.host().shown(), session.host().hidden(), session.pinned(), session.clips());
+        std::printf("%d acts: %d tips shown, %d hidden, %d pinned; %d clips opened\n",
+                    total(sessions, &Session::acts), total(sessions, &Session::shown),
+                    total(sessions, &Session::hidden), total(sessions, &Session::pinned),
+                    total(sessions, &Session::clips));
         isSteady = record.judge(options.gross);
-        takeMessages(session);
+        std::for_each(sessions.begin(), sessions.end(), &takeMessages);
     }
     std::printf("messages           %d: %s\n", problems, problems ? "see above" : "none");
     return isSteady && problems == 0 ? 0 : 1;

@@ -95,8 +95,13 @@ Rectangle {
 
     Timer {
         id: dwell
+        objectName: "dwell"
         interval: 900
-        onTriggered: root.expand()
+        // A window that is hidden sooner says nothing if its tip is still small.
+        onTriggered: {
+            if (vidTipView.visible)
+                root.expand();
+        }
     }
 
     // A clip's pictures are not kept for a tip that is closed or small, but ending a clip takes a moment, which
