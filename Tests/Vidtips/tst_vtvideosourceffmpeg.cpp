@@ -8,6 +8,7 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMutex>
+#include <QtCore/QPointer>
 #include <QtCore/QSemaphore>
 #include <QtCore/QtMath>
 #include <QtTest/QTest>
@@ -430,17 +431,17 @@ void tst_VTVideoSourceFFMPEG::failures()
 // Whoever takes the message may wait for another thread that uses the source.
 void tst_VTVideoSourceFFMPEG::failureIsReportedUnlocked()
 {
-    static Source *reporter = nullptr;
-    Source source;
-    reporter = &source;
+    static QPointer<VTVideoSource> reporter;
+    const auto source = std::make_unique<Source>();
+    reporter = source.get();
     const QtMessageHandler before =
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
             std::thread([] { reporter->changeSetPosition(0); }).join();
             reporter->setObjectName("reported");
         });
-    QVERIFY(!source.load(TestClips::empty()));
+    QVERIFY(!source->load(TestClips::empty()));
     qInstallMessageHandler(before);
-    QCOMPARE(source.objectName(), QString("reported"));
+    QCOMPARE(source->objectName(), QString("reported"));
 }
 
 // A receiver may wait for another thread that uses the source.
