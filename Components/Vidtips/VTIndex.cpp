@@ -96,7 +96,7 @@ int depthByCanonicalPath(const QString &controlFile, const QString &package)
     for (int depth = 0;; ++depth) {
         if (directory.canonicalPath() == target)
             return depth;
-        if (!directory.cdUp())
+        if (directory.isRoot() || !directory.cdUp())
             return outsidePackage;
     }
 }
@@ -265,6 +265,7 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (record.rulesOut(content, key) || record.isOfOtherLocale(content, locale))
         return nullptr;
     QBuffer buffer(&content.bytes);
+    buffer.open(QIODevice::ReadOnly);
     const Parsed parsed = parse(buffer, &contentFilter, key);
     if (parsed.isComplete)
         record.remember(content, localeOf(parsed.root));
@@ -421,7 +422,7 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
 {
     Q_UNUSED(controlFile)
     const QString keyDataFile = context().get(KeyDataFile, QString()).toString();
-    if (key.isEmpty() || !element)
+    if (key.isEmpty() || !element || keyDataFile.isEmpty())
         return;
     const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, &keyDataFilter, key));
     const auto *data = root ? qobject_cast<VTXmlElement *>(root->children().value(0)) : nullptr;

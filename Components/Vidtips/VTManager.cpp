@@ -375,7 +375,9 @@ QString VTManager::translateString(const QString &text, const QString &context)
     if (!d->translator)
         d->translator = new QTranslator(this);
     if (path != d->cataloguePath) {
-        if (!QFileInfo(path).isFile() || !d->translator->load(path)) {
+        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder)
+            && QFileInfo(path).isFile();
+        if (!found || !d->translator->load(path)) {
             d->cataloguePath.clear();
             return text;
         }

@@ -64,6 +64,7 @@ void VTVideoSource::Private::dropCache()
 {
     if (!caches.values().contains(cache))
         delete cache;
+    cache = nullptr;
 }
 
 VTVideoSource::VTVideoSource(QObject *parent)

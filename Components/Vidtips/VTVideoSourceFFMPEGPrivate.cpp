@@ -112,6 +112,7 @@ const char *VTVideoSourceFFMPEGPrivate::openDecoder()
     codecContext = avcodec_alloc_context3(codec);
     if (!codecContext || avcodec_parameters_to_context(codecContext, stream->codecpar) < 0)
         return cannotOpenCodec;
+    codecContext->pkt_timebase = stream->time_base;
     codecContext->framerate = av_guess_frame_rate(formatContext, stream, nullptr);
     // As many threads as there are cores.
     codecContext->thread_count = 0;
@@ -179,6 +180,8 @@ void VTVideoSourceFFMPEGPrivate::release()
     av_frame_free(&rgbFrame);
     av_frame_free(&frame);
     avcodec_free_context(&codecContext);
+    codec = nullptr;
+    stream = nullptr;
     avformat_close_input(&formatContext);
     image = VTVideoFrame();
 }
