@@ -5,6 +5,8 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsScene>
 
+#include <memory>
+
 using namespace Vidtips;
 
 /** Plays a clip in the user interface that the example ships. */
@@ -35,7 +37,7 @@ void tst_ClipPlayer::init()
     context.set(KeyDataFile, QStringLiteral(CONTENT_DIR "/Keys.xml"));
     context.set(HideDuration, 0);
     context.set(IdleInterval, 0);
-    session.reset(new TestSession({QStringLiteral(CONTENT_DIR "/Base")}, context));
+    session = std::make_unique<TestSession>(QStringList{QStringLiteral(CONTENT_DIR "/Base")}, context);
 }
 
 void tst_ClipPlayer::cleanup()

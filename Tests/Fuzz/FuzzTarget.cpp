@@ -20,7 +20,7 @@ char *arguments[] = {programName, nullptr};
 QString writeFuzzFile(const QString &relativePath, const QByteArray &content)
 {
     static const QTemporaryDir folder;
-    const QString path = QFileInfo(folder.path()).canonicalFilePath() + QLatin1Char('/') + relativePath;
+    QString path = QFileInfo(folder.path()).canonicalFilePath() + QLatin1Char('/') + relativePath;
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         QDir().mkpath(QFileInfo(path).path());

@@ -17,7 +17,7 @@ void writePicture()
 
 void fuzz(const QByteArray &input)
 {
-    FuzzScene &scene = theOne<FuzzScene>("BorderImage { }");
+    auto &scene = theOne<FuzzScene>("BorderImage { }");
     static const bool hasPicture = (writePicture(), true);
     Q_UNUSED(hasPicture)
     QObject *const image = scene.item();

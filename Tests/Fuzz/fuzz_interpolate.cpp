@@ -81,9 +81,9 @@ Properties takeProperties(FuzzInput *input)
 
 void fuzz(const QByteArray &input)
 {
-    VTContext &settings = theOne<VTContext>();
-    VTIndex &index = theOne<VTIndex>(&settings, QStringList());
-    const VTInterface &host = theOne<VTInterface>(settings, QStringList(), &index);
+    auto &settings = theOne<VTContext>();
+    auto &index = theOne<VTIndex>(&settings, QStringList());
+    const auto &host = theOne<VTInterface>(settings, QStringList(), &index);
     FuzzInput rest(input);
     const Properties properties = takeProperties(&rest);
     const QString text = QString::fromUtf8(rest.rest());

@@ -34,7 +34,7 @@ void configure(QObject *text, FuzzInput *input)
 
 void fuzz(const QByteArray &input)
 {
-    FuzzScene &scene = theOne<FuzzScene>("Text { }");
+    auto &scene = theOne<FuzzScene>("Text { }");
     QObject *const text = scene.item();
     FuzzInput rest(input);
     configure(text, &rest);

@@ -72,7 +72,7 @@ void checkPositions(const QObject *item)
 
 void fuzz(const QByteArray &input)
 {
-    FuzzScene &scene = theOne<FuzzScene>("TextInput { width: 100; height: 30; focus: true }");
+    auto &scene = theOne<FuzzScene>("TextInput { width: 100; height: 30; focus: true }");
     QObject *const item = scene.item();
     FuzzInput rest(input);
     item->setProperty("inputMask", QString());

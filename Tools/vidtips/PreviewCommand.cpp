@@ -75,7 +75,7 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     if (!request.settings.keyData.isEmpty() && !QFileInfo(request.settings.keyData).isFile())
         return QString("the key data cannot be read: %1").arg(request.settings.keyData);
     const QString &locale = request.settings.locale;
-    const QString problem = locale.isEmpty() ? QString() : Locales::problemWith(locale);
+    QString problem = locale.isEmpty() ? QString() : Locales::problemWith(locale);
     if (!problem.isEmpty())
         return problem;
     return readProperties(arguments.values("set"), request.settings.properties);
