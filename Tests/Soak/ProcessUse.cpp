@@ -86,6 +86,7 @@ public:
                 : name == "PIXMAP"              ? &use->pixmaps
                                                 : &use->otherResources;
             *total += int(type.data->count);
+            use->resources[name] += int(type.data->count);
         }
     }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtCore/QtGlobal>
+#include <QtCore/QByteArray>
+#include <QtCore/QMap>
 
 class QWidget;
 
@@ -14,6 +15,7 @@ struct ProcessUse
     int windows = 0; ///< of the X server, like the two below; 0 on another platform
     int pixmaps = 0;
     int otherResources = 0;
+    QMap<QByteArray, int> resources; ///< how many of each type the three above are, by the server's names
 
     /**
      * Has malloc keep small blocks together and give large ones back at once, so that what is resident does

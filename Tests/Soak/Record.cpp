@@ -57,7 +57,24 @@ bool Record::judge(bool gross) const
     isSteady &= judgeCount("windows", &ProcessUse::windows);
     isSteady &= judgeCount("pixmaps", &ProcessUse::pixmaps);
     isSteady &= judgeCount("other X resources", &ProcessUse::otherResources);
+    printWhatGrew();
     return isSteady;
+}
+
+void Record::printWhatGrew() const
+{
+    QMap<QByteArray, int> highest[2];
+    for (int i = 0; i < m_samples.size(); ++i) {
+        QMap<QByteArray, int> &half = highest[isInFirstHalf(i) ? 0 : 1];
+        const QMap<QByteArray, int> &resources = m_samples.at(i).use.resources;
+        for (auto type = resources.cbegin(); type != resources.cend(); ++type)
+            half[type.key()] = std::max(half.value(type.key()), type.value());
+    }
+    for (auto type = highest[1].cbegin(); type != highest[1].cend(); ++type) {
+        const int before = highest[0].value(type.key());
+        if (type.value() > before)
+            std::printf("  X resource %s: %d, then %d\n", type.key().constData(), before, type.value());
+    }
 }
 
 QVector<double> Record::times() const
@@ -96,7 +113,7 @@ bool Record::judgeCount(const char *name, int ProcessUse::*member) const
 {
     int highest[] = {0, 0};
     for (int i = 0; i < m_samples.size(); ++i) {
-        int &half = highest[i >= (m_samples.size() + 1) / 2];
+        int &half = highest[isInFirstHalf(i) ? 0 : 1];
         half = std::max(half, m_samples.at(i).use.*member);
     }
     const bool isSteady = highest[1] <= highest[0];

@@ -43,6 +43,8 @@ private:
     QVector<double> times() const;
     bool judgeMemory(const char *name, double ProcessUse::*member, bool gross) const;
     bool judgeCount(const char *name, int ProcessUse::*member) const;
+    bool isInFirstHalf(int sample) const { return sample < (m_samples.size() + 1) / 2; }
+    void printWhatGrew() const;
 
     QVector<Sample> m_samples;
 };

@@ -81,6 +81,8 @@ void Session::makeCommands()
             continue;
         auto *const command = new QPushButton(key, &m_window);
         command->setObjectName(key);
+        // Qt keeps every cursor once it was needed, and this one is also that of the tips' buttons.
+        command->setCursor(Qt::PointingHandCursor);
         layout->addWidget(command, m_commands.size() / 5, m_commands.size() % 5);
         m_commands.append(command);
     }
@@ -181,8 +183,10 @@ void Session::hover()
 
 void Session::wander()
 {
-    const QSize screen = QGuiApplication::primaryScreen()->size();
-    QCursor::setPos(below(screen.width()), below(screen.height()));
+    const VTWidget *const tip = m_host->manager()->widget();
+    const bool isWithinTip = tip && tip->isVisible() && below(2) == 0;
+    const QRect area = isWithinTip ? tip->window()->geometry() : QGuiApplication::primaryScreen()->geometry();
+    QCursor::setPos(area.left() + below(area.width()), area.top() + below(area.height()));
 }
 
 void Session::click()

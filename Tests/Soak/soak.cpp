@@ -92,7 +92,7 @@ void actFor(Session &session, int acts)
 void run(const Sessions &sessions, const Options &options, Record &record)
 {
     // The first sixth of the time fills caches; a sample takes about two seconds.
-    const qint64 whole = qint64(options.seconds * 1000.0);
+    const auto whole = qint64(options.seconds * 1000.0);
     const qint64 interval = std::clamp<qint64>(whole / 12, 1500, 5000);
     QElapsedTimer timer;
     timer.start();
