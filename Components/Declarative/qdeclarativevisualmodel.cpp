@@ -10,6 +10,9 @@
 #include <QtQml/qqml.h>
 #include <QtWidgets/QGraphicsScene>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 /** Returns the model that @p part is a part of, or null. */
@@ -55,10 +58,11 @@ void QDeclarativeVisualModel::watch(QGraphicsItem *container)
         QDeclarativeItemPrivate::get(watched)->addChangeListener(this, DestroyedChange);
 }
 
-void QDeclarativeVisualModel::itemDestroyed(QDeclarativeItem *)
+void QDeclarativeVisualModel::itemDestroyed(QDeclarativeItem *container)
 {
     watched = nullptr;
     dispose();
+    partWithLent(container);
 }
 
 void QDeclarativeVisualModel::dispose()
@@ -70,6 +74,31 @@ void QDeclarativeVisualModel::dispose()
     const auto left = std::exchange(borrowed, {});
     for (const QPointer<QGraphicsObject> &item : left)
         releaseItem(item);
+}
+
+/** Remembers an item that is still in use elsewhere, and stands where we put it. */
+void QDeclarativeVisualModel::lend(QGraphicsObject *item)
+{
+    const QGraphicsItem *const place = item->parentItem();
+    const auto isElsewhere = [=](const QPointer<QGraphicsObject> &one) {
+        return !one || one->parentItem() != place;
+    };
+    lent.erase(std::remove_if(lent.begin(), lent.end(), isElsewhere), lent.end());
+    if (place && !lent.contains(item))
+        lent.append(item);
+}
+
+/** Keeps items that others have not given back yet from going with their parent. */
+void QDeclarativeVisualModel::partWithLent(const QGraphicsItem *container)
+{
+    const auto left = std::exchange(lent, {});
+    for (const QPointer<QGraphicsObject> &item : left) {
+        if (!item || item->parentItem() != container)
+            continue;
+        item->setParentItem(nullptr);
+        if (item->scene())
+            item->scene()->removeItem(item);
+    }
 }
 
 void QDeclarativeVisualModel::componentComplete()
@@ -192,8 +221,10 @@ bool QDeclarativeVisualModel::releaseItem(QGraphicsObject *item)
         return true;
     const QPointer<QGraphicsObject> guard(item);
     borrowed.removeOne(guard);
-    if (items && items->release(item) & QQmlInstanceModel::Referenced)
+    if (items && items->release(item) & QQmlInstanceModel::Referenced) {
+        lend(item);
         return false;
+    }
     if (!guard)
         return true;
     // Until it is destroyed it would stand in the scene, and without a parent at the scene's top.

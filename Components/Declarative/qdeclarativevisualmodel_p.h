@@ -78,6 +78,8 @@ private:
     void initItem(int index, QObject *);
     void watch(QGraphicsItem *container);
     void dispose();
+    void lend(QGraphicsObject *);
+    void partWithLent(const QGraphicsItem *container);
     void itemDestroyed(QDeclarativeItem *) override;
 
     QDeclarativeItem *const view;
@@ -87,6 +89,7 @@ private:
     QGraphicsItem *container = nullptr; ///< of the item that is being made
     QDeclarativeItem *watched = nullptr; ///< the container of the items that are out
     QVector<QPointer<QGraphicsObject>> borrowed; ///< items of a model that is not ours
+    QVector<QPointer<QGraphicsObject>> lent; ///< items given back, which others keep in our container
     bool isOwn = false;
     bool isComplete = false;
 };
