@@ -64,15 +64,16 @@ public:
         }
         VTVideoSourceFFMPEG::changeSetAction(action);
     }
+    // Not shared copies: the race run does not see the count of references that these are told apart by.
     QVector<int> actions() const
     {
         const QMutexLocker locker(&m_lock);
-        return m_actions;
+        return {m_actions.cbegin(), m_actions.cend()};
     }
     QVector<qint64> times() const
     {
         const QMutexLocker locker(&m_lock);
-        return m_times;
+        return {m_times.cbegin(), m_times.cend()};
     }
     using VTVideoSourceFFMPEG::insertCache;
     using VTVideoSourceFFMPEG::loadSource;
