@@ -142,7 +142,7 @@ void QDeclarativeVisualDataModel::takeMoves()
 void QDeclarativeVisualDataModel::moveRows(const QModelIndex &source, int first, int last,
                                            const QModelIndex &target, int before)
 {
-    const QModelIndex root = rootIndex().value<QModelIndex>();
+    const auto root = rootIndex().value<QModelIndex>();
     const int count = last - first + 1;
     const int to = first > before ? before : before - count;
     const bool isWithin = source == root && target == root;

@@ -22,8 +22,8 @@ namespace {
 
 using Properties = QMap<QString, QVariant>;
 
-constexpr int maximumSteps = 1000;
-constexpr int maximumLength = 100000;
+constexpr int maximumSteps = 300;
+constexpr int maximumLength = 10000;
 
 bool isNameCharacter(QChar character)
 {

@@ -33,7 +33,7 @@ public:
     }
     QString keyForObject(QObject *object) override
     {
-        const QString key = object->objectName();
+        QString key = object->objectName();
         call("keyForObject");
         return key;
     }
