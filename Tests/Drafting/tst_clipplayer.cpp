@@ -105,7 +105,7 @@ void tst_ClipPlayer::opensNoClipInAHiddenTip()
 {
     QFETCH(bool, atOnce);
     QVERIFY(session->host->show("draw.line", QPoint(10, 20), &command));
-    QObject *const dwell = session->view()->rootObject()->findChild<QObject *>(QStringLiteral("dwell"));
+    auto *const dwell = session->view()->rootObject()->findChild<QObject *>(QStringLiteral("dwell"));
     QVERIFY(dwell);
     QVERIFY(dwell->property("running").toBool());
     if (atOnce)
