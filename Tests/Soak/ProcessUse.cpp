@@ -51,6 +51,19 @@ double residentMebibytes()
     return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / mebibyte;
 }
 
+QVector<QByteArray> &types()
+{
+    static QVector<QByteArray> names;
+    return names;
+}
+
+std::size_t indexOfType(const QByteArray &name)
+{
+    if (!types().contains(name))
+        types().append(name);
+    return std::size_t(types().indexOf(name));
+}
+
 /**
  * A connection of its own to the X server, so that asking changes nothing of what is counted. There is one
  * for all questions: libxcb keeps some memory of each connection that was closed.
@@ -86,7 +99,7 @@ public:
                 : name == "PIXMAP"              ? &use->pixmaps
                                                 : &use->otherResources;
             *total += int(type.data->count);
-            use->resources[name] += int(type.data->count);
+            use->resources.at(indexOfType(name)) += int(type.data->count);
         }
     }
 
@@ -116,6 +129,11 @@ void ProcessUse::prepare()
 {
     mallopt(M_ARENA_MAX, 1);
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+}
+
+const QVector<QByteArray> &ProcessUse::resourceTypes()
+{
+    return types();
 }
 
 ProcessUse ProcessUse::now(QWidget *window)

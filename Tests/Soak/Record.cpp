@@ -63,17 +63,15 @@ bool Record::judge(bool gross) const
 
 void Record::printWhatGrew() const
 {
-    QMap<QByteArray, int> highest[2];
-    for (int i = 0; i < m_samples.size(); ++i) {
-        QMap<QByteArray, int> &half = highest[isInFirstHalf(i) ? 0 : 1];
-        const QMap<QByteArray, int> &resources = m_samples.at(i).use.resources;
-        for (auto type = resources.cbegin(); type != resources.cend(); ++type)
-            half[type.key()] = std::max(half.value(type.key()), type.value());
-    }
-    for (auto type = highest[1].cbegin(); type != highest[1].cend(); ++type) {
-        const int before = highest[0].value(type.key());
-        if (type.value() > before)
-            std::printf("  X resource %s: %d, then %d\n", type.key().constData(), before, type.value());
+    const QVector<QByteArray> &types = ProcessUse::resourceTypes();
+    for (int type = 0; type < types.size(); ++type) {
+        int highest[] = {0, 0};
+        for (int i = 0; i < m_samples.size(); ++i) {
+            int &half = highest[isInFirstHalf(i) ? 0 : 1];
+            half = std::max(half, m_samples.at(i).use.resources.at(std::size_t(type)));
+        }
+        if (highest[1] > highest[0])
+            std::printf("  X resource %s: %d, then %d\n", types.at(type).constData(), highest[0], highest[1]);
     }
 }
 
