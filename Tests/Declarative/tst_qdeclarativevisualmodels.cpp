@@ -79,6 +79,7 @@ private slots:
     void packagesAreReported();
     void movesRowsOfWhichSomeHaveItems_data();
     void movesRowsOfWhichSomeHaveItems();
+    void itemsOutliveAViewThatPassedThem();
 
 private:
     static bool load(WatchedScene &scene, const QByteArray &body, const QVariant &model)
@@ -457,6 +458,32 @@ void tst_QDeclarativeVisualModels::movesRowsOfWhichSomeHaveItems()
                         "all.join(' ')")
               .toString(),
           "order");
+}
+
+// A view takes the items of rows that it passes, also those that another view shows.
+void tst_QDeclarativeVisualModels::itemsOutliveAViewThatPassedThem()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root; width: 100; height: 100
+        property int alive
+        VisualDataModel {
+            id: visual; model: 8
+            delegate: Item { property int row: index; width: 10; height: 20
+                Component.onCompleted: ++root.alive; Component.onDestruction: --root.alive }
+        }
+        Loader { id: passing; sourceComponent: ListView { width: 10; height: 19; model: visual; currentIndex: -1 } }
+        ListView { id: lasting; width: 10; height: 19; model: visual; contentY: 60; currentIndex: -1 }
+    })"));
+    for (int y = 0; y <= 140; y += 10)
+        scene.evaluate("passing.item.contentY = " + QByteArray::number(y));
+    QTRY_COMPARE(scene.value("alive").toInt(), 2);
+    scene.evaluate("passing.sourceComponent = undefined");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(scene.value("alive").toInt(), 1);
+    scene.evaluate("lasting.contentY = 0; lasting.contentY = 60");
+    QTRY_COMPARE(scene.evaluate("lasting.contentItem.children[0].row").toInt(), 3);
+    QTRY_COMPARE(scene.value("alive").toInt(), 1);
 }
 
 QTEST_MAIN(tst_QDeclarativeVisualModels)
