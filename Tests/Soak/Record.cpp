@@ -65,14 +65,21 @@ void Record::printWhatGrew() const
 {
     const QVector<QByteArray> &types = ProcessUse::resourceTypes();
     for (int type = 0; type < types.size(); ++type) {
-        int highest[] = {0, 0};
-        for (int i = 0; i < m_samples.size(); ++i) {
-            int &half = highest[isInFirstHalf(i) ? 0 : 1];
-            half = std::max(half, m_samples.at(i).use.resources.at(std::size_t(type)));
-        }
-        if (highest[1] > highest[0])
-            std::printf("  X resource %s: %d, then %d\n", types.at(type).constData(), highest[0], highest[1]);
+        const auto countOf = [type](const ProcessUse &use) { return use.resources.at(std::size_t(type)); };
+        const auto [first, second] = highestInHalves(countOf);
+        if (second > first)
+            std::printf("  X resource %s: %d, then %d\n", types.at(type).constData(), first, second);
     }
+}
+
+std::pair<int, int> Record::highestInHalves(const std::function<int(const ProcessUse &)> &count) const
+{
+    std::pair<int, int> highest;
+    for (int i = 0; i < m_samples.size(); ++i) {
+        int &half = i < (m_samples.size() + 1) / 2 ? highest.first : highest.second;
+        half = std::max(half, count(m_samples.at(i).use));
+    }
+    return highest;
 }
 
 QVector<double> Record::times() const
@@ -109,13 +116,9 @@ bool Record::judgeMemory(const char *name, double ProcessUse::*member, bool gros
 
 bool Record::judgeCount(const char *name, int ProcessUse::*member) const
 {
-    int highest[] = {0, 0};
-    for (int i = 0; i < m_samples.size(); ++i) {
-        int &half = highest[isInFirstHalf(i) ? 0 : 1];
-        half = std::max(half, m_samples.at(i).use.*member);
-    }
-    const bool isSteady = highest[1] <= highest[0];
-    std::printf("%-18s at most %d in the first half, %d in the second: %s\n", name, highest[0], highest[1],
+    const auto [first, second] = highestInHalves([member](const ProcessUse &use) { return use.*member; });
+    const bool isSteady = second <= first;
+    std::printf("%-18s at most %d in the first half, %d in the second: %s\n", name, first, second,
                 verdict(isSteady));
     return isSteady;
 }

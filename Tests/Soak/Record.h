@@ -5,6 +5,9 @@
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
+#include <functional>
+#include <utility>
+
 /** What a soak has measured over time, and what that says. */
 class Record
 {
@@ -43,7 +46,7 @@ private:
     QVector<double> times() const;
     bool judgeMemory(const char *name, double ProcessUse::*member, bool gross) const;
     bool judgeCount(const char *name, int ProcessUse::*member) const;
-    bool isInFirstHalf(int sample) const { return sample < (m_samples.size() + 1) / 2; }
+    std::pair<int, int> highestInHalves(const std::function<int(const ProcessUse &)> &count) const;
     void printWhatGrew() const;
 
     QVector<Sample> m_samples;
