@@ -9,6 +9,8 @@
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
 
+#include <algorithm>
+
 QT_WARNING_DISABLE_DEPRECATED
 
 namespace Vidtips {
@@ -73,6 +75,21 @@ int flagsForChildren(int flags)
     return VTXmlParser::GenerateElement;
 }
 
+// Returns the name that two of the attributes have, or a null string. The reader lets such an element pass,
+// and whoever asks it for the attribute may get either value.
+QString repeatedName(const QXmlAttributes &atts)
+{
+    if (atts.length() < 2)
+        return {};
+    QStringList names;
+    names.reserve(atts.length());
+    for (int i = 0; i < atts.length(); ++i)
+        names.append(atts.qName(i));
+    std::sort(names.begin(), names.end());
+    const auto repeated = std::adjacent_find(names.cbegin(), names.cend());
+    return repeated == names.cend() ? QString() : *repeated;
+}
+
 bool writeAttributes(QObject *object, const QXmlAttributes &atts, const QMessageLogger &logger)
 {
     const QMetaObject *meta = object->metaObject();
@@ -132,6 +149,7 @@ struct VIDTIPS_NO_EXPORT VTXmlParser::Private
     QVector<QPointer<QObject>> detached;
     ShouldGenerateElementFunction filter = nullptr;
     void *userData = nullptr;
+    QString error;
     int flags = GenerateElement;
     bool inProlog = false;
 };
@@ -198,6 +216,7 @@ QList<QObject *> VTXmlParser::read(const QXmlInputSource *source)
     d->flags = GenerateElement;
     d->openElements.clear();
     d->detached.clear();
+    d->error.clear();
     if (!source)
         return {};
 
@@ -241,6 +260,11 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
     d->inProlog = false;
     if (d->openElements.size() > maximumDepth) {
         report(logger, QStringLiteral("Elements are nested too deep: %1").arg(localName));
+        return false;
+    }
+    const QString repeated = repeatedName(atts);
+    if (!repeated.isNull()) {
+        d->error = QStringLiteral("attribute '%1' redefined").arg(repeated);
         return false;
     }
     if (d->flags & SkipSubtree) {
@@ -296,10 +320,12 @@ bool VTXmlParser::ignorableWhitespace(const QString &text)
 
 bool VTXmlParser::fatalError(const QXmlParseException &exception)
 {
+    // The reader only knows that its handler ended the parse.
+    const QString message = d->error.isEmpty() ? exception.message() : d->error;
     qDebug().noquote() << QStringLiteral("Fatal error at %1,%2 : %3")
                               .arg(exception.lineNumber())
                               .arg(exception.columnNumber())
-                              .arg(exception.message());
+                              .arg(message);
     return false;
 }
 

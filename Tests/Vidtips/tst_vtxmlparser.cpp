@@ -110,6 +110,8 @@ private slots:
     void missingObjectStops_data();
     void missingObjectStops();
     void malformedDocumentKeepsThePartialTree();
+    void repeatedAttributeIsMalformed_data();
+    void repeatedAttributeIsMalformed();
     void emptyInputYieldsNothing();
     void nullSourceYieldsNothing();
     void handlersSurviveWithoutADocument();
@@ -444,6 +446,36 @@ void tst_VTXmlParser::malformedDocumentKeepsThePartialTree()
     QCOMPARE(messages.at(0).text, QStringLiteral("Fatal error at 2,11 : tag mismatch"));
     QCOMPARE(messages.at(0).type, QtDebugMsg);
     QVERIFY(messages.at(0).function.contains("VTXmlParser::fatalError(const QXmlParseException"));
+}
+
+void tst_VTXmlParser::repeatedAttributeIsMalformed_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("partialTree");
+    QTest::newRow("made") << QByteArray("<a><b/><c x='1' y='2' x='3'/></a>") << "<a>\n  <b/>\n</a>";
+    QTest::newRow("skipped") << QByteArray("<a><skip x='1' y='2' x='3'/><b/></a>") << "<a/>";
+    QTest::newRow("in a skipped tree")
+        << QByteArray("<a><skip><c x='1' y='2' x='3'/></skip><b/></a>") << "<a/>";
+}
+
+void tst_VTXmlParser::repeatedAttributeIsMalformed()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QString, partialTree);
+    Flags flags{{"skip", 12}};
+    VTXmlParser parser(&flagsFromMap, &flags);
+    MessageRecorder recorder;
+    const auto root = readRoot(parser, document);
+    QVERIFY(root);
+    QCOMPARE(root->toXml(), partialTree);
+    QCOMPARE(recorder.texts().size(), 1);
+    QVERIFY(recorder.texts().constFirst().startsWith(QStringLiteral("Fatal error at 1,")));
+    QVERIFY(recorder.texts().constFirst().endsWith(QStringLiteral(" : attribute 'x' redefined")));
+
+    const auto next = readRoot(parser, "<a x='1' y:x='2'/>");
+    QVERIFY(next);
+    QCOMPARE(next->attributeNames(), (QStringList{"x", "y:x"}));
+    QCOMPARE(recorder.texts().size(), 1);
 }
 
 void tst_VTXmlParser::emptyInputYieldsNothing()
