@@ -140,7 +140,15 @@ int keyDataFilter(const QString &qName, const QXmlAttributes &atts, void *userDa
     return qName == QLatin1String("vidtipkeys") ? VTXmlParser::GenerateElement : skipTree;
 }
 
-using Filter = VTXmlParser::ShouldGenerateElementFunction;
+/** What is read of a kind of file. */
+struct Format
+{
+    const char *documentElement;
+    VTXmlParser::ShouldGenerateElementFunction filter;
+};
+constexpr Format indexFormat{"vidtips", &VTIndex::indexDataShouldGenerateElement};
+constexpr Format contentFormat{"vidtips", &contentFilter};
+constexpr Format keyDataFormat{"vidtipkeys", &keyDataFilter};
 
 /** A parser that knows whether it came to an end without an error. */
 class Parser : public VTXmlParser
@@ -163,22 +171,27 @@ struct Parsed
     bool isComplete = false; ///< whether the whole file was read without an error
 };
 
-Parsed parse(QIODevice &file, Filter filter, const QString &key = QString())
+Parsed parse(QIODevice &file, const Format &format, const QString &key = QString())
 {
     QString keyForFilter = key;
-    Parser parser(filter, &keyForFilter);
+    Parser parser(format.filter, &keyForFilter);
     const QList<QObject *> results = parser.read(QXmlInputSource(&file));
     // An entry inside an element without an object belongs to nobody.
     qDeleteAll(parser.detachedObjects());
-    auto *const root = results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
+    auto *root = results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
+    // An entry may be the document element itself, and have another entry's object inside.
+    if (root && root->getTagName() != QLatin1String(format.documentElement)) {
+        delete root;
+        root = nullptr;
+    }
     return {root, !parser.hasFailed};
 }
 
 // Returns the document element's object, which the caller owns, or null.
-VTXmlElement *parsedRoot(const QString &path, Filter filter, const QString &key = QString())
+VTXmlElement *parsedRoot(const QString &path, const Format &format, const QString &key = QString())
 {
     QFile file(path);
-    return openRegular(file) ? parse(file, filter, key).root : nullptr;
+    return openRegular(file) ? parse(file, format, key).root : nullptr;
 }
 
 QString localeOf(const VTXmlElement *root)
@@ -260,13 +273,13 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (!openRegular(file))
         return nullptr;
     if (file.size() > VTParseRecord::sizeLimit)
-        return parse(file, &contentFilter, key).root;
+        return parse(file, contentFormat, key).root;
     VTParseRecord::File content(path, file.readAll());
     if (record.rulesOut(content, key) || record.isOfOtherLocale(content, locale))
         return nullptr;
     QBuffer buffer(&content.bytes);
     buffer.open(QIODevice::ReadOnly);
-    const Parsed parsed = parse(buffer, &contentFilter, key);
+    const Parsed parsed = parse(buffer, contentFormat, key);
     if (parsed.isComplete)
         record.remember(content, localeOf(parsed.root));
     return parsed.root;
@@ -349,7 +362,7 @@ QStringList VTIndex::keys()
 {
     QStringList keys;
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        const std::unique_ptr<VTXmlElement> root(parsedRoot(file.path, &indexDataShouldGenerateElement));
+        const std::unique_ptr<VTXmlElement> root(parsedRoot(file.path, indexFormat));
         if (!root)
             continue;
         for (const QObject *child : root->children()) {
@@ -424,9 +437,10 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
     const QString keyDataFile = context().get(KeyDataFile, QString()).toString();
     if (key.isEmpty() || !element || keyDataFile.isEmpty())
         return;
-    const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, &keyDataFilter, key));
+    const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, keyDataFormat, key));
     const auto *data = root ? qobject_cast<VTXmlElement *>(root->children().value(0)) : nullptr;
-    if (!data)
+    // As in load(), a document element may stand within the document element.
+    if (!data || data->getTagName() != QLatin1String("key"))
         return;
     const QStringList names = data->attributeNames();
     for (const QString &name : names) {

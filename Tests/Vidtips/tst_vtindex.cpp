@@ -671,6 +671,10 @@ void tst_VTIndex::loadNeedsExactlyOneEntry_data()
     QTest::newRow("inside another entry")
         << QByteArray("<vidtips><vidtip key='a'><vidtip key='k'/></vidtip></vidtips>") << false;
     QTest::newRow("other document") << QByteArray("<html><vidtip key='k'/></html>") << false;
+    QTest::newRow("an entry for the document")
+        << QByteArray("<vidtip key='k'><vidtip key='other'/></vidtip>") << false;
+    QTest::newRow("a document in the document")
+        << QByteArray("<vidtips><vidtips key='k'/></vidtips>") << false;
     QTest::newRow("no document") << QByteArray("text") << false;
 }
 
@@ -854,6 +858,10 @@ void tst_VTIndex::keyDataIsIgnored_data()
     QTest::newRow("other key") << "k" << QByteArray("<vidtipkeys><key name='K' title='x'/></vidtipkeys>");
     QTest::newRow("no keys") << "k" << QByteArray("<vidtipkeys/>");
     QTest::newRow("other document") << "k" << QByteArray("<keys><key name='k' title='x'/></keys>");
+    QTest::newRow("an entry for the document")
+        << "k" << QByteArray("<key name='k'><key name='other' title='x'/></key>");
+    QTest::newRow("a document in the document")
+        << "k" << QByteArray("<vidtipkeys><vidtipkeys name='k' title='x'/></vidtipkeys>");
     QTest::newRow("empty") << "k" << QByteArray();
     QTest::newRow("no file") << "k" << QByteArray("absent");
     QTest::newRow("empty key") << "" << QByteArray("<vidtipkeys><key title='x'/></vidtipkeys>");
@@ -894,7 +902,9 @@ void tst_VTIndex::filesThatYieldNothingContributeNoKeys()
     const QString first = write("Tools.vidtips/a.xml", "<vidtips><vidtip key='a'/></vidtips>");
     const QString second = write("Tools.vidtips/b.xml", "<vidtips><vidtip key='b'/></vidtips>");
     const QString third = write("Tools.vidtips/c.xml", "<vidtips><vidtip key='c'/></vidtips>");
-    for (const QString &file : {first, second, third})
+    const QString fourth =
+        write("Tools.vidtips/d.xml", "<!-- <vidtips> --><vidtip key='d'><vidtip key='inner'/></vidtip>");
+    for (const QString &file : {first, second, third, fourth})
         index.indexControlFile(file, m_package);
     write("Tools.vidtips/a.xml", "no longer XML");
     QVERIFY(QFile::remove(second));
