@@ -6,7 +6,9 @@
 #include <QtCore/QDebug>
 #include <QtCore/QFileInfo>
 
+#include <cstring>
 #include <limits>
+#include <type_traits>
 
 namespace Vidtips {
 
@@ -33,6 +35,16 @@ qint64 truncatedToInteger(double value)
     if (value >= bound)
         return std::numeric_limits<qint64>::max();
     return value > -bound ? qint64(value) : std::numeric_limits<qint64>::min();
+}
+
+// Some decoders pass on the number that stands in the stream, which need not be one of the enumeration.
+template <typename Enumeration>
+int numberIn(const Enumeration &field)
+{
+    std::underlying_type_t<Enumeration> number;
+    static_assert(sizeof number == sizeof field);
+    std::memcpy(&number, &field, sizeof number);
+    return int(number);
 }
 
 int isInterrupted(void *source)
@@ -286,17 +298,19 @@ bool VTVideoSourceFFMPEGPrivate::updateScaler()
         && format == scalerInput.format;
     if (!fits && !makeScaler({frame->width, frame->height, format}))
         return false;
-    if (frame->colorspace != scalerInput.colourSpace || frame->color_range != scalerInput.colourRange)
-        followColours();
+    const int colourSpace = numberIn(frame->colorspace);
+    const int colourRange = numberIn(frame->color_range);
+    if (colourSpace != scalerInput.colourSpace || colourRange != scalerInput.colourRange)
+        followColours(colourSpace, colourRange);
     return true;
 }
 
 // Sets the matrix and the range that the picture names; the scaler's defaults stand for what it does not
 // name.
-void VTVideoSourceFFMPEGPrivate::followColours()
+void VTVideoSourceFFMPEGPrivate::followColours(int colourSpace, int colourRange)
 {
-    scalerInput.colourSpace = frame->colorspace;
-    scalerInput.colourRange = frame->color_range;
+    scalerInput.colourSpace = colourSpace;
+    scalerInput.colourRange = colourRange;
     int *inverse = nullptr;
     int *table = nullptr;
     int isSourceFull = 0;
@@ -308,9 +322,9 @@ void VTVideoSourceFFMPEGPrivate::followColours()
                                  &contrast, &saturation)
         < 0)
         return;
-    if (frame->color_range != AVCOL_RANGE_UNSPECIFIED)
-        isSourceFull = frame->color_range == AVCOL_RANGE_JPEG;
-    sws_setColorspaceDetails(scaleContext, sws_getCoefficients(frame->colorspace), isSourceFull, table,
+    if (colourRange != AVCOL_RANGE_UNSPECIFIED)
+        isSourceFull = colourRange == AVCOL_RANGE_JPEG;
+    sws_setColorspaceDetails(scaleContext, sws_getCoefficients(colourSpace), isSourceFull, table,
                              isTargetFull, brightness, contrast, saturation);
 }
 

@@ -48,8 +48,8 @@ private:
         int width = 0;
         int height = 0;
         AVPixelFormat format = AV_PIX_FMT_NONE;
-        AVColorSpace colourSpace = AVCOL_SPC_UNSPECIFIED;
-        AVColorRange colourRange = AVCOL_RANGE_UNSPECIFIED;
+        int colourSpace = AVCOL_SPC_UNSPECIFIED;
+        int colourRange = AVCOL_RANGE_UNSPECIFIED;
     };
 
     const char *openAll();
@@ -64,7 +64,7 @@ private:
     bool convertPicture();
     bool makeScaler(const ScalerInput &input);
     bool updateScaler();
-    void followColours();
+    void followColours(int colourSpace, int colourRange);
     double stepClock();
 
 public:
