@@ -453,6 +453,7 @@ void tst_VTXmlParser::repeatedAttributeIsMalformed_data()
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<QString>("partialTree");
     QTest::newRow("made") << QByteArray("<a><b/><c x='1' y='2' x='3'/></a>") << "<a>\n  <b/>\n</a>";
+    QTest::newRow("nothing but it") << QByteArray("<a><b/><c x='1' x='1'/></a>") << "<a>\n  <b/>\n</a>";
     QTest::newRow("skipped") << QByteArray("<a><skip x='1' y='2' x='3'/><b/></a>") << "<a/>";
     QTest::newRow("in a skipped tree")
         << QByteArray("<a><skip><c x='1' y='2' x='3'/></skip><b/></a>") << "<a/>";
@@ -476,6 +477,11 @@ void tst_VTXmlParser::repeatedAttributeIsMalformed()
     QVERIFY(next);
     QCOMPARE(next->attributeNames(), (QStringList{"x", "y:x"}));
     QCOMPARE(recorder.texts().size(), 1);
+
+    parser.setDefaultElement(nullptr);
+    QVERIFY(read(parser, "<a/>").isEmpty());
+    QCOMPARE(recorder.texts().size(), 3);
+    QVERIFY(recorder.texts().constLast().endsWith(QStringLiteral(" : error triggered by consumer")));
 }
 
 void tst_VTXmlParser::emptyInputYieldsNothing()
