@@ -275,7 +275,7 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (file.size() > VTParseRecord::sizeLimit)
         return parse(file, contentFormat, key).root;
     VTParseRecord::File content(path, file.readAll());
-    if (record.rulesOut(content, key) || record.isOfOtherLocale(content, locale))
+    if (record.isOfOtherLocale(content, locale) || record.rulesOut(content, key))
         return nullptr;
     QBuffer buffer(&content.bytes);
     buffer.open(QIODevice::ReadOnly);

@@ -40,7 +40,12 @@ VTParseRecord::File::File(const QString &filePath, const QByteArray &content)
 
 void VTParseRecord::remember(const File &file, const QString &localeName)
 {
-    m_entries.insert(file.path, {file.checksum, localeName});
+    if (find(file))
+        return;
+    Entry entry{file.checksum, isLiteral(file.bytes), {}};
+    if (!localeName.isEmpty())
+        entry.locale = QLocale(localeName);
+    m_entries.insert(file.path, entry);
 }
 
 const VTParseRecord::Entry *VTParseRecord::find(const File &file) const
@@ -51,13 +56,14 @@ const VTParseRecord::Entry *VTParseRecord::find(const File &file) const
 
 bool VTParseRecord::rulesOut(const File &file, const QString &key) const
 {
-    return isLiteral(key) && isLiteral(file.bytes) && !file.bytes.contains(key.toLatin1()) && find(file);
+    const Entry *const entry = find(file);
+    return entry && entry->isLiteral && isLiteral(key) && !file.bytes.contains(key.toLatin1());
 }
 
 bool VTParseRecord::isOfOtherLocale(const File &file, const QLocale &locale) const
 {
     const Entry *const entry = find(file);
-    return entry && !entry->localeName.isEmpty() && QLocale(entry->localeName) != locale;
+    return entry && entry->locale && *entry->locale != locale;
 }
 
 } // namespace Vidtips

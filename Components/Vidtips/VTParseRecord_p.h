@@ -5,6 +5,8 @@
 #include <QtCore/QLocale>
 #include <QtCore/QString>
 
+#include <optional>
+
 namespace Vidtips {
 
 /**
@@ -42,7 +44,8 @@ private:
     struct Entry
     {
         QByteArray checksum;
-        QString localeName;
+        bool isLiteral; ///< whether ASCII text in the parsed document stands in the bytes as well
+        std::optional<QLocale> locale; ///< the one that is served; without it, all are
     };
 
     const Entry *find(const File &file) const;
