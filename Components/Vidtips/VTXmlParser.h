@@ -27,7 +27,8 @@ QT_WARNING_DISABLE_DEPRECATED
  *
  * Problems go to the Qt debug output. External entities are never fetched, and the reader bounds the
  * expansion of internal ones. A document that is nested deeper than maximumDepth ends there, because the
- * reader, and deleting or searching the tree, recurse into it. One thread at a time uses a parser.
+ * reader, and deleting or searching the tree, recurse into it. So does one with an attribute that stands
+ * twice in an element, which is malformed but passes the reader. One thread at a time uses a parser.
  */
 class VIDTIPS_EXPORT VTXmlParser : public QXmlSimpleReader, public QXmlDefaultHandler
 {
