@@ -121,34 +121,32 @@ int depthInPackage(const QString &controlFile, const QString &package)
     return depth;
 }
 
-QString keyOf(void *userData)
-{
-    return *static_cast<const QString *>(userData);
-}
-
-int contentFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
-{
-    if (qName == QLatin1String("vidtip"))
-        return atts.value(QLatin1String("key")) == keyOf(userData) ? generateTree : skipTree;
-    return qName == QLatin1String("vidtips") ? VTXmlParser::GenerateElement : skipTree;
-}
-
-int keyDataFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
-{
-    if (qName == QLatin1String("key"))
-        return atts.value(QLatin1String("name")) == keyOf(userData) ? generateTree : skipTree;
-    return qName == QLatin1String("vidtipkeys") ? VTXmlParser::GenerateElement : skipTree;
-}
-
-/** What is read of a kind of file. */
+/** What a kind of file is made of. */
 struct Format
 {
     const char *documentElement;
-    VTXmlParser::ShouldGenerateElementFunction filter;
+    const char *entry;
+    const char *keyAttribute; ///< of an entry
 };
-constexpr Format indexFormat{"vidtips", &VTIndex::indexDataShouldGenerateElement};
-constexpr Format contentFormat{"vidtips", &contentFilter};
-constexpr Format keyDataFormat{"vidtipkeys", &keyDataFilter};
+constexpr Format contentFormat{"vidtips", "vidtip", "key"};
+constexpr Format keyDataFormat{"vidtipkeys", "key", "name"};
+
+/** The entries that are looked for. */
+struct Request
+{
+    const Format &format;
+    QString key;
+};
+
+int requestFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
+{
+    const auto *const request = static_cast<const Request *>(userData);
+    if (qName == QLatin1String(request->format.entry)) {
+        const QString key = atts.value(QLatin1String(request->format.keyAttribute));
+        return key == request->key ? generateTree : skipTree;
+    }
+    return qName == QLatin1String(request->format.documentElement) ? VTXmlParser::GenerateElement : skipTree;
+}
 
 /** A parser that knows whether it came to an end without an error. */
 class Parser : public VTXmlParser
@@ -171,27 +169,28 @@ struct Parsed
     bool isComplete = false; ///< whether the whole file was read without an error
 };
 
-Parsed parse(QIODevice &file, const Format &format, const QString &key = QString())
+Parsed parse(QIODevice &file, Request request,
+             VTXmlParser::ShouldGenerateElementFunction filter = &requestFilter)
 {
-    QString keyForFilter = key;
-    Parser parser(format.filter, &keyForFilter);
+    Parser parser(filter, &request);
     const QList<QObject *> results = parser.read(QXmlInputSource(&file));
     // An entry inside an element without an object belongs to nobody.
     qDeleteAll(parser.detachedObjects());
     auto *root = results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
     // An entry may be the document element itself, and have another entry's object inside.
-    if (root && root->getTagName() != QLatin1String(format.documentElement)) {
+    if (root && root->getTagName() != QLatin1String(request.format.documentElement)) {
         delete root;
         root = nullptr;
     }
     return {root, !parser.hasFailed};
 }
 
-// Returns the document element's object, which the caller owns, or null.
-VTXmlElement *parsedRoot(const QString &path, const Format &format, const QString &key = QString())
+// Returns the first entry of the document element, or null. A document element within the document element
+// has an object too, and is no entry.
+VTXmlElement *firstEntry(const VTXmlElement *root, const Format &format)
 {
-    QFile file(path);
-    return openRegular(file) ? parse(file, format, key).root : nullptr;
+    auto *const element = qobject_cast<VTXmlElement *>(root->children().value(0));
+    return element && element->getTagName() == QLatin1String(format.entry) ? element : nullptr;
 }
 
 QString localeOf(const VTXmlElement *root)
@@ -265,7 +264,7 @@ void VTIndex::Private::append(const QString &path, int depth)
     knownFiles.insert({path, depth});
 }
 
-// Returns what the control file has of the key, as parsedRoot() does. Null also where the record tells that
+// Returns what the control file has of the key, as parse() does. Null also where the record tells that
 // there cannot be an entry, or that it is for another locale.
 VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
 {
@@ -273,13 +272,13 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (!openRegular(file))
         return nullptr;
     if (file.size() > VTParseRecord::sizeLimit)
-        return parse(file, contentFormat, key).root;
+        return parse(file, {contentFormat, key}).root;
     VTParseRecord::File content(path, file.readAll());
     if (record.isOfOtherLocale(content, locale) || record.rulesOut(content, key))
         return nullptr;
     QBuffer buffer(&content.bytes);
     buffer.open(QIODevice::ReadOnly);
-    const Parsed parsed = parse(buffer, contentFormat, key);
+    const Parsed parsed = parse(buffer, {contentFormat, key});
     if (parsed.isComplete)
         record.remember(content, localeOf(parsed.root));
     return parsed.root;
@@ -362,7 +361,11 @@ QStringList VTIndex::keys()
 {
     QStringList keys;
     for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        const std::unique_ptr<VTXmlElement> root(parsedRoot(file.path, indexFormat));
+        QFile content(file.path);
+        if (!openRegular(content))
+            continue;
+        const std::unique_ptr<VTXmlElement> root(
+            parse(content, {contentFormat, {}}, &indexDataShouldGenerateElement).root);
         if (!root)
             continue;
         for (const QObject *child : root->children()) {
@@ -413,9 +416,8 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
     root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key, locale);
     if (!root)
         return nullptr;
-    auto *const element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    // A document element within the document element has an object too, and is no entry of any key.
-    if (!element || root->children().size() != 1 || element->getTagName() != QLatin1String("vidtip")) {
+    VTXmlElement *const element = firstEntry(root, contentFormat);
+    if (!element || root->children().size() != 1) {
         delete root;
         root = nullptr;
         return nullptr;
@@ -437,10 +439,12 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
     const QString keyDataFile = context().get(KeyDataFile, QString()).toString();
     if (key.isEmpty() || !element || keyDataFile.isEmpty())
         return;
-    const std::unique_ptr<VTXmlElement> root(parsedRoot(keyDataFile, keyDataFormat, key));
-    const auto *data = root ? qobject_cast<VTXmlElement *>(root->children().value(0)) : nullptr;
-    // As in load(), a document element may stand within the document element.
-    if (!data || data->getTagName() != QLatin1String("key"))
+    QFile file(keyDataFile);
+    if (!openRegular(file))
+        return;
+    const std::unique_ptr<VTXmlElement> root(parse(file, {keyDataFormat, key}).root);
+    const VTXmlElement *const data = root ? firstEntry(root.get(), keyDataFormat) : nullptr;
+    if (!data)
         return;
     const QStringList names = data->attributeNames();
     for (const QString &name : names) {
