@@ -149,7 +149,7 @@ struct VIDTIPS_NO_EXPORT VTXmlParser::Private
     QVector<QPointer<QObject>> detached;
     ShouldGenerateElementFunction filter = nullptr;
     void *userData = nullptr;
-    QString error;
+    QString error; // why a handler ended the parse, where nothing else was reported
     int flags = GenerateElement;
     bool inProlog = false;
 };
@@ -259,7 +259,7 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
     const QMessageLogger logger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC);
     d->inProlog = false;
     if (d->openElements.size() > maximumDepth) {
-        report(logger, QStringLiteral("Elements are nested too deep: %1").arg(localName));
+        d->error = QStringLiteral("elements are nested too deep");
         return false;
     }
     const QString repeated = repeatedName(atts);
@@ -320,7 +320,7 @@ bool VTXmlParser::ignorableWhitespace(const QString &text)
 
 bool VTXmlParser::fatalError(const QXmlParseException &exception)
 {
-    // The reader only knows that its handler ended the parse.
+    // The reader only knows that a handler ended the parse.
     const QString message = d->error.isEmpty() ? exception.message() : d->error;
     qDebug().noquote() << QStringLiteral("Fatal error at %1,%2 : %3")
                               .arg(exception.lineNumber())

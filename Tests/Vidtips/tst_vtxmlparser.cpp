@@ -539,7 +539,9 @@ void tst_VTXmlParser::deepNestingStopsAtTheBound()
     QCOMPARE(recorder.texts(), QStringList());
     const auto beyond = readRoot(parser, deepDocument(100000));
     QVERIFY(beyond);
-    QCOMPARE(recorder.texts().value(0), QStringLiteral("Elements are nested too deep: a"));
+    QCOMPARE(recorder.texts().size(), 1);
+    QVERIFY(recorder.texts().constFirst().startsWith(QStringLiteral("Fatal error at 1,")));
+    QVERIFY(recorder.texts().constFirst().endsWith(QStringLiteral(" : elements are nested too deep")));
     QCOMPARE(beyond->childElementList("a").size(), VTXmlParser::maximumDepth - 1);
     QVERIFY(!beyond->toXml().isEmpty());
 }
@@ -556,7 +558,9 @@ void tst_VTXmlParser::deepSkippedNestingStopsAtTheBound()
     const auto beyond = readRoot(parser, "<r>" + deepDocument(100000) + "<b/></r>");
     QVERIFY(beyond);
     QCOMPARE(beyond->toXml(), QStringLiteral("<r/>"));
-    QCOMPARE(recorder.texts().value(0), QStringLiteral("Elements are nested too deep: a"));
+    QCOMPARE(recorder.texts().size(), 1);
+    QVERIFY(recorder.texts().constFirst().startsWith(QStringLiteral("Fatal error at 1,")));
+    QVERIFY(recorder.texts().constFirst().endsWith(QStringLiteral(" : elements are nested too deep")));
 }
 
 void tst_VTXmlParser::deepContentModel_data()
