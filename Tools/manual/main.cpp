@@ -1,6 +1,6 @@
 // Writes the manual page of the command-line tool, out of what the tool says about itself.
 
-#include "Command.h"
+#include "shared/Command.h"
 #include "CommandTable.h"
 
 #include <cstdio>

@@ -1,13 +1,13 @@
 #include "CommandTable.h"
 
-#include "CheckCommand.h"
-#include "Command.h"
-#include "Console.h"
-#include "ExplainCommand.h"
-#include "KeysCommand.h"
-#include "NewCommand.h"
-#include "PreviewCommand.h"
-#include "StringsCommand.h"
+#include "check/CheckCommand.h"
+#include "shared/Command.h"
+#include "shared/Console.h"
+#include "findings/ExplainCommand.h"
+#include "package/KeysCommand.h"
+#include "package/NewCommand.h"
+#include "preview/PreviewCommand.h"
+#include "strings/StringsCommand.h"
 
 #include <QtCore/QVector>
 

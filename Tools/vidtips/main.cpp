@@ -1,7 +1,7 @@
-#include "Command.h"
+#include "shared/Command.h"
 #include "CommandTable.h"
-#include "Console.h"
-#include "Diagnostics.h"
+#include "shared/Console.h"
+#include "shared/Diagnostics.h"
 
 #include <Vidtips/VTVersion.h>
 

@@ -1,0 +1,234 @@
+#include "qdeclarativeloader_p.h"
+
+#include "item/qdeclarativeitem_p.h"
+#include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativetypes_p.h"
+
+#include <QtCore/QScopedValueRollback>
+#include <QtQml/QQmlComponent>
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlInfo>
+#include <QtWidgets/QGraphicsScene>
+
+#include <private/qqmlengine_p.h>
+
+QDeclarativeLoader::QDeclarativeLoader(QDeclarativeItem *parent)
+    : QDeclarativeItem(parent)
+{
+    setFlag(ItemIsFocusScope);
+}
+
+QDeclarativeLoader::~QDeclarativeLoader()
+{
+    if (loadedItem)
+        loadedItem->disconnect(this);
+}
+
+QUrl QDeclarativeLoader::source() const
+{
+    return url;
+}
+
+void QDeclarativeLoader::setSource(const QUrl &source)
+{
+    if (source == url)
+        return;
+    clear();
+    url = source;
+    load();
+}
+
+QQmlComponent *QDeclarativeLoader::sourceComponent() const
+{
+    return ownsComponent ? nullptr : component.data();
+}
+
+void QDeclarativeLoader::setSourceComponent(QQmlComponent *source)
+{
+    if (source == component && (source || (url.isEmpty() && !loadedItem)))
+        return;
+    clear();
+    component = source;
+    load();
+}
+
+void QDeclarativeLoader::resetSourceComponent()
+{
+    setSourceComponent(nullptr);
+}
+
+QGraphicsObject *QDeclarativeLoader::item() const
+{
+    return loadedItem;
+}
+
+QDeclarativeLoader::Status QDeclarativeLoader::status() const
+{
+    if (component)
+        return Status(component->status());
+    if (loadedItem)
+        return Ready;
+    return url.isEmpty() || !isComponentComplete() ? Null : Error;
+}
+
+qreal QDeclarativeLoader::progress() const
+{
+    if (component)
+        return component->progress();
+    return loadedItem ? 1 : 0;
+}
+
+void QDeclarativeLoader::componentComplete()
+{
+    QDeclarativeItem::componentComplete();
+    if (component || !url.isEmpty())
+        load();
+}
+
+void QDeclarativeLoader::clear()
+{
+    if (component) {
+        component->disconnect(this);
+        // Its own statusChanged may be what brought us here.
+        if (ownsComponent)
+            component->deleteLater();
+    }
+    component.clear();
+    ownsComponent = false;
+    url.clear();
+    if (!loadedItem)
+        return;
+    QGraphicsObject *const old = loadedItem;
+    loadedItem.clear();
+    old->disconnect(this);
+    // The scene takes it out of the loader as well, once the loader has got the focus back.
+    if (old->scene())
+        old->scene()->removeItem(old);
+    else
+        old->setParentItem(nullptr);
+    // Not at once: one of the item's own handlers may be running. It goes with the loader at the latest,
+    // which may stand nearer to what its bindings name.
+    old->QObject::setParent(this);
+    old->deleteLater();
+}
+
+void QDeclarativeLoader::announce()
+{
+    Q_EMIT sourceChanged();
+    Q_EMIT statusChanged();
+    Q_EMIT progressChanged();
+    Q_EMIT itemChanged();
+}
+
+void QDeclarativeLoader::load()
+{
+    if (!isComponentComplete())
+        return;
+    if (!url.isEmpty() && !QDeclarativeLocalFile::refuse(url, this)) {
+        component = new QQmlComponent(qmlEngine(this), url, this);
+        ownsComponent = true;
+    }
+    if (!component || !component->isLoading()) {
+        finishLoading();
+        return;
+    }
+    connect(component, &QQmlComponent::statusChanged, this, &QDeclarativeLoader::finishLoading);
+    connect(component, &QQmlComponent::progressChanged, this, &QDeclarativeLoader::progressChanged);
+    announce();
+}
+
+void QDeclarativeLoader::finishLoading()
+{
+    const QPointer<QQmlComponent> loading = component;
+    QObject *object = nullptr;
+    if (component) {
+        component->disconnect(this);
+        object = component->isError() ? nullptr : createObject();
+    }
+    // Making the object may have set another source, which has then been announced.
+    if (component != loading) {
+        delete object;
+        return;
+    }
+    if (component && component->isError())
+        QQmlEnginePrivate::warning(qmlEngine(this), component->errors());
+    if (object && !loadedItem) {
+        qmlWarning(this) << tr("Loader does not support loading non-visual elements.");
+        delete object;
+    }
+    announce();
+    if (loadedItem && component == loading)
+        Q_EMIT loaded();
+}
+
+QObject *QDeclarativeLoader::createObject()
+{
+    const QPointer<QQmlComponent> creating = component;
+    QQmlContext *outer = component->creationContext();
+    auto *context = new QQmlContext(outer ? outer : qmlContext(this));
+    context->setContextObject(this);
+    QObject *object = component->beginCreate(context);
+    if (!object) {
+        delete context;
+        return nullptr;
+    }
+    context->setParent(object);
+    if (auto *item = qobject_cast<QGraphicsObject *>(object))
+        adopt(item);
+    creating->completeCreate();
+    if (loadedItem && creating == component)
+        giveSize();
+    return object;
+}
+
+void QDeclarativeLoader::adopt(QGraphicsObject *item)
+{
+    loadedItem = item;
+    item->setParentItem(this);
+    exchangeSizes();
+    connect(item, &QGraphicsObject::widthChanged, this, &QDeclarativeLoader::takeSize);
+    connect(item, &QGraphicsObject::heightChanged, this, &QDeclarativeLoader::takeSize);
+}
+
+void QDeclarativeLoader::takeSize()
+{
+    if (isSizing)
+        return;
+    const QScopedValueRollback<bool> guard(isSizing, true);
+    const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(loadedItem.data());
+    setImplicitWidth(d->width());
+    setImplicitHeight(d->height());
+}
+
+void QDeclarativeLoader::giveSize()
+{
+    const QScopedValueRollback<bool> guard(isSizing, true);
+    QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(loadedItem.data());
+    if (widthValid())
+        d->setWidth(width());
+    if (heightValid())
+        d->setHeight(height());
+}
+
+void QDeclarativeLoader::exchangeSizes()
+{
+    if (isSizing || !loadedItem)
+        return;
+    // The implicit size is what the item was before it is given ours.
+    takeSize();
+    giveSize();
+}
+
+void QDeclarativeLoader::geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    if (newGeometry.size() != oldGeometry.size())
+        exchangeSizes();
+    QDeclarativeItem::geometryChanged(newGeometry, oldGeometry);
+}
+
+void registerDeclarativeLoaderTypes()
+{
+    registerDeclarativeType<QDeclarativeLoader>("Loader");
+}
+
+#include "moc_qdeclarativeloader_p.cpp"

@@ -1,0 +1,577 @@
+#include "qdeclarativepositioners_p.h"
+
+#include "item/qdeclarativeanchors_p.h"
+#include "item/qdeclarativeitem_p.h"
+#include "engine/qdeclarativetypes_p.h"
+
+#include <QtQml/QQmlInfo>
+#include <QtWidgets/QGraphicsWidget>
+
+#include <private/qquickstate_p.h>
+#include <private/qquicktransition_p.h>
+#include <private/qquicktransitionmanager_p_p.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace {
+
+/** How often children may change size in answer to being placed before that counts as endless. */
+constexpr int passLimit = 4;
+
+const QDeclarativeItemChanges watchedChanges =
+    GeometryChange | SiblingOrderChange | VisibilityChange | OpacityChange;
+
+QSizeF sizeOf(const QGraphicsObject *object)
+{
+    const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
+    return QSizeF(d->width(), d->height());
+}
+
+bool hasPlace(const QGraphicsObject *object)
+{
+    const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
+    // An item that only its parent hides keeps its place.
+    return !d->explicitlyHidden && d->opacity > 0 && d->width() > 0 && d->height() > 0;
+}
+
+struct Child
+{
+    QGraphicsObject *item;
+    QSizeF size;
+    bool placed;
+};
+
+bool precedes(const Child &first, const Child &second)
+{
+    return QGraphicsItemPrivate::get(first.item)->siblingIndex
+        < QGraphicsItemPrivate::get(second.item)->siblingIndex;
+}
+
+} // namespace
+
+class QDeclarativeBasePositionerPrivate : public QDeclarativeItemPrivate,
+                                          public QDeclarativeItemChangeListener
+{
+    Q_DECLARE_PUBLIC(QDeclarativeBasePositioner)
+
+public:
+    using Cells = QDeclarativeBasePositioner::Cells;
+
+    /** Only there when a transition is. */
+    struct Transitions
+    {
+        QPointer<QQuickTransition> add;
+        QPointer<QQuickTransition> move;
+        QQuickTransitionManager addManager;
+        QQuickTransitionManager moveManager;
+    };
+
+    void watch(QGraphicsObject *);
+    void unwatch(QGraphicsObject *);
+    void unwatchAll();
+    void childChanged(QGraphicsObject *);
+    void mirrorChange() override;
+    void place();
+    bool hasConflict() const;
+    void warnOfConflict();
+    void collectCells();
+    void applyCells();
+    void applyWithTransitions();
+    Transitions &needTransitions();
+
+    void itemGeometryChanged(QDeclarativeItem *item, const QRectF &now, const QRectF &before) override
+    {
+        if (now.size() != before.size())
+            childChanged(item);
+    }
+    void itemSiblingOrderChanged(QDeclarativeItem *) override;
+    void itemVisibilityChanged(QDeclarativeItem *item) override { childChanged(item); }
+    void itemOpacityChanged(QDeclarativeItem *item) override { childChanged(item); }
+
+    std::unique_ptr<Transitions> transitions;
+    std::vector<Child> watched;
+    Cells cells;
+    int spacing = 0;
+    Qt::LayoutDirection layoutDirection = Qt::LeftToRight;
+    bool isPlacing = false;
+    bool placeAgain = false;
+    bool hasWarned = false;
+};
+
+void QDeclarativeBasePositionerPrivate::watch(QGraphicsObject *object)
+{
+    Q_Q(QDeclarativeBasePositioner);
+    watched.push_back({object, QSizeF(), false});
+    if (auto *item = qobject_cast<QDeclarativeItem *>(object)) {
+        get(item)->addChangeListener(this, watchedChanges);
+        return;
+    }
+    const auto changed = [this, object] { childChanged(object); };
+    QObject::connect(object, &QGraphicsObject::visibleChanged, q, changed);
+    QObject::connect(object, &QGraphicsObject::opacityChanged, q, changed);
+    QObject::connect(object, &QGraphicsObject::widthChanged, q, changed);
+    QObject::connect(object, &QGraphicsObject::heightChanged, q, changed);
+    if (auto *widget = qobject_cast<QGraphicsWidget *>(object))
+        QObject::connect(widget, &QGraphicsWidget::geometryChanged, q, changed);
+}
+
+void QDeclarativeBasePositionerPrivate::unwatch(QGraphicsObject *object)
+{
+    if (auto *item = qobject_cast<QDeclarativeItem *>(object))
+        get(item)->removeChangeListener(this, watchedChanges);
+    else
+        QObject::disconnect(object, nullptr, q_func(), nullptr);
+    watched.erase(std::remove_if(watched.begin(), watched.end(),
+                                 [object](const Child &child) { return child.item == object; }),
+                  watched.end());
+    for (auto &cell : cells) {
+        if (cell.item == object)
+            cell.item = nullptr;
+    }
+}
+
+void QDeclarativeBasePositionerPrivate::unwatchAll()
+{
+    while (!watched.empty())
+        unwatch(watched.back().item);
+}
+
+void QDeclarativeBasePositionerPrivate::childChanged(QGraphicsObject *object)
+{
+    const auto child = std::find_if(watched.cbegin(), watched.cend(),
+                                    [object](const Child &other) { return other.item == object; });
+    if (child == watched.cend())
+        return;
+    const bool placed = hasPlace(object);
+    if (placed != child->placed || (placed && sizeOf(object) != child->size))
+        q_func()->relayout();
+}
+
+void QDeclarativeBasePositionerPrivate::itemSiblingOrderChanged(QDeclarativeItem *)
+{
+    if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
+        q_func()->relayout();
+}
+
+void QDeclarativeBasePositionerPrivate::collectCells()
+{
+    if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
+        std::sort(watched.begin(), watched.end(), precedes);
+    cells.clear();
+    cells.reserve(int(watched.size()));
+    for (Child &child : watched) {
+        const bool wasPlaced = child.placed;
+        child.placed = hasPlace(child.item);
+        child.size = sizeOf(child.item);
+        if (child.placed)
+            cells.append({child.item, child.size, child.item->pos(), !wasPlaced});
+    }
+}
+
+void QDeclarativeBasePositionerPrivate::applyCells()
+{
+    // Moving one child may make another go: its cell is cleared then, so look at each anew.
+    for (int i = 0; i < cells.count(); ++i) {
+        if (cells.at(i).item)
+            cells.at(i).item->setPos(cells.at(i).pos);
+    }
+}
+
+void QDeclarativeBasePositionerPrivate::applyWithTransitions()
+{
+    QList<QQuickStateAction> added;
+    QList<QQuickStateAction> moved;
+    for (const auto &cell : qAsConst(cells)) {
+        QList<QQuickStateAction> &actions = cell.isNew ? added : moved;
+        if (cell.item->x() != cell.pos.x())
+            actions.append(QQuickStateAction(cell.item, QStringLiteral("x"), cell.pos.x()));
+        if (cell.item->y() != cell.pos.y())
+            actions.append(QQuickStateAction(cell.item, QStringLiteral("y"), cell.pos.y()));
+    }
+    transitions->addManager.transition(added, transitions->add);
+    transitions->moveManager.transition(moved, transitions->move);
+}
+
+bool QDeclarativeBasePositionerPrivate::hasConflict() const
+{
+    const int lines = q_func()->placedLines();
+    return std::any_of(watched.cbegin(), watched.cend(), [lines](const Child &child) {
+        auto *item = qobject_cast<QDeclarativeItem *>(child.item);
+        const QDeclarativeAnchors *anchors = item ? get(item)->existingAnchors() : nullptr;
+        return anchors && ((anchors->usedLines() & lines) || anchors->fill() || anchors->centerIn());
+    });
+}
+
+void QDeclarativeBasePositionerPrivate::warnOfConflict()
+{
+    if (hasWarned || !hasConflict())
+        return;
+    hasWarned = true;
+    qmlWarning(q_func()) << q_func()->conflictMessage();
+}
+
+void QDeclarativeBasePositionerPrivate::mirrorChange()
+{
+    QDeclarativeItemPrivate::mirrorChange();
+    q_func()->relayout();
+}
+
+void QDeclarativeBasePositionerPrivate::place()
+{
+    Q_Q(QDeclarativeBasePositioner);
+    warnOfConflict();
+    collectCells();
+    const QSizeF size = q->arrange(cells);
+    if (transitions)
+        applyWithTransitions();
+    else
+        applyCells();
+    q->setImplicitHeight(size.height());
+    q->setImplicitWidth(size.width());
+}
+
+QDeclarativeBasePositionerPrivate::Transitions &QDeclarativeBasePositionerPrivate::needTransitions()
+{
+    if (!transitions)
+        transitions = std::make_unique<Transitions>();
+    return *transitions;
+}
+
+QDeclarativeBasePositioner::QDeclarativeBasePositioner(QDeclarativeItem *parent)
+    : QDeclarativeItem(*new QDeclarativeBasePositionerPrivate, parent)
+{
+}
+
+QDeclarativeBasePositioner::~QDeclarativeBasePositioner()
+{
+    d_func()->unwatchAll();
+}
+
+int QDeclarativeBasePositioner::spacing() const
+{
+    return d_func()->spacing;
+}
+
+void QDeclarativeBasePositioner::setSpacing(int spacing)
+{
+    Q_D(QDeclarativeBasePositioner);
+    if (spacing == d->spacing)
+        return;
+    d->spacing = spacing;
+    relayout();
+    Q_EMIT spacingChanged();
+}
+
+QQuickTransition *QDeclarativeBasePositioner::move() const
+{
+    Q_D(const QDeclarativeBasePositioner);
+    return d->transitions ? d->transitions->move : nullptr;
+}
+
+void QDeclarativeBasePositioner::setMove(QQuickTransition *transition)
+{
+    if (transition == move())
+        return;
+    d_func()->needTransitions().move = transition;
+    Q_EMIT moveChanged();
+}
+
+QQuickTransition *QDeclarativeBasePositioner::add() const
+{
+    Q_D(const QDeclarativeBasePositioner);
+    return d->transitions ? d->transitions->add : nullptr;
+}
+
+void QDeclarativeBasePositioner::setAdd(QQuickTransition *transition)
+{
+    if (transition == add())
+        return;
+    d_func()->needTransitions().add = transition;
+    Q_EMIT addChanged();
+}
+
+void QDeclarativeBasePositioner::relayout()
+{
+    Q_D(QDeclarativeBasePositioner);
+    if (!isComponentComplete())
+        return;
+    d->placeAgain = true;
+    if (d->isPlacing)
+        return;
+    d->isPlacing = true;
+    for (int pass = 0; d->placeAgain && pass < passLimit; ++pass) {
+        d->placeAgain = false;
+        d->place();
+    }
+    d->isPlacing = false;
+}
+
+bool QDeclarativeBasePositioner::isRightToLeft() const
+{
+    Q_D(const QDeclarativeBasePositioner);
+    return (d->layoutDirection == Qt::RightToLeft) != d->isMirrored();
+}
+
+void QDeclarativeBasePositioner::mirror(Cells &cells, qreal contentWidth) const
+{
+    const qreal width = widthValid() ? this->width() : contentWidth;
+    for (Cell &cell : cells)
+        cell.pos.setX(width - cell.pos.x() - cell.size.width());
+}
+
+Qt::LayoutDirection QDeclarativeBasePositioner::layoutDirection() const
+{
+    return d_func()->layoutDirection;
+}
+
+void QDeclarativeBasePositioner::setLayoutDirection(Qt::LayoutDirection direction)
+{
+    Q_D(QDeclarativeBasePositioner);
+    if (direction == d->layoutDirection)
+        return;
+    d->layoutDirection = direction;
+    relayout();
+    Q_EMIT layoutDirectionChanged();
+}
+
+QVariant QDeclarativeBasePositioner::itemChange(GraphicsItemChange change, const QVariant &value)
+{
+    Q_D(QDeclarativeBasePositioner);
+    if (change == ItemChildAddedChange || change == ItemChildRemovedChange) {
+        if (QGraphicsObject *child = value.value<QGraphicsItem *>()->toGraphicsObject()) {
+            if (change == ItemChildAddedChange)
+                d->watch(child);
+            else
+                d->unwatch(child);
+            relayout();
+        }
+    }
+    return QDeclarativeItem::itemChange(change, value);
+}
+
+void QDeclarativeBasePositioner::componentComplete()
+{
+    QDeclarativeItem::componentComplete();
+    relayout();
+}
+
+void QDeclarativeBasePositioner::geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    if (newGeometry.size() != oldGeometry.size() && dependsOnSize())
+        relayout();
+    QDeclarativeItem::geometryChanged(newGeometry, oldGeometry);
+}
+
+QDeclarativeColumn::QDeclarativeColumn(QDeclarativeItem *parent)
+    : QDeclarativeBasePositioner(parent)
+{
+}
+
+int QDeclarativeColumn::placedLines() const
+{
+    return QDeclarativeAnchorLine::Top | QDeclarativeAnchorLine::Bottom | QDeclarativeAnchorLine::VCenter;
+}
+
+QString QDeclarativeColumn::conflictMessage() const
+{
+    return QStringLiteral(
+        "Cannot specify top, bottom, verticalCenter, fill or centerIn anchors for items inside Column");
+}
+
+QSizeF QDeclarativeColumn::arrange(Cells &cells) const
+{
+    QSizeF content(-1, 0);
+    for (Cell &cell : cells) {
+        cell.pos.setY(content.height());
+        content.setWidth(qMax(content.width(), cell.size.width()));
+        content.rheight() += cell.size.height() + spacing();
+    }
+    content.rheight() -= spacing();
+    return content;
+}
+
+QDeclarativeRow::QDeclarativeRow(QDeclarativeItem *parent)
+    : QDeclarativeBasePositioner(parent)
+{
+}
+
+int QDeclarativeRow::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal;
+}
+
+QString QDeclarativeRow::conflictMessage() const
+{
+    return QStringLiteral(
+        "Cannot specify left, right, horizontalCenter, fill or centerIn anchors for items inside Row");
+}
+
+QSizeF QDeclarativeRow::arrange(Cells &cells) const
+{
+    QSizeF content(0, -1);
+    for (Cell &cell : cells) {
+        cell.pos.setX(content.width());
+        content.setHeight(qMax(content.height(), cell.size.height()));
+        content.rwidth() += cell.size.width() + spacing();
+    }
+    content.rwidth() -= spacing();
+    if (isRightToLeft())
+        mirror(cells, content.width());
+    return content;
+}
+
+QDeclarativeGrid::QDeclarativeGrid(QDeclarativeItem *parent)
+    : QDeclarativeBasePositioner(parent)
+{
+}
+
+void QDeclarativeGrid::setRows(int rows)
+{
+    if (rows == m_rows)
+        return;
+    m_rows = rows;
+    relayout();
+    Q_EMIT rowsChanged();
+}
+
+void QDeclarativeGrid::setColumns(int columns)
+{
+    if (columns == m_columns)
+        return;
+    m_columns = columns;
+    relayout();
+    Q_EMIT columnsChanged();
+}
+
+void QDeclarativeGrid::setFlow(Flow flow)
+{
+    if (flow == m_flow)
+        return;
+    m_flow = flow;
+    relayout();
+    Q_EMIT flowChanged();
+}
+
+/** Returns the columns (width) and rows (height) that @p count children fill. */
+QSize QDeclarativeGrid::tableSize(int count) const
+{
+    constexpr int defaultColumns = 4;
+    const auto fit = [count](int given) { return count / given + (count % given > 0 ? 1 : 0); };
+    int columns = m_columns;
+    int rows = m_rows;
+    if (columns <= 0)
+        columns = rows > 0 ? fit(rows) : defaultColumns;
+    if (rows <= 0)
+        rows = fit(columns);
+    return m_flow == LeftToRight ? QSize(qMin(columns, count), qMin(rows, fit(columns)))
+                                 : QSize(qMin(columns, fit(rows)), qMin(rows, count));
+}
+
+/** Turns the lengths of neighbours into where each starts and returns the length of all. */
+static qreal lineUp(QVector<qreal> &lengths, int spacing)
+{
+    qreal next = 0;
+    for (qreal &length : lengths)
+        next += std::exchange(length, next) + spacing;
+    return next - spacing;
+}
+
+int QDeclarativeGrid::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal | QDeclarativeAnchorLine::Vertical;
+}
+
+QString QDeclarativeGrid::conflictMessage() const
+{
+    return QStringLiteral("Cannot specify anchors for items inside Grid");
+}
+
+QSizeF QDeclarativeGrid::arrange(Cells &cells) const
+{
+    const QSize table = tableSize(cells.count());
+    if (table.isEmpty())
+        return QSizeF();
+    const auto column = [&](int i) { return m_flow == LeftToRight ? i % table.width() : i / table.height(); };
+    const auto row = [&](int i) { return m_flow == LeftToRight ? i / table.width() : i % table.height(); };
+    cells.resize(qMin(cells.count(), table.width() * table.height()));
+
+    QVector<qreal> widths(table.width());
+    QVector<qreal> heights(table.height());
+    for (int i = 0; i < cells.count(); ++i) {
+        const QSizeF size = cells.at(i).size;
+        widths[column(i)] = qMax(widths.at(column(i)), size.width());
+        heights[row(i)] = qMax(heights.at(row(i)), size.height());
+    }
+    const qreal width = lineUp(widths, spacing());
+    const qreal height = lineUp(heights, spacing());
+    for (int i = 0; i < cells.count(); ++i)
+        cells[i].pos = QPointF(widths.at(column(i)), heights.at(row(i)));
+    if (isRightToLeft())
+        mirror(cells, width);
+    return QSizeF(width, height);
+}
+
+QDeclarativeFlow::QDeclarativeFlow(QDeclarativeItem *parent)
+    : QDeclarativeBasePositioner(parent)
+{
+}
+
+void QDeclarativeFlow::setFlow(Flow flow)
+{
+    if (flow == m_flow)
+        return;
+    m_flow = flow;
+    relayout();
+    Q_EMIT flowChanged();
+}
+
+int QDeclarativeFlow::placedLines() const
+{
+    return QDeclarativeAnchorLine::Horizontal | QDeclarativeAnchorLine::Vertical;
+}
+
+QString QDeclarativeFlow::conflictMessage() const
+{
+    return QStringLiteral("Cannot specify anchors for items inside Flow");
+}
+
+QSizeF QDeclarativeFlow::arrange(Cells &cells) const
+{
+    const bool across = m_flow == LeftToRight;
+    const bool wraps = across ? widthValid() : heightValid();
+    const qreal limit = across ? width() : height();
+    QSizeF content;
+    QPointF next;
+    qreal thickness = 0;
+    for (Cell &cell : cells) {
+        qreal &along = across ? next.rx() : next.ry();
+        qreal &aside = across ? next.ry() : next.rx();
+        const qreal length = across ? cell.size.width() : cell.size.height();
+        if (wraps && along > 0 && along + length > limit) {
+            along = 0;
+            aside += thickness + spacing();
+            thickness = 0;
+        }
+        cell.pos = next;
+        content = content.expandedTo(QSizeF(next.x() + cell.size.width(), next.y() + cell.size.height()));
+        thickness = qMax(thickness, across ? cell.size.height() : cell.size.width());
+        along += length + spacing();
+    }
+    if (isRightToLeft())
+        mirror(cells, content.width());
+    return content;
+}
+
+void registerDeclarativePositionerTypes()
+{
+    registerDeclarativeRevision<QDeclarativeBasePositioner>();
+    registerDeclarativeType<QDeclarativeColumn>("Column");
+    registerDeclarativeType<QDeclarativeRow>("Row");
+    registerDeclarativeType<QDeclarativeGrid>("Grid");
+    registerDeclarativeType<QDeclarativeFlow>("Flow");
+}
+
+#include "moc_qdeclarativepositioners_p.cpp"

@@ -1,0 +1,512 @@
+#include "qdeclarativeanchors_p.h"
+
+#include "qdeclarativelayoutmirroring_p.h"
+#include "engine/qdeclarativerounding_p.h"
+
+#include <QtCore/QScopedValueRollback>
+#include <QtQml/qqmlinfo.h>
+
+namespace {
+
+// A target whose change comes back to itself this often is in a loop.
+constexpr int maximumDepth = 3;
+
+constexpr QDeclarativeItemChanges targetChanges =
+    QDeclarativeItemChanges(GeometryChange) | BaselineOffsetChange | DestroyedChange;
+
+qreal middle(qreal length)
+{
+    const int whole = QDeclarativeRounding::bounded(length);
+    return whole == length && whole % 2 ? (length + 1) / 2 : length / 2;
+}
+
+QSizeF sizeOf(QGraphicsObject *object)
+{
+    const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
+    return QSizeF(d->width(), d->height());
+}
+
+/** Counts how deep one update of an item's geometry is nested in itself. */
+class Depth
+{
+public:
+    explicit Depth(int *depth)
+        : m_depth(depth)
+    {
+        ++*m_depth;
+    }
+    ~Depth() { --*m_depth; }
+    Q_DISABLE_COPY(Depth)
+
+private:
+    int *const m_depth;
+};
+
+} // namespace
+
+static constexpr QDeclarativeAnchorLine::AnchorLine lineFlags[] = {
+    QDeclarativeAnchorLine::Left,     QDeclarativeAnchorLine::Right,   QDeclarativeAnchorLine::Top,
+    QDeclarativeAnchorLine::Bottom,   QDeclarativeAnchorLine::HCenter, QDeclarativeAnchorLine::VCenter,
+    QDeclarativeAnchorLine::Baseline,
+};
+
+QDeclarativeAnchors::QDeclarativeAnchors(QDeclarativeItem *item)
+    : m_item(item)
+{
+}
+
+QDeclarativeAnchors::~QDeclarativeAnchors()
+{
+    m_used = 0;
+    const auto release = [this](QGraphicsObject *target) {
+        if (auto *item = qobject_cast<QDeclarativeItem *>(target))
+            QDeclarativeItemPrivate::get(item)->removeChangeListener(this, targetChanges);
+    };
+    for (const QDeclarativeAnchorLine &line : m_lines)
+        release(line.item);
+    release(m_fill);
+    release(m_centerIn);
+}
+
+bool QDeclarativeAnchors::isMirrored() const
+{
+    return QDeclarativeItemPrivate::get(m_item)->isMirrored();
+}
+
+bool QDeclarativeAnchors::isNeighbour(const QGraphicsObject *target) const
+{
+    const QGraphicsItem *parent = m_item->QGraphicsItem::parentItem();
+    return target == parent || target->QGraphicsItem::parentItem() == parent;
+}
+
+bool QDeclarativeAnchors::isTargetValid(LineIndex index, const QDeclarativeAnchorLine &target) const
+{
+    if (!target.item) {
+        qmlWarning(m_item) << tr("Cannot anchor to a null item.");
+        return false;
+    }
+    const bool horizontal = lineFlags[index] & QDeclarativeAnchorLine::Horizontal;
+    if (horizontal && (target.line & QDeclarativeAnchorLine::Vertical)) {
+        qmlWarning(m_item) << tr("Cannot anchor a horizontal edge to a vertical edge.");
+        return false;
+    }
+    if (!horizontal && (target.line & QDeclarativeAnchorLine::Horizontal)) {
+        qmlWarning(m_item) << tr("Cannot anchor a vertical edge to a horizontal edge.");
+        return false;
+    }
+    if (!isNeighbour(target.item)) {
+        qmlWarning(m_item) << tr("Cannot anchor to an item that isn't a parent or sibling.");
+        return false;
+    }
+    if (target.item == m_item) {
+        qmlWarning(m_item) << tr("Cannot anchor item to self.");
+        return false;
+    }
+    return true;
+}
+
+bool QDeclarativeAnchors::areLinesValid(int used, bool horizontal) const
+{
+    using Line = QDeclarativeAnchorLine;
+    const auto has = [used](int lines) { return (used & lines) == lines; };
+    if (horizontal && has(Line::Horizontal)) {
+        qmlWarning(m_item) << tr("Cannot specify left, right, and hcenter anchors.");
+        return false;
+    }
+    if (!horizontal && has(Line::Top | Line::Bottom | Line::VCenter)) {
+        qmlWarning(m_item) << tr("Cannot specify top, bottom, and vcenter anchors.");
+        return false;
+    }
+    if (!horizontal && (used & Line::Baseline) && (used & (Line::Top | Line::Bottom | Line::VCenter))) {
+        qmlWarning(m_item) << tr(
+            "Baseline anchor cannot be used in conjunction with top, bottom, or vcenter anchors.");
+        return false;
+    }
+    return true;
+}
+
+void QDeclarativeAnchors::setLine(LineIndex index, const QDeclarativeAnchorLine &target)
+{
+    if (m_lines[index] == target || !isTargetValid(index, target))
+        return;
+    const bool horizontal = lineFlags[index] & QDeclarativeAnchorLine::Horizontal;
+    if (!areLinesValid(m_used | lineFlags[index], horizontal))
+        return;
+    m_used |= lineFlags[index];
+    QGraphicsObject *previous = m_lines[index].item;
+    m_lines[index] = target;
+    removeDependency(previous);
+    addDependency(target.item);
+    emitLineChanged(index);
+    updateLine(index);
+}
+
+void QDeclarativeAnchors::resetLine(LineIndex index)
+{
+    if (!(m_used & lineFlags[index]))
+        return;
+    m_used &= ~lineFlags[index];
+    QGraphicsObject *previous = m_lines[index].item;
+    m_lines[index] = {};
+    removeDependency(previous);
+    emitLineChanged(index);
+    updateLine(index);
+}
+
+void QDeclarativeAnchors::updateLine(LineIndex index)
+{
+    if (lineFlags[index] & QDeclarativeAnchorLine::Horizontal)
+        updateHorizontal();
+    else
+        updateVertical();
+}
+
+void QDeclarativeAnchors::emitLineChanged(LineIndex index)
+{
+    static constexpr void (QDeclarativeAnchors::*changed[])() = {
+        &QDeclarativeAnchors::leftChanged,
+        &QDeclarativeAnchors::rightChanged,
+        &QDeclarativeAnchors::topChanged,
+        &QDeclarativeAnchors::bottomChanged,
+        &QDeclarativeAnchors::horizontalCenterChanged,
+        &QDeclarativeAnchors::verticalCenterChanged,
+        &QDeclarativeAnchors::baselineChanged,
+    };
+    const auto signal = changed[index];
+    Q_EMIT(this->*signal)();
+}
+
+void QDeclarativeAnchors::emitOffsetChanged(LineIndex index)
+{
+    static constexpr void (QDeclarativeAnchors::*changed[])() = {
+        &QDeclarativeAnchors::leftMarginChanged,
+        &QDeclarativeAnchors::rightMarginChanged,
+        &QDeclarativeAnchors::topMarginChanged,
+        &QDeclarativeAnchors::bottomMarginChanged,
+        &QDeclarativeAnchors::horizontalCenterOffsetChanged,
+        &QDeclarativeAnchors::verticalCenterOffsetChanged,
+        &QDeclarativeAnchors::baselineOffsetChanged,
+    };
+    const auto signal = changed[index];
+    Q_EMIT(this->*signal)();
+}
+
+void QDeclarativeAnchors::setOffset(LineIndex index, qreal offset)
+{
+    if (m_offsets[index] == offset)
+        return;
+    m_offsets[index] = offset;
+    if (m_fill)
+        updateFill();
+    else if (m_centerIn)
+        updateCenterIn();
+    else
+        updateLine(index);
+    emitOffsetChanged(index);
+}
+
+void QDeclarativeAnchors::setMargins(qreal margins)
+{
+    if (m_margins == margins)
+        return;
+    // A margin of its own stays.
+    const qreal previous = m_margins;
+    m_margins = margins;
+    for (LineIndex index : {RightLine, LeftLine, TopLine, BottomLine}) {
+        if (m_offsets[index] == 0 || m_offsets[index] == previous)
+            setOffset(index, margins);
+    }
+    Q_EMIT marginsChanged();
+}
+
+void QDeclarativeAnchors::setFill(QGraphicsObject *target)
+{
+    if (m_fill == target || target == m_item)
+        return;
+    if (target && !isNeighbour(target)) {
+        qmlWarning(m_item) << tr("Cannot anchor to an item that isn't a parent or sibling.");
+        return;
+    }
+    QGraphicsObject *previous = m_fill;
+    m_fill = target;
+    removeDependency(previous);
+    addDependency(target);
+    Q_EMIT fillChanged();
+    updateFill();
+}
+
+void QDeclarativeAnchors::setCenterIn(QGraphicsObject *target)
+{
+    if (m_centerIn == target || target == m_item)
+        return;
+    if (target && !isNeighbour(target)) {
+        qmlWarning(m_item) << tr("Cannot anchor to an item that isn't a parent or sibling.");
+        return;
+    }
+    QGraphicsObject *previous = m_centerIn;
+    m_centerIn = target;
+    removeDependency(previous);
+    addDependency(target);
+    Q_EMIT centerInChanged();
+    updateCenterIn();
+}
+
+bool QDeclarativeAnchors::dependsOn(const QGraphicsObject *target) const
+{
+    if (m_fill == target || m_centerIn == target)
+        return true;
+    for (const QDeclarativeAnchorLine &line : m_lines) {
+        if (line.item == target)
+            return true;
+    }
+    return false;
+}
+
+void QDeclarativeAnchors::addDependency(QGraphicsObject *target)
+{
+    if (!target)
+        return;
+    if (auto *item = qobject_cast<QDeclarativeItem *>(target)) {
+        QDeclarativeItemPrivate::get(item)->addChangeListener(this, targetChanges);
+        return;
+    }
+    disconnect(target, nullptr, this, nullptr);
+    connect(target, &QGraphicsObject::xChanged, this, [=] { targetChanged(target, true, false, false); });
+    connect(target, &QGraphicsObject::yChanged, this, [=] { targetChanged(target, false, true, false); });
+    connect(target, &QGraphicsObject::widthChanged, this, [=] { targetChanged(target, true, false, true); });
+    connect(target, &QGraphicsObject::heightChanged, this, [=] { targetChanged(target, false, true, true); });
+    connect(target, &QObject::destroyed, this, [=] { forget(target); });
+}
+
+void QDeclarativeAnchors::removeDependency(QGraphicsObject *target)
+{
+    if (!target || dependsOn(target))
+        return;
+    if (auto *item = qobject_cast<QDeclarativeItem *>(target))
+        QDeclarativeItemPrivate::get(item)->removeChangeListener(this, targetChanges);
+    else
+        disconnect(target, nullptr, this, nullptr);
+}
+
+void QDeclarativeAnchors::forget(QGraphicsObject *target)
+{
+    if (m_fill == target)
+        m_fill = nullptr;
+    if (m_centerIn == target)
+        m_centerIn = nullptr;
+    for (int i = 0; i < Lines; ++i) {
+        if (m_lines[i].item == target) {
+            m_lines[i] = {};
+            m_used &= ~lineFlags[i];
+        }
+    }
+}
+
+void QDeclarativeAnchors::itemDestroyed(QDeclarativeItem *item)
+{
+    forget(item);
+}
+
+void QDeclarativeAnchors::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now, const QRectF &before)
+{
+    targetChanged(item, now.x() != before.x() || now.width() != before.width(),
+                  now.y() != before.y() || now.height() != before.height(), now.size() != before.size());
+}
+
+void QDeclarativeAnchors::itemBaselineOffsetChanged(QDeclarativeItem *item)
+{
+    if (m_lines[BaselineLine].item == item
+        || ((m_used & QDeclarativeAnchorLine::Vertical) && dependsOn(item)))
+        updateVertical();
+}
+
+void QDeclarativeAnchors::targetChanged(QGraphicsObject *target, bool horizontal, bool vertical, bool resized)
+{
+    // Where the parent itself stands makes no difference to its children.
+    if (target == m_item->QGraphicsItem::parentItem() && !resized)
+        return;
+    if (m_fill) {
+        if (m_fill == target)
+            updateFill();
+        return;
+    }
+    if (m_centerIn) {
+        if (m_centerIn == target)
+            updateCenterIn();
+        return;
+    }
+    if (horizontal)
+        updateHorizontal();
+    if (vertical)
+        updateVertical();
+}
+
+void QDeclarativeAnchors::ownGeometryChanged(const QRectF &now, const QRectF &before)
+{
+    if (m_updating)
+        return;
+    if (m_fill) {
+        updateFill();
+    } else if (m_centerIn) {
+        updateCenterIn();
+    } else {
+        if (now.x() != before.x() || now.width() != before.width())
+            updateHorizontal();
+        if (now.y() != before.y() || now.height() != before.height())
+            updateVertical();
+    }
+}
+
+void QDeclarativeAnchors::updateAll()
+{
+    updateFill();
+    updateCenterIn();
+    updateHorizontal();
+    updateVertical();
+}
+
+void QDeclarativeAnchors::updateFill()
+{
+    if (!m_fill || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+        return;
+    if (m_fillDepth >= maximumDepth) {
+        qmlWarning(m_item) << tr("Possible anchor loop detected on fill.");
+        return;
+    }
+    const Depth depth(&m_fillDepth);
+    const QScopedValueRollback<bool> updating(m_updating, true);
+    const bool isParent = m_fill == m_item->QGraphicsItem::parentItem();
+    const qreal left = m_offsets[isMirrored() ? RightLine : LeftLine];
+    const qreal across = m_offsets[LeftLine] + m_offsets[RightLine];
+    const qreal down = m_offsets[TopLine] + m_offsets[BottomLine];
+    m_item->setPos((isParent ? QPointF() : m_fill->pos()) + QPointF(left, m_offsets[TopLine]));
+    if (m_fill)
+        m_item->setSize(sizeOf(m_fill) - QSizeF(across, down));
+}
+
+void QDeclarativeAnchors::updateCenterIn()
+{
+    if (!m_centerIn || m_fill || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+        return;
+    if (m_centerDepth >= maximumDepth) {
+        qmlWarning(m_item) << tr("Possible anchor loop detected on centerIn.");
+        return;
+    }
+    const Depth depth(&m_centerDepth);
+    const QScopedValueRollback<bool> updating(m_updating, true);
+    const bool isParent = m_centerIn == m_item->QGraphicsItem::parentItem();
+    const QSizeF frame = sizeOf(m_centerIn);
+    const qreal across = isMirrored() ? -m_offsets[HCenterLine] : m_offsets[HCenterLine];
+    const QPointF centre(middle(frame.width()) - middle(m_item->width()) + across,
+                         middle(frame.height()) - middle(m_item->height()) + m_offsets[VCenterLine]);
+    m_item->setPos((isParent ? QPointF() : m_centerIn->pos()) + centre);
+}
+
+void QDeclarativeAnchors::updateHorizontal()
+{
+    if (!(m_used & QDeclarativeAnchorLine::Horizontal) || m_fill || m_centerIn
+        || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+        return;
+    if (m_horizontalDepth >= maximumDepth) {
+        qmlWarning(m_item) << tr("Possible anchor loop detected on horizontal anchor.");
+        return;
+    }
+    const Depth depth(&m_horizontalDepth);
+    const QScopedValueRollback<bool> updating(m_updating, true);
+    applyHorizontal();
+}
+
+void QDeclarativeAnchors::updateVertical()
+{
+    if (!(m_used & QDeclarativeAnchorLine::Vertical) || m_fill || m_centerIn
+        || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+        return;
+    if (m_verticalDepth >= maximumDepth) {
+        qmlWarning(m_item) << tr("Possible anchor loop detected on vertical anchor.");
+        return;
+    }
+    const Depth depth(&m_verticalDepth);
+    const QScopedValueRollback<bool> updating(m_updating, true);
+    applyVertical();
+}
+
+/** Where the target line of @p index, with its margin, lies in the coordinates of the item's parent. */
+qreal QDeclarativeAnchors::linePosition(LineIndex index) const
+{
+    const QDeclarativeAnchorLine &target = m_lines[index];
+    // A handler may have destroyed the target since the update began.
+    if (!target.item)
+        return 0;
+    const bool isParent = target.item == m_item->QGraphicsItem::parentItem();
+    const bool horizontal = lineFlags[index] & QDeclarativeAnchorLine::Horizontal;
+    const QSizeF size(target.item->width(), target.item->height());
+    const bool turned = horizontal && isMirrored();
+    const bool fromEnd = index == (turned ? LeftLine : RightLine) || index == BottomLine;
+    const qreal margin = fromEnd || (turned && index == HCenterLine) ? -m_offsets[index] : m_offsets[index];
+    qreal position = isParent ? 0 : horizontal ? target.item->x() : target.item->y();
+    switch (target.line) {
+    case QDeclarativeAnchorLine::Left:
+        position += turned ? size.width() : 0;
+        break;
+    case QDeclarativeAnchorLine::Right:
+        position += turned ? 0 : size.width();
+        break;
+    case QDeclarativeAnchorLine::HCenter:
+        position += middle(size.width());
+        break;
+    case QDeclarativeAnchorLine::Bottom:
+        position += size.height();
+        break;
+    case QDeclarativeAnchorLine::VCenter:
+        position += middle(size.height());
+        break;
+    case QDeclarativeAnchorLine::Baseline:
+        position += target.item->baselineOffset();
+        break;
+    default:
+        break;
+    }
+    return position + margin;
+}
+
+void QDeclarativeAnchors::applyHorizontal()
+{
+    const LineIndex left = isMirrored() ? RightLine : LeftLine;
+    const LineIndex right = isMirrored() ? LeftLine : RightLine;
+    const auto has = [this](LineIndex index) { return bool(m_used & lineFlags[index]); };
+    if (has(left)) {
+        const qreal from = linePosition(left);
+        if (has(right))
+            m_item->setWidth(linePosition(right) - from);
+        else if (has(HCenterLine))
+            m_item->setWidth((linePosition(HCenterLine) - from) * 2);
+        m_item->setX(from);
+    } else if (has(right)) {
+        if (has(HCenterLine))
+            m_item->setWidth((linePosition(right) - linePosition(HCenterLine)) * 2);
+        m_item->setX(linePosition(right) - m_item->width());
+    } else {
+        m_item->setX(linePosition(HCenterLine) - middle(m_item->width()));
+    }
+}
+
+void QDeclarativeAnchors::applyVertical()
+{
+    const auto has = [this](LineIndex index) { return bool(m_used & lineFlags[index]); };
+    if (has(TopLine)) {
+        const qreal from = linePosition(TopLine);
+        if (has(BottomLine))
+            m_item->setHeight(linePosition(BottomLine) - from);
+        else if (has(VCenterLine))
+            m_item->setHeight((linePosition(VCenterLine) - from) * 2);
+        m_item->setY(from);
+    } else if (has(BottomLine)) {
+        if (has(VCenterLine))
+            m_item->setHeight((linePosition(BottomLine) - linePosition(VCenterLine)) * 2);
+        m_item->setY(linePosition(BottomLine) - m_item->height());
+    } else if (has(VCenterLine)) {
+        m_item->setY(linePosition(VCenterLine) - middle(m_item->height()));
+    } else {
+        m_item->setY(linePosition(BaselineLine) - m_item->baselineOffset());
+    }
+}

@@ -1,0 +1,100 @@
+#include "qdeclarativetextdocument_p.h"
+
+#include "engine/qdeclarativelocalfile_p.h"
+
+#include <QtGui/QAbstractTextDocumentLayout>
+#include <QtGui/QPalette>
+#include <QtGui/QPixmap>
+#include <QtGui/QTextCursor>
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlInfo>
+#include <QtQml/qqml.h>
+
+#include <private/qquickpixmapcache_p.h>
+
+QDeclarativeTextDocument::QDeclarativeTextDocument(QObject *owner)
+    : owner(owner)
+{
+    setUndoRedoEnabled(false);
+    setDocumentMargin(0);
+}
+
+QDeclarativeTextDocument::~QDeclarativeTextDocument()
+{
+    for (const Picture &picture : qAsConst(pictures))
+        delete picture.source;
+}
+
+void QDeclarativeTextDocument::setMarkup(const QString &markup)
+{
+    // Kept until the new text has asked for its own, so that what both of them show stays in the cache.
+    const QHash<QUrl, Picture> before = std::exchange(pictures, {});
+    setHtml(markup);
+    size();
+    for (const Picture &picture : before)
+        delete picture.source;
+}
+
+QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
+{
+    QQmlContext *context = qmlContext(owner);
+    if (type != QTextDocument::ImageResource || !context)
+        return QDeclarativeLocalFile::isRefused(name) ? QVariant() : QTextDocument::loadResource(type, name);
+    const QUrl url = context->resolvedUrl(name);
+    Picture &entry = pictures[url];
+    if (!entry.source) {
+        entry.source = new QQuickPixmap;
+        if (!QDeclarativeLocalFile::refuse(url, owner))
+            entry.source->load(context->engine(), url);
+        if (entry.source->isLoading())
+            entry.source->connectFinished(this, SLOT(pictureFinished()));
+        else
+            settle(entry);
+    }
+    QVariant shown = picture(entry);
+    // Kept by the document, which else would ask again, and convert again, at every painting.
+    if (!entry.isPending)
+        addResource(type, name, shown);
+    return shown;
+}
+
+QVariant QDeclarativeTextDocument::picture(const Picture &picture) const
+{
+    if (picture.source->isReady())
+        return QPixmap::fromImage(picture.source->image());
+    // Never nothing at all: the document would go on to look for a file of that name by itself.
+    QPixmap nothing(1, 1);
+    nothing.fill(Qt::transparent);
+    return nothing;
+}
+
+void QDeclarativeTextDocument::settle(Picture &picture)
+{
+    picture.isPending = false;
+    if (picture.source->isError())
+        qmlWarning(owner) << picture.source->error();
+}
+
+void QDeclarativeTextDocument::pictureFinished()
+{
+    for (Picture &picture : pictures) {
+        if (picture.isPending && !picture.source->isLoading())
+            settle(picture);
+    }
+    markContentsDirty(0, characterCount());
+    Q_EMIT loaded();
+}
+
+void QDeclarativeTextDocument::draw(QPainter *painter, const QColor &color, bool everything)
+{
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette.setColor(QPalette::Text, color);
+    if (everything) {
+        QAbstractTextDocumentLayout::Selection all;
+        all.cursor = QTextCursor(this);
+        all.cursor.select(QTextCursor::Document);
+        all.format.setForeground(color);
+        context.selections.append(all);
+    }
+    documentLayout()->draw(painter, context);
+}

@@ -1,0 +1,477 @@
+#include "qdeclarativeitemview_p.h"
+
+#include "qdeclarativeitemview_p_p.h"
+#include "models/qdeclarativevisualmodel_p.h"
+
+#include <utility>
+
+QDeclarativeItemViewAttached::QDeclarativeItemViewAttached(QObject *object)
+    : QObject(object)
+{
+    // A delegate's bindings run before the view knows the item, which has its place in the content by then.
+    const auto *item = qobject_cast<QDeclarativeItem *>(object);
+    const QGraphicsObject *content = item ? item->parentObject() : nullptr;
+    if (content)
+        m_view = qobject_cast<QDeclarativeItemView *>(content->parentObject());
+}
+
+QDeclarativeItemView *QDeclarativeItemViewAttached::itemView() const
+{
+    return m_view;
+}
+
+void QDeclarativeItemViewAttached::setItemView(QDeclarativeItemView *view)
+{
+    if (view == m_view)
+        return;
+    m_view = view;
+    Q_EMIT viewChanged();
+}
+
+void QDeclarativeItemViewAttached::setIsCurrentItem(bool current)
+{
+    if (current == m_isCurrentItem)
+        return;
+    m_isCurrentItem = current;
+    Q_EMIT currentItemChanged();
+}
+
+void QDeclarativeItemViewAttached::setDelayRemove(bool delay)
+{
+    if (delay == m_delayRemove)
+        return;
+    m_delayRemove = delay;
+    Q_EMIT delayRemoveChanged();
+}
+
+QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDeclarativeItem *parent)
+    : QDeclarativeFlickable(dd, parent)
+{
+    Q_D(QDeclarativeItemView);
+    setFlag(ItemIsFocusScope);
+    d->visualModel = new QDeclarativeVisualModel(this);
+    // The rows count from when there is a model; items are made when the view is complete.
+    d->visualModel->componentComplete();
+    connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
+            [d](const QQmlChangeSet &changes, bool reset) { d->applyChanges(changes, reset); });
+    connect(&d->timeLine, &QQuickTimeLine::completed, this, [d] { d->releaseDeferred(); });
+    connect(&d->highlightTimeLine, &QQuickTimeLine::completed, this, [d] {
+        if (std::exchange(d->followsHighlight, false))
+            d->releaseDeferred();
+    });
+    connect(d->visualModel, &QDeclarativeVisualModel::createdItem, this, [d](int index) {
+        if (index == d->requestedIndex)
+            d->isNewItem = true;
+    });
+}
+
+QDeclarativeItemView::~QDeclarativeItemView()
+{
+    Q_D(QDeclarativeItemView);
+    // No handler may see the view while it is taken apart.
+    blockSignals(true);
+    d->highlightTimeLine.clear();
+    d->timeLine.clear();
+    d->clear();
+    for (QDeclarativeItem *part : {d->headerItem, d->footerItem}) {
+        if (part)
+            QDeclarativeItemPrivate::get(part)->removeChangeListener(d, GeometryChange);
+    }
+}
+
+QVariant QDeclarativeItemView::model() const
+{
+    return d_func()->visualModel->model();
+}
+
+void QDeclarativeItemView::setModel(const QVariant &model)
+{
+    Q_D(QDeclarativeItemView);
+    if (model == this->model())
+        return;
+    d->clear();
+    {
+        // What the model has to say of its new rows is said below.
+        const QSignalBlocker blocker(d->visualModel);
+        d->visualModel->setModel(model);
+    }
+    d->setViewPosition(0);
+    if (isComponentComplete()) {
+        d->layout();
+        const bool keeps = d->currentIndex >= 0 && d->currentIndex < count();
+        if ((keeps || !d->currentIsCleared) && count() > 0) {
+            d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
+            d->updateCurrent(keeps ? d->currentIndex : 0);
+        }
+    }
+    Q_EMIT modelChanged();
+    Q_EMIT countChanged();
+}
+
+QQmlComponent *QDeclarativeItemView::delegate() const
+{
+    return d_func()->visualModel->delegate();
+}
+
+void QDeclarativeItemView::setDelegate(QQmlComponent *delegate)
+{
+    Q_D(QDeclarativeItemView);
+    if (delegate == this->delegate())
+        return;
+    d->clear();
+    {
+        const QSignalBlocker blocker(d->visualModel);
+        d->visualModel->setDelegate(delegate);
+    }
+    if (isComponentComplete())
+        d->regenerate();
+    Q_EMIT delegateChanged();
+}
+
+int QDeclarativeItemView::currentIndex() const
+{
+    return d_func()->currentIndex;
+}
+
+void QDeclarativeItemView::setCurrentIndex(int index)
+{
+    Q_D(QDeclarativeItemView);
+    d->currentIsCleared = index == -1;
+    if (isComponentComplete() && d->visualModel->isValid()) {
+        d->flushLayout();
+        d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
+        d->updateCurrent(index);
+    } else if (index != d->currentIndex) {
+        d->currentIndex = index;
+        Q_EMIT currentIndexChanged();
+    }
+}
+
+QDeclarativeItem *QDeclarativeItemView::currentItem() const
+{
+    Q_D(const QDeclarativeItemView);
+    return d->currentItem ? d->currentItem->item : nullptr;
+}
+
+int QDeclarativeItemView::count() const
+{
+    return d_func()->visualModel->count();
+}
+
+QQmlComponent *QDeclarativeItemView::highlight() const
+{
+    return d_func()->highlightComponent;
+}
+
+void QDeclarativeItemView::setHighlight(QQmlComponent *component)
+{
+    Q_D(QDeclarativeItemView);
+    if (component == d->highlightComponent)
+        return;
+    d->highlightComponent = component;
+    d->createHighlight();
+    if (d->currentItem)
+        d->updateHighlight();
+    Q_EMIT highlightChanged();
+}
+
+QDeclarativeItem *QDeclarativeItemView::highlightItem() const
+{
+    return d_func()->highlightItem;
+}
+
+bool QDeclarativeItemView::highlightFollowsCurrentItem() const
+{
+    return d_func()->highlightFollows;
+}
+
+void QDeclarativeItemView::setHighlightFollowsCurrentItem(bool follows)
+{
+    Q_D(QDeclarativeItemView);
+    if (follows == d->highlightFollows)
+        return;
+    d->highlightFollows = follows;
+    if (!follows)
+        d->highlightTimeLine.clear();
+    d->updateHighlight();
+    Q_EMIT highlightFollowsCurrentItemChanged();
+}
+
+int QDeclarativeItemView::highlightMoveDuration() const
+{
+    return d_func()->highlightMoveDuration;
+}
+
+void QDeclarativeItemView::setHighlightMoveDuration(int duration)
+{
+    Q_D(QDeclarativeItemView);
+    if (duration == d->highlightMoveDuration)
+        return;
+    d->highlightMoveDuration = duration;
+    Q_EMIT highlightMoveDurationChanged();
+}
+
+qreal QDeclarativeItemView::preferredHighlightBegin() const
+{
+    return d_func()->highlightBegin;
+}
+
+void QDeclarativeItemView::setPreferredHighlightBegin(qreal begin)
+{
+    Q_D(QDeclarativeItemView);
+    d->highlightBeginIsSet = true;
+    if (begin == d->highlightBegin)
+        return;
+    d->highlightBegin = begin;
+    d->scheduleLayout();
+    Q_EMIT preferredHighlightBeginChanged();
+}
+
+void QDeclarativeItemView::resetPreferredHighlightBegin()
+{
+    setPreferredHighlightBegin(0);
+    d_func()->highlightBeginIsSet = false;
+}
+
+qreal QDeclarativeItemView::preferredHighlightEnd() const
+{
+    return d_func()->highlightEnd;
+}
+
+void QDeclarativeItemView::setPreferredHighlightEnd(qreal end)
+{
+    Q_D(QDeclarativeItemView);
+    d->highlightEndIsSet = true;
+    if (end == d->highlightEnd)
+        return;
+    d->highlightEnd = end;
+    d->scheduleLayout();
+    Q_EMIT preferredHighlightEndChanged();
+}
+
+void QDeclarativeItemView::resetPreferredHighlightEnd()
+{
+    setPreferredHighlightEnd(0);
+    d_func()->highlightEndIsSet = false;
+}
+
+QDeclarativeItemView::HighlightRangeMode QDeclarativeItemView::highlightRangeMode() const
+{
+    return d_func()->rangeMode;
+}
+
+void QDeclarativeItemView::setHighlightRangeMode(HighlightRangeMode mode)
+{
+    Q_D(QDeclarativeItemView);
+    if (mode == d->rangeMode)
+        return;
+    d->rangeMode = mode;
+    d->scheduleLayout();
+    Q_EMIT highlightRangeModeChanged();
+}
+
+Qt::LayoutDirection QDeclarativeItemView::layoutDirection() const
+{
+    return d_func()->layoutDirection;
+}
+
+void QDeclarativeItemView::setLayoutDirection(Qt::LayoutDirection direction)
+{
+    Q_D(QDeclarativeItemView);
+    if (direction == d->layoutDirection)
+        return;
+    d->layoutDirection = direction;
+    if (isComponentComplete())
+        d->regenerate();
+    Q_EMIT layoutDirectionChanged();
+}
+
+bool QDeclarativeItemView::isWrapEnabled() const
+{
+    return d_func()->wraps;
+}
+
+void QDeclarativeItemView::setWrapEnabled(bool wraps)
+{
+    Q_D(QDeclarativeItemView);
+    if (wraps == d->wraps)
+        return;
+    d->wraps = wraps;
+    Q_EMIT keyNavigationWrapsChanged();
+}
+
+int QDeclarativeItemView::cacheBuffer() const
+{
+    return d_func()->cacheBuffer;
+}
+
+void QDeclarativeItemView::setCacheBuffer(int buffer)
+{
+    Q_D(QDeclarativeItemView);
+    if (buffer == d->cacheBuffer)
+        return;
+    d->cacheBuffer = buffer;
+    d->scheduleLayout();
+    Q_EMIT cacheBufferChanged();
+}
+
+QQmlComponent *QDeclarativeItemView::header() const
+{
+    return d_func()->headerComponent;
+}
+
+void QDeclarativeItemView::setHeader(QQmlComponent *component)
+{
+    Q_D(QDeclarativeItemView);
+    if (component == d->headerComponent)
+        return;
+    d->headerComponent = component;
+    if (isComponentComplete())
+        d->recreate(&d->headerItem, component);
+    Q_EMIT headerChanged();
+}
+
+QQmlComponent *QDeclarativeItemView::footer() const
+{
+    return d_func()->footerComponent;
+}
+
+void QDeclarativeItemView::setFooter(QQmlComponent *component)
+{
+    Q_D(QDeclarativeItemView);
+    if (component == d->footerComponent)
+        return;
+    d->footerComponent = component;
+    if (isComponentComplete()) {
+        d->recreate(&d->footerItem, component);
+        d->QDeclarativeFlickablePrivate::fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
+    }
+    Q_EMIT footerChanged();
+}
+
+void QDeclarativeItemView::setContentX(qreal x)
+{
+    // Where the view is put it stays, whatever becomes of the current item.
+    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
+    QDeclarativeFlickable::setContentX(x);
+}
+
+void QDeclarativeItemView::setContentY(qreal y)
+{
+    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
+    QDeclarativeFlickable::setContentY(y);
+}
+
+void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
+{
+    Q_D(QDeclarativeItemView);
+    if (!d->visualModel->isValid() || index < 0 || index >= count() || mode < Beginning || mode > Contain)
+        return;
+    d->flushLayout();
+    d->moveReason = QDeclarativeItemViewPrivate::Other;
+    d->timeLine.reset(d->mainAxis());
+    const qreal now = d->viewPosition();
+    if (!d->visibleItem(index))
+        d->setViewPosition(d->boundedPosition(d->positionAt(index)));
+    const auto *item = d->visibleItem(index);
+    const qreal start = item ? item->position() : d->positionAt(index);
+    const qreal end = start + (item ? item->size() : d->averageSize);
+    const qreal length = d->viewLength();
+    const qreal beginning = start - (index == 0 ? d->headerSize() : 0);
+    const qreal ending = end + (index == count() - 1 ? d->footerSize() : 0) - length;
+    qreal position = now;
+    switch (mode) {
+    case Beginning:
+        position = beginning;
+        break;
+    case Center:
+        position = d->centredPosition(start, end);
+        break;
+    case End:
+        position = ending;
+        break;
+    case Visible:
+        if (start > now + length)
+            position = ending;
+        else if (end <= now)
+            position = beginning;
+        break;
+    case Contain:
+        if (end >= now + length)
+            position = ending;
+        if (start < position)
+            position = beginning;
+        break;
+    }
+    d->setViewPosition(d->boundedPosition(position));
+    d->refill();
+    d->fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
+}
+
+void QDeclarativeItemView::positionViewAtBeginning()
+{
+    Q_D(QDeclarativeItemView);
+    if (count() > 0)
+        positionViewAtIndex(0, Beginning);
+    else
+        d->setViewPosition(d->leastPosition());
+}
+
+void QDeclarativeItemView::positionViewAtEnd()
+{
+    Q_D(QDeclarativeItemView);
+    if (count() > 0)
+        positionViewAtIndex(count() - 1, End);
+    else
+        d->setViewPosition(d->boundedPosition(d->greatestPosition()));
+}
+
+int QDeclarativeItemView::indexAt(qreal x, qreal y) const
+{
+    Q_D(const QDeclarativeItemView);
+    for (const auto &item : d->visibleItems) {
+        if (item->index >= 0 && item->contains(QPointF(x, y)))
+            return item->index;
+    }
+    return -1;
+}
+
+void QDeclarativeItemView::componentComplete()
+{
+    Q_D(QDeclarativeItemView);
+    d->visualModel->componentComplete();
+    // Anchors give the view its size when it is complete, and its rows with it.
+    d->recreate(&d->headerItem, d->headerComponent);
+    d->recreate(&d->footerItem, d->footerComponent);
+    QDeclarativeFlickable::componentComplete();
+    // From right to left, the first row is at the view's right edge, wherever that came to be.
+    if (d->runsBackwards())
+        d->setViewPosition(0);
+    d->layout();
+    if (!d->visualModel->isValid())
+        return;
+    d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
+    if (count() > 0 || d->currentIndex >= 0)
+        d->updateCurrent(d->currentIndex < 0 && !d->currentIsCleared ? 0 : d->currentIndex);
+}
+
+bool QDeclarativeItemView::event(QEvent *event)
+{
+    Q_D(QDeclarativeItemView);
+    if (event->type() != QEvent::LayoutRequest)
+        return QDeclarativeFlickable::event(event);
+    d->flushLayout();
+    return true;
+}
+
+void QDeclarativeItemView::geometryChanged(const QRectF &now, const QRectF &before)
+{
+    Q_D(QDeclarativeItemView);
+    if (isComponentComplete() && d->runsBackwards() && now.width() != before.width())
+        d->moveTo(d->x, d->x.value() + before.width() - now.width());
+    QDeclarativeFlickable::geometryChanged(now, before);
+    if (isComponentComplete() && now.size() != before.size()) {
+        d->layout();
+        d->QDeclarativeFlickablePrivate::fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
+    }
+}

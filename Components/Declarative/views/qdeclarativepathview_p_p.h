@@ -1,0 +1,155 @@
+#pragma once
+
+#include "item/qdeclarativeitem_p.h"
+#include "qdeclarativepathview_p.h"
+#include "flickable/qdeclarativetimeline_p.h"
+
+#include <QtCore/QElapsedTimer>
+
+#include <vector>
+
+class QDeclarativeVisualModel;
+class QGraphicsSceneMouseEvent;
+class QQmlChangeSet;
+class QQmlOpenMetaObjectType;
+
+class QDeclarativePathViewPrivate : public QDeclarativeItemPrivate, public QDeclarativeItemChangeListener
+{
+    Q_DECLARE_PUBLIC(QDeclarativePathView)
+
+public:
+    /** An item that is on the path, and the row that it shows. */
+    struct Row
+    {
+        QDeclarativeItem *item;
+        QDeclarativePathViewAttached *attached;
+        int index;
+    };
+    enum Direction { Shortest, Forwards, Backwards };
+    using Value = QQuickTimeLineValueProxy<QDeclarativePathViewPrivate>;
+
+    QDeclarativePathViewPrivate();
+    ~QDeclarativePathViewPrivate() override;
+
+    // Places. A place is a part of the path's length; beyond 1 an item is not on the path.
+    bool hasPath() const;
+    int visibleRows() const;
+    qreal rangeStart() const;
+    bool isStrict() const;
+    qreal placeOf(int index, qreal offset) const;
+    qreal placeOf(int index) const { return placeOf(index, offset); }
+    qreal nearestPlace(const QPointF &, qreal *distance) const;
+
+    // Items.
+    Row makeRow(int index, qreal place);
+    void addRow(int index);
+    void releaseRow(const Row &);
+    void releaseRows(const std::vector<Row> &);
+    void clear();
+    void positionItem(QDeclarativeItem *, qreal place);
+    void placeItem(QDeclarativeItem *, QDeclarativePathViewAttached *, qreal place);
+    void layOut();
+    void layOutRows();
+    void pathUpdated();
+    void createHighlight();
+    void makeHighlight();
+    void placeHighlight(qreal place);
+    void moveHighlight(qreal offsetThen);
+    qreal highlightTarget(qreal offsetThen) const;
+    void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
+    void itemDestroyed(QDeclarativeItem *) override;
+
+    // Movement.
+    void moveTo(qreal offset);
+    void setCurrent(int index, Direction);
+    void changeCurrent(int index);
+    void updateCurrentItem();
+    void followOffset();
+    qreal wayTo(int index, Direction) const;
+    qreal wayIntoRange(int index) const;
+    void moveBy(qreal way);
+    void run(qreal velocity, qreal way);
+    void notifyWhenDone();
+    void stop();
+    void startMovement();
+    void startFlick();
+    void endFlick();
+    void endMovement();
+
+    // Model.
+    void rowsChanged(const QQmlChangeSet &, bool reset);
+    void finishChanges(int count, int current, qreal start);
+    void setRowCount(int);
+    void reload();
+    void keepCurrent();
+
+    // Pointer.
+    bool isDragPoint(const QPointF &) const;
+    bool press(const QPointF &);
+    void move(const QPointF &);
+    void drag(const QPointF &);
+    void release();
+    void cancel();
+    void settle(qreal velocity);
+    void flick(qreal velocity);
+    qreal releaseVelocity() const;
+    bool filterMouse(QGraphicsSceneMouseEvent *);
+
+    /** The item that is being made, for what is attached to it before the view knows it. */
+    struct Making
+    {
+        QDeclarativePathViewPrivate *view;
+        qreal place;
+        bool isCurrent;
+    };
+    static const Making *making;
+
+    struct Sample
+    {
+        qint64 time; ///< nanoseconds
+        qreal way; ///< rows since the press
+    };
+
+    QDeclarativeVisualModel *visualModel = nullptr;
+    QQmlOpenMetaObjectType *attributeType = nullptr;
+    QStringList attributes; ///< of the path
+    QPointer<QQuickPath> path;
+    QPointer<QQmlComponent> highlightComponent;
+    QDeclarativeItem *highlightItem = nullptr;
+    QDeclarativePathViewAttached *highlightAttached = nullptr;
+    std::vector<Row> rows;
+    Value offsetValue;
+    Value highlightValue;
+    QDeclarativeTimeLine timeLine;
+    QElapsedTimer clock;
+    QVector<Sample> samples;
+    QPointF pressPosition;
+    qreal offset = 0;
+    qreal highlightBegin = 0;
+    qreal highlightEnd = 0;
+    qreal highlightPlace = 0;
+    qreal pathSteps = 1; ///< how many points of the path items can stand at, less one
+    qreal dragMargin = 0;
+    qreal deceleration = 100;
+    qreal dragPlace = 0; ///< where on the path the mouse was last
+    qreal dragWay = 0; ///< in rows
+    int rowCount = 0;
+    int currentIndex = 0;
+    int pathItemCount = -1;
+    int highlightMoveDuration = 300;
+    QDeclarativePathView::HighlightRangeMode rangeMode = QDeclarativePathView::StrictlyEnforceRange;
+    bool interactive = true;
+    bool moving = false;
+    bool flicking = false;
+    bool isPressed = false;
+    bool steals = false; ///< the gesture is a drag of ours: from the next event on nobody else gets it
+    bool isDragging = false;
+    bool isRunning = false; ///< the rows move by themselves
+    bool wasStopped = false; ///< they did so until the press
+    bool grabbing = false;
+    bool highlightMoves = false;
+    bool layingOut = false;
+    bool layOutAgain = false;
+    bool hadRows = false;
+    bool refused = false; ///< the delegate makes no items
+};

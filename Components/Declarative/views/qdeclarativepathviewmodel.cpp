@@ -1,0 +1,168 @@
+#include "qdeclarativepathview_p_p.h"
+
+#include "models/qdeclarativevisualmodel_p.h"
+
+#include <QtCore/QHash>
+
+#include <cmath>
+
+namespace {
+
+/** Follows the rows, the current one and the one at the start of the path through changes of the model. */
+struct RowChanges
+{
+    using Row = QDeclarativePathViewPrivate::Row;
+    using Key = QPair<int, int>; ///< of a row that is being moved: its move, and where in it
+
+    explicit RowChanges(const QDeclarativePathViewPrivate &view)
+        : rows(view.rows)
+        , current(view.currentIndex)
+        , count(view.rowCount)
+        , start(view.rowCount > 0 ? std::fmod(view.rowCount - view.offset, view.rowCount) : 0)
+        , hasCurrent(view.currentIndex < view.rowCount)
+    {
+    }
+
+    void remove(const QQmlChangeSet::Change &);
+    void insert(const QQmlChangeSet::Change &);
+
+    std::vector<Row> rows;
+    std::vector<Row> gone;
+    QHash<Key, Row> lifted;
+    Key liftedCurrent = {-1, 0};
+    int current;
+    int count;
+    qreal start;
+    bool hasCurrent;
+};
+
+void RowChanges::remove(const QQmlChangeSet::Change &change)
+{
+    const int end = change.index + change.count;
+    std::vector<Row> left;
+    for (Row row : rows) {
+        if (row.index >= change.index && row.index < end) {
+            if (change.isMove())
+                lifted.insert({change.moveId, change.offset + row.index - change.index}, row);
+            else
+                gone.push_back(row);
+            continue;
+        }
+        if (row.index >= end)
+            row.index -= change.count;
+        left.push_back(row);
+    }
+    rows.swap(left);
+    if (current >= end) {
+        current -= change.count;
+    } else if (current >= change.index) {
+        if (hasCurrent && change.isMove())
+            liftedCurrent = {change.moveId, change.offset + current - change.index};
+        hasCurrent = false;
+        current = change.index;
+    }
+    if (start >= end)
+        start -= change.count;
+    else if (start > change.index)
+        start = change.index;
+    count -= change.count;
+}
+
+void RowChanges::insert(const QQmlChangeSet::Change &change)
+{
+    for (Row &row : rows) {
+        if (row.index >= change.index)
+            row.index += change.count;
+    }
+    if (hasCurrent && current >= change.index)
+        current += change.count;
+    if (change.isMove()) {
+        for (int i = 0; i < change.count; ++i) {
+            const Key key(change.moveId, change.offset + i);
+            const auto row = lifted.constFind(key);
+            if (row != lifted.constEnd())
+                rows.push_back({row->item, row->attached, change.index + i});
+            if (key == liftedCurrent) {
+                current = change.index + i;
+                hasCurrent = true;
+            }
+        }
+    }
+    if (change.index < start)
+        start += change.count;
+    count += change.count;
+}
+
+} // namespace
+
+void QDeclarativePathViewPrivate::setRowCount(int count)
+{
+    Q_Q(QDeclarativePathView);
+    if (count == rowCount)
+        return;
+    rowCount = count;
+    Q_EMIT q->countChanged();
+}
+
+/** Takes the rows as they now are, of which nothing was known before. */
+void QDeclarativePathViewPrivate::reload()
+{
+    stop();
+    const int rowsNow = visualModel->count();
+    setRowCount(rowsNow);
+    if (rowsNow > 0)
+        changeCurrent(qBound(0, currentIndex, rowsNow - 1));
+    keepCurrent();
+    layOut();
+}
+
+/** Brings the current row to where a strict range wants it, at once. */
+void QDeclarativePathViewPrivate::keepCurrent()
+{
+    if (!componentIsComplete || rowCount <= 0)
+        return;
+    // The offset that the rows were declared with stands until there is a current row other than the first.
+    const bool stands = !hadRows && currentIndex == 0;
+    hadRows = true;
+    if (isStrict() && !isPressed && !stands)
+        moveTo(rowCount - currentIndex);
+    else
+        moveTo(offset);
+}
+
+/** Takes over what the model did to its rows; those that stay keep their items and, on the whole, their
+ * places. */
+void QDeclarativePathViewPrivate::rowsChanged(const QQmlChangeSet &changes, bool reset)
+{
+    if (!componentIsComplete)
+        return;
+    if (reset) {
+        clear();
+        reload();
+        return;
+    }
+    if (changes.removes().isEmpty() && changes.inserts().isEmpty())
+        return;
+    stop();
+    RowChanges done(*this);
+    for (const auto &change : changes.removes())
+        done.remove(change);
+    for (const auto &change : changes.inserts())
+        done.insert(change);
+    rows.swap(done.rows);
+    releaseRows(done.gone);
+    finishChanges(done.count, done.current, done.start);
+}
+
+void QDeclarativePathViewPrivate::finishChanges(int count, int current, qreal start)
+{
+    const bool hadNone = rowCount <= 0;
+    setRowCount(count);
+    changeCurrent(hadNone ? currentIndex : qBound(0, current, qMax(0, count - 1)));
+    updateCurrentItem();
+    if (hadNone || (isStrict() && !isPressed))
+        keepCurrent();
+    else
+        moveTo(count > 0 ? count - start : 0);
+    layOut();
+}

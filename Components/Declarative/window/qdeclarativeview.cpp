@@ -1,0 +1,342 @@
+#include "qdeclarativeview.h"
+
+#include "engine/qdeclarativedatabases_p.h"
+#include "item/qdeclarativeitem_p.h"
+#include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativerounding_p.h"
+
+#include <QtCore/QBasicTimer>
+#include <QtCore/QPointer>
+#include <QtCore/QTimerEvent>
+#include <QtGui/QResizeEvent>
+#include <QtWidgets/QGraphicsScene>
+#include <QtWidgets/QGraphicsWidget>
+
+#include <private/qqmldata_p.h>
+#include <private/qv4engine_p.h>
+
+namespace {
+
+// Rests every binding of what is about to be destroyed. What a Loader, a Repeater or a view has made is below
+// the item as an item, but not as an object.
+void rest(const QGraphicsItem *item)
+{
+    const QGraphicsObject *const object = item->toGraphicsObject();
+    if (object && !QQmlData::wasDeleted(object))
+        QQmlData::markAsDeleted(const_cast<QGraphicsObject *>(object));
+    const QList<QGraphicsItem *> children = item->childItems();
+    for (const QGraphicsItem *child : children)
+        rest(child);
+}
+
+// How many calls deep the engine lets scripts go.
+int measuredCallDepth(QQmlEngine *engine)
+{
+    const QString script = QStringLiteral("(function() { var n = 0; function f() { ++n; f() }"
+                                          "try { f() } catch (error) {} return n })()");
+    return engine->evaluate(script).toInt();
+}
+
+// A handler that causes its own signal takes many times the stack of a function that calls itself, and at the
+// engine's bound of calls there would be none left.
+void boundCallDepth(QQmlEngine *engine)
+{
+    constexpr int mostCalls = 300;
+    static const int engineBound = measuredCallDepth(engine);
+    engine->handle()->callDepth += qMax(0, engineBound - mostCalls);
+}
+
+} // namespace
+
+class VIDTIPS_DECLARATIVE_NO_EXPORT QDeclarativeView::Private final : public QDeclarativeItemChangeListener
+{
+public:
+    explicit Private(QDeclarativeView *view)
+        : q(view)
+    {
+    }
+
+    void configureView();
+    void execute();
+    void finishLoading();
+    void releaseRoot();
+    void adoptRoot(QGraphicsObject *);
+    void fitToRoot();
+    void fitRootToView();
+    void report(const QList<QQmlError> &) const;
+    QSize rootSize() const;
+    QDeclarativeItem *rootItem() const { return qobject_cast<QDeclarativeItem *>(root.data()); }
+    QGraphicsWidget *rootWidget() const { return qobject_cast<QGraphicsWidget *>(root.data()); }
+
+    void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
+
+    QDeclarativeView *const q;
+    // The engine goes first: no binding may run while the scene's items are destroyed.
+    QGraphicsScene scene;
+    QQmlEngine engine;
+    QScopedPointer<QQmlComponent> component;
+    QPointer<QGraphicsObject> root;
+    QList<QQmlError> rootErrors;
+    QUrl source;
+    QSize initialSize;
+    QBasicTimer resizeTimer;
+    ResizeMode resizeMode = SizeViewToRootObject;
+};
+
+void QDeclarativeView::Private::configureView()
+{
+    boundCallDepth(&engine);
+    scene.setItemIndexMethod(QGraphicsScene::NoIndex);
+    scene.setStickyFocus(true);
+    q->setScene(&scene);
+    q->setOptimizationFlags(QGraphicsView::DontSavePainterState);
+    q->setViewportUpdateMode(QGraphicsView::BoundingRectViewportUpdate);
+    q->setFrameStyle(QFrame::NoFrame);
+    q->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    q->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    q->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    q->viewport()->setFocusPolicy(Qt::NoFocus);
+    q->viewport()->setMouseTracking(true);
+    q->setFocusPolicy(Qt::StrongFocus);
+}
+
+void QDeclarativeView::Private::execute()
+{
+    releaseRoot();
+    rootErrors.clear();
+    component.reset();
+    if (source.isEmpty())
+        return;
+    if (QDeclarativeLocalFile::isRefused(source)) {
+        QQmlError error;
+        error.setUrl(source);
+        error.setDescription(QDeclarativeLocalFile::message(source));
+        rootErrors.append(error);
+        report(rootErrors);
+        Q_EMIT q->statusChanged(q->status());
+        return;
+    }
+    component.reset(new QQmlComponent(&engine, source));
+    if (component->isLoading()) {
+        QObject::connect(component.data(), &QQmlComponent::statusChanged, q, [this] { finishLoading(); });
+        Q_EMIT q->statusChanged(q->status());
+    } else {
+        finishLoading();
+    }
+}
+
+void QDeclarativeView::Private::finishLoading()
+{
+    QObject::disconnect(component.data(), &QQmlComponent::statusChanged, q, nullptr);
+    QObject *object = component->isError() ? nullptr : component->create();
+    if (component->isError()) {
+        delete object;
+        report(q->errors());
+    } else {
+        q->setRootObject(object);
+    }
+    Q_EMIT q->statusChanged(q->status());
+}
+
+void QDeclarativeView::Private::report(const QList<QQmlError> &errors) const
+{
+    for (const QQmlError &error : errors) {
+        QMessageLogger(error.url().toString().toUtf8().constData(), error.line(), nullptr).warning() << error;
+    }
+}
+
+void QDeclarativeView::Private::releaseRoot()
+{
+    if (QDeclarativeItem *item = rootItem())
+        QDeclarativeItemPrivate::get(item)->removeChangeListener(this, GeometryChange);
+    if (root) {
+        // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
+        rest(root);
+        delete root;
+    }
+}
+
+void QDeclarativeView::Private::adoptRoot(QGraphicsObject *object)
+{
+    root = object;
+    scene.addItem(object);
+    if (QDeclarativeItem *item = rootItem())
+        QDeclarativeItemPrivate::get(item)->addChangeListener(this, GeometryChange);
+    else
+        QObject::connect(rootWidget(), &QGraphicsWidget::geometryChanged, q,
+                         [this] { resizeTimer.start(0, q); });
+    initialSize = rootSize();
+    if (resizeMode == SizeRootObjectToView && initialSize.isValid() && !q->testAttribute(Qt::WA_Resized))
+        q->resize(initialSize);
+    if (resizeMode == SizeViewToRootObject)
+        fitToRoot();
+    else
+        fitRootToView();
+}
+
+QSize QDeclarativeView::Private::rootSize() const
+{
+    if (QDeclarativeItem *item = rootItem())
+        return QDeclarativeRounding::bounded(QSizeF(item->width(), item->height()));
+    if (QGraphicsWidget *widget = rootWidget())
+        return QDeclarativeRounding::bounded(widget->size());
+    return {};
+}
+
+void QDeclarativeView::Private::fitToRoot()
+{
+    const QSize size = rootSize();
+    if (!size.isValid() || size.isEmpty() || size == q->size())
+        return;
+    q->resize(size);
+    q->updateGeometry();
+}
+
+void QDeclarativeView::Private::fitRootToView()
+{
+    const QSizeF size = q->viewport()->size();
+    if (QDeclarativeItem *item = rootItem())
+        item->setSize(size);
+    else if (QGraphicsWidget *widget = rootWidget())
+        widget->resize(size);
+}
+
+void QDeclarativeView::Private::itemGeometryChanged(QDeclarativeItem *, const QRectF &now,
+                                                    const QRectF &before)
+{
+    // One resize for all changes of a pass through the event loop.
+    if (resizeMode == SizeViewToRootObject && now.size() != before.size())
+        resizeTimer.start(0, q);
+}
+
+QDeclarativeView::QDeclarativeView(QWidget *parent)
+    : QGraphicsView(parent)
+    , d((qmlRegisterDeclarativeTypes(), new Private(this)))
+{
+    qRegisterMetaType<QDeclarativeView::Status>();
+    d->configureView();
+    QDeclarativeDatabases::install(&d->engine);
+}
+
+QDeclarativeView::QDeclarativeView(const QUrl &source, QWidget *parent)
+    : QDeclarativeView(parent)
+{
+    setSource(source);
+}
+
+QDeclarativeView::~QDeclarativeView()
+{
+    d->releaseRoot();
+}
+
+QUrl QDeclarativeView::source() const
+{
+    return d->source;
+}
+
+void QDeclarativeView::setSource(const QUrl &source)
+{
+    d->source = source;
+    d->execute();
+}
+
+QDeclarativeEngine *QDeclarativeView::engine() const
+{
+    return &d->engine;
+}
+
+QDeclarativeContext *QDeclarativeView::rootContext() const
+{
+    return d->engine.rootContext();
+}
+
+QGraphicsObject *QDeclarativeView::rootObject() const
+{
+    return d->root;
+}
+
+QDeclarativeView::ResizeMode QDeclarativeView::resizeMode() const
+{
+    return d->resizeMode;
+}
+
+void QDeclarativeView::setResizeMode(ResizeMode mode)
+{
+    if (mode == d->resizeMode)
+        return;
+    d->resizeMode = mode;
+    if (!d->root)
+        return;
+    if (mode == SizeViewToRootObject)
+        d->fitToRoot();
+    else
+        d->fitRootToView();
+}
+
+QDeclarativeView::Status QDeclarativeView::status() const
+{
+    if (!d->rootErrors.isEmpty())
+        return Error;
+    return d->component ? Status(d->component->status()) : Null;
+}
+
+QList<QDeclarativeError> QDeclarativeView::errors() const
+{
+    QList<QQmlError> all = d->rootErrors;
+    if (d->component)
+        all = d->component->errors() + all;
+    for (QQmlError &error : all) {
+        // The compiler leaves out the file where it refuses a type.
+        if (error.url().isEmpty())
+            error.setUrl(d->source);
+    }
+    return all;
+}
+
+QSize QDeclarativeView::sizeHint() const
+{
+    const QSize size = d->rootSize();
+    return size.isEmpty() ? QGraphicsView::sizeHint() : size;
+}
+
+QSize QDeclarativeView::initialSize() const
+{
+    return d->initialSize;
+}
+
+void QDeclarativeView::setRootObject(QObject *object)
+{
+    if (auto *item = qobject_cast<QGraphicsObject *>(object)) {
+        d->adoptRoot(item);
+        return;
+    }
+    if (!object)
+        return;
+    QQmlError error;
+    error.setUrl(d->source);
+    error.setDescription(QStringLiteral(
+        "QDeclarativeView only supports loading of root objects that derive from QGraphicsObject."));
+    d->rootErrors = {error};
+    d->report(d->rootErrors);
+    delete object;
+}
+
+void QDeclarativeView::resizeEvent(QResizeEvent *event)
+{
+    if (d->resizeMode == SizeRootObjectToView)
+        d->fitRootToView();
+    setSceneRect(d->root ? QRectF(QPointF(), d->rootSize()) : QRectF(rect()));
+    Q_EMIT sceneResized(event->size());
+    QGraphicsView::resizeEvent(event);
+}
+
+void QDeclarativeView::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != d->resizeTimer.timerId()) {
+        QGraphicsView::timerEvent(event);
+        return;
+    }
+    d->resizeTimer.stop();
+    if (d->resizeMode == SizeViewToRootObject)
+        d->fitToRoot();
+}

@@ -1,0 +1,218 @@
+#include "FileCheck.h"
+
+#include "shared/Content.h"
+#include "findings/Finding.h"
+#include "shared/Places.h"
+
+#include <QtCore/QDirIterator>
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QSet>
+#include <QtGui/QImageReader>
+
+namespace {
+
+constexpr qint64 mostPixels =
+    64 * 1024 * 1024; // of a picture that is worth decoding to see whether it is whole
+
+enum class FileKind { None, Picture, Clip, Qml };
+
+FileKind kindOf(const QString &path)
+{
+    static const QSet<QString> pictures{"png", "jpg", "jpeg", "gif", "svg", "bmp", "webp", "ico", "xpm"};
+    static const QSet<QString> clips{"mp4", "webm", "avi",  "mov", "mkv", "ogv",
+                                     "m4v", "mpg",  "mpeg", "wmv", "flv"};
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == "qml")
+        return FileKind::Qml;
+    return pictures.contains(suffix) ? FileKind::Picture
+        : clips.contains(suffix)     ? FileKind::Clip
+                                     : FileKind::None;
+}
+
+// Attributes whose value may look like a file's name and is none, or is looked up otherwise.
+bool isOtherAttribute(const QString &name)
+{
+    static const QSet<QString> others{"key",       "title",    "ui",        "simple",
+                                      "resources", "resource", "l10n_name", "context"};
+    return others.contains(name);
+}
+
+bool isForHost(const QString &value)
+{
+    static const QRegularExpression addressOrPlaceholder("^[A-Za-z][-A-Za-z0-9+.]+:|%\\([-_a-zA-Z0-9]+\\)s");
+    return addressOrPlaceholder.match(value).hasMatch();
+}
+
+const char *codeFor(FileKind kind)
+{
+    return kind == FileKind::Picture ? "VT404" : kind == FileKind::Clip ? "VT405" : "VT406";
+}
+
+// A name that differs only in case works on some systems and not on others.
+QString similar(const QStringList &candidates)
+{
+    for (const QString &candidate : candidates) {
+        const QFileInfo wanted(candidate);
+        for (const QString &name : wanted.dir().entryList(QDir::Files)) {
+            if (name.compare(wanted.fileName(), Qt::CaseInsensitive) == 0)
+                return name;
+        }
+    }
+    return {};
+}
+
+QString lookedFor(const QStringList &candidates)
+{
+    QStringList shown;
+    for (const QString &candidate : candidates)
+        shown << Places::shown(QDir::cleanPath(candidate));
+    shown.removeDuplicates();
+    return shown.isEmpty() ? "nowhere to look" : "looked for " + shown.join(", ");
+}
+
+} // namespace
+
+void FileCheck::run(const Content &content, Findings &findings)
+{
+    for (const Package &package : content.packages()) {
+        QDirIterator files(package.path, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            gather(QFileInfo(files.next()).canonicalFilePath(), findings);
+    }
+    for (const ControlFile &file : content.controlFiles()) {
+        if (!file.isAdmitted || !file.document.root() || file.document.root()->name != "vidtips")
+            continue;
+        checkSearch(content, file, findings);
+        checkUserInterfaces(content, file, findings);
+        checkFolders(file, *file.document.root(), findings);
+        for (const XmlNode *entry : file.entries()) {
+            checkFolders(file, *entry, findings);
+            checkNode(content, file, *entry, *entry, findings);
+        }
+    }
+    checkPictures(findings);
+}
+
+void FileCheck::gather(const QString &path, Findings &findings)
+{
+    const FileKind kind = kindOf(path);
+    // Who opens a pipe waits for somebody to write to it.
+    if (kind != FileKind::None && !QFileInfo(path).isFile()) {
+        reportIrregular(path, findings);
+        return;
+    }
+    if (kind == FileKind::Picture)
+        m_pictures << path;
+    else if (kind == FileKind::Clip)
+        m_clips << path;
+    else if (kind == FileKind::Qml)
+        m_qmlFiles << path;
+}
+
+void FileCheck::reportIrregular(const QString &path, Findings &findings)
+{
+    if (m_irregular.contains(path))
+        return;
+    m_irregular << path;
+    findings.add("VT100", path, {}, "this is no file that can be read");
+}
+
+QStringList FileCheck::sorted(QStringList list)
+{
+    list.removeDuplicates();
+    list.sort();
+    return list;
+}
+
+void FileCheck::checkSearch(const Content &content, const ControlFile &file, Findings &findings)
+{
+    static const QRegularExpression separator("[,;\\s]+");
+    const XmlNode &root = *file.document.root();
+    for (const QString &name : root.attribute("search").split(separator, Qt::SkipEmptyParts)) {
+        if (!content.knows(name))
+            findings.add("VT401", file.path, root.positionOf("search"),
+                         QString("\"search\" names \"%1\", and there is no such package").arg(name));
+    }
+}
+
+void FileCheck::checkUserInterfaces(const Content &content, const ControlFile &file, Findings &findings)
+{
+    struct Interface
+    {
+        FileCategory category;
+        QString code, missing;
+    };
+    const QVector<Interface> interfaces{
+        {Content::fullUserInterface, "VT402", "there is no user interface: "},
+        {Content::simpleUserInterface, "VT403", "there is no simple user interface: "}};
+    for (const Interface &interface : interfaces) {
+        // Entries that do not name one share that of the file, which is reported once.
+        bool isFileReported = false;
+        for (const XmlNode *entry : file.entries()) {
+            const bool isOwn = entry->find(interface.category.attribute);
+            if (!isOwn && isFileReported)
+                continue;
+            const QString found = content.find(file, entry, interface.category);
+            if (!found.isEmpty()) {
+                gather(QFileInfo(found).canonicalFilePath(), findings);
+                continue;
+            }
+            isFileReported = isFileReported || !isOwn;
+            const XmlNode &holder = isOwn ? *entry : *file.document.root();
+            findings.add(interface.code, file.path, holder.positionOf(interface.category.attribute),
+                         interface.missing + lookedFor(content.candidates(file, entry, interface.category)));
+        }
+    }
+}
+
+void FileCheck::checkFolders(const ControlFile &file, const XmlNode &node, Findings &findings)
+{
+    const QString searched = node.attribute("resources");
+    const QString told = node.attribute("resource");
+    if (searched != told)
+        findings.add("VT408", file.path, node.positionOf(searched.isEmpty() ? "resource" : "resources"),
+                     QString("\"resources\" is \"%1\" and \"resource\" is \"%2\"").arg(searched, told));
+}
+
+void FileCheck::checkNode(const Content &content, const ControlFile &file, const XmlNode &entry,
+                          const XmlNode &node, Findings &findings)
+{
+    for (const XmlAttribute &attribute : node.attributes)
+        checkNamed(content, file, entry, attribute, findings);
+    for (const auto &child : node.children)
+        checkNode(content, file, entry, *child, findings);
+}
+
+void FileCheck::checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
+                           const XmlAttribute &attribute, Findings &findings)
+{
+    const FileKind kind = kindOf(attribute.value);
+    const bool isSource = attribute.name == "source" && !attribute.value.isEmpty();
+    if ((kind == FileKind::None && !isSource) || isOtherAttribute(attribute.name)
+        || isForHost(attribute.value))
+        return;
+    const QString found = content.find(file, &entry, Content::resources, attribute.value);
+    if (!found.isEmpty()) {
+        gather(QFileInfo(found).canonicalFilePath(), findings);
+        return;
+    }
+    const QStringList candidates = content.candidates(file, &entry, Content::resources, attribute.value);
+    const QString other = similar(candidates);
+    const QString hint = other.isEmpty() ? lookedFor(candidates) : QString("there is \"%1\"").arg(other);
+    findings.add(codeFor(kind), file.path, attribute.position,
+                 QString("\"%1\" of the tip \"%2\" is missing: %3")
+                     .arg(attribute.value, entry.attribute("key"), hint));
+}
+
+void FileCheck::checkPictures(Findings &findings) const
+{
+    for (const QString &path : sorted(m_pictures)) {
+        QImageReader reader(path);
+        const QSize size = reader.size();
+        const bool isLarge = size.isValid() && qint64(size.width()) * size.height() > mostPixels;
+        if (!reader.canRead() || (!isLarge && reader.read().isNull()))
+            findings.add("VT407", path, {},
+                         QString("the picture does not open: %1").arg(reader.errorString()));
+    }
+}

@@ -1,0 +1,174 @@
+#include "PreviewCommand.h"
+
+#include "shared/Console.h"
+#include "shared/Content.h"
+#include "shared/Locales.h"
+#include "PreviewKeys.h"
+#include "PreviewLook.h"
+#include "PreviewWindow.h"
+#include "Screenshots.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+#include <QtWidgets/QApplication>
+
+namespace {
+
+constexpr double largestScale = 4.0;
+constexpr int longestDelay = 60000; // milliseconds
+
+struct Request
+{
+    PreviewSettings settings;
+    QString key;
+    QString screenshot;
+    int delay = 0;
+    bool isAll = false;
+};
+
+double scaleOf(const QCommandLineParser &arguments)
+{
+    bool isNumber = false;
+    const double scale = arguments.value("scale").toDouble(&isNumber);
+    return isNumber && scale >= 1.0 && scale <= largestScale ? scale : 0.0;
+}
+
+QString readProperties(const QStringList &settings, QMap<QString, QString> &properties)
+{
+    for (const QString &setting : settings) {
+        if (setting.indexOf('=') < 1)
+            return QString("--set takes NAME=VALUE, not \"%1\"").arg(setting);
+        properties.insert(setting.section('=', 0, 0), setting.section('=', 1));
+    }
+    return {};
+}
+
+// The key is the argument that is no folder.
+void readPositional(const QCommandLineParser &arguments, Request &request)
+{
+    request.settings.folders = arguments.positionalArguments();
+    const QString first = request.settings.folders.value(0);
+    if (!request.isAll && !first.isEmpty() && !QFileInfo(first).isDir())
+        request.key = request.settings.folders.takeFirst();
+}
+
+// Returns what is wrong with the arguments, or nothing.
+QString readRequest(const QCommandLineParser &arguments, Request &request)
+{
+    request.isAll = arguments.isSet("all");
+    request.screenshot = arguments.value("screenshot");
+    request.settings.locale = arguments.value("locale");
+    request.settings.isSimple = arguments.isSet("simple");
+    request.settings.isDark = arguments.isSet("dark");
+    request.settings.keyData = arguments.value("key-data");
+    readPositional(arguments, request);
+    bool isNumber = false;
+    request.delay = arguments.value("delay").toInt(&isNumber);
+    if (request.settings.folders.isEmpty())
+        return "preview needs a folder; see \"vidtips preview --help\"";
+    if (!isNumber || request.delay < 0 || request.delay > longestDelay)
+        return QString("--delay takes milliseconds, not \"%1\"").arg(arguments.value("delay"));
+    if (scaleOf(arguments) <= 0.0)
+        return QString("--scale takes a number from 1 to 4, not \"%1\"").arg(arguments.value("scale"));
+    if (request.isAll && request.screenshot.isEmpty())
+        return "--all needs --screenshot and a folder";
+    if (!request.settings.keyData.isEmpty() && !QFileInfo(request.settings.keyData).isFile())
+        return QString("the key data cannot be read: %1").arg(request.settings.keyData);
+    const QString &locale = request.settings.locale;
+    QString problem = locale.isEmpty() ? QString() : Locales::problemWith(locale);
+    if (!problem.isEmpty())
+        return problem;
+    return readProperties(arguments.values("set"), request.settings.properties);
+}
+
+// Chooses what was left open; returns why there is nothing to show.
+QString complete(Request &request, const Content &content, QVector<PreviewKey> &keys)
+{
+    if (request.settings.locale.isEmpty())
+        request.settings.locale = PreviewKeys::defaultLocale(content);
+    keys = PreviewKeys::in(content, request.settings.locale);
+    if (keys.isEmpty())
+        return QString("there are no tips for %1").arg(request.settings.locale);
+    if (request.key.isEmpty())
+        request.key = keys.constFirst().key;
+    for (const PreviewKey &key : keys) {
+        if (key.key == request.key)
+            return {};
+    }
+    return QString("there is no tip \"%1\" for %2").arg(request.key, request.settings.locale);
+}
+
+} // namespace
+
+QStringList PreviewCommand::description() const
+{
+    return {"Shows the tip of KEY in the window that users see, beside a list of all keys. Without a KEY, "
+            "shows the first one. The arrow keys walk the keys. When a file of a package changes, be it a "
+            "control file, QML, a picture, a clip or a catalogue, the tip is shown anew. Errors of the QML "
+            "appear over the tip with file and line.",
+            "With --screenshot, writes the tip's picture to a file instead and needs no display; with --all "
+            "as well, writes a picture of each tip and a page that shows them all to a folder. Errors of the "
+            "QML then go to the error stream and give the exit code 1."};
+}
+
+QList<Command::Example> PreviewCommand::examples() const
+{
+    return {{"draw.line Content", "Show a tip and keep it up to date while its package is edited."},
+            {"--locale de_DE --dark --scale 2 draw.line Content", "Show it in German, dark and enlarged."},
+            {"--screenshot line.png draw.line Content", "Write a picture of the tip."},
+            {"--screenshot sheet --all Content", "Write a contact sheet of all tips to sheet/index.html."}};
+}
+
+QList<QCommandLineOption> PreviewCommand::options() const
+{
+    return {{"simple", "Show simple tips instead of full ones."},
+            {"dark", "Use dark colours."},
+            {"scale", "Enlarge everything, as on a display of high resolution; from 1 to 4.", "FACTOR", "1"},
+            {"locale", "Show the content for LOCALE. The default is en_US where there is content for it.",
+             "LOCALE"},
+            {"key-data",
+             "Use FILE as the host's key data. Key data in the folders DIR is found without this option.",
+             "FILE"},
+            {"set", "Fill the placeholder %(NAME)s in texts with VALUE; may be given several times.",
+             "NAME=VALUE"},
+            {"screenshot", "Write a picture to FILE; with --all, pictures and index.html to the folder FILE.",
+             "FILE"},
+            {"all", "Take pictures of all tips."},
+            {"delay", "Take a picture so many milliseconds after the tip appeared. The default is 1300.",
+             "MS", "1300"}};
+}
+
+Command::Display PreviewCommand::display(const QCommandLineParser &arguments) const
+{
+    return arguments.isSet("screenshot") ? Offscreen : OnScreen;
+}
+
+void PreviewCommand::prepare(const QCommandLineParser &arguments) const
+{
+    const double scale = scaleOf(arguments);
+    if (scale > 1.0)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
+}
+
+int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
+{
+    Request request;
+    QString problem = readRequest(arguments, request);
+    Content content;
+    if (problem.isEmpty())
+        problem = content.load(request.settings.folders);
+    QVector<PreviewKey> keys;
+    if (problem.isEmpty())
+        problem = complete(request, content, keys);
+    if (!problem.isEmpty())
+        return console.fail(problem);
+    PreviewLook::apply(request.settings.isDark);
+    if (!request.screenshot.isEmpty()) {
+        Screenshots screenshots(content, request.settings, request.delay);
+        return request.isAll ? screenshots.all(keys, request.screenshot, console)
+                             : screenshots.one(request.key, request.screenshot, console);
+    }
+    PreviewWindow window(request.settings, request.key);
+    window.show();
+    return QApplication::exec();
+}

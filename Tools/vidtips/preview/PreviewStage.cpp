@@ -1,0 +1,159 @@
+#include "PreviewStage.h"
+
+#include "shared/Content.h"
+#include "shared/Diagnostics.h"
+#include "shared/Places.h"
+
+#include <Vidtips/VTIndex.h>
+#include <Vidtips/VTInterface.h>
+#include <Vidtips/VTManager.h>
+#include <Vidtips/VTView.h>
+#include <Vidtips/VTWidget.h>
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QSize>
+#include <QtCore/QUrl>
+#include <QtDeclarative/QDeclarativeError>
+#include <QtGui/QPixmapCache>
+
+#ifdef VIDTIPS_DECLARATIVE_BUNDLED
+#include <QtQuick/private/qquickpixmapcache_p.h>
+#endif
+
+using namespace Vidtips;
+
+namespace {
+
+constexpr int mostProblems = 20;
+
+void fill(VTContext &context, const Content &content, const PreviewSettings &settings)
+{
+    const QString keyData = settings.keyData.isEmpty() ? content.keyDataFiles().value(0) : settings.keyData;
+    context.set(IdleInterval, 0);
+    context.set(ShowDuration, 0);
+    context.set(HideDuration, 0);
+    context.set(TooltipOffset, QSize(0, 0));
+    context.set(UseSimpleUserInterface, settings.isSimple);
+    context.set(AllowDocumentation, true);
+    context.set(UserInterfaceLocale, settings.locale);
+    context.set(ContentLocale, settings.locale);
+    context.set(KeyDataFile, keyData);
+}
+
+QString describe(const QDeclarativeError &error)
+{
+    const Position place{qMax(0, error.line()), qMax(0, error.column())};
+    return Places::shown(error.url().toLocalFile(), place) + ": " + error.description();
+}
+
+// Warnings of the QML engine come as "file:///path:line:column: text"; what else is said is for developers.
+QString describe(const QString &message)
+{
+    static const QRegularExpression warning("^(file://\\S*?):(\\d+)(?::(\\d+))?: (.*)$",
+                                            QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = warning.match(message);
+    if (!match.hasMatch())
+        return {};
+    const Position place{match.captured(2).toInt(), match.captured(3).toInt()};
+    return Places::shown(QUrl(match.captured(1)).toLocalFile(), place) + ": "
+        + match.captured(4).simplified();
+}
+
+// Pictures are remembered by their names for a while, whatever becomes of the files.
+void forgetPictures()
+{
+    QPixmapCache::clear();
+#ifdef VIDTIPS_DECLARATIVE_BUNDLED
+    QQuickPixmap::purgeCache();
+#endif
+}
+
+} // namespace
+
+class PreviewStage::Host : public VTInterface
+{
+public:
+    Host(PreviewStage *stage, VTContext &context, VTIndex *index)
+        : VTInterface(context, {}, index)
+        , m_stage(stage)
+    {
+    }
+
+    bool openExternalResource(VTExternalResourceType, const QString &resource) override
+    {
+        Q_EMIT m_stage->requested(QString("The tip asks the host to open \"%1\".").arg(resource));
+        return true;
+    }
+
+    void handleMessage(VTMessageType, const QString &) override { }
+
+    void notification(VTNotification type, const QVariant &value, const QString &) override
+    {
+        if (type != VTNotificationHidden && type != VTNotificationShown)
+            Q_EMIT m_stage->requested(
+                QString("The tip sends the notification %1, \"%2\".").arg(int(type)).arg(value.toString()));
+    }
+
+private:
+    PreviewStage *m_stage;
+};
+
+struct PreviewStage::Private
+{
+    VTContext context;
+    std::unique_ptr<VTIndex> index;
+    std::unique_ptr<Host> host;
+    QStringList problems;
+};
+
+PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settings)
+    : d(new Private)
+{
+    fill(d->context, content, settings);
+    d->index = std::make_unique<VTIndex>(&d->context, QStringList());
+    d->host = std::make_unique<Host>(this, d->context, d->index.get());
+    for (const Package &package : content.packages())
+        d->host->manager()->loadPackage(QFileInfo(package.path));
+    for (auto it = settings.properties.cbegin(); it != settings.properties.cend(); ++it)
+        d->host->setGlobalProperty(it.key(), *it);
+}
+
+PreviewStage::~PreviewStage()
+{
+    blockSignals(true);
+    // Not later: whatever the tip holds would otherwise be found in the caches by the next stage.
+    delete window();
+    d->host.reset();
+    forgetPictures();
+}
+
+bool PreviewStage::show(const QString &key, const QPoint &position)
+{
+    d->problems.clear();
+    Diagnostics::take();
+    return d->host->show(key, position, nullptr) && window();
+}
+
+VTWidget *PreviewStage::window() const
+{
+    return d->host->manager()->widget();
+}
+
+QStringList PreviewStage::problems()
+{
+    const QStringList messages = Diagnostics::take();
+    const VTView *const view = window() ? window()->view() : nullptr;
+    const bool isBroken = view && view->status() == QDeclarativeView::Error;
+    if (isBroken) {
+        for (const QDeclarativeError &error : view->errors())
+            d->problems << describe(error);
+    } else {
+        for (const QString &message : messages)
+            d->problems << describe(message);
+    }
+    d->problems.removeAll(QString());
+    d->problems.removeDuplicates();
+    d->problems = d->problems.mid(0, mostProblems);
+    return d->problems;
+}
