@@ -1,7 +1,6 @@
 #include "qdeclarativetextedit_p_p.h"
 
 #include "engine/qdeclarativerounding_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QSignalBlocker>
@@ -606,11 +605,6 @@ void QDeclarativeTextEdit::drawContents(QPainter *painter)
     d->document.documentLayout()->draw(painter, context);
     painter->translate(0, -d->offset);
     d->drawCursor(painter, cursorRectangle(), isLit);
-}
-
-void registerDeclarativeTextEditTypes()
-{
-    registerDeclarativeType<QDeclarativeTextEdit>("TextEdit");
 }
 
 #include "moc_qdeclarativetextedit_p.cpp"

@@ -1,7 +1,6 @@
 #include "qdeclarativetextinput_p_p.h"
 
 #include "engine/qdeclarativerounding_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -519,13 +518,6 @@ void QDeclarativeTextInput::drawContents(QPainter *painter)
     painter->setPen(d->color);
     d->control.draw(painter, QPoint(-d->scroll, 0), drawnRect().toAlignedRect(), parts);
     d->drawCursor(painter, cursorRectangle(), d->control.cursorBlinkStatus());
-}
-
-void registerDeclarativeTextInputTypes()
-{
-    registerDeclarativeRevision<QDeclarativePaintedItem>();
-    registerDeclarativeRevision<QDeclarativeTextEditor>();
-    registerDeclarativeType<QDeclarativeTextInput>("TextInput");
 }
 
 #include "moc_qdeclarativetextinput_p.cpp"

@@ -1,7 +1,6 @@
 #include "qdeclarativeflipable_p.h"
 
 #include "item/qdeclarativeitem_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QMetaProperty>
 #include <QtCore/QPointer>
@@ -171,9 +170,4 @@ QVariant QDeclarativeFlipable::itemChange(GraphicsItemChange change, const QVari
     if (change == ItemSceneHasChanged || change == ItemParentHasChanged)
         d->updateSide();
     return QDeclarativeItem::itemChange(change, value);
-}
-
-void registerDeclarativeFlipableTypes()
-{
-    registerDeclarativeType<QDeclarativeFlipable>("Flipable");
 }

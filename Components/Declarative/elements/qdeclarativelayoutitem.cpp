@@ -1,7 +1,6 @@
 #include "qdeclarativelayoutitem_p.h"
 
 #include "item/qdeclarativeitem_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtWidgets/QGraphicsLayout>
 
@@ -94,10 +93,4 @@ QQmlListProperty<QGraphicsObject> QDeclarativeGraphicsWidget::children()
                     .value(index);
             },
             nullptr};
-}
-
-void registerDeclarativeLayoutTypes()
-{
-    registerDeclarativeType<QDeclarativeLayoutItem>("LayoutItem");
-    registerDeclarativeType<QDeclarativeGraphicsWidget>("QGraphicsWidget");
 }

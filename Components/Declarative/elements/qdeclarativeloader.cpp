@@ -1,8 +1,7 @@
 #include "qdeclarativeloader_p.h"
 
-#include "item/qdeclarativeitem_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
-#include "engine/qdeclarativetypes_p.h"
+#include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/QQmlComponent>
@@ -224,11 +223,6 @@ void QDeclarativeLoader::geometryChanged(const QRectF &newGeometry, const QRectF
     if (newGeometry.size() != oldGeometry.size())
         exchangeSizes();
     QDeclarativeItem::geometryChanged(newGeometry, oldGeometry);
-}
-
-void registerDeclarativeLoaderTypes()
-{
-    registerDeclarativeType<QDeclarativeLoader>("Loader");
 }
 
 #include "moc_qdeclarativeloader_p.cpp"

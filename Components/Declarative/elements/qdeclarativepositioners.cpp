@@ -2,7 +2,6 @@
 
 #include "item/qdeclarativeanchors_p.h"
 #include "item/qdeclarativeitem_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtQml/QQmlInfo>
 #include <QtWidgets/QGraphicsWidget>
@@ -563,15 +562,6 @@ QSizeF QDeclarativeFlow::arrange(Cells &cells) const
     if (isRightToLeft())
         mirror(cells, content.width());
     return content;
-}
-
-void registerDeclarativePositionerTypes()
-{
-    registerDeclarativeRevision<QDeclarativeBasePositioner>();
-    registerDeclarativeType<QDeclarativeColumn>("Column");
-    registerDeclarativeType<QDeclarativeRow>("Row");
-    registerDeclarativeType<QDeclarativeGrid>("Grid");
-    registerDeclarativeType<QDeclarativeFlow>("Flow");
 }
 
 #include "moc_qdeclarativepositioners_p.cpp"

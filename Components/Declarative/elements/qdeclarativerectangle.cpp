@@ -1,7 +1,6 @@
 #include "qdeclarativerectangle_p.h"
 
 #include "item/qdeclarativeitem_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/qmath.h>
@@ -319,12 +318,6 @@ void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsI
         d->drawShape(painter);
     painter->setRenderHint(QPainter::Antialiasing, hints & QPainter::Antialiasing);
     painter->setRenderHint(QPainter::SmoothPixmapTransform, hints & QPainter::SmoothPixmapTransform);
-}
-
-void registerDeclarativeRectangleTypes()
-{
-    qmlRegisterAnonymousType<QDeclarativePen>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeRectangle>("Rectangle");
 }
 
 #include "moc_qdeclarativerectangle_p.cpp"

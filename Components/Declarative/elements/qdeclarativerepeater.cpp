@@ -1,7 +1,6 @@
 #include "qdeclarativerepeater_p.h"
 
 #include "item/qdeclarativegraphicsitem_p.h"
-#include "engine/qdeclarativetypes_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
 
 #include <QtQml/QQmlComponent>
@@ -189,11 +188,6 @@ void QDeclarativeRepeater::insertRows(const QQmlChangeSet &changes, const MovedI
                 insertItem(index, rows->item(index, QGraphicsItem::parentItem()));
         }
     }
-}
-
-void registerDeclarativeRepeaterTypes()
-{
-    registerDeclarativeType<QDeclarativeRepeater>("Repeater");
 }
 
 #include "moc_qdeclarativerepeater_p.cpp"

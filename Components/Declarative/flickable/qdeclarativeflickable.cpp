@@ -1,8 +1,7 @@
 #include "qdeclarativeflickable_p.h"
 
+#include "input/qdeclarativepointer_p.h"
 #include "qdeclarativeflickable_p_p.h"
-#include "item/qdeclarativepointer_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtWidgets/QGraphicsSceneEvent>
 
@@ -383,10 +382,4 @@ void QDeclarativeFlickable::geometryChanged(const QRectF &now, const QRectF &bef
     if (now.height() != before.height())
         d->viewResized(d->y);
     d->updateBounds();
-}
-
-void registerDeclarativeFlickableTypes()
-{
-    qmlRegisterAnonymousType<QDeclarativeFlickableVisibleArea>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeFlickable>("Flickable");
 }

@@ -1,6 +1,6 @@
 #include "qdeclarativeflickable_p_p.h"
 
-#include "item/qdeclarativepointer_p.h"
+#include "input/qdeclarativepointer_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEasingCurve>

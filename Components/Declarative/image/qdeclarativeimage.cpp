@@ -1,9 +1,5 @@
 #include "qdeclarativeimage_p.h"
 
-#include "qdeclarativeanimatedimage_p.h"
-#include "qdeclarativeborderimage_p.h"
-#include "engine/qdeclarativetypes_p.h"
-
 #include <QtGui/QPainter>
 
 /** Returns the size that the picture is to be painted in. */
@@ -138,15 +134,6 @@ void QDeclarativeImage::paint(QPainter *painter, const QStyleOptionGraphicsItem 
     }
     d->draw(painter);
     painter->restore();
-}
-
-void registerDeclarativeImageTypes()
-{
-    qmlRegisterAnonymousType<QDeclarativeScaleGrid>("QtQuick", 1);
-    registerDeclarativeRevision<QDeclarativeImageBase>();
-    registerDeclarativeType<QDeclarativeImage>("Image");
-    registerDeclarativeType<QDeclarativeBorderImage>("BorderImage");
-    registerDeclarativeType<QDeclarativeAnimatedImage>("AnimatedImage");
 }
 
 #include "moc_qdeclarativeimage_p.cpp"

@@ -3,7 +3,7 @@
 #include "qdeclarativeanchors_p.h"
 #include "qdeclarativecontents_p.h"
 #include "qdeclarativeitem_p.h"
-#include "qdeclarativekeys_p.h"
+#include "qdeclarativekeyfilter_p.h"
 
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>

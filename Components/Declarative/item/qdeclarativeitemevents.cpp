@@ -1,7 +1,7 @@
 #include "qdeclarativeitem.h"
 
 #include "qdeclarativeitem_p.h"
-#include "qdeclarativekeys_p.h"
+#include "qdeclarativekeyfilter_p.h"
 
 #include <QtQml/qqmlinfo.h>
 #include <QtWidgets/QGraphicsScene>

@@ -1,41 +1,40 @@
-#include "motion/qdeclarativeanchorchanges_p.h"
-#include "qdeclarativeanchors_p.h"
-#include "qdeclarativefocusscope_p.h"
-#include "motion/qdeclarativeitemanimation_p.h"
-#include "qdeclarativekeynavigation_p.h"
-#include "qdeclarativelayoutmirroring_p.h"
-#include "motion/qdeclarativeparentchange_p.h"
-#include "qdeclarativetranslate_p.h"
-#include "engine/qdeclarativetypes_p.h"
+#include "qdeclarativeitemtypes_p.h"
 
-static QString attachedOnly(const char *name)
+#include "engine/qdeclarativeregistration_p.h"
+#include "qdeclarativeanchors_p.h"
+#include "qdeclarativeitem.h"
+#include "qdeclarativelayoutmirroring_p.h"
+#include "qdeclarativetranslate_p.h"
+
+/** Gives an object made by Component.createObject() its place in the scene. */
+static QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *parent)
 {
-    return QString::fromLatin1(name) + QLatin1String(" is only available via attached properties");
+    auto *item = qobject_cast<QGraphicsObject *>(object);
+    if (!item)
+        return QQmlPrivate::IncompatibleObject;
+    auto *parentItem = qobject_cast<QGraphicsObject *>(parent);
+    if (!parentItem)
+        return QQmlPrivate::IncompatibleParent;
+    item->setParentItem(parentItem);
+    return QQmlPrivate::Parented;
 }
 
 void registerDeclarativeItemTypes()
 {
+    const QQmlPrivate::RegisterAutoParent autoParent = {0, parentGraphicsObject};
+    QQmlPrivate::qmlregister(QQmlPrivate::AutoParentRegistration,
+                             const_cast<QQmlPrivate::RegisterAutoParent *>(&autoParent));
     qRegisterMetaType<QDeclarativeAnchorLine>();
     // Content compares lines.
     QMetaType::registerEqualsComparator<QDeclarativeAnchorLine>();
     qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
     qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
     qmlRegisterAnonymousType<QDeclarativeAnchors>("QtQuick", 1);
-    qmlRegisterAnonymousType<QDeclarativeKeyEvent>("QtQuick", 1);
     registerDeclarativeType<QDeclarativeItem>("Item");
-    registerDeclarativeType<QDeclarativeFocusScope>("FocusScope");
-    registerDeclarativeType<QDeclarativeFocusPanel>("FocusPanel");
     registerDeclarativeType<QDeclarativeTranslate>("Translate");
     registerDeclarativeType<QGraphicsScale>("Scale");
     registerDeclarativeType<QGraphicsRotation>("Rotation");
-    qmlRegisterAnonymousType<QDeclarativeAnchorSet>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeAnchorChanges>("AnchorChanges");
-    registerDeclarativeType<QDeclarativeParentChange>("ParentChange");
-    registerDeclarativeType<QDeclarativeAnchorAnimation>("AnchorAnimation");
-    registerDeclarativeType<QDeclarativeParentAnimation>("ParentAnimation");
-    registerDeclarativeUncreatableType<QDeclarativeKeys>("Keys", attachedOnly("Keys"));
-    registerDeclarativeUncreatableType<QDeclarativeKeyNavigation>("KeyNavigation",
-                                                                  attachedOnly("KeyNavigation"));
-    qmlRegisterUncreatableType<QDeclarativeLayoutMirroring>("QtQuick", 1, 1, "LayoutMirroring",
-                                                            attachedOnly("LayoutMirroring"));
+    qmlRegisterUncreatableType<QDeclarativeLayoutMirroring>(
+        "QtQuick", 1, 1, "LayoutMirroring",
+        QStringLiteral("LayoutMirroring is only available via attached properties"));
 }

@@ -1,7 +1,5 @@
 #include "qdeclarativefolderlistmodel_p.h"
 
-#include "engine/qdeclarativetypes_p.h"
-
 #include <QtCore/QDateTime>
 
 namespace {
@@ -221,11 +219,6 @@ QVariant QDeclarativeFolderListModel::data(const QModelIndex &index, int role) c
 QHash<int, QByteArray> QDeclarativeFolderListModel::roleNames() const
 {
     return {{FileNameRole, "fileName"}, {FilePathRole, "filePath"}};
-}
-
-void registerDeclarativeFolderListModelTypes()
-{
-    qmlRegisterType<QDeclarativeFolderListModel>("Qt.labs.folderlistmodel", 1, 0, "FolderListModel");
 }
 
 #include "moc_qdeclarativefolderlistmodel_p.cpp"

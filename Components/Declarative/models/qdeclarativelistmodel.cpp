@@ -1,9 +1,7 @@
 #include "qdeclarativelistmodel_p.h"
 
 #include "qdeclarativelistmodelagent_p.h"
-#include "qdeclarativelistmodelparser_p.h"
 #include "qdeclarativelistrow_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QAtomicInteger>
 #include <QtCore/QDateTime>
@@ -411,18 +409,6 @@ void QDeclarativeListModel::assign(const QVariantList &values, const QVector<qui
         move(findId(id, i), i, 1);
         change(i, values.at(i).toMap());
     }
-}
-
-void registerDeclarativeListModelTypes()
-{
-    const auto registerModel = [](const char *uri, int major, int minor) {
-        // The type keeps its parser until the program ends.
-        qmlRegisterCustomType<QDeclarativeListModel>(uri, major, minor, "ListModel",
-                                                     new QDeclarativeListModelParser);
-    };
-    registerModel("QtQuick", 1, 0);
-    registerModel("Qt", 4, 7);
-    registerDeclarativeType<QDeclarativeListElement>("ListElement");
 }
 
 #include "moc_qdeclarativelistmodel_p.cpp"

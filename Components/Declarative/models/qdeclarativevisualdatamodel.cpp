@@ -1,8 +1,5 @@
 #include "qdeclarativevisualdatamodel_p.h"
 
-#include "engine/qdeclarativetypes_p.h"
-#include "qdeclarativevisualitemmodel_p.h"
-
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QSignalBlocker>
 #include <QtQml/QJSValue>
@@ -260,12 +257,6 @@ void QDeclarativeVisualDataModel::reportPackageEnd(QObject *item)
     for (auto it = packages.begin(); it != packages.end();)
         it = it.value() == package ? packages.erase(it) : std::next(it);
     Q_EMIT destroyingPackage(package);
-}
-
-void registerDeclarativeVisualModelTypes()
-{
-    registerDeclarativeType<QDeclarativeVisualDataModel>("VisualDataModel");
-    registerDeclarativeType<QDeclarativeVisualItemModel>("VisualItemModel");
 }
 
 #include "moc_qdeclarativevisualdatamodel_p.cpp"

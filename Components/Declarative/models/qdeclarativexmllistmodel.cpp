@@ -1,7 +1,6 @@
 #include "qdeclarativexmllistmodel_p.h"
 
 #include "engine/qdeclarativelocalfile_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
@@ -392,12 +391,6 @@ void QDeclarativeXmlListModel::remove(int at, int number)
     rows -= number;
     endRemoveRows();
     Q_EMIT itemsRemoved(at, number);
-}
-
-void registerDeclarativeXmlListModelTypes()
-{
-    registerDeclarativeType<QDeclarativeXmlListModel>("XmlListModel");
-    registerDeclarativeType<QDeclarativeXmlRole>("XmlRole");
 }
 
 #include "moc_qdeclarativexmllistmodel_p.cpp"

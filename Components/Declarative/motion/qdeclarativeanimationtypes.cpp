@@ -1,5 +1,6 @@
-#include "engine/qdeclarativeenginetype_p.h"
-#include "engine/qdeclarativetypes_p.h"
+#include "qdeclarativeanimationtypes_p.h"
+
+#include "engine/qdeclarativeqttype_p.h"
 
 #include <QtCore/QVector>
 
@@ -56,7 +57,7 @@ public:
 
 struct AnimationType
 {
-    QDeclarativeEngineType::CreateFunction create;
+    QDeclarativeQtType::CreateFunction create;
     CompletingMetaObject *metaObject;
 };
 AnimationType completing[animationTypeCount];
@@ -72,20 +73,20 @@ void createAnimation(void *memory)
 template <int... index>
 void registerAnimations(std::integer_sequence<int, index...>)
 {
-    const QDeclarativeEngineType::CreateFunction create[] = {createAnimation<index>...};
+    const QDeclarativeQtType::CreateFunction create[] = {createAnimation<index>...};
     QVector<QQmlType> types;
     for (const char *name : animationTypes)
-        types += QDeclarativeEngineType::find("QtQuick", name);
+        types += QDeclarativeQtType::find("QtQuick", name);
     for (int i = 0; i < animationTypeCount; ++i) {
-        completing[i] = {QDeclarativeEngineType::createFunction(types.at(i)),
+        completing[i] = {QDeclarativeQtType::createFunction(types.at(i)),
                          new CompletingMetaObject(types.at(i).baseMetaObject())};
-        QDeclarativeEngineType::registerCopy(
+        QDeclarativeQtType::registerCopy(
             types.at(i), animationTypes[i],
             {completing[i].create ? create[i] : nullptr, completing[i].metaObject});
     }
     // Properties of these types must go on to take every animation that is derived from Qt's class.
     for (const QQmlType &type : qAsConst(types))
-        QDeclarativeEngineType::registerAgain(type);
+        QDeclarativeQtType::registerAgain(type);
 }
 
 } // namespace

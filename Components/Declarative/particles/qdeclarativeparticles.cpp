@@ -1,7 +1,6 @@
 #include "qdeclarativeparticles_p.h"
 
 #include "engine/qdeclarativelocalfile_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtCore/QAbstractAnimation>
 #include <QtCore/QRandomGenerator>
@@ -339,16 +338,6 @@ void QDeclarativeParticles::paint(QPainter *painter, const QStyleOptionGraphicsI
         painter->drawPixmap(particle.position - middle, picture);
     }
     painter->setOpacity(full);
-}
-
-void registerDeclarativeParticleTypes()
-{
-    const char *const module = "Qt.labs.particles";
-    qmlRegisterType<QDeclarativeParticleMotion>(module, 1, 0, "ParticleMotion");
-    qmlRegisterType<QDeclarativeParticleMotionLinear>(module, 1, 0, "ParticleMotionLinear");
-    qmlRegisterType<QDeclarativeParticleMotionGravity>(module, 1, 0, "ParticleMotionGravity");
-    qmlRegisterType<QDeclarativeParticleMotionWander>(module, 1, 0, "ParticleMotionWander");
-    qmlRegisterType<QDeclarativeParticles>(module, 1, 0, "Particles");
 }
 
 #include "moc_qdeclarativeparticles_p.cpp"

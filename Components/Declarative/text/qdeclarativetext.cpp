@@ -1,11 +1,10 @@
 #include "qdeclarativetext_p.h"
 
-#include "qdeclarativefonts_p.h"
 #include "item/qdeclarativeitem_p.h"
+#include "qdeclarativefonts_p.h"
 #include "qdeclarativestyledtext_p.h"
 #include "qdeclarativetextdocument_p.h"
 #include "qdeclarativetextlayout_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QFontMetrics>
@@ -644,17 +643,6 @@ void QDeclarativeText::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     event->setAccepted(!link.isEmpty());
     if (!link.isEmpty() && d->linkAt(event->pos()) == link)
         Q_EMIT linkActivated(link);
-}
-
-void registerDeclarativeTextTypes()
-{
-    qRegisterMetaType<QDeclarativeText::HAlignment>();
-    qRegisterMetaType<QDeclarativeText::VAlignment>();
-    qRegisterMetaType<QDeclarativeText::TextStyle>();
-    qRegisterMetaType<QDeclarativeText::TextFormat>();
-    qRegisterMetaType<QDeclarativeText::TextElideMode>();
-    qRegisterMetaType<QDeclarativeText::LineHeightMode>();
-    registerDeclarativeType<QDeclarativeText>("Text");
 }
 
 #include "moc_qdeclarativetext_p.cpp"

@@ -1,7 +1,6 @@
 #include "qdeclarativegridview_p.h"
 
 #include "qdeclarativegridview_p_p.h"
-#include "engine/qdeclarativetypes_p.h"
 
 #include <QtGui/QKeyEvent>
 
@@ -142,11 +141,6 @@ void QDeclarativeGridView::keyPressEvent(QKeyEvent *event)
 QDeclarativeGridViewAttached *QDeclarativeGridView::qmlAttachedProperties(QObject *object)
 {
     return new QDeclarativeGridViewAttached(object);
-}
-
-void registerDeclarativeGridViewTypes()
-{
-    registerDeclarativeType<QDeclarativeGridView>("GridView");
 }
 
 #include "moc_qdeclarativegridview_p.cpp"

@@ -1,8 +1,7 @@
 #include "qdeclarativelistview_p.h"
 
-#include "qdeclarativelistview_p_p.h"
-#include "engine/qdeclarativetypes_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativelistview_p_p.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtQml/QQmlComponent>
@@ -271,11 +270,4 @@ void QDeclarativeListView::keyPressEvent(QKeyEvent *event)
 QDeclarativeListViewAttached *QDeclarativeListView::qmlAttachedProperties(QObject *object)
 {
     return new QDeclarativeListViewAttached(object);
-}
-
-void registerDeclarativeListViewTypes()
-{
-    registerDeclarativeRevision<QDeclarativeItemView>();
-    registerDeclarativeType<QDeclarativeViewSection>("ViewSection");
-    registerDeclarativeType<QDeclarativeListView>("ListView");
 }

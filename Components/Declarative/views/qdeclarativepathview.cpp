@@ -1,8 +1,7 @@
 #include "qdeclarativepathview_p.h"
 
-#include "qdeclarativepathview_p_p.h"
-#include "engine/qdeclarativetypes_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativepathview_p_p.h"
 
 #include <QtCore/QSignalBlocker>
 
@@ -349,11 +348,6 @@ void QDeclarativePathView::setPathItemCount(int count)
 QDeclarativePathViewAttached *QDeclarativePathView::qmlAttachedProperties(QObject *object)
 {
     return new QDeclarativePathViewAttached(object);
-}
-
-void registerDeclarativePathViewTypes()
-{
-    registerDeclarativeType<QDeclarativePathView>("PathView");
 }
 
 #include "moc_qdeclarativepathview_p.cpp"

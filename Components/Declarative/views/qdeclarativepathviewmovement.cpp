@@ -1,6 +1,6 @@
 #include "qdeclarativepathview_p_p.h"
 
-#include "item/qdeclarativepointer_p.h"
+#include "input/qdeclarativepointer_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
 
 #include <QtCore/QEasingCurve>

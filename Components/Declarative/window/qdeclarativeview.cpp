@@ -1,9 +1,9 @@
 #include "qdeclarativeview.h"
 
-#include "engine/qdeclarativedatabases_p.h"
-#include "item/qdeclarativeitem_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativerounding_p.h"
+#include "item/qdeclarativeitem_p.h"
+#include "qdeclarativedatabases_p.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QPointer>

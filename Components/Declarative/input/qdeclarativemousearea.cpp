@@ -1,8 +1,7 @@
 #include "qdeclarativemousearea_p.h"
 
 #include "item/qdeclarativeitem_p.h"
-#include "item/qdeclarativepointer_p.h"
-#include "engine/qdeclarativetypes_p.h"
+#include "qdeclarativepointer_p.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QMetaMethod>
@@ -561,11 +560,4 @@ QVariant QDeclarativeMouseArea::itemChange(GraphicsItemChange change, const QVar
         && d->hovered != (isVisible() && isUnderMouse()))
         d->setHovered(!d->hovered);
     return QDeclarativeItem::itemChange(change, value);
-}
-
-void registerDeclarativeMouseTypes()
-{
-    qmlRegisterAnonymousType<QDeclarativeMouseEvent>("QtQuick", 1);
-    registerDeclarativeType<QDeclarativeDrag>("Drag");
-    registerDeclarativeType<QDeclarativeMouseArea>("MouseArea");
 }

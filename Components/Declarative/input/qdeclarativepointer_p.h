@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qdeclarativeitem.h"
+#include "item/qdeclarativeitem.h"
 
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qdeclarativeitem_p.h"
+#include "item/qdeclarativekeyfilter_p.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -34,34 +34,6 @@ public:
 
 private:
     QKeyEvent m_event;
-};
-
-/**
- * Sees the keys of an item before or after the item itself; each item has a chain of them.
- *
- * Every function hands the event to the next filter when it does not accept it.
- */
-class QDeclarativeKeyFilter
-{
-public:
-    explicit QDeclarativeKeyFilter(QDeclarativeItem *item);
-    virtual ~QDeclarativeKeyFilter() = default;
-
-    /** @p post is true when the item itself did not accept the event. */
-    virtual void keyPressed(QKeyEvent *, bool post);
-    virtual void keyReleased(QKeyEvent *, bool post);
-    virtual void inputMethodEvent(QInputMethodEvent *, bool post);
-    virtual QVariant inputMethodQuery(Qt::InputMethodQuery) const;
-    virtual void componentComplete();
-
-protected:
-    bool isFor(bool post) const { return post == m_afterItem; }
-
-    bool m_afterItem = false;
-
-private:
-    Q_DISABLE_COPY(QDeclarativeKeyFilter)
-    QDeclarativeKeyFilter *const m_next;
 };
 
 /** The attached object `Keys`: handlers for single keys, for any key, and items that keys are forwarded to.

@@ -3,7 +3,7 @@
 #include <private/qqmltype_p.h>
 
 /** Gives types that Qt registers in its own modules a place in QML 1's modules too. */
-namespace QDeclarativeEngineType {
+namespace QDeclarativeQtType {
 
 using CreateFunction = void (*)(void *memory);
 
@@ -30,4 +30,4 @@ void registerLaterUncreatable(const QQmlType &type, const char *name, const QStr
 /** Makes @p type the one that its C++ class stands for, rather than a copy of it. */
 void registerAgain(const QQmlType &type);
 
-} // namespace QDeclarativeEngineType
+} // namespace QDeclarativeQtType

@@ -1,15 +1,11 @@
 #pragma once
 
-#include "item/qdeclarativeitem.h"
-
 #include <QtQml/qqml.h>
 
 /**
- * Helpers with which each element family registers its types.
+ * Registers @p T as @p name in QtQuick 1.0, QtQuick 1.1 and Qt 4.7 at once.
  *
- * Every family has one function, declared here, that registers its types; qmlRegisterDeclarativeTypes() calls
- * them in order. A type goes into QtQuick 1.0, QtQuick 1.1 and Qt 4.7 at once; members that only QtQuick 1.1
- * has are marked REVISION 1.
+ * Members that only QtQuick 1.1 has are marked REVISION 1.
  */
 template <typename T>
 void registerDeclarativeType(const char *name)
@@ -19,6 +15,7 @@ void registerDeclarativeType(const char *name)
     qmlRegisterType<T>("Qt", 4, 7, name);
 }
 
+/** Registers @p T likewise for its enumerations or attached properties; who makes one is told @p reason. */
 template <typename T>
 void registerDeclarativeUncreatableType(const char *name, const QString &reason)
 {
@@ -60,28 +57,3 @@ void registerDeclarativeRevision()
     };
     QQmlPrivate::qmlregister(QQmlPrivate::TypeRegistration, const_cast<QQmlPrivate::RegisterType *>(&type));
 }
-
-void registerDeclarativeAnimationTypes();
-void registerDeclarativeFlipableTypes();
-void registerDeclarativeLayoutTypes();
-void registerDeclarativePinchTypes();
-void registerDeclarativeInitialisedTypes();
-void registerDeclarativeImageTypes();
-void registerDeclarativeItemTypes();
-void registerDeclarativeTextTypes();
-void registerDeclarativeTextEditTypes();
-void registerDeclarativeTextInputTypes();
-void registerDeclarativeMouseTypes();
-void registerDeclarativeFlickableTypes();
-void registerDeclarativeListViewTypes();
-void registerDeclarativeGridViewTypes();
-void registerDeclarativePathViewTypes();
-void registerDeclarativePositionerTypes();
-void registerDeclarativeRectangleTypes();
-void registerDeclarativeLoaderTypes();
-void registerDeclarativeRepeaterTypes();
-void registerDeclarativeListModelTypes();
-void registerDeclarativeVisualModelTypes();
-void registerDeclarativeXmlListModelTypes();
-void registerDeclarativeFolderListModelTypes();
-void registerDeclarativeParticleTypes();

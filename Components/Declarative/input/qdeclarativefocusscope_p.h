@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qdeclarativeitem.h"
+#include "item/qdeclarativeitem.h"
 
 /** An item that keeps the focus of the items inside it while it does not have the focus itself. */
 class QDeclarativeFocusScope : public QDeclarativeItem

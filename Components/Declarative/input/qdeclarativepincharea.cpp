@@ -1,7 +1,6 @@
 #include "qdeclarativepincharea_p.h"
 
-#include "item/qdeclarativepointer_p.h"
-#include "engine/qdeclarativetypes_p.h"
+#include "qdeclarativepointer_p.h"
 
 #include <QtCore/QLineF>
 #include <QtGui/QTouchEvent>
@@ -212,11 +211,4 @@ void QDeclarativePinchArea::finish(int pointCount)
     QDeclarativePinchEvent event(m_start, m_last, m_last, pointCount);
     m_pinch.end();
     Q_EMIT pinchFinished(&event);
-}
-
-void registerDeclarativePinchTypes()
-{
-    qmlRegisterAnonymousType<QDeclarativePinchEvent>("QtQuick", 1);
-    qmlRegisterType<QDeclarativePinch>("QtQuick", 1, 1, "Pinch");
-    qmlRegisterType<QDeclarativePinchArea, 1>("QtQuick", 1, 1, "PinchArea");
 }

@@ -1,11 +1,11 @@
-#include "qdeclarativeenginetype_p.h"
+#include "qdeclarativeqttype_p.h"
 
 #include <QtCore/QVector>
 
 #include <private/qqmlmetatype_p.h>
 #include <private/qqmltype_p_p.h>
 
-using namespace QDeclarativeEngineType;
+using namespace QDeclarativeQtType;
 
 namespace {
 
@@ -49,7 +49,7 @@ void registerIn(QQmlPrivate::RegisterType copy, const char *uri, int major, int 
 
 } // namespace
 
-QQmlType QDeclarativeEngineType::find(const char *module, const char *name)
+QQmlType QDeclarativeQtType::find(const char *module, const char *name)
 {
     QQmlType type = QQmlMetaType::qmlType(QString::fromLatin1(name), QString::fromLatin1(module), 2, 15);
     if (!type.isValid())
@@ -57,13 +57,12 @@ QQmlType QDeclarativeEngineType::find(const char *module, const char *name)
     return type;
 }
 
-CreateFunction QDeclarativeEngineType::createFunction(const QQmlType &type)
+CreateFunction QDeclarativeQtType::createFunction(const QQmlType &type)
 {
     return type.priv()->extraData.cd->newFunc;
 }
 
-void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name,
-                                          const Replacement &replacement)
+void QDeclarativeQtType::registerCopy(const QQmlType &type, const char *name, const Replacement &replacement)
 {
     QQmlPrivate::RegisterType copy = registrationOf(type);
     if (replacement.create)
@@ -76,15 +75,15 @@ void QDeclarativeEngineType::registerCopy(const QQmlType &type, const char *name
     registerIn(copy, "Qt", 4, 7, name);
 }
 
-void QDeclarativeEngineType::registerLaterUncreatable(const QQmlType &type, const char *name,
-                                                      const QString &reason)
+void QDeclarativeQtType::registerLaterUncreatable(const QQmlType &type, const char *name,
+                                                  const QString &reason)
 {
     QQmlPrivate::RegisterType copy = registrationOf(type);
     copy.noCreationReason = reason;
     registerIn(copy, "QtQuick", 1, 1, name);
 }
 
-void QDeclarativeEngineType::registerAgain(const QQmlType &type)
+void QDeclarativeQtType::registerAgain(const QQmlType &type)
 {
     registerIn(registrationOf(type), "QtQuick", 1, 0, nullptr);
 }

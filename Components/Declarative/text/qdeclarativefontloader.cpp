@@ -1,7 +1,7 @@
 #include "qdeclarativefontloader_p.h"
 
-#include "qdeclarativeenginetype_p.h"
-#include "qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativeqttype_p.h"
 
 #include <QtQml/QQmlEngine>
 
@@ -13,7 +13,7 @@ QObject *QDeclarativeFontLoader::loader()
 {
     if (inner)
         return inner;
-    inner = QDeclarativeEngineType::find("QtQuick", "FontLoader").create();
+    inner = QDeclarativeQtType::find("QtQuick", "FontLoader").create();
     inner->setParent(this);
     // Its messages and its requests are this element's.
     if (QQmlContext *context = qmlContext(this))

@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers the elements in which text is edited. */
+void registerDeclarativeEditorsTypes();

@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers the surface that is flicked. */
+void registerDeclarativeFlickableTypes();

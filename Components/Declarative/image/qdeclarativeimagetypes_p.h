@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers the elements that show pictures. */
+void registerDeclarativeImageTypes();

@@ -1,0 +1,17 @@
+#include "qdeclarativemotiontypes_p.h"
+
+#include "engine/qdeclarativeregistration_p.h"
+#include "qdeclarativeanchorchanges_p.h"
+#include "qdeclarativeanimationtypes_p.h"
+#include "qdeclarativeitemanimation_p.h"
+#include "qdeclarativeparentchange_p.h"
+
+void registerDeclarativeMotionTypes()
+{
+    registerDeclarativeAnimationTypes();
+    qmlRegisterAnonymousType<QDeclarativeAnchorSet>("QtQuick", 1);
+    registerDeclarativeType<QDeclarativeAnchorChanges>("AnchorChanges");
+    registerDeclarativeType<QDeclarativeParentChange>("ParentChange");
+    registerDeclarativeType<QDeclarativeAnchorAnimation>("AnchorAnimation");
+    registerDeclarativeType<QDeclarativeParentAnimation>("ParentAnimation");
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers animations and the state changes that move items. */
+void registerDeclarativeMotionTypes();

@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers the views of models. */
+void registerDeclarativeViewsTypes();
