@@ -10,11 +10,13 @@
 #include <QtWidgets/QStyleFactory>
 
 /**
- * Plays the recorded scenes of gallery/ and compares every value, line, message and picture.
+ * Plays the recorded scenes of gallery/, defects/ and the folders of scenes/ and compares every value, line,
+ * message and picture.
  *
- * galleryscenes.json lists the scenes by element family. gallerydifferences.json lists what the engine, not
- * an element, makes different, one entry for each difference with its reason; an entry that no longer differs
- * fails the scene. The option `--family NAME` limits the run to one family.
+ * galleryscenes.json lists the scenes of gallery/ by element family. gallerydifferences.json lists what the
+ * engine, not an element, makes different, one entry for each difference with its reason; an entry that no
+ * longer differs fails the scene. The option `--family NAME` limits the run to one family: one of
+ * galleryscenes.json, or a folder (`defects`, `scenes/text`); `--scene NAME` plays that scene alone.
  */
 class tst_Gallery : public QObject
 {
@@ -22,6 +24,7 @@ class tst_Gallery : public QObject
 
 public:
     static QString family;
+    static QString scene;
 
 private slots:
     void initTestCase();
@@ -29,6 +32,8 @@ private slots:
     void scenes();
 
 private:
+    void addScene(const QString &folder, const QString &name);
+    void addScenes(const QString &folder);
     void playTrace(GalleryScene *scene, const QJsonArray &trace, const QJsonArray &steps);
     void compareRecord(GalleryScene *scene, const QJsonObject &record, const QJsonValue &result);
     void updateExpected(const QJsonObject &record);
@@ -43,6 +48,7 @@ private:
     QJsonArray m_differences;
     QVector<QJsonObject> m_allowed; ///< differences of the scene that were not met yet
     QStringList m_unexpected;
+    QDir m_folder; ///< where the scene and its recording are
     QString m_scene;
     int m_record = 0;
     bool m_hasText = false;
@@ -53,10 +59,33 @@ private:
 };
 
 QString tst_Gallery::family;
+QString tst_Gallery::scene;
 
 namespace {
 
-const QDir folder(QStringLiteral(TEST_SOURCE_DIR "/gallery"));
+const QDir sets(QStringLiteral(TEST_SOURCE_DIR));
+
+/** The folders of recorded scenes besides gallery/. */
+QStringList sceneFolders()
+{
+    QStringList folders{QStringLiteral("defects")};
+    const auto families =
+        QDir(sets.filePath(QStringLiteral("scenes"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &name : families)
+        folders.append(QLatin1String("scenes/") + name);
+    return folders;
+}
+
+/** The folder with the scene @p name, whose name is given once; empty when there is none. */
+QString folderOf(const QString &name)
+{
+    const QStringList folders = QStringList{QStringLiteral("gallery")} + sceneFolders();
+    for (const QString &folder : folders) {
+        if (sets.exists(folder + QLatin1Char('/') + name + QLatin1String(".qml")))
+            return folder;
+    }
+    return {};
+}
 
 QJsonDocument readJson(const QString &path)
 {
@@ -113,36 +142,57 @@ double shareApart(const QImage &a, const QImage &b, int limit)
 
 void tst_Gallery::initTestCase()
 {
-    QVERIFY(folder.exists());
-    m_differences = readJson(QStringLiteral(TEST_SOURCE_DIR "/gallerydifferences.json")).array();
+    m_differences = readJson(sets.filePath(QStringLiteral("gallerydifferences.json"))).array();
     for (const QJsonValue &entry : qAsConst(m_differences)) {
         const QJsonObject object = entry.toObject();
         QVERIFY2(!object.value(QLatin1String("reason")).toString().isEmpty(),
                  qPrintable(GalleryValue::text(entry)));
-        QVERIFY2(folder.exists(object.value(QLatin1String("scene")).toString() + QLatin1String(".qml")),
+        QVERIFY2(!folderOf(object.value(QLatin1String("scene")).toString()).isEmpty(),
                  qPrintable(GalleryValue::text(entry)));
     }
 }
 
 void tst_Gallery::scenes_data()
 {
+    QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("name");
-    const QJsonObject families = readJson(QStringLiteral(TEST_SOURCE_DIR "/galleryscenes.json")).object();
+    if (!scene.isEmpty())
+        return addScene(folderOf(scene), scene);
+    const QStringList folders = sceneFolders();
+    if (folders.contains(family))
+        return addScenes(family);
+    const QJsonObject families = readJson(sets.filePath(QStringLiteral("galleryscenes.json"))).object();
     if (!family.isEmpty() && !families.contains(family))
-        qFatal("galleryscenes.json has no family %s", qPrintable(family));
+        qFatal("there is no family %s", qPrintable(family));
     for (auto it = families.begin(); it != families.end(); ++it) {
         if (!family.isEmpty() && it.key() != family)
             continue;
         const auto names = it.value().toArray();
         for (const QJsonValue &name : names)
-            QTest::newRow(qPrintable(name.toString())) << name.toString();
+            addScene(QStringLiteral("gallery"), name.toString());
     }
+    if (family.isEmpty())
+        std::for_each(folders.begin(), folders.end(), [this](const QString &folder) { addScenes(folder); });
+}
+
+void tst_Gallery::addScene(const QString &folder, const QString &name)
+{
+    QTest::newRow(qPrintable(name)) << folder << name;
+}
+
+void tst_Gallery::addScenes(const QString &folder)
+{
+    const auto files = QDir(sets.filePath(folder)).entryList({QStringLiteral("*.qml")}, QDir::Files);
+    for (const QString &file : files)
+        addScene(folder, file.chopped(int(qstrlen(".qml"))));
 }
 
 void tst_Gallery::scenes()
 {
+    QFETCH(QString, folder);
     QFETCH(QString, name);
-    QVERIFY2(folder.exists(name + QLatin1String(".qml")), "no such scene");
+    m_folder = QDir(sets.filePath(folder));
+    QVERIFY2(m_folder.exists(name + QLatin1String(".qml")), "no such scene");
     m_scene = name;
     m_record = 0;
     m_expected.clear();
@@ -155,19 +205,19 @@ void tst_Gallery::scenes()
         if (entry.toObject().value(QLatin1String("scene")) == name)
             m_allowed.append(entry.toObject());
     }
-    QFile source(folder.filePath(name + QLatin1String(".qml")));
+    QFile source(m_folder.filePath(name + QLatin1String(".qml")));
     QVERIFY(source.open(QIODevice::ReadOnly));
     m_hasText = QRegularExpression(QStringLiteral("\\b(Text|TextInput|TextEdit|Badge)\\b"))
                     .match(QString::fromUtf8(source.readAll()))
                     .hasMatch();
 
-    const QString base = folder.filePath(name);
+    const QString base = m_folder.filePath(name);
     const QJsonArray trace = readJson(base + QLatin1String(".trace.json")).array();
     const QJsonArray steps = readJson(base + QLatin1String(".steps.json")).array();
     const QJsonObject errors = readJson(base + QLatin1String(".errors.json")).object();
     QVERIFY2(!trace.isEmpty() || !errors.isEmpty(), "the scene has no recording");
     {
-        GalleryScene scene(folder, name);
+        GalleryScene scene(m_folder, name);
         scene.load();
         if (!trace.isEmpty())
             playTrace(&scene, trace, steps);
@@ -200,7 +250,10 @@ void tst_Gallery::playTrace(GalleryScene *scene, const QJsonArray &trace, const 
             qFatal("%s: record %d is not of this step", qPrintable(m_scene), m_record);
         compareRecord(scene, record, result);
     }
-    comparePicture(scene, m_scene + QLatin1String(".png"));
+    // Where the values tell as much there is no picture.
+    const QString picture = m_scene + QLatin1String(".png");
+    if (m_folder.exists(picture))
+        comparePicture(scene, picture);
 }
 
 void tst_Gallery::compareRecord(GalleryScene *scene, const QJsonObject &record, const QJsonValue &result)
@@ -324,7 +377,7 @@ void tst_Gallery::compareMessages(const QString &what, const QJsonArray &recorde
 
 void tst_Gallery::comparePicture(GalleryScene *scene, const QString &file)
 {
-    const QImage recorded = QImage(folder.filePath(file)).convertToFormat(QImage::Format_ARGB32);
+    const QImage recorded = QImage(m_folder.filePath(file)).convertToFormat(QImage::Format_ARGB32);
     QVERIFY2(!recorded.isNull(), qPrintable(file));
     const QImage seen = scene->picture();
     QString how;
@@ -378,9 +431,19 @@ void tst_Gallery::finish()
     QVERIFY2(m_unexpected.isEmpty(), qPrintable(QStringLiteral("%1 differences").arg(m_unexpected.count())));
 }
 
+/** The value of the option @p name, which is taken out of @p arguments. */
+static QString takeOption(QStringList *arguments, const QString &name)
+{
+    const int at = arguments->indexOf(name);
+    if (at < 1 || at + 1 >= arguments->count())
+        return {};
+    arguments->removeAt(at);
+    return arguments->takeAt(at);
+}
+
 int main(int argc, char **argv)
 {
-    qputenv("FONTCONFIG_FILE", QFile::encodeName(folder.filePath(QStringLiteral("fonts.conf"))));
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(sets.filePath(QStringLiteral("gallery/fonts.conf"))));
     qputenv("QT_FONT_DPI", "96");
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("TZ", "UTC");
@@ -391,11 +454,8 @@ int main(int argc, char **argv)
     QApplication::setStartDragDistance(10);
     QApplication::setDoubleClickInterval(400);
     QStringList arguments = app.arguments();
-    const int option = arguments.indexOf(QStringLiteral("--family"));
-    if (option > 0 && option + 1 < arguments.count()) {
-        tst_Gallery::family = arguments.at(option + 1);
-        arguments.erase(arguments.begin() + option, arguments.begin() + option + 2);
-    }
+    tst_Gallery::family = takeOption(&arguments, QStringLiteral("--family"));
+    tst_Gallery::scene = takeOption(&arguments, QStringLiteral("--scene"));
     tst_Gallery test;
     return QTest::qExec(&test,
                         QStringList{arguments.at(0), QStringLiteral("-maxwarnings"), QStringLiteral("0")}
