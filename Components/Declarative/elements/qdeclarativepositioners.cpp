@@ -1,5 +1,6 @@
 #include "qdeclarativepositioners_p.h"
 
+#include "engine/qdeclarativetypes_p.h"
 #include "item/qdeclarativeanchors_p.h"
 #include "item/qdeclarativeitem_p.h"
 
@@ -11,6 +12,7 @@
 #include <private/qquicktransitionmanager_p_p.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -19,6 +21,9 @@ namespace {
 
 /** How often children may change size in answer to being placed before that counts as endless. */
 constexpr int passLimit = 4;
+
+/** How often they may do so in answer to the positioner's size. */
+constexpr int nestingLimit = 16;
 
 const QDeclarativeItemChanges watchedChanges =
     GeometryChange | SiblingOrderChange | VisibilityChange | OpacityChange;
@@ -33,7 +38,7 @@ bool hasPlace(const QGraphicsObject *object)
 {
     const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
     // An item that only its parent hides keeps its place.
-    return !d->explicitlyHidden && d->opacity > 0 && d->width() > 0 && d->height() > 0;
+    return !d->explicitlyHidden && d->opacity > 0 && d->width() != 0 && d->height() != 0;
 }
 
 struct Child
@@ -47,6 +52,12 @@ bool precedes(const Child &first, const Child &second)
 {
     return QGraphicsItemPrivate::get(first.item)->siblingIndex
         < QGraphicsItemPrivate::get(second.item)->siblingIndex;
+}
+
+/** Children stand at whole pixels: what is added up is cut at every step, not only at the end. */
+qreal whole(qreal length)
+{
+    return std::trunc(length);
 }
 
 } // namespace
@@ -72,6 +83,8 @@ public:
     void unwatch(QGraphicsObject *);
     void unwatchAll();
     void childChanged(QGraphicsObject *);
+    bool isChanged(const QGraphicsObject *) const;
+    void relayoutLater();
     void mirrorChange() override;
     void place();
     bool hasConflict() const;
@@ -81,10 +94,10 @@ public:
     void applyWithTransitions();
     Transitions &needTransitions();
 
-    void itemGeometryChanged(QDeclarativeItem *item, const QRectF &now, const QRectF &before) override
+    void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override
     {
         if (now.size() != before.size())
-            childChanged(item);
+            q_func()->relayout();
     }
     void itemSiblingOrderChanged(QDeclarativeItem *) override;
     void itemVisibilityChanged(QDeclarativeItem *item) override { childChanged(item); }
@@ -95,8 +108,10 @@ public:
     Cells cells;
     int spacing = 0;
     Qt::LayoutDirection layoutDirection = Qt::LeftToRight;
+    int nesting = 0;
     bool isPlacing = false;
     bool placeAgain = false;
+    bool isQueued = false;
     bool hasWarned = false;
 };
 
@@ -111,10 +126,14 @@ void QDeclarativeBasePositionerPrivate::watch(QGraphicsObject *object)
     const auto changed = [this, object] { childChanged(object); };
     QObject::connect(object, &QGraphicsObject::visibleChanged, q, changed);
     QObject::connect(object, &QGraphicsObject::opacityChanged, q, changed);
-    QObject::connect(object, &QGraphicsObject::widthChanged, q, changed);
-    QObject::connect(object, &QGraphicsObject::heightChanged, q, changed);
+    const auto resized = [this, object] {
+        if (isChanged(object))
+            q_func()->relayout();
+    };
+    QObject::connect(object, &QGraphicsObject::widthChanged, q, resized);
+    QObject::connect(object, &QGraphicsObject::heightChanged, q, resized);
     if (auto *widget = qobject_cast<QGraphicsWidget *>(object))
-        QObject::connect(widget, &QGraphicsWidget::geometryChanged, q, changed);
+        QObject::connect(widget, &QGraphicsWidget::geometryChanged, q, resized);
 }
 
 void QDeclarativeBasePositionerPrivate::unwatch(QGraphicsObject *object)
@@ -138,21 +157,40 @@ void QDeclarativeBasePositionerPrivate::unwatchAll()
         unwatch(watched.back().item);
 }
 
-void QDeclarativeBasePositionerPrivate::childChanged(QGraphicsObject *object)
+bool QDeclarativeBasePositionerPrivate::isChanged(const QGraphicsObject *object) const
 {
     const auto child = std::find_if(watched.cbegin(), watched.cend(),
                                     [object](const Child &other) { return other.item == object; });
     if (child == watched.cend())
-        return;
+        return false;
     const bool placed = hasPlace(object);
-    if (placed != child->placed || (placed && sizeOf(object) != child->size))
-        q_func()->relayout();
+    return placed != child->placed || (placed && sizeOf(object) != child->size);
+}
+
+void QDeclarativeBasePositionerPrivate::childChanged(QGraphicsObject *object)
+{
+    if (isChanged(object))
+        relayoutLater();
 }
 
 void QDeclarativeBasePositionerPrivate::itemSiblingOrderChanged(QDeclarativeItem *)
 {
     if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
-        q_func()->relayout();
+        relayoutLater();
+}
+
+// Children are often shown, hidden and reordered by the dozen: they are placed once, when all is done. One
+// that is hidden by then keeps the place that it had before.
+void QDeclarativeBasePositionerPrivate::relayoutLater()
+{
+    Q_Q(QDeclarativeBasePositioner);
+    if (!q->isComponentComplete() || std::exchange(isQueued, true))
+        return;
+    const auto layOut = [this, q] {
+        if (isQueued)
+            q->relayout();
+    };
+    QMetaObject::invokeMethod(q, layOut, Qt::QueuedConnection);
 }
 
 void QDeclarativeBasePositionerPrivate::collectCells()
@@ -191,6 +229,9 @@ void QDeclarativeBasePositionerPrivate::applyWithTransitions()
             actions.append(QQuickStateAction(cell.item, QStringLiteral("y"), cell.pos.y()));
     }
     transitions->addManager.transition(added, transitions->add);
+    // A transition runs once at a time: what one shares with the other begins anew, and the first part stays.
+    if (transitions->add == transitions->move)
+        transitions->addManager.cancel();
     transitions->moveManager.transition(moved, transitions->move);
 }
 
@@ -221,15 +262,23 @@ void QDeclarativeBasePositionerPrivate::mirrorChange()
 void QDeclarativeBasePositionerPrivate::place()
 {
     Q_Q(QDeclarativeBasePositioner);
-    warnOfConflict();
-    collectCells();
-    const QSizeF size = q->arrange(cells);
-    if (transitions)
-        applyWithTransitions();
-    else
-        applyCells();
+    QSizeF size;
+    isPlacing = true;
+    for (int pass = 0; placeAgain && pass < passLimit; ++pass) {
+        placeAgain = false;
+        warnOfConflict();
+        collectCells();
+        size = q->arrange(cells);
+        if (transitions)
+            applyWithTransitions();
+        else
+            applyCells();
+    }
+    isPlacing = false;
+    const QPointer<QObject> guard(q);
     q->setImplicitHeight(size.height());
-    q->setImplicitWidth(size.width());
+    if (guard)
+        q->setImplicitWidth(size.width());
 }
 
 QDeclarativeBasePositionerPrivate::Transitions &QDeclarativeBasePositionerPrivate::needTransitions()
@@ -297,15 +346,19 @@ void QDeclarativeBasePositioner::relayout()
     Q_D(QDeclarativeBasePositioner);
     if (!isComponentComplete())
         return;
+    d->isQueued = false;
     d->placeAgain = true;
     if (d->isPlacing)
         return;
-    d->isPlacing = true;
-    for (int pass = 0; d->placeAgain && pass < passLimit; ++pass) {
-        d->placeAgain = false;
-        d->place();
+    if (d->nesting == nestingLimit) {
+        qmlWarning(this) << "Possible loop: children change size whenever the positioner does";
+        return;
     }
-    d->isPlacing = false;
+    ++d->nesting;
+    const QPointer<QObject> guard(this);
+    d->place();
+    if (guard)
+        --d->nesting;
 }
 
 bool QDeclarativeBasePositioner::isRightToLeft() const
@@ -316,9 +369,9 @@ bool QDeclarativeBasePositioner::isRightToLeft() const
 
 void QDeclarativeBasePositioner::mirror(Cells &cells, qreal contentWidth) const
 {
-    const qreal width = widthValid() ? this->width() : contentWidth;
+    const qreal width = whole(widthValid() ? this->width() : contentWidth);
     for (Cell &cell : cells)
-        cell.pos.setX(width - cell.pos.x() - cell.size.width());
+        cell.pos.setX(whole(width - cell.pos.x() - cell.size.width()));
 }
 
 Qt::LayoutDirection QDeclarativeBasePositioner::layoutDirection() const
@@ -386,7 +439,7 @@ QSizeF QDeclarativeColumn::arrange(Cells &cells) const
     for (Cell &cell : cells) {
         cell.pos.setY(content.height());
         content.setWidth(qMax(content.width(), cell.size.width()));
-        content.rheight() += cell.size.height() + spacing();
+        content.setHeight(whole(content.height() + cell.size.height()) + spacing());
     }
     content.rheight() -= spacing();
     return content;
@@ -414,7 +467,7 @@ QSizeF QDeclarativeRow::arrange(Cells &cells) const
     for (Cell &cell : cells) {
         cell.pos.setX(content.width());
         content.setHeight(qMax(content.height(), cell.size.height()));
-        content.rwidth() += cell.size.width() + spacing();
+        content.setWidth(whole(content.width() + cell.size.width()) + spacing());
     }
     content.rwidth() -= spacing();
     if (isRightToLeft())
@@ -454,28 +507,25 @@ void QDeclarativeGrid::setFlow(Flow flow)
     Q_EMIT flowChanged();
 }
 
-/** Returns the columns (width) and rows (height) that @p count children fill. */
+/** Returns the columns (width) and rows (height) for @p count children; what is not given follows from them.
+ */
 QSize QDeclarativeGrid::tableSize(int count) const
 {
     constexpr int defaultColumns = 4;
     const auto fit = [count](int given) { return count / given + (count % given > 0 ? 1 : 0); };
-    int columns = m_columns;
-    int rows = m_rows;
-    if (columns <= 0)
-        columns = rows > 0 ? fit(rows) : defaultColumns;
-    if (rows <= 0)
-        rows = fit(columns);
-    return m_flow == LeftToRight ? QSize(qMin(columns, count), qMin(rows, fit(columns)))
-                                 : QSize(qMin(columns, fit(rows)), qMin(rows, count));
+    if (m_columns > 0)
+        return QSize(m_columns, m_rows > 0 ? m_rows : fit(m_columns));
+    return m_rows > 0 ? QSize(fit(m_rows), m_rows) : QSize(defaultColumns, fit(defaultColumns));
 }
 
-/** Turns the lengths of neighbours into where each starts and returns the length of all. */
-static qreal lineUp(QVector<qreal> &lengths, int spacing)
+/** Turns the lengths of neighbours into where each starts; returns how long @p count are, the others empty.
+ */
+static qreal lineUp(QVector<qreal> &lengths, int count, int spacing)
 {
     qreal next = 0;
     for (qreal &length : lengths)
         next += std::exchange(length, next) + spacing;
-    return next - spacing;
+    return next + (qreal(count) - lengths.count() - 1) * spacing;
 }
 
 int QDeclarativeGrid::placedLines() const
@@ -493,19 +543,25 @@ QSizeF QDeclarativeGrid::arrange(Cells &cells) const
     const QSize table = tableSize(cells.count());
     if (table.isEmpty())
         return QSizeF();
-    const auto column = [&](int i) { return m_flow == LeftToRight ? i % table.width() : i / table.height(); };
-    const auto row = [&](int i) { return m_flow == LeftToRight ? i / table.width() : i % table.height(); };
-    cells.resize(qMin(cells.count(), table.width() * table.height()));
+    const bool across = m_flow == LeftToRight;
+    const auto column = [&](int i) { return across ? i % table.width() : i / table.height(); };
+    const auto row = [&](int i) { return across ? i / table.width() : i % table.height(); };
+    const qint64 cellCount = qint64(table.width()) * table.height();
+    cells.resize(int(qMin(cellCount, qint64(cells.count()))));
 
-    QVector<qreal> widths(table.width());
-    QVector<qreal> heights(table.height());
+    QVector<qreal> widths;
+    QVector<qreal> heights;
     for (int i = 0; i < cells.count(); ++i) {
         const QSizeF size = cells.at(i).size;
-        widths[column(i)] = qMax(widths.at(column(i)), size.width());
-        heights[row(i)] = qMax(heights.at(row(i)), size.height());
+        widths.resize(qMax(widths.count(), column(i) + 1));
+        heights.resize(qMax(heights.count(), row(i) + 1));
+        widths[column(i)] = qMax(widths.at(column(i)), whole(size.width()));
+        heights[row(i)] = qMax(heights.at(row(i)), whole(size.height()));
     }
-    const qreal width = lineUp(widths, spacing());
-    const qreal height = lineUp(heights, spacing());
+    // Of the empty cells that follow the last child in its line only the first counts.
+    const int most = cells.count() + 1;
+    const qreal width = lineUp(widths, across ? qMin(table.width(), most) : table.width(), spacing());
+    const qreal height = lineUp(heights, across ? table.height() : qMin(table.height(), most), spacing());
     for (int i = 0; i < cells.count(); ++i)
         cells[i].pos = QPointF(widths.at(column(i)), heights.at(row(i)));
     if (isRightToLeft())
@@ -549,15 +605,15 @@ QSizeF QDeclarativeFlow::arrange(Cells &cells) const
         qreal &along = across ? next.rx() : next.ry();
         qreal &aside = across ? next.ry() : next.rx();
         const qreal length = across ? cell.size.width() : cell.size.height();
-        if (wraps && along > 0 && along + length > limit) {
+        if (wraps && along != 0 && along + length > limit) {
             along = 0;
             aside += thickness + spacing();
             thickness = 0;
         }
         cell.pos = next;
         content = content.expandedTo(QSizeF(next.x() + cell.size.width(), next.y() + cell.size.height()));
-        thickness = qMax(thickness, across ? cell.size.height() : cell.size.width());
-        along += length + spacing();
+        thickness = qMax(thickness, std::ceil(across ? cell.size.height() : cell.size.width()));
+        along = whole(along + length) + spacing();
     }
     if (isRightToLeft())
         mirror(cells, content.width());

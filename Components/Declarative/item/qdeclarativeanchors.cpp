@@ -1,10 +1,10 @@
 #include "qdeclarativeanchors_p.h"
 
 #include "qdeclarativelayoutmirroring_p.h"
-#include "engine/qdeclarativerounding_p.h"
 
-#include <QtCore/QScopedValueRollback>
 #include <QtQml/qqmlinfo.h>
+
+#include <cmath>
 
 namespace {
 
@@ -14,10 +14,10 @@ constexpr int maximumDepth = 3;
 constexpr QDeclarativeItemChanges targetChanges =
     QDeclarativeItemChanges(GeometryChange) | BaselineOffsetChange | DestroyedChange;
 
+/** The middle of @p length; that of an odd number of whole pixels is half a pixel further. */
 qreal middle(qreal length)
 {
-    const int whole = QDeclarativeRounding::bounded(length);
-    return whole == length && whole % 2 ? (length + 1) / 2 : length / 2;
+    return std::fmod(std::trunc(length), 2) != 0 ? (length + 1) / 2 : length / 2;
 }
 
 QSizeF sizeOf(QGraphicsObject *object)
@@ -343,16 +343,17 @@ void QDeclarativeAnchors::targetChanged(QGraphicsObject *target, bool horizontal
 
 void QDeclarativeAnchors::ownGeometryChanged(const QRectF &now, const QRectF &before)
 {
-    if (m_updating)
-        return;
+    // What is being set from here is right already; but a width may change the height.
     if (m_fill) {
-        updateFill();
+        if (m_fillDepth == 0)
+            updateFill();
     } else if (m_centerIn) {
-        updateCenterIn();
+        if (m_centerDepth == 0)
+            updateCenterIn();
     } else {
-        if (now.x() != before.x() || now.width() != before.width())
+        if (m_horizontalDepth == 0 && (now.x() != before.x() || now.width() != before.width()))
             updateHorizontal();
-        if (now.y() != before.y() || now.height() != before.height())
+        if (m_verticalDepth == 0 && (now.y() != before.y() || now.height() != before.height()))
             updateVertical();
     }
 }
@@ -374,7 +375,6 @@ void QDeclarativeAnchors::updateFill()
         return;
     }
     const Depth depth(&m_fillDepth);
-    const QScopedValueRollback<bool> updating(m_updating, true);
     const bool isParent = m_fill == m_item->QGraphicsItem::parentItem();
     const qreal left = m_offsets[isMirrored() ? RightLine : LeftLine];
     const qreal across = m_offsets[LeftLine] + m_offsets[RightLine];
@@ -393,7 +393,6 @@ void QDeclarativeAnchors::updateCenterIn()
         return;
     }
     const Depth depth(&m_centerDepth);
-    const QScopedValueRollback<bool> updating(m_updating, true);
     const bool isParent = m_centerIn == m_item->QGraphicsItem::parentItem();
     const QSizeF frame = sizeOf(m_centerIn);
     const qreal across = isMirrored() ? -m_offsets[HCenterLine] : m_offsets[HCenterLine];
@@ -412,7 +411,6 @@ void QDeclarativeAnchors::updateHorizontal()
         return;
     }
     const Depth depth(&m_horizontalDepth);
-    const QScopedValueRollback<bool> updating(m_updating, true);
     applyHorizontal();
 }
 
@@ -426,7 +424,6 @@ void QDeclarativeAnchors::updateVertical()
         return;
     }
     const Depth depth(&m_verticalDepth);
-    const QScopedValueRollback<bool> updating(m_updating, true);
     applyVertical();
 }
 
@@ -480,7 +477,8 @@ void QDeclarativeAnchors::applyHorizontal()
             m_item->setWidth(linePosition(right) - from);
         else if (has(HCenterLine))
             m_item->setWidth((linePosition(HCenterLine) - from) * 2);
-        m_item->setX(from);
+        // Neighbours may have followed the new width.
+        m_item->setX(linePosition(left));
     } else if (has(right)) {
         if (has(HCenterLine))
             m_item->setWidth((linePosition(right) - linePosition(HCenterLine)) * 2);
@@ -499,7 +497,7 @@ void QDeclarativeAnchors::applyVertical()
             m_item->setHeight(linePosition(BottomLine) - from);
         else if (has(VCenterLine))
             m_item->setHeight((linePosition(VCenterLine) - from) * 2);
-        m_item->setY(from);
+        m_item->setY(linePosition(TopLine));
     } else if (has(BottomLine)) {
         if (has(VCenterLine))
             m_item->setHeight((linePosition(BottomLine) - linePosition(VCenterLine)) * 2);

@@ -200,5 +200,4 @@ private:
     int m_verticalDepth = 0;
     int m_fillDepth = 0;
     int m_centerDepth = 0;
-    bool m_updating = false; ///< the item's geometry is being set from here
 };
