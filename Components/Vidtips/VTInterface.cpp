@@ -75,6 +75,11 @@ QString VTInterface::shortCutForObject(const QString &, QObject *, const QString
 
 void VTInterface::notification(VTNotification, const QVariant &, const QString &) { }
 
+QString VTInterface::keyAt(QObject *object, const QPoint &, QRect &)
+{
+    return keyForObject(object);
+}
+
 VTContext &VTInterface::context()
 {
     return d->manager->context();

@@ -113,6 +113,14 @@ public:
     /** Receives a VTNotification or a number that a package's QML sent. The default does nothing. */
     virtual void notification(VTNotification type, const QVariant &value, const QString &text);
 
+    /**
+     * Returns the key whose content is shown for what @p object has at the global @p position: a row, a tab,
+     * a menu's entry. A tip that belongs to only a part of @p object gets that part's rectangle, in global
+     * coordinates, as @p rect, which is null before. VTCommandLocator has answers for Qt's own widgets. The
+     * default returns keyForObject().
+     */
+    virtual QString keyAt(QObject *object, const QPoint &position, QRect &rect);
+
     /** Returns the settings in effect: the manager's copy, not the object that the host passed in. */
     VTContext &context();
 

@@ -103,6 +103,7 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     VTContext context;
     QPointer<VTWidget> widget;
     QPointer<VTIndex> index;
+    QRect referenceRect;
     QList<QPointer<VTWidget>> reservations;
     QMap<QString, QVariant> globalProperties;
     bool filterInstalled = false;
@@ -426,6 +427,16 @@ QString VTManager::keyForObject(QObject *object)
     return object && d->host ? d->host->keyForObject(object) : QString();
 }
 
+QString VTManager::keyAt(QObject *object, const QPoint &position, QRect &rect)
+{
+    return object && d->host ? d->host->keyAt(object, position, rect) : QString();
+}
+
+QRect VTManager::referenceRect() const
+{
+    return d->widget && d->widget->isVisible() ? d->referenceRect : QRect();
+}
+
 bool VTManager::show(const QString &key, const QPoint &position, QObject *object, const QRect &rect)
 {
     if (!d->mayShow())
@@ -487,8 +498,10 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
     view->setContent(content);
     rewriteShortcut(request, content);
     const bool current = self && view && content && window == d->widget;
-    if (current)
+    if (current) {
+        d->referenceRect = request.rect;
         window->showWithContent(request.object, request.rect, point, content, found.packageFolder());
+    }
     if (view)
         view->releaseContent(old);
     else
@@ -609,8 +622,9 @@ bool VTManager::showForEvent(QObject *watched, const QPoint &position)
 {
     const QPointer<VTManager> self(this);
     const QPointer<QObject> object(watched);
-    const QString key = keyForObject(watched);
-    const bool shown = self && object && show(key, position, object, QRect());
+    QRect rect;
+    const QString key = keyAt(watched, position, rect);
+    const bool shown = self && object && show(key, position, object, rect);
     return shown || (watched && !object);
 }
 

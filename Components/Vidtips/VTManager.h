@@ -125,12 +125,21 @@ public:
     /** Returns the host's key of @p object. */
     QString keyForObject(QObject *object);
 
+    /** Returns the host's key of what @p object has at the global @p position; see VTInterface::keyAt(). */
+    QString keyAt(QObject *object, const QPoint &position, QRect &rect);
+
     /**
      * Shows the tip of @p key beside the global @p position. @p object is what the tip is about; @p rect is
      * its rectangle in global coordinates, or a null rectangle. Returns whether a tip is on screen for it;
      * without content a visible tip is hidden unless @p position is in its safe zone.
      */
     bool show(const QString &key, const QPoint &position, QObject *object, const QRect &rect);
+
+    /**
+     * Returns the rectangle that the tip on screen was shown for, in global coordinates; null where it is for
+     * a whole object, and while there is no tip.
+     */
+    QRect referenceRect() const;
 
     /** Returns where a tip goes for the pointer at @p position: off by Vidtips::TooltipOffset. */
     QPoint tooltipPosition(const QPoint &position, QWidget *widget) const;

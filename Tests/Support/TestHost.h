@@ -106,6 +106,11 @@ public:
             answer(type, text);
     }
 
+    QString keyAt(QObject *object, const QPoint &position, QRect &rect) override
+    {
+        return onKeyAt ? onKeyAt(object, position, rect) : VTInterface::keyAt(object, position, rect);
+    }
+
     QStringList notificationTexts() const
     {
         QStringList texts;
@@ -122,6 +127,7 @@ public:
     std::function<QWidget *()> onCreateWindow;
     std::function<QString(const QString &, QObject *, const QString &)> onShortcut;
     std::function<void(int, const QString &)> onNotification;
+    std::function<QString(QObject *, const QPoint &, QRect &)> onKeyAt;
 };
 
 /** A host with its settings and index, and everything that a test leaves of windows removed at its end. */

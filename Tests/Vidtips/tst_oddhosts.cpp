@@ -37,6 +37,12 @@ public:
         call("keyForObject");
         return key;
     }
+    QString keyAt(QObject *object, const QPoint &position, QRect &rect) override
+    {
+        QString key = TestHost::keyAt(object, position, rect);
+        call("keyAt");
+        return key;
+    }
     bool openExternalResource(VTExternalResourceType, const QString &) override
     {
         call("openExternalResource");
@@ -247,6 +253,7 @@ struct Trigger
 
 const Trigger triggers[] = {
     {"keyForObject", true},
+    {"keyAt", true},
     {"shortCutForObject", true},
     {"shown", true},
     {"hidden", false},

@@ -24,6 +24,7 @@ private slots:
     void defaultMessageText_data();
     void defaultMessageText();
     void defaultKeyIsTheObjectName();
+    void defaultKeyOfAPlaceIsThatOfTheObject();
     void defaultOpensUrlsOnly_data();
     void defaultOpensUrlsOnly();
     void defaultsOfOtherOperations();
@@ -80,6 +81,7 @@ void tst_VTInterface::virtualsInFixedOrder()
     QCOMPARE(virtualSlot(&VTInterface::translateString), first + 4);
     QCOMPARE(virtualSlot(&VTInterface::shortCutForObject), first + 5);
     QCOMPARE(virtualSlot(&VTInterface::notification), first + 6);
+    QCOMPARE(virtualSlot(&VTInterface::keyAt), first + 7);
 }
 
 void tst_VTInterface::valuesOfEnumerations()
@@ -139,6 +141,28 @@ void tst_VTInterface::defaultKeyIsTheObjectName()
     object.setObjectName("cut");
     QCOMPARE(session.host->keyForObject(&object), QStringLiteral("cut"));
     QCOMPARE(session.host->keyForObject(nullptr), QString());
+}
+
+void tst_VTInterface::defaultKeyOfAPlaceIsThatOfTheObject()
+{
+    class Host : public VTInterface
+    {
+    public:
+        using VTInterface::VTInterface;
+        QString keyForObject(QObject *object) override
+        {
+            return object ? "own." + object->objectName() : QString();
+        }
+    };
+    VTContext settings;
+    TestIndex index(&settings, {});
+    Host host(settings, {}, &index);
+    QObject object;
+    object.setObjectName("cut");
+    QRect rect;
+    QCOMPARE(host.keyAt(&object, QPoint(1, 2), rect), QStringLiteral("own.cut"));
+    QCOMPARE(host.keyAt(nullptr, QPoint(1, 2), rect), QString());
+    QVERIFY(rect.isNull());
 }
 
 void tst_VTInterface::defaultOpensUrlsOnly_data()

@@ -152,6 +152,8 @@ private slots:
     void toolTipEventShowsAndConsumes();
     void toolTipEventOfAShownKeyDoesNotReload();
     void toolTipEventWithoutContent();
+    void toolTipEventAsksForThePlace();
+    void referenceRectIsThatOfTheTipOnScreen();
     void clickOutsideHides_data();
     void clickOutsideHides();
     void clickInsideKeeps();
@@ -1028,6 +1030,47 @@ void tst_VTManagerShow::toolTipEventOfAShownKeyDoesNotReload()
     const int requests = session.index.requests.count();
     QVERIFY(filter->eventFilter(&button, &event));
     QCOMPARE(session.index.requests.count(), requests);
+}
+
+void tst_VTManagerShow::toolTipEventAsksForThePlace()
+{
+    TestSession session({packages->path()});
+    session.set(SafeZoneMargin, QSize(0, 0));
+    QWidget list;
+    QObject *askedFor = nullptr;
+    bool wasNull = false;
+    session.host->onKeyAt = [&](QObject *object, const QPoint &position, QRect &rect) {
+        askedFor = object;
+        wasNull = rect.isNull();
+        rect = QRect(position, QSize(200, 10));
+        return position.y() < 500 ? QStringLiteral("cut") : QStringLiteral("copy");
+    };
+    QObject *const filter = session.manager();
+    QHelpEvent first(QEvent::ToolTip, QPoint(1, 1), QPoint(100, 200));
+    QVERIFY(filter->eventFilter(&list, &first));
+    QCOMPARE(askedFor, &list);
+    QVERIFY(wasNull);
+    QCOMPARE(session.content()->attribute("key"), QString("cut"));
+    QCOMPARE(session.manager()->referenceRect(), QRect(100, 200, 200, 10));
+    QVERIFY(session.window()->isSafe(QPoint(299, 209)));
+    QVERIFY(!session.window()->isSafe(QPoint(299, 210)));
+    QHelpEvent second(QEvent::ToolTip, QPoint(1, 301), QPoint(100, 500));
+    QVERIFY(filter->eventFilter(&list, &second));
+    QCOMPARE(session.content()->attribute("key"), QString("copy"));
+    QCOMPARE(session.manager()->referenceRect(), QRect(100, 500, 200, 10));
+}
+
+void tst_VTManagerShow::referenceRectIsThatOfTheTipOnScreen()
+{
+    TestSession session({packages->path()});
+    const QRect part(10, 20, 30, 40);
+    QVERIFY(session.manager()->referenceRect().isNull());
+    QVERIFY(session.host->show("cut", QPoint(15, 25), nullptr, part));
+    QCOMPARE(session.manager()->referenceRect(), part);
+    session.window()->hide();
+    QVERIFY(session.manager()->referenceRect().isNull());
+    QVERIFY(session.host->show("copy", QPoint(15, 25), nullptr));
+    QVERIFY(session.manager()->referenceRect().isNull());
 }
 
 void tst_VTManagerShow::toolTipEventWithoutContent()

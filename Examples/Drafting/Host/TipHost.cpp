@@ -13,12 +13,9 @@
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
-#include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QToolButton>
 
 using namespace Vidtips;
 
@@ -36,12 +33,6 @@ VTContext &filled(VTContext &context, const Options &options)
 QString onOff(bool on)
 {
     return on ? QStringLiteral("on") : QStringLiteral("off");
-}
-
-QString nameOf(QObject *object)
-{
-    const QString name = object->objectName();
-    return name.startsWith(QLatin1String("qt_")) ? QString() : name;
 }
 
 } // namespace
@@ -108,13 +99,14 @@ bool TipHost::showUnderPointer()
 {
     const QPoint position = QCursor::pos();
     QWidget *widget = QApplication::widgetAt(position);
-    const QString key = widget ? keyForObject(widget) : QString();
+    QRect rect;
+    const QString key = keyAt(widget, position, rect);
     if (key.isEmpty())
         return false;
     // The user has asked: no further key need be held, and one that was just pressed is not yet known to be.
     const QVariant required = context().get(RequiredModifiers, 0);
     context().set(RequiredModifiers, 0);
-    const bool shown = show(key, position, widget);
+    const bool shown = show(key, position, widget, rect);
     context().set(RequiredModifiers, required);
     return shown;
 }
@@ -146,26 +138,13 @@ QWidget *TipHost::createWindow(VTWindowType type)
     return window;
 }
 
-QString TipHost::keyForObject(QObject *object)
+QString TipHost::keyAt(QObject *object, const QPoint &position, QRect &rect)
 {
-    QString key = commandKey(object);
+    QString key = m_locator.keyAt(object, position, rect);
     // Only commands have a say in the fallback: the drawing and the frame of the window stay silent.
     const bool covered = m_fallback && m_commands->action(key);
     context().set(FallbackKey, covered ? fallbackTip : QString());
     return key;
-}
-
-QString TipHost::commandKey(QObject *object) const
-{
-    if (auto *button = qobject_cast<QToolButton *>(object)) {
-        if (button->defaultAction())
-            return nameOf(button->defaultAction());
-    }
-    if (auto *menu = qobject_cast<QMenu *>(object))
-        return menu->activeAction() ? nameOf(menu->activeAction()) : QString();
-    if (auto *area = object ? qobject_cast<QAbstractScrollArea *>(object->parent()) : nullptr)
-        return nameOf(area);
-    return object ? nameOf(object) : QString();
 }
 
 bool TipHost::confirms(const QUrl &url) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Vidtips/VTCommandLocator.h>
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 
@@ -47,7 +48,7 @@ public:
     bool openHelp(const QString &key);
 
     QWidget *createWindow(Vidtips::VTWindowType type) override;
-    QString keyForObject(QObject *object) override;
+    QString keyAt(QObject *object, const QPoint &position, QRect &rect) override;
     bool openExternalResource(Vidtips::VTExternalResourceType type, const QString &resource) override;
     void handleMessage(Vidtips::VTMessageType type, const QString &message) override;
     QString shortCutForObject(const QString &key, QObject *object, const QString &shortcut) override;
@@ -61,11 +62,11 @@ Q_SIGNALS:
     void tipHidden(const QString &key);
 
 private:
-    QString commandKey(QObject *object) const;
     bool confirms(const QUrl &url) const;
     void describe(const QString &key);
     void showAgainAfterFade();
 
+    Vidtips::VTCommandLocator m_locator;
     Commands *m_commands;
     QPointer<MessageLog> m_log;
     QString m_shownKey;
