@@ -19,7 +19,7 @@ public:
     /** Makes texts as wide as in the recorded scenes; to be called before there is an application. */
     static void useRecordedFonts()
     {
-        qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
+        qputenv("FONTCONFIG_FILE", GALLERY_DIR "/fonts.conf");
         qputenv("QT_FONT_DPI", "96");
     }
 

@@ -117,7 +117,7 @@ static QSizeF sizeOf(const QDeclarativeItem *item)
 
 static QUrl galleryFile(const char *name)
 {
-    return QUrl::fromLocalFile(QLatin1String(TEST_SOURCE_DIR "/gallery/images/") + QLatin1String(name));
+    return QUrl::fromLocalFile(QLatin1String(GALLERY_DIR "/images/") + QLatin1String(name));
 }
 
 void tst_QDeclarativeImage::loads()

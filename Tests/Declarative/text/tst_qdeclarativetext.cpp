@@ -61,7 +61,7 @@ private:
 
 void tst_QDeclarativeText::initMain()
 {
-    qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
+    qputenv("FONTCONFIG_FILE", GALLERY_DIR "/fonts.conf");
 }
 
 /** Returns the smallest rectangle around everything that is not background. */
