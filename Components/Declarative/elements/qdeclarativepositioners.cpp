@@ -1,6 +1,5 @@
 #include "qdeclarativepositioners_p.h"
 
-#include "engine/qdeclarativetypes_p.h"
 #include "item/qdeclarativeanchors_p.h"
 #include "item/qdeclarativeitem_p.h"
 
