@@ -82,79 +82,6 @@ void QDeclarativeItemPrivate::setState(const QString &state)
     stateGroup()->setState(state);
 }
 
-QRectF QDeclarativeItemPrivate::geometry() const
-{
-    return QRectF(pos, QSizeF(itemWidth, itemHeight));
-}
-
-void QDeclarativeItemPrivate::changeSize(const QSizeF &size, bool announce)
-{
-    Q_Q(QDeclarativeItem);
-    if (qIsNaN(size.width()) || qIsNaN(size.height()))
-        return;
-    const QRectF before = geometry();
-    if (before.size() == size)
-        return;
-    q->prepareGeometryChange();
-    itemWidth = size.width();
-    itemHeight = size.height();
-    // Content can tell: each side that changes signals twice when both are set at once.
-    if (announce && itemHeight != before.height())
-        Q_EMIT q->heightChanged();
-    if (announce && itemWidth != before.width())
-        Q_EMIT q->widthChanged();
-    q->geometryChanged(geometry(), before);
-}
-
-void QDeclarativeItemPrivate::setWidth(qreal width)
-{
-    widthIsSet = true;
-    changeSize(QSizeF(width, itemHeight));
-}
-
-void QDeclarativeItemPrivate::resetWidth()
-{
-    widthIsSet = false;
-    // Before the height is read: some items find out about both only now.
-    const qreal width = implicitWidth();
-    changeSize(QSizeF(width, itemHeight));
-}
-
-void QDeclarativeItemPrivate::setHeight(qreal height)
-{
-    heightIsSet = true;
-    changeSize(QSizeF(itemWidth, height));
-}
-
-void QDeclarativeItemPrivate::resetHeight()
-{
-    heightIsSet = false;
-    const qreal height = implicitHeight();
-    changeSize(QSizeF(itemWidth, height));
-}
-
-void QDeclarativeItemPrivate::setPosHelper(const QPointF &position)
-{
-    Q_Q(QDeclarativeItem);
-    const QRectF before = geometry();
-    QGraphicsItemPrivate::setPosHelper(position);
-    if (pos != before.topLeft())
-        q->geometryChanged(geometry(), before);
-}
-
-QPointF QDeclarativeItemPrivate::computeTransformOrigin() const
-{
-    const qreal across = (origin % 3) / 2.0;
-    const qreal down = (origin / 3) / 2.0;
-    return QPointF(itemWidth * across, itemHeight * down);
-}
-
-void QDeclarativeItemPrivate::updateTransformOrigin()
-{
-    Q_Q(QDeclarativeItem);
-    q->setTransformOriginPoint(computeTransformOrigin());
-}
-
 QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, QDeclarativeItem *parent,
                                                       QQmlContext *context)
 {
@@ -193,6 +120,28 @@ void QDeclarativeItemPrivate::siblingOrderChange()
     Q_Q(QDeclarativeItem);
     notifyListeners(SiblingOrderChange,
                     [q](QDeclarativeItemChangeListener *listener) { listener->itemSiblingOrderChanged(q); });
+}
+
+void QDeclarativeItemPrivate::parentHasChanged()
+{
+    Q_Q(QDeclarativeItem);
+    QDeclarativeItem *const parent = q->parentItem();
+    if (inheritsMirror || (parent && get(parent)->passedMirrorOn))
+        resolveMirroring();
+    // The place in which an item is declared is no change.
+    if (componentIsComplete || parentWasSet)
+        Q_EMIT q->parentChanged(q->parentItem());
+    parentWasSet = true;
+    notifyListeners(ParentChange, [q](QDeclarativeItemChangeListener *listener) {
+        listener->itemParentChanged(q, q->parentItem());
+    });
+}
+
+void QDeclarativeItemPrivate::availabilityHasChanged(bool isAvailable)
+{
+    if (!isAvailable)
+        yieldActiveFocus();
+    followPassiveFocus();
 }
 
 void QDeclarativeItemPrivate::addChangeListener(QDeclarativeItemChangeListener *listener,
@@ -372,109 +321,6 @@ void QDeclarativeItem::setClip(bool clip)
     Q_EMIT clipChanged(clip);
 }
 
-QRectF QDeclarativeItem::boundingRect() const
-{
-    Q_D(const QDeclarativeItem);
-    return QRectF(0, 0, d->itemWidth, d->itemHeight);
-}
-
-void QDeclarativeItem::paint(QPainter *, const QStyleOptionGraphicsItem *, QWidget *) { }
-
-qreal QDeclarativeItem::width() const
-{
-    return d_func()->width();
-}
-
-void QDeclarativeItem::setWidth(qreal width)
-{
-    d_func()->setWidth(width);
-}
-
-void QDeclarativeItem::resetWidth()
-{
-    d_func()->resetWidth();
-}
-
-qreal QDeclarativeItem::height() const
-{
-    return d_func()->height();
-}
-
-void QDeclarativeItem::setHeight(qreal height)
-{
-    d_func()->setHeight(height);
-}
-
-void QDeclarativeItem::resetHeight()
-{
-    d_func()->resetHeight();
-}
-
-qreal QDeclarativeItem::implicitWidth() const
-{
-    return d_func()->implicitWidth();
-}
-
-qreal QDeclarativeItem::implicitHeight() const
-{
-    return d_func()->implicitHeight();
-}
-
-void QDeclarativeItem::setImplicitWidth(qreal width)
-{
-    Q_D(QDeclarativeItem);
-    const bool changed = width != d->itemImplicitWidth;
-    d->itemImplicitWidth = width;
-    if (!d->widthIsSet)
-        d->changeSize(QSizeF(width, d->itemHeight));
-    if (changed)
-        Q_EMIT implicitWidthChanged();
-}
-
-void QDeclarativeItem::setImplicitHeight(qreal height)
-{
-    Q_D(QDeclarativeItem);
-    const bool changed = height != d->itemImplicitHeight;
-    d->itemImplicitHeight = height;
-    if (!d->heightIsSet)
-        d->changeSize(QSizeF(d->itemWidth, height));
-    if (changed)
-        Q_EMIT implicitHeightChanged();
-}
-
-bool QDeclarativeItem::widthValid() const
-{
-    return d_func()->widthIsSet;
-}
-
-bool QDeclarativeItem::heightValid() const
-{
-    return d_func()->heightIsSet;
-}
-
-void QDeclarativeItem::setSize(const QSizeF &size)
-{
-    Q_D(QDeclarativeItem);
-    d->widthIsSet = true;
-    d->heightIsSet = true;
-    d->changeSize(size, true);
-}
-
-QDeclarativeItem::TransformOrigin QDeclarativeItem::transformOrigin() const
-{
-    return d_func()->origin;
-}
-
-void QDeclarativeItem::setTransformOrigin(TransformOrigin origin)
-{
-    Q_D(QDeclarativeItem);
-    if (origin == d->origin)
-        return;
-    d->origin = origin;
-    d->updateTransformOrigin();
-    Q_EMIT transformOriginChanged(origin);
-}
-
 bool QDeclarativeItem::smooth() const
 {
     return d_func()->isSmooth;
@@ -490,21 +336,15 @@ void QDeclarativeItem::setSmooth(bool smooth)
     update();
 }
 
+void QDeclarativeItem::paint(QPainter *, const QStyleOptionGraphicsItem *, QWidget *) { }
+
 QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant &value)
 {
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
     case ItemParentHasChanged:
-        if (d->inheritsMirror || (parentItem() && QDeclarativeItemPrivate::get(parentItem())->passedMirrorOn))
-            d->resolveMirroring();
-        // The place in which an item is declared is no change.
-        if (d->componentIsComplete || d->parentWasSet)
-            Q_EMIT parentChanged(parentItem());
-        d->parentWasSet = true;
-        d->notifyListeners(ParentChange, [this](QDeclarativeItemChangeListener *listener) {
-            listener->itemParentChanged(this, parentItem());
-        });
+        d->parentHasChanged();
         break;
     case ItemEnabledChange:
         // The items inside would hand the focus to this scope, which could not take it, and be stuck with it.
@@ -512,32 +352,22 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
             QGraphicsItem::clearFocus();
         return value;
     case ItemEnabledHasChanged:
-        if (!isEnabled())
-            d->yieldActiveFocus();
-        d->followPassiveFocus();
+        d->availabilityHasChanged(isEnabled());
         break;
     case ItemVisibleHasChanged:
-        if (!isVisible())
-            d->yieldActiveFocus();
-        d->followPassiveFocus();
-        d->notifyListeners(VisibilityChange, [this](QDeclarativeItemChangeListener *listener) {
-            listener->itemVisibilityChanged(this);
-        });
+        d->availabilityHasChanged(isVisible());
+        d->notifyListeners(VisibilityChange,
+                           [this](auto *listener) { listener->itemVisibilityChanged(this); });
         break;
     case ItemOpacityHasChanged:
-        d->notifyListeners(OpacityChange, [this](QDeclarativeItemChangeListener *listener) {
-            listener->itemOpacityChanged(this);
-        });
+        d->notifyListeners(OpacityChange, [this](auto *listener) { listener->itemOpacityChanged(this); });
         break;
     case ItemChildAddedChange:
-        d->notifyListeners(ChildrenChange, [&](QDeclarativeItemChangeListener *listener) {
-            listener->itemChildAdded(this, child());
-        });
+        d->notifyListeners(ChildrenChange, [&](auto *listener) { listener->itemChildAdded(this, child()); });
         break;
     case ItemChildRemovedChange:
-        d->notifyListeners(ChildrenChange, [&](QDeclarativeItemChangeListener *listener) {
-            listener->itemChildRemoved(this, child());
-        });
+        d->notifyListeners(ChildrenChange,
+                           [&](auto *listener) { listener->itemChildRemoved(this, child()); });
         break;
     case ItemSceneHasChanged:
         break;
@@ -568,23 +398,6 @@ void QDeclarativeItem::componentComplete()
 bool QDeclarativeItem::isComponentComplete() const
 {
     return d_func()->componentIsComplete;
-}
-
-void QDeclarativeItem::geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry)
-{
-    Q_D(QDeclarativeItem);
-    const bool resized = newGeometry.size() != oldGeometry.size();
-    if (resized && d->transformData)
-        d->updateTransformOrigin();
-    if (d->itemAnchors)
-        d->itemAnchors->ownGeometryChanged(newGeometry, oldGeometry);
-    d->notifyListeners(GeometryChange, [&](QDeclarativeItemChangeListener *listener) {
-        listener->itemGeometryChanged(this, newGeometry, oldGeometry);
-    });
-    if (newGeometry.width() != oldGeometry.width())
-        Q_EMIT widthChanged();
-    if (newGeometry.height() != oldGeometry.height())
-        Q_EMIT heightChanged();
 }
 
 #include "moc_qdeclarativeitem.cpp"

@@ -158,6 +158,10 @@ public:
      */
     QDeclarativeItem *createPart(QQmlComponent *, QDeclarativeItem *parent, QQmlContext *context = nullptr);
 
+    void parentHasChanged();
+    /** Sees to the focus of an item that can no longer have it, or can again. */
+    void availabilityHasChanged(bool isAvailable);
+
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;
     void focusScopeItemChange(bool isSubFocusItem) override;
