@@ -587,6 +587,16 @@ void QDeclarativeTextEdit::geometryChanged(const QRectF &newGeometry, const QRec
     QDeclarativeTextEditor::geometryChanged(newGeometry, oldGeometry);
 }
 
+QRectF QDeclarativeTextEdit::boundingRect() const
+{
+    Q_D(const QDeclarativeTextEdit);
+    // What is above a text that stands lower is left to what is below the item.
+    QRectF rect = QDeclarativeTextEditor::boundingRect();
+    if (!clip() && d->fillColor.alpha() == 0)
+        rect.setTop(qMax(rect.top(), d->offset * d->contentsScale));
+    return rect;
+}
+
 QRectF QDeclarativeTextEdit::drawnRect() const
 {
     Q_D(const QDeclarativeTextEdit);

@@ -93,6 +93,8 @@ public:
     Q_INVOKABLE int positionAt(int x, int y) const;
     Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery property, const QVariant &argument) const;
 
+    QRectF boundingRect() const override;
+
 Q_SIGNALS:
     void textChanged(const QString &);
     void paintedSizeChanged();

@@ -72,8 +72,14 @@ int QDeclarativeTextInputPrivate::scrollFor(int width, int textWidth, int cursor
 {
     // The room that text is aligned in ends where a cursor after its last letter would.
     const int room = width + cursorWidth;
-    if (!autoScroll || textWidth <= width) {
-        const Qt::Alignment alignment = effectiveAlignment();
+    const Qt::Alignment alignment = effectiveAlignment();
+    if (!autoScroll) {
+        // As it has always been: text that does not scroll is moved out of the item where it is aligned.
+        if (alignment & Qt::AlignRight)
+            return int(itemWidth - textWidth);
+        return alignment & Qt::AlignHCenter ? int((itemWidth - textWidth) / 2) : 0;
+    }
+    if (textWidth <= room) {
         if (alignment & Qt::AlignRight)
             return textWidth - room - cursorWidth;
         return alignment & Qt::AlignHCenter ? (textWidth - room) / 2 : 0;
@@ -351,6 +357,7 @@ void QDeclarativeTextInput::setEchoMode(EchoMode mode)
     Q_D(QDeclarativeTextInput);
     if (mode == echoMode())
         return;
+    Q_EMIT textChanged();
     d->control.setEchoMode(mode);
     d->updateInputMethod();
     d->updateLayout();
@@ -399,7 +406,8 @@ int QDeclarativeTextInput::cursorPosition() const
 void QDeclarativeTextInput::setCursorPosition(int position)
 {
     Q_D(QDeclarativeTextInput);
-    if (position >= 0 && position <= d->control.end())
+    // Blanks of a mask are no text that the cursor could be put behind.
+    if (position >= 0 && position <= text().length())
         d->control.moveCursor(position);
 }
 
@@ -416,7 +424,7 @@ int QDeclarativeTextInput::selectionEnd() const
 void QDeclarativeTextInput::selectAll()
 {
     Q_D(QDeclarativeTextInput);
-    d->control.setSelection(0, d->control.end());
+    d->control.setSelection(0, text().length());
 }
 
 void QDeclarativeTextInput::selectWord()
@@ -427,7 +435,7 @@ void QDeclarativeTextInput::selectWord()
 
 void QDeclarativeTextInput::select(int start, int end)
 {
-    const int length = d_func()->control.end();
+    const int length = text().length();
     if (start >= 0 && end >= 0 && start <= length && end <= length)
         setSelection(start, end);
 }
@@ -487,6 +495,9 @@ void QDeclarativeTextInput::componentComplete()
     Q_D(QDeclarativeTextInput);
     QDeclarativeTextEditor::componentComplete();
     d->updateAlignment();
+    // What does not fit begins with its last letter at the right, not with the cursor's place there.
+    if (d->autoScroll && d->control.cursor() == d->control.end())
+        d->scroll = QDeclarativeRounding::bounded(d->control.cursorToX());
     d->updateLayout();
 }
 

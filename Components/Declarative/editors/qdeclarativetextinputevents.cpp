@@ -14,7 +14,7 @@ static bool leadsOut(const QKeyEvent *event, const QWidgetLineControl &control)
     if (control.hasSelectedText() || (key != Qt::Key_Left && key != Qt::Key_Right))
         return false;
     const bool towardsEnd = (key == Qt::Key_Right) == (control.layoutDirection() != Qt::RightToLeft);
-    return control.cursor() == (towardsEnd ? control.end() : control.start());
+    return control.cursor() == (towardsEnd ? control.text().length() : control.start());
 }
 
 void QDeclarativeTextInput::keyPressEvent(QKeyEvent *event)

@@ -14,7 +14,9 @@ QDeclarativeStyledText::QDeclarativeStyledText(const QString &markup, const QFon
         } else if (c == QLatin1Char('&')) {
             position = readEntity(position);
         } else {
-            appendText(c == QLatin1Char('\n') ? QStringLiteral(" ") : QString(c));
+            // Lines are broken by tags only.
+            if (c != QLatin1Char('\n'))
+                appendText(c);
             ++position;
         }
     }

@@ -118,6 +118,8 @@ void QDeclarativeTextPrivate::updateLayout()
     keepsTruncated = !isTextDirty;
     if (isTextDirty)
         prepareText();
+    else if (document)
+        document->setDefaultFont(font); // small capitals get their widths only from the second time on
     font = QDeclarativeFonts::shared(font);
     QSizeF size;
     if (document) {
@@ -146,12 +148,12 @@ void QDeclarativeTextPrivate::updateSizes(const QSizeF &size)
     isSizing = true;
     if (!text.isEmpty()) {
         const QFontMetrics metrics(font);
-        const qreal room = heightIsSet ? itemHeight : size.height();
-        qreal offset = 0;
+        const int room = int((heightIsSet ? itemHeight : size.height())) - int(size.height());
+        int offset = 0;
         if (vAlign == QDeclarativeText::AlignBottom)
-            offset = room - size.height();
+            offset = room;
         else if (vAlign == QDeclarativeText::AlignVCenter)
-            offset = int((room - size.height()) / 2);
+            offset = room / 2;
         q->setBaselineOffset(metrics.ascent() + offset);
     }
     if (!widthIsSet || text.isEmpty())
@@ -173,7 +175,8 @@ QDeclarativeTextLayout::Parameters QDeclarativeTextPrivate::parameters() const
     parameters.text = shownText;
     parameters.formats = formats;
     parameters.font = font;
-    parameters.width = widthIsSet ? itemWidth : -1;
+    parameters.width = itemWidth;
+    parameters.hasWidth = widthIsSet;
     parameters.alignment = effectiveAlignment();
     parameters.wrapMode = QTextOption::WrapMode(wrapMode);
     parameters.elide = Qt::TextElideMode(elide);
@@ -181,6 +184,7 @@ QDeclarativeTextLayout::Parameters QDeclarativeTextPrivate::parameters() const
     parameters.lineHeight = lineHeight;
     parameters.lineHeightIsFixed = lineHeightMode == QDeclarativeText::FixedHeight;
     parameters.isStyled = format == QDeclarativeText::StyledText;
+    parameters.sourceLength = text.size();
     return parameters;
 }
 
@@ -286,11 +290,13 @@ bool QDeclarativeTextPrivate::reactsToWidth() const
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
 {
+    // A style draws one pixel around.
+    const qreal height = paintedSize.height() + (style == QDeclarativeText::Normal ? 0 : 2);
     switch (vAlign) {
     case QDeclarativeText::AlignBottom:
-        return int(itemHeight - paintedSize.height());
+        return int(itemHeight - height);
     case QDeclarativeText::AlignVCenter:
-        return int((itemHeight - paintedSize.height()) / 2);
+        return int((itemHeight - height) / 2);
     default:
         return 0;
     }
@@ -319,7 +325,7 @@ void QDeclarativeTextPrivate::draw(QPainter *painter, const QPointF &position, c
         painter->translate(-position);
     } else if (layout) {
         painter->setPen(color);
-        layout->draw(painter, position, isStyle);
+        layout->draw(painter, position);
     }
 }
 

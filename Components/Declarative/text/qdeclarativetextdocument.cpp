@@ -63,6 +63,8 @@ QVariant QDeclarativeTextDocument::picture(const Picture &picture) const
     if (picture.source->isReady())
         return QPixmap::fromImage(picture.source->image());
     // Never nothing at all: the document would go on to look for a file of that name by itself.
+    if (!picture.isPending)
+        return QPixmap(QStringLiteral(":/qt-project.org/styles/commonstyle/images/file-16.png"));
     QPixmap nothing(1, 1);
     nothing.fill(Qt::transparent);
     return nothing;

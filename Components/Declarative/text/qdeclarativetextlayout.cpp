@@ -5,57 +5,68 @@
 
 #include <cmath>
 
+namespace {
+
+QString ellipsisText()
+{
+    return QString(QChar(0x2026));
+}
+
+bool isLimited(const QDeclarativeTextLayout::Parameters &parameters)
+{
+    return parameters.maximumLineCount != std::numeric_limits<int>::max();
+}
+
+} // namespace
+
 void QDeclarativeTextLayout::layOut(const Parameters &parameters)
 {
-    QTextOption option(parameters.width < 0 ? Qt::AlignLeft : parameters.alignment);
+    QTextOption option(parameters.hasWidth ? parameters.alignment : Qt::AlignLeft);
     option.setWrapMode(parameters.wrapMode);
-    const bool single = elideSingleLine(parameters);
-    if (!single) {
-        truncated = false;
-        layout.setText(parameters.text);
-    } else {
+    truncated = false;
+    if (elideSingleLine(parameters))
         option.setWrapMode(QTextOption::NoWrap);
-    }
+    else
+        layout.setText(parameters.text);
     layout.setCacheEnabled(true);
     layout.setTextOption(option);
     layout.setFont(parameters.font);
     layout.setFormats(parameters.formats);
-    const int end = breakLines(parameters);
-    if (end < layout.text().size()) {
-        truncated = true;
-        elideLastLine(parameters, end);
-    }
+    breakLines(parameters);
     measure();
 }
 
-int QDeclarativeTextLayout::breakLines(const Parameters &parameters)
+void QDeclarativeTextLayout::breakLines(const Parameters &parameters)
 {
-    const qreal width = parameters.width < 0 ? std::numeric_limits<int>::max() : parameters.width;
-    int end = 0;
+    const qreal width = parameters.hasWidth ? qMax(0.0, parameters.width) : std::numeric_limits<int>::max();
     height = 0;
+    ellipsis = QRectF();
+    if (parameters.maximumLineCount < 1)
+        truncated = true;
     layout.beginLayout();
-    for (int count = 0; count < parameters.maximumLineCount; ++count) {
+    for (int count = 1; count <= parameters.maximumLineCount; ++count) {
         QTextLine line = layout.createLine();
         if (!line.isValid())
             break;
         line.setLineWidth(width);
         line.setPosition(QPointF(0, height));
+        // Markup counts as text here: styled text that fills its lines is taken for cut.
+        if (count == parameters.maximumLineCount
+            && line.textStart() + line.textLength() < parameters.sourceLength) {
+            truncated = true;
+            elideLine(&line, parameters);
+        }
         height +=
             parameters.lineHeightIsFixed ? parameters.lineHeight : line.height() * parameters.lineHeight;
-        end = line.textStart() + line.textLength();
     }
     layout.endLayout();
-    return end;
 }
 
 bool QDeclarativeTextLayout::elideSingleLine(const Parameters &parameters)
 {
-    const bool limited = parameters.maximumLineCount != std::numeric_limits<int>::max();
-    if (parameters.elide == Qt::ElideNone || parameters.width < 0 || parameters.isStyled)
+    if (parameters.elide == Qt::ElideNone || !parameters.hasWidth || parameters.isStyled)
         return false;
-    if (limited && parameters.wrapMode != QTextOption::NoWrap)
-        return false;
-    if (parameters.text.contains(QChar::LineSeparator))
+    if (isLimited(parameters) || parameters.text.contains(QChar::LineSeparator))
         return false;
     const QString elided =
         QFontMetrics(parameters.font).elidedText(parameters.text, parameters.elide, int(parameters.width));
@@ -64,33 +75,28 @@ bool QDeclarativeTextLayout::elideSingleLine(const Parameters &parameters)
     return true;
 }
 
-void QDeclarativeTextLayout::elideLastLine(const Parameters &parameters, int end)
+// The line ends at a word, or wherever lines do, with room for the ellipsis behind it; a word that is longer
+// than the line stays whole.
+void QDeclarativeTextLayout::elideLine(QTextLine *line, const Parameters &parameters)
 {
-    if (parameters.elide != Qt::ElideRight || parameters.width < 0 || parameters.isStyled)
+    if (parameters.elide != Qt::ElideRight || !parameters.hasWidth)
         return;
-    const QTextLine last = layout.lineAt(layout.lineCount() - 1);
-    const QString before = parameters.text.left(last.textStart());
-    QString shown = parameters.text.mid(last.textStart(), end - last.textStart());
-    while (!shown.isEmpty() && shown.back().isSpace())
-        shown.chop(1);
-    shown += QChar(0x2026);
-    layout.setText(before
-                   + QFontMetrics(parameters.font).elidedText(shown, Qt::ElideRight, int(parameters.width)));
-    breakLines(parameters);
+    const qreal width = QFontMetricsF(parameters.font).horizontalAdvance(ellipsisText());
+    line->setLineWidth(qMax(0.0, parameters.width - width));
+    const QRectF rect = line->naturalTextRect();
+    const bool rightToLeft = layout.text().mid(line->textStart(), line->textLength()).isRightToLeft();
+    if (rightToLeft)
+        line->setPosition(line->position() + QPointF(width, 0));
+    ellipsis = QRectF(rightToLeft ? rect.left() : rect.right(), rect.top(), width, rect.height());
 }
 
 void QDeclarativeTextLayout::measure()
 {
-    qreal widest = 0;
-    bounds = QRectF();
-    for (int i = 0; i < layout.lineCount(); ++i) {
-        const QTextLine line = layout.lineAt(i);
-        // Unlike the line's natural width, this one knows of justified words.
-        const QRectF rect = line.naturalTextRect();
-        widest = qMax(widest, rect.width());
-        bounds |= rect;
-    }
-    lineBounds = QSizeF(std::ceil(widest), std::ceil(height));
+    bounds = ellipsis;
+    // Unlike the lines' natural width, these know of justified words and of words that reach out at the left.
+    for (int i = 0; i < layout.lineCount(); ++i)
+        bounds |= layout.lineAt(i).naturalTextRect();
+    lineBounds = QSizeF(std::ceil(bounds.width()), std::ceil(height));
     bounds |= QRectF(bounds.left(), 0, lineBounds.width(), lineBounds.height());
 }
 
@@ -111,13 +117,12 @@ qreal QDeclarativeTextLayout::naturalWidth(const Parameters &parameters)
     return widest;
 }
 
-void QDeclarativeTextLayout::draw(QPainter *painter, const QPointF &position, bool everything) const
+void QDeclarativeTextLayout::draw(QPainter *painter, const QPointF &position) const
 {
-    QVector<QTextLayout::FormatRange> overrides;
-    if (everything && !layout.formats().isEmpty()) {
-        QTextCharFormat format;
-        format.setForeground(painter->pen().color());
-        overrides.append({0, layout.text().size(), format});
-    }
-    layout.draw(painter, position, overrides);
+    layout.draw(painter, position);
+    if (ellipsis.isNull())
+        return;
+    const qreal ascent = layout.lineAt(layout.lineCount() - 1).ascent();
+    painter->setFont(layout.font());
+    painter->drawText(position + ellipsis.topLeft() + QPointF(0, ascent), ellipsisText());
 }

@@ -21,14 +21,16 @@ public:
         QString text; ///< lines are separated by QChar::LineSeparator
         QVector<QTextLayout::FormatRange> formats;
         QFont font;
-        qreal width = -1; ///< in pixels; negative where the text is as wide as it needs
+        qreal width = 0; ///< in pixels; has a meaning only with hasWidth
+        bool hasWidth = false; ///< else the text is as wide as it needs
         Qt::Alignment alignment = Qt::AlignLeft; ///< has a meaning only with a width
         QTextOption::WrapMode wrapMode = QTextOption::NoWrap;
         Qt::TextElideMode elide = Qt::ElideNone;
         int maximumLineCount = std::numeric_limits<int>::max();
         qreal lineHeight = 1; ///< in pixels if fixed, else a factor
         bool lineHeightIsFixed = false;
-        bool isStyled = false; ///< styled text is not elided
+        bool isStyled = false; ///< a single line of styled text is not elided
+        int sourceLength = 0; ///< the characters of the text with its markup
     };
 
     void layOut(const Parameters &);
@@ -46,18 +48,19 @@ public:
     /** Returns the width of the longest line if none is wrapped or elided. */
     static qreal naturalWidth(const Parameters &);
 
-    /** Draws in the pen's colour, in which @p everything is drawn even where formats name other colours. */
-    void draw(QPainter *, const QPointF &, bool everything) const;
+    /** Draws in the pen's colour what no format gives a colour of its own. */
+    void draw(QPainter *, const QPointF &) const;
 
 private:
-    int breakLines(const Parameters &);
+    void breakLines(const Parameters &);
     bool elideSingleLine(const Parameters &);
-    void elideLastLine(const Parameters &, int end);
+    void elideLine(QTextLine *, const Parameters &);
     void measure();
 
     QTextLayout layout;
     QSizeF lineBounds;
     QRectF bounds;
+    QRectF ellipsis; ///< what stands behind the last line where lines are missing
     qreal height = 0;
     bool truncated = false;
 };

@@ -342,7 +342,10 @@ void tst_QDeclarativeTextInput::marksBlanksOfTheMask()
 {
     EditorScene scene(ten
                       + QByteArray("focus: true; inputMask: \"99\"; color: \"red\"; fillColor: \"white\" }"));
+    // A blank is no text to put the cursor behind by its number.
     scene.evaluate("cursorPosition = 1");
+    QCOMPARE(scene.value("cursorPosition").toInt(), 0);
+    scene.click({13, 5});
     QCOMPARE(scene.pixel(18, 12), QColor(Qt::red));
     QCOMPARE(scene.pixel(6, 12), QColor(Qt::white));
     scene.evaluate("cursorVisible = false");

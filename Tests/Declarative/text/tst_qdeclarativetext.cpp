@@ -114,9 +114,9 @@ void tst_QDeclarativeText::choosesFormat_data()
     QTest::newRow("rich takes a line break for a space") << "RichText"
                                                          << "a\\nb"
                                                          << "a b";
-    QTest::newRow("styled takes a line break for a space") << "StyledText"
-                                                           << "a\\nb"
-                                                           << "a b";
+    QTest::newRow("styled leaves out line breaks") << "StyledText"
+                                                   << "a\\nb"
+                                                   << "ab";
 }
 
 void tst_QDeclarativeText::choosesFormat()
