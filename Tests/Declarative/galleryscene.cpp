@@ -299,7 +299,9 @@ QJsonValue GalleryScene::property(QObject *object, const QString &name) const
     const QQmlProperty property(object, name);
     if (!property.isValid())
         return QJsonValue::Undefined;
-    return GalleryValue::fromVariant(property.read(), m_folder);
+    const QJsonValue value = GalleryValue::fromVariant(property.read(), m_folder);
+    // The recordings know objects by their names alone.
+    return value == QLatin1String("<object>") ? QJsonValue::Null : value;
 }
 
 QImage GalleryScene::picture()

@@ -92,7 +92,7 @@ void QDeclarativeFlickable::setContentHeight(qreal height)
 
 qreal QDeclarativeFlickable::contentX() const
 {
-    return d_func()->x.value();
+    return d_func()->x.wholeValue();
 }
 
 void QDeclarativeFlickable::setContentX(qreal value)
@@ -103,7 +103,7 @@ void QDeclarativeFlickable::setContentX(qreal value)
 
 qreal QDeclarativeFlickable::contentY() const
 {
-    return d_func()->y.value();
+    return d_func()->y.wholeValue();
 }
 
 void QDeclarativeFlickable::setContentY(qreal value)
@@ -282,7 +282,7 @@ void QDeclarativeFlickable::resizeContent(qreal w, qreal h, QPointF center)
         else
             Q_EMIT d->q_func()->contentHeightChanged();
         if (before != 0)
-            d->moveTo(axis, axis.value() + centre * size / before - centre);
+            d->moveTo(axis, axis.wholeValue() + centre * size / before - centre);
     };
     resize(d->x, w, center.x());
     resize(d->y, h, center.y());

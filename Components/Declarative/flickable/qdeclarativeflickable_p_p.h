@@ -27,6 +27,9 @@ public:
 
     void setValue(qreal) override;
 
+    /** Where the content is seen to be: it stands at whole pixels. */
+    qreal wholeValue() const;
+
     /** Notes where the mouse is, for the velocity with which it lets go. */
     void addSample(qint64 now, qreal mousePosition);
     /** The velocity of the content at the release of the mouse. */
@@ -44,9 +47,11 @@ public:
     QVector<Sample> samples;
     qreal contentSize = -1;
     qreal pressValue = 0;
+    qreal pressStart = 0; ///< travelStart() at the press
+    qreal pressEnd = 0; ///< travelEnd() at the press
     qreal dragStart = 0; ///< how far the mouse had gone when the content began to follow
     qreal velocity = 0;
-    qint64 lastMove = 0; ///< nanoseconds
+    qint64 lastMove = 0; ///< nanoseconds, of the clock in a drag and else of the time line
     bool dragged = false;
     bool moving = false;
     bool flicking = false;
@@ -88,6 +93,8 @@ public:
     bool canFlick(const Axis &) const;
     bool isFlickingFast() const;
     void axisMoved(Axis &, qreal before);
+    void updateVelocity(Axis &, qreal way);
+    qint64 lineTime() const { return timeLine.time() * qint64(1000000); }
     void placeContent();
     void updateBounds();
     void setContentSize(Axis &, qreal);
@@ -108,7 +115,9 @@ public:
     void move(const QGraphicsSceneMouseEvent &);
     void release();
     void cancel();
-    void drag(Axis &, qreal way, bool stealing);
+    void drag(Axis &, int way, bool stealing);
+    qreal draggedValue(const Axis &, qreal value) const;
+    bool stopAtBounds(const Axis &, int way, qreal *value) const;
     bool wheel(Axis &, int delta);
     bool filterMouse(QGraphicsItem *child, QGraphicsSceneMouseEvent *);
     bool delayPress(const QGraphicsSceneMouseEvent &);
@@ -122,6 +131,7 @@ public:
     QScopedPointer<QGraphicsSceneMouseEvent> delayedPress;
     QBasicTimer delayedPressTimer;
     QElapsedTimer clock;
+    qint64 pressTime = 0; ///< nanoseconds
     QPointF pressPosition;
     qreal deceleration = 1750;
     qreal maximumVelocity = 2500;

@@ -1,5 +1,6 @@
 #include "qdeclarativeflickable_p_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include "input/qdeclarativepointer_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -8,21 +9,31 @@
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 
+#include <cmath>
+
 namespace {
 
-const int fixupDuration = 600; // milliseconds
+const int fixupDuration = 400; // milliseconds
 const qreal minimumFlickVelocity = 75; // pixels per second; less is a hand that stops
+const qreal heldFlickVelocity = 100; // pixels per second; a press stops what is faster
 const qreal minimumFlickDistance = 20; // pixels between press and release
 const qint64 sampleAge = 100 * 1000000; // nanoseconds
+const qint64 holdTime = 200 * 1000000; // nanoseconds after which a press drags below the threshold
 const qint64 shortestInterval = 1000000; // nanoseconds; events closer together tell no velocity
 
 } // namespace
 
 void QDeclarativeFlickableAxis::setValue(qreal value)
 {
-    const qreal before = this->value();
+    const qreal before = wholeValue();
     QQuickTimeLineValue::setValue(value);
     flickable->axisMoved(*this, before);
+}
+
+qreal QDeclarativeFlickableAxis::wholeValue() const
+{
+    // It is the content's place that is rounded, which is the negative value.
+    return -QDeclarativeRounding::bounded(-value());
 }
 
 void QDeclarativeFlickableAxis::addSample(qint64 now, qreal mousePosition)
@@ -87,20 +98,15 @@ bool QDeclarativeFlickablePrivate::canFlick(const Axis &axis) const
 bool QDeclarativeFlickablePrivate::isFlickingFast() const
 {
     return timeLine.isActive()
-        && (qAbs(x.velocity) > minimumFlickVelocity || qAbs(y.velocity) > minimumFlickVelocity);
+        && (qAbs(x.velocity) > heldFlickVelocity || qAbs(y.velocity) > heldFlickVelocity);
 }
 
 void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
 {
     Q_Q(QDeclarativeFlickable);
     placeContent();
-    if (axis.value() != before) {
-        const qint64 now = clock.nsecsElapsed();
-        if (axis.moving) {
-            const qint64 time = qMax(now - axis.lastMove, shortestInterval);
-            setVelocity(axis, (axis.velocity + (axis.value() - before) * 1e9 / time) / 2);
-        }
-        axis.lastMove = now;
+    if (axis.wholeValue() != before) {
+        updateVelocity(axis, axis.wholeValue() - before);
         if (axis.orientation == Qt::Horizontal)
             Q_EMIT q->contentXChanged();
         else
@@ -110,9 +116,21 @@ void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
     updateBounds();
 }
 
+/** Takes note of a movement by @p way. */
+void QDeclarativeFlickablePrivate::updateVelocity(Axis &axis, qreal way)
+{
+    const qint64 now = isPressed ? clock.nsecsElapsed() : lineTime();
+    const qint64 time = qMax(now - axis.lastMove, shortestInterval);
+    if (isPressed)
+        setVelocity(axis, (axis.velocity + way * 1e9 / time) / 2);
+    else if (timeLine.isActive())
+        setVelocity(axis, way * 1e9 / time);
+    axis.lastMove = now;
+}
+
 void QDeclarativeFlickablePrivate::placeContent()
 {
-    content->setPos(-x.value(), -y.value());
+    content->setPos(-x.wholeValue(), -y.wholeValue());
     content->setSize(QSizeF(contentSize(x), contentSize(y)));
 }
 
@@ -126,7 +144,7 @@ void QDeclarativeFlickablePrivate::updateBounds()
     };
     for (Axis *axis : {&x, &y}) {
         assign(&axis->atBeginning, axis->value() <= travelStart(*axis));
-        assign(&axis->atEnd, axis->value() >= travelEnd(*axis));
+        assign(&axis->atEnd, axis->value() >= std::trunc(travelEnd(*axis)));
     }
     if (visibleArea)
         visibleArea->update();
@@ -141,7 +159,7 @@ void QDeclarativeFlickablePrivate::setContentSize(Axis &axis, qreal size)
         return;
     axis.contentSize = size;
     placeContent();
-    if (componentIsComplete && !isPressed && !axis.moving)
+    if (!isPressed && !axis.moving)
         fixup(axis, Immediate);
     if (axis.orientation == Qt::Horizontal)
         Q_EMIT q->contentWidthChanged();
@@ -184,6 +202,7 @@ void QDeclarativeFlickablePrivate::settle(Axis &axis, qreal target, FixupMode mo
     const qreal half = (axis.value() + target) / 2;
     timeLine.move(axis, half, QEasingCurve(QEasingCurve::InQuad), fixupDuration / 4);
     timeLine.move(axis, target, QEasingCurve(QEasingCurve::OutExpo), 3 * fixupDuration / 4);
+    axis.lastMove = lineTime();
 }
 
 void QDeclarativeFlickablePrivate::fixup(Axis &axis, FixupMode mode)
@@ -222,6 +241,7 @@ void QDeclarativeFlickablePrivate::endRun(Axis &axis)
             axis->flickable->fixup(*axis, Animated);
         },
         &axis));
+    axis.lastMove = lineTime();
     startFlick(axis);
 }
 
@@ -264,7 +284,8 @@ void QDeclarativeFlickablePrivate::startMovement(Axis &axis)
         return;
     const bool first = !q->isMoving();
     axis.moving = true;
-    axis.lastMove = clock.nsecsElapsed();
+    if (isPressed)
+        axis.lastMove = clock.nsecsElapsed();
     notifyMoving(axis);
     if (first)
         Q_EMIT q->movementStarted();
@@ -331,44 +352,64 @@ void QDeclarativeFlickablePrivate::press(const QGraphicsSceneMouseEvent &event)
     timeLine.clear();
     pressPosition = event.pos();
     const qint64 now = clock.nsecsElapsed();
+    pressTime = now;
     for (Axis *axis : {&x, &y}) {
         axis->dragged = false;
         axis->pressValue = axis->value();
+        axis->pressStart = travelStart(*axis);
+        axis->pressEnd = travelEnd(*axis);
         axis->clearSamples();
     }
     x.addSample(now, event.pos().x());
     y.addSample(now, event.pos().y());
 }
 
-void QDeclarativeFlickablePrivate::drag(Axis &axis, qreal way, bool stealing)
+/** Has the content follow the mouse, which has gone @p way since the press. */
+void QDeclarativeFlickablePrivate::drag(Axis &axis, int way, bool stealing)
 {
     Q_Q(QDeclarativeFlickable);
-    if (!canFlick(axis) || (!axis.dragged && !QDeclarativePointer::passesThreshold(way)))
+    const bool passes = QDeclarativePointer::passesThreshold(way);
+    if (!canFlick(axis) || (!passes && clock.nsecsElapsed() - pressTime <= holdTime))
         return;
-    const qreal start = travelStart(axis);
-    const qreal end = qMax(start, travelEnd(axis));
-    const bool stops = boundsBehavior == QDeclarativeFlickable::StopAtBounds;
-    if (stops && !axis.dragged
-        && ((way > 0 && axis.pressValue <= start) || (way < 0 && axis.pressValue >= end)))
-        return;
-    if (!stealing) {
+    if (!axis.dragged)
+        axis.dragStart = way;
+    qreal value = axis.pressValue - (way - axis.dragStart);
+    const bool goesOn = boundsBehavior != QDeclarativeFlickable::StopAtBounds || stopAtBounds(axis, way, &value);
+    if (stealing && goesOn) {
+        axis.dragged = true;
+        dragStarting();
+        axis.setValue(-qRound(-draggedValue(axis, value)));
+    }
+    if (passes) {
         steals = true;
         q->setKeepMouseGrab(true);
-        return;
     }
-    if (!axis.dragged) {
-        axis.dragged = true;
-        axis.dragStart = way;
-        dragStarting();
-        startMovement(axis);
+}
+
+/** Beyond the bounds the content goes half the way of the mouse. */
+qreal QDeclarativeFlickablePrivate::draggedValue(const Axis &axis, qreal value) const
+{
+    if (value < axis.pressStart)
+        return axis.pressStart - (axis.pressStart - value) / 2;
+    // Content that is smaller than the view has no bound at its end.
+    if (value > axis.pressEnd && axis.pressStart <= axis.pressEnd)
+        return axis.pressEnd + (value - axis.pressEnd) / 2;
+    return value;
+}
+
+/** Keeps the value within the bounds; tells whether the mouse, @p way from the press, moves the content. */
+bool QDeclarativeFlickablePrivate::stopAtBounds(const Axis &axis, int way, qreal *value) const
+{
+    bool moves = true;
+    if (*value >= axis.pressEnd) {
+        *value = axis.pressEnd;
+        moves = axis.pressValue != axis.pressEnd || way > 0;
     }
-    qreal value = axis.pressValue - (way - axis.dragStart);
-    // Beyond the bounds the content goes half the way of the mouse.
-    if (value < start)
-        value = stops ? start : start - (start - value) / 2;
-    else if (value > end)
-        value = stops ? end : end + (value - end) / 2;
-    axis.setValue(value);
+    if (*value <= axis.pressStart) {
+        *value = axis.pressStart;
+        moves = axis.pressValue != axis.pressStart || way < 0;
+    }
+    return moves;
 }
 
 void QDeclarativeFlickablePrivate::move(const QGraphicsSceneMouseEvent &event)
@@ -378,8 +419,13 @@ void QDeclarativeFlickablePrivate::move(const QGraphicsSceneMouseEvent &event)
     const bool stealing = steals;
     const QPointF way = event.pos() - pressPosition;
     const qint64 now = clock.nsecsElapsed();
-    drag(x, way.x(), stealing);
-    drag(y, way.y(), stealing);
+    drag(y, int(way.y()), stealing);
+    drag(x, int(way.x()), stealing);
+    // In one direction at a time, also where both begin with the same move.
+    if (x.dragged && !x.moving)
+        startMovement(x);
+    else if (y.dragged)
+        startMovement(y);
     x.addSample(now, event.pos().x());
     y.addSample(now, event.pos().y());
     if (steals)

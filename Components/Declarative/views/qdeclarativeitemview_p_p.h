@@ -125,7 +125,7 @@ public:
     {
         return runsBackwards() ? -position - length : position;
     }
-    qreal viewPosition() const { return toContent(mainAxis().value(), viewLength()); }
+    qreal viewPosition() const { return toContent(mainAxis().wholeValue(), viewLength()); }
     void setViewPosition(qreal);
     qreal placeOf(const QDeclarativeItem *) const;
     qreal lengthOf(const QDeclarativeItem *) const;
