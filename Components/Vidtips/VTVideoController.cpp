@@ -44,22 +44,46 @@ struct VIDTIPS_NO_EXPORT VTVideoController::Private
     VTQuitRequest quitRequest;
     bool needFrame = true;
     bool scrubbing = false;
+    bool looping = false;
     QDateTime lastFrameDisplayTime;
     State state = Paused;
 
-    bool isAvailable() const { return source && source->isFrameAvailable(position); }
-    quint64 loadedCount() const { return source ? source->loadedFrameCount() : 0; }
-    quint64 totalCount() const { return source ? source->totalFrameCount() : 0; }
+    // Of the clip that was named last. Until the source's thread has turned to it there are no frames, though
+    // the source still holds those of the clip before.
+    quint64 loadedCount() const { return source ? source->selectedFrameCount() : 0; }
+    quint64 totalCount() const { return loadedCount(); }
+    bool isAvailable() const { return position < loadedCount(); }
+    VTVideoFrame frame(quint64 index) const
+    {
+        return source ? source->selectedFrame(uint(index)) : VTVideoFrame();
+    }
 
+    bool select(const QUrl &url);
     void moveTo(quint64 index);
     quint64 indexAt(double progress) const;
     bool startPlaying();
+    bool isLooped() const;
+    void advance();
     Next next();
     Next nextWhilePlaying();
     Next nextWhilePaused();
     void sleep(double seconds);
     bool isPlaying();
 };
+
+// In one step, before anything is announced: whoever hears of it may select another clip. One that is refused
+// changes nothing about the position.
+bool VTVideoController::Private::select(const QUrl &url)
+{
+    const QMutexLocker locker(&lock);
+    const bool isAccepted = source && source->selectSource(url);
+    if (isAccepted)
+        position = 0;
+    displayedIndex = position - 1;
+    needFrame = true;
+    state = Paused;
+    return isAccepted;
+}
 
 void VTVideoController::Private::moveTo(quint64 index)
 {
@@ -97,17 +121,37 @@ VTVideoController::Private::Next VTVideoController::Private::nextWhilePlaying()
         needFrame = false;
         return Next::Present;
     }
-    if (totalCount() < position)
+    const quint64 count = totalCount();
+    if (count < position)
         return Next::Sleep;
+    if (looping && source && source->isOpen())
+        return Next::Sleep;
+    if (isLooped()) {
+        position = count - 1;
+        return Next::Present;
+    }
     state = Paused;
     return Next::Pause;
+}
+
+// Tells whether the last frame is followed by the first: all are decoded, and there is more than one.
+bool VTVideoController::Private::isLooped() const
+{
+    return looping && loadedCount() > 1 && !source->isOpen();
+}
+
+void VTVideoController::Private::advance()
+{
+    ++position;
+    if (position == loadedCount() && isLooped())
+        position = 0;
 }
 
 VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
 {
     if (!needFrame || !isAvailable())
         return Next::Sleep;
-    if (!source->getFrame(0).isNull())
+    if (!frame(0).isNull())
         needFrame = false;
     return Next::Announce;
 }
@@ -151,15 +195,13 @@ VTVideoController::~VTVideoController()
 
 bool VTVideoController::setSource(const QUrl &url)
 {
+    const bool isAccepted = d->select(url);
     streamEnded();
-    setPosition(0);
+    Q_EMIT positionChanged();
     setState(Paused);
-    if (!d->source || !d->source->setSource(url))
-        return false;
-    const QMutexLocker locker(&d->lock);
-    d->position = 0;
-    d->needFrame = true;
-    return true;
+    if (isAccepted)
+        setNeedFrame(true);
+    return isAccepted;
 }
 
 QUrl VTVideoController::source()
@@ -236,6 +278,18 @@ bool VTVideoController::isScrubbing()
     return d->scrubbing;
 }
 
+void VTVideoController::setLooping(bool looping)
+{
+    const QMutexLocker locker(&d->lock);
+    d->looping = looping;
+}
+
+bool VTVideoController::isLooping()
+{
+    const QMutexLocker locker(&d->lock);
+    return d->looping;
+}
+
 void VTVideoController::setNeedFrame(bool needFrame)
 {
     const QMutexLocker locker(&d->lock);
@@ -264,7 +318,7 @@ VTVideoFrame VTVideoController::currentFrame()
 VTVideoFrame VTVideoController::getFrame(quint64 index)
 {
     const QMutexLocker locker(&d->lock);
-    return d->source ? d->source->getFrame(uint(index)) : VTVideoFrame();
+    return d->frame(index);
 }
 
 quint64 VTVideoController::frameCount()
@@ -290,7 +344,7 @@ void VTVideoController::close()
 
 void VTVideoController::streamEnded()
 {
-    if (!isScrubbing())
+    if (!isScrubbing() && !isLooping())
         setState(Paused);
     Q_EMIT loadProgressChanged();
     setNeedFrame(true);
@@ -363,7 +417,7 @@ void VTVideoController::presentFrame()
     const double wait = presentationWait(d->position - d->displayedIndex, d->source->frameRate(),
                                          d->lastFrameDisplayTime, QDateTime::currentDateTime());
     if (isLoaded)
-        ++d->position;
+        d->advance();
     locker.unlock();
     if (isLoaded) {
         Q_EMIT displayFrame();

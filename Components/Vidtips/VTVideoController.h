@@ -41,8 +41,9 @@ public:
     ~VTVideoController() override;
 
     /**
-     * Pauses at the first frame and selects the clip @p url. Returns false where the source refuses it: it is
-     * not valid or the current one.
+     * Pauses at the first frame and selects the clip @p url. Until the source has turned to it there are no
+     * frames: none of another clip is announced or returned. Returns false where it is refused, as it is not
+     * valid or was named last already; the position is then what it was before.
      */
     bool setSource(const QUrl &url);
 
@@ -85,6 +86,16 @@ public:
 
     /** Tells whether the user drags the position. */
     bool isScrubbing();
+
+    /**
+     * Sets whether playback goes on with the first frame after the last one. It then waits where it has
+     * caught up with the decoder, and the end of the stream does not pause. A clip of one frame pauses at its
+     * end.
+     */
+    void setLooping(bool looping);
+
+    /** Tells whether playback goes on with the first frame after the last one. */
+    bool isLooping();
 
     /** Sets whether a still frame is to be announced. */
     void setNeedFrame(bool needFrame);
@@ -149,7 +160,7 @@ Q_SIGNALS:
     void loadProgressChanged();
 
 public Q_SLOTS:
-    /** Pauses unless the user is scrubbing, and has a still frame announced. */
+    /** Pauses unless the user is scrubbing or the clip is looped, and has a still frame announced. */
     void streamEnded();
 
     /** Has a still frame of the newly loaded clip announced, and its size. */

@@ -8,6 +8,8 @@
 #include <QtCore/QMap>
 #include <QtCore/QMutex>
 
+#include <algorithm>
+
 namespace Vidtips {
 
 namespace {
@@ -18,6 +20,8 @@ constexpr auto noAction = VTVideoSource::Action(-1);
 struct VIDTIPS_NO_EXPORT VTVideoSource::Private
 {
     QUrl source;
+    // What source will be once every change in the queue is applied.
+    QUrl selected;
     bool shouldQuit = false;
     Action action = Idle;
     // The order of the locks, here and in the classes around: a controller's, then frameLock or stateLock,
@@ -29,11 +33,16 @@ struct VIDTIPS_NO_EXPORT VTVideoSource::Private
     VTQuitRequest quitRequest;
     QList<VTVideoSourceChange *> changes;
     VTVideoFrameCache *cache = nullptr;
+    // The source whose frames are in the cache, as text.
+    QString cacheName;
     QMap<QString, VTVideoFrameCache *> caches;
 
     void post(VTVideoSourceChange *change);
+    bool postSource(const QUrl &url, const QUrl &previous);
     VTVideoSourceChange *takeChange();
+    bool isSourcePosted();
     bool selectCache(const QString &name);
+    bool holds(const QString &name) const { return name.isEmpty() || name == cacheName; }
     void dropCache();
 };
 
@@ -43,10 +52,28 @@ void VTVideoSource::Private::post(VTVideoSourceChange *change)
     changes.append(change);
 }
 
+// With stateLock held.
+bool VTVideoSource::Private::postSource(const QUrl &url, const QUrl &previous)
+{
+    if (!url.isValid() || url == previous)
+        return false;
+    selected = url;
+    post(new VTVideoSourceSourceChange(url));
+    return true;
+}
+
 VTVideoSourceChange *VTVideoSource::Private::takeChange()
 {
     const QMutexLocker locker(&changesLock);
     return changes.isEmpty() ? nullptr : changes.takeFirst();
+}
+
+bool VTVideoSource::Private::isSourcePosted()
+{
+    const QMutexLocker locker(&changesLock);
+    return std::any_of(changes.cbegin(), changes.cend(), [](const VTVideoSourceChange *change) {
+        return dynamic_cast<const VTVideoSourceSourceChange *>(change);
+    });
 }
 
 // Tells whether the cache was kept for the source; otherwise it is a new one.
@@ -57,6 +84,7 @@ bool VTVideoSource::Private::selectCache(const QString &name)
     if (kept != cache)
         dropCache();
     cache = kept ? kept : new VTVideoFrameCache(name);
+    cacheName = name;
     return kept;
 }
 
@@ -100,6 +128,8 @@ void VTVideoSource::changeSetSource(const QUrl &url)
 {
     const QMutexLocker locker(&d->stateLock);
     d->source = url;
+    if (!d->isSourcePosted())
+        d->selected = url;
 }
 
 bool VTVideoSource::loadSource()
@@ -122,10 +152,19 @@ void VTVideoSource::setAction(Action action)
 bool VTVideoSource::setSource(const QUrl &url)
 {
     const QMutexLocker locker(&d->stateLock);
-    if (!url.isValid() || url == d->source)
-        return false;
-    d->post(new VTVideoSourceSourceChange(url));
-    return true;
+    return d->postSource(url, d->source);
+}
+
+bool VTVideoSource::selectSource(const QUrl &url)
+{
+    const QMutexLocker locker(&d->stateLock);
+    return d->postSource(url, d->selected);
+}
+
+QUrl VTVideoSource::selectedSource()
+{
+    const QMutexLocker locker(&d->stateLock);
+    return d->selected;
 }
 
 QUrl VTVideoSource::source()
@@ -159,6 +198,7 @@ void VTVideoSource::clearChanges()
     const QMutexLocker locker(&d->stateLock);
     while (VTVideoSourceChange *change = d->takeChange())
         delete change;
+    d->selected = d->source;
 }
 
 void VTVideoSource::processActionQueue()
@@ -213,6 +253,26 @@ quint64 VTVideoSource::loadedFrameCount()
 quint64 VTVideoSource::totalFrameCount()
 {
     return loadedFrameCount();
+}
+
+quint64 VTVideoSource::selectedFrameCount()
+{
+    const QString name = framesToShow();
+    const QMutexLocker locker(&d->frameLock);
+    return d->holds(name) ? loadedFrameCount() : 0;
+}
+
+VTVideoFrame VTVideoSource::selectedFrame(uint index)
+{
+    const QString name = framesToShow();
+    const QMutexLocker locker(&d->frameLock);
+    return d->holds(name) ? getFrame(index) : VTVideoFrame();
+}
+
+// The source whose frames are to be shown, as text; empty for whatever frames there are.
+QString VTVideoSource::framesToShow()
+{
+    return isRunning() ? selectedSource().toString() : QString();
 }
 
 void VTVideoSource::notifyStreamEnded()

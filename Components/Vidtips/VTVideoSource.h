@@ -161,10 +161,29 @@ protected:
     void insertCache(const QString &source, VTVideoFrameCache *cache);
 
 private:
+    friend class VTVideoController;
     friend class VTVideoSourceFFMPEG;
 
     /** Sleeps for @p milliseconds, less where the thread is asked to end. For the source's own thread. */
     VIDTIPS_NO_EXPORT void idle(int milliseconds);
+
+    /**
+     * Posts a change to the source @p url as setSource() does, but compares it with the source that was named
+     * last, which may still wait in the queue.
+     */
+    VIDTIPS_NO_EXPORT bool selectSource(const QUrl &url);
+
+    /**
+     * Returns the number of frames of the source that was named last: none for as long as the cache has those
+     * of another one. Where the thread does not run, no change is ever applied, and what is there counts.
+     */
+    VIDTIPS_NO_EXPORT quint64 selectedFrameCount();
+
+    /** Returns the frame at @p index of the source that was named last, null while there is none. */
+    VIDTIPS_NO_EXPORT VTVideoFrame selectedFrame(uint index);
+
+    VIDTIPS_NO_EXPORT QUrl selectedSource();
+    VIDTIPS_NO_EXPORT QString framesToShow();
 
     struct Private;
     std::unique_ptr<Private> const d;

@@ -43,7 +43,7 @@ public:
         }
     }
     void close() override { ++closed; }
-    bool isOpen() override { return false; }
+    bool isOpen() override { return isDecoding; }
     double getTime() override { return 0; }
     void changeSetPosition(quint64) override { }
     double duration() override { return 0; }
@@ -60,8 +60,32 @@ public:
 
     std::atomic<double> rate;
     std::atomic<bool> isBlocked{false};
+    std::atomic<bool> isDecoding{false};
     QSemaphore asked;
     int closed = 0;
+};
+
+// A source whose thread runs but turns to another clip only when the test says so.
+class HesitantSource : public Source
+{
+public:
+    explicit HesitantSource(int frames)
+        : Source(frames)
+    {
+        clearChanges();
+        start();
+    }
+    ~HesitantSource() override { quit(); }
+    void run() override
+    {
+        while (!shouldQuit())
+            msleep(5);
+    }
+    void turn()
+    {
+        processActionQueue();
+        setupSource();
+    }
 };
 
 // The controller deletes itself when its thread has finished, so it is never on the stack. The source
@@ -167,6 +191,8 @@ private slots:
     void runsWithoutSource();
     void setSourceResets();
     void setSourceHasItsFrameAnnounced();
+    void setSourceHidesTheFramesBefore();
+    void setSourceComparesWithTheOneNamedLast();
     void setSourceRefused_data();
     void setSourceRefused();
     void playRewindsAtTheEnd_data();
@@ -195,6 +221,8 @@ private slots:
     void waitingTakesNoProcessorTime();
     void playsEveryFrameAtItsRate();
     void pausesAfterTheLastFrame();
+    void loopsOverItsFrames();
+    void loopWaitsForTheDecoder();
     void playingBeforeTheFirstFrameWraps();
     void pauseEndsALongWait();
     void signalsAreEmittedUnlocked();
@@ -299,27 +327,80 @@ void tst_VTVideoController::setSourceHasItsFrameAnnounced()
     QTRY_COMPARE(recorder.count("display"), 1);
 }
 
+void tst_VTVideoController::setSourceHidesTheFramesBefore()
+{
+    HesitantSource source(5);
+    const std::unique_ptr<VTVideoController> controller(new VTVideoController(&source, nullptr));
+    QVERIFY(controller->setSource(clip));
+    Recorder recorder(controller.get());
+    controller->start();
+    // Longer than a still frame waits to be announced.
+    QTest::qWait(250);
+    QCOMPARE(recorder.names(), QStringList());
+    QCOMPARE(controller->frameCount(), quint64(0));
+    QVERIFY(controller->currentFrame().isNull());
+    QVERIFY(controller->getFrame(0).isNull());
+    QCOMPARE(controller->progress(), 0.0);
+    QVERIFY(std::isnan(controller->loadProgress()));
+    source.turn();
+    source.push(2);
+    QTRY_COMPARE(recorder.names(), QStringList{"display"});
+    QCOMPARE(controller->frameCount(), quint64(2));
+    QVERIFY(!controller->currentFrame().isNull());
+}
+
+// Each of them is opened once, and the one that was named last at the end.
+void tst_VTVideoController::setSourceComparesWithTheOneNamedLast()
+{
+    const QUrl other("file:///clips/b.mp4");
+    HesitantSource source(5);
+    const std::unique_ptr<VTVideoController> controller(new VTVideoController(&source, nullptr));
+    QVERIFY(controller->setSource(clip));
+    QVERIFY(!controller->setSource(clip));
+    QVERIFY(controller->setSource(other));
+    QVERIFY(controller->setSource(clip));
+    QVERIFY(!controller->setSource(clip));
+    QList<QUrl> turnedTo;
+    for (int i = 0; i < 3; ++i) {
+        source.turn();
+        source.push(1);
+        turnedTo << source.source();
+        // Frames of the first turn are those of the right clip, too.
+        QCOMPARE(controller->frameCount(), quint64(turnedTo.constLast() == clip ? 1 : 0));
+    }
+    QCOMPARE(turnedTo, (QList<QUrl>{clip, other, clip}));
+    source.clearChanges();
+    QVERIFY(controller->setSource(other));
+    source.clearChanges();
+    QVERIFY(controller->setSource(other));
+}
+
 void tst_VTVideoController::setSourceRefused_data()
 {
     QTest::addColumn<int>("frames");
     QTest::addColumn<QUrl>("url");
-    QTest::addColumn<quint64>("position");
-    QTest::newRow("empty, with frames") << 5 << QUrl() << quint64(0);
-    QTest::newRow("empty, no frames") << 0 << QUrl() << wrapped;
-    QTest::newRow("current") << 5 << clip << quint64(0);
+    QTest::addColumn<int>("before");
+    QTest::newRow("empty") << 5 << QUrl() << 3;
+    QTest::newRow("empty, at the start") << 5 << QUrl() << 0;
+    QTest::newRow("current") << 5 << clip << 3;
+    QTest::newRow("current, no frames") << 0 << clip << 0;
 }
 
 void tst_VTVideoController::setSourceRefused()
 {
     QFETCH(int, frames);
     QFETCH(QUrl, url);
-    QFETCH(quint64, position);
+    QFETCH(int, before);
     Player player(frames);
     player.source.changeSetSource(clip);
+    if (before > 0)
+        player.controller->setPosition(quint64(before));
     player.controller->setState(VTVideoController::Playing);
+    Recorder recorder(player.controller);
     QVERIFY(!player.controller->setSource(url));
     QCOMPARE(player.controller->state(), VTVideoController::Paused);
-    QCOMPARE(player.controller->position(), position);
+    QCOMPARE(player.controller->position(), quint64(before));
+    QCOMPARE(recorder.names(), (QStringList{"state", "load", "position", "state"}));
     QCOMPARE(player.controller->source(), clip);
 }
 
@@ -625,6 +706,52 @@ void tst_VTVideoController::pausesAfterTheLastFrame()
     QTRY_COMPARE(recorder.count("display"), 3);
 }
 
+void tst_VTVideoController::loopsOverItsFrames()
+{
+    Player player(3, 100.0);
+    VTVideoController *const controller = player.controller;
+    controller->setLooping(true);
+    QVERIFY(controller->isLooping());
+    QMutex lock;
+    QVector<quint64> positions;
+    connect(
+        controller, &VTVideoController::positionChanged, controller,
+        [&] {
+            const QMutexLocker locker(&lock);
+            positions << controller->position();
+        },
+        Qt::DirectConnection);
+    const auto count = [&] {
+        const QMutexLocker locker(&lock);
+        return positions.size();
+    };
+    controller->play();
+    controller->start();
+    QTRY_VERIFY(count() >= 7);
+    controller->quit();
+    QCOMPARE(positions.mid(0, 7), (QVector<quint64>{1, 2, 0, 1, 2, 0, 1}));
+}
+
+// Which may have more frames; the last one is known when the media is closed.
+void tst_VTVideoController::loopWaitsForTheDecoder()
+{
+    Player player(3, 100.0);
+    player.source.isDecoding = true;
+    player.controller->setLooping(true);
+    player.controller->play();
+    player.controller->start();
+    QTRY_COMPARE(player.controller->position(), quint64(3));
+    QTest::qWait(250);
+    QCOMPARE(player.controller->position(), quint64(3));
+    QCOMPARE(player.controller->state(), VTVideoController::Playing);
+    player.source.push(1);
+    QTRY_COMPARE(player.controller->position(), quint64(4));
+    Q_EMIT player.source.streamEnded();
+    QCOMPARE(player.controller->state(), VTVideoController::Playing);
+    player.source.isDecoding = false;
+    QTRY_VERIFY(player.controller->position() < 3);
+}
+
 void tst_VTVideoController::playingBeforeTheFirstFrameWraps()
 {
     Player player;
@@ -685,7 +812,11 @@ void tst_VTVideoController::shouldQuitGivesUpOnABusyLock()
     // The thread asks for the frame rate under its lock.
     player.source.asked.acquire();
     player.controller->setShouldQuit();
+    QElapsedTimer timer;
+    timer.start();
     QVERIFY(!player.controller->shouldQuit());
+    const qint64 waited = timer.elapsed();
+    QVERIFY2(waited >= 95 && waited < 200, qPrintable(QString::number(waited)));
     player.source.isBlocked = false;
     QVERIFY(player.controller->wait(10000));
     QVERIFY(player.controller->shouldQuit());
