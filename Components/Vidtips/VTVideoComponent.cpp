@@ -3,9 +3,10 @@
 #include "VTVideoController.h"
 #include "VTVideoSourceFFMPEG.h"
 #include "VTView.h"
+#include "VTXmlElement.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QUrl>
+#include <QtCore/QPointer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QGraphicsScene>
 
@@ -22,7 +23,41 @@ struct VIDTIPS_NO_EXPORT VTVideoComponent::Private
     QString source;
     // Named while no view that could resolve it showed the item.
     QString unresolvedSource;
+    // The file that was named last, empty where there is none.
+    QUrl clip;
+    // The controller keeps its clip when nothing, or nothing that exists, is named after it.
+    bool showsNothing = false;
+    Status status = Null;
+    QString errorString;
+    bool loop = false;
+    // What the source said last of a clip that it could not open: it is not asked for the same one again.
+    QUrl failedClip;
+    QString failure;
+    // Who named the clip, as the view may show another tip by the time it fails.
+    QPointer<VTView> view;
+    QString tip;
+    QString told;
+
+    void rewindUnlessEmpty();
+    void startAtFirstFrame();
 };
+
+void VTVideoComponent::Private::rewindUnlessEmpty()
+{
+    if (controller->position() != 0 && controller->frameCount() > 0)
+        controller->setPosition(0);
+}
+
+// A position that was set, or from which playback was started, before there was any frame is past them all.
+void VTVideoComponent::Private::startAtFirstFrame()
+{
+    if (controller->position() <= controller->frameCount())
+        return;
+    if (controller->state() == VTVideoController::Playing)
+        controller->play();
+    else
+        rewindUnlessEmpty();
+}
 
 VTVideoComponent::VTVideoComponent(QDeclarativeItem *parent)
     : QDeclarativeItem(parent)
@@ -31,6 +66,10 @@ VTVideoComponent::VTVideoComponent(QDeclarativeItem *parent)
     d->sourceObject = new VTVideoSourceFFMPEG(this);
     d->controller = new VTVideoController(d->sourceObject, this);
     connectController();
+    d->sourceObject->setClipReport([this](const QUrl &clip, const QString &problem) {
+        QMetaObject::invokeMethod(
+            this, [=] { hear(clip, problem); }, Qt::QueuedConnection);
+    });
     d->controller->start(QThread::InheritPriority);
     d->sourceObject->start(QThread::InheritPriority);
 }
@@ -69,39 +108,134 @@ QString VTVideoComponent::source() const
 
 void VTVideoComponent::setSource(const QString &name)
 {
-    if (name.isEmpty()) {
-        d->controller->setSource(QUrl(name));
-        d->source = name;
-    }
-    d->unresolvedSource = resolve(name) ? QString() : name;
+    d->unresolvedSource.clear();
+    if (name.isEmpty())
+        nameNothing();
+    else if (!resolve(name))
+        d->unresolvedSource = name;
+}
+
+void VTVideoComponent::nameNothing()
+{
+    d->source.clear();
+    d->clip.clear();
+    d->showsNothing = true;
+    d->frame = VTVideoFrame();
+    update();
+    d->controller->setSource(QUrl());
+    d->rewindUnlessEmpty();
+    if (d->source.isEmpty())
+        setStatus(Null);
 }
 
 // Tells whether there was a view to ask.
 bool VTVideoComponent::resolve(const QString &name)
 {
     bool isAsked = false;
+    QUrl clip;
     const QList<QGraphicsView *> views = scene() ? scene()->views() : QList<QGraphicsView *>();
     for (QGraphicsView *candidate : views) {
         auto *const view = qobject_cast<VTView *>(candidate);
         if (!view)
             continue;
         isAsked = true;
+        d->view = view;
         const QString resolved = view->findResource(name);
-        d->source = name;
         if (QFileInfo(resolved).isFile())
-            d->controller->setSource(QUrl::fromLocalFile(resolved));
-        d->frame = VTVideoFrame();
-        update();
+            clip = QUrl::fromLocalFile(resolved);
     }
-    return isAsked;
+    if (!isAsked)
+        return false;
+    d->tip = d->view && d->view->content() ? d->view->content()->attribute(QStringLiteral("key")) : QString();
+    d->source = name;
+    d->clip = clip;
+    d->frame = VTVideoFrame();
+    update();
+    if (clip.isEmpty())
+        nameMissing(name);
+    else
+        nameClip(clip);
+    return true;
+}
+
+void VTVideoComponent::nameMissing(const QString &name)
+{
+    d->showsNothing = true;
+    if (d->controller->state() == VTVideoController::Playing)
+        d->controller->pause();
+    if (d->source == name)
+        fail(QStringLiteral("Could not find the clip %1").arg(name));
+}
+
+void VTVideoComponent::nameClip(const QUrl &clip)
+{
+    d->showsNothing = false;
+    const bool isNew = d->controller->setSource(clip);
+    // What the controller announces reaches the user interface, which may have named another clip.
+    if (d->clip != clip)
+        return;
+    if (!isNew && d->controller->frameCount() > 0)
+        setStatus(Ready);
+    else if (!isNew && d->failedClip == clip)
+        fail(d->failure);
+    else
+        setStatus(Loading);
+}
+
+void VTVideoComponent::hear(const QUrl &clip, const QString &problem)
+{
+    d->failedClip = problem.isEmpty() ? QUrl() : clip;
+    d->failure = problem;
+    if (clip != d->clip)
+        return;
+    if (!problem.isEmpty()) {
+        fail(problem);
+        return;
+    }
+    d->startAtFirstFrame();
+    if (clip == d->clip)
+        setStatus(Ready);
+}
+
+void VTVideoComponent::fail(const QString &problem)
+{
+    const QPointer<VTView> view = d->view;
+    const QString message = QStringLiteral("Tip \"%1\": %2").arg(d->tip, problem);
+    // The same name is often given twice, as a binding is evaluated again.
+    const bool isKnown = d->status == Error && d->told == message;
+    d->told = message;
+    setStatus(Error, problem);
+    if (view && !isKnown)
+        view->warn(message);
+}
+
+void VTVideoComponent::setStatus(Status status, const QString &problem)
+{
+    const bool isOtherStatus = status != d->status;
+    const bool isOtherProblem = problem != d->errorString;
+    d->status = status;
+    d->errorString = problem;
+    if (isOtherProblem)
+        Q_EMIT errorStringChanged();
+    if (isOtherStatus)
+        Q_EMIT statusChanged();
 }
 
 QVariant VTVideoComponent::itemChange(GraphicsItemChange change, const QVariant &value)
 {
     QVariant result = QDeclarativeItem::itemChange(change, value);
     if (change == ItemSceneHasChanged && !d->unresolvedSource.isEmpty())
-        setSource(QString(d->unresolvedSource));
+        resolveAtLast();
     return result;
+}
+
+// Content that starts a clip where it names it has done so before this, and a clip that is named is paused.
+void VTVideoComponent::resolveAtLast()
+{
+    const bool plays = state() == playingState;
+    setSource(QString(d->unresolvedSource));
+    if (plays && !d->clip.isEmpty())
+        play();
 }
 
 VTVideoComponent::VideoState VTVideoComponent::state() const
@@ -120,6 +254,8 @@ void VTVideoComponent::setState(VideoState state)
     switch (state) {
     case resetState:
         d->controller->streamEnded();
+        if (d->loop && !isScrubbing())
+            pause();
         break;
     case pausedState:
         pause();
@@ -186,17 +322,49 @@ double VTVideoComponent::loadProgress() const
     return d->controller->loadProgress();
 }
 
+VTVideoComponent::Status VTVideoComponent::status() const
+{
+    return d->status;
+}
+
+QString VTVideoComponent::errorString() const
+{
+    return d->errorString;
+}
+
+bool VTVideoComponent::loop() const
+{
+    return d->loop;
+}
+
+void VTVideoComponent::setLoop(bool loop)
+{
+    if (d->loop == loop)
+        return;
+    d->loop = loop;
+    d->controller->setLooping(loop);
+    Q_EMIT loopChanged();
+}
+
 void VTVideoComponent::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
+    const bool wasSmooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, smooth());
     painter->drawImage(QPoint(0, 0), d->frame);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, wasSmooth);
 }
 
 void VTVideoComponent::frameReady()
 {
+    if (d->showsNothing)
+        return;
     const VTVideoFrame frame = d->controller->currentFrame();
     if (frame.isNull())
         return;
     d->frame = frame;
+    update();
+    if (d->status == Loading)
+        setStatus(Ready);
     const double height = frame.height();
     if (height != d->lastHeight) {
         Q_EMIT heightChanged();
@@ -208,7 +376,6 @@ void VTVideoComponent::frameReady()
         Q_EMIT progressChanged();
         Q_EMIT positionChanged();
     }
-    update();
 }
 
 void VTVideoComponent::play()

@@ -3,6 +3,7 @@
 #include <Vidtips/VTExport.h>
 
 #include <QtCore/QString>
+#include <QtCore/QUrl>
 #include <QtDeclarative/QDeclarativeItem>
 
 #include <memory>
@@ -14,7 +15,7 @@ namespace Vidtips {
  *
  * It owns a video source and a controller, both running from its creation to its destruction, and paints the
  * current frame at its origin, unscaled. A clip is named by the path of a resource, which the VTView that
- * shows the item resolves. GUI thread only.
+ * shows the item resolves. It shows no picture of any clip but the one that was named last. GUI thread only.
  */
 class VIDTIPS_EXPORT VTVideoComponent : public QDeclarativeItem
 {
@@ -37,6 +38,12 @@ class VIDTIPS_EXPORT VTVideoComponent : public QDeclarativeItem
     Q_PROPERTY(double contentWidth READ contentWidth NOTIFY contentWidthChanged)
     /** The share of the frames that is decoded; not a number without frames. */
     Q_PROPERTY(double loadProgress READ loadProgress NOTIFY loadProgressChanged)
+    /** What became of the clip that was named. */
+    Q_PROPERTY(Status status READ status NOTIFY statusChanged)
+    /** Why the clip cannot be shown, empty unless the status is Error. */
+    Q_PROPERTY(QString errorString READ errorString NOTIFY errorStringChanged)
+    /** Whether the clip plays again from the first frame after the last one. */
+    Q_PROPERTY(bool loop READ loop WRITE setLoop NOTIFY loopChanged)
 
 public:
     /** The states of playback as QML sees them. */
@@ -46,6 +53,15 @@ public:
         playingState = 2,
     };
     Q_ENUM(VideoState)
+
+    /** What became of the clip that was named. */
+    enum Status {
+        Null = 0, ///< none is named, or none that a VTView was asked for
+        Loading = 1, ///< it is being opened, and there is no picture yet
+        Ready = 2, ///< its first picture is there
+        Error = 3, ///< there is no such file, or it cannot be opened or has no picture; nothing is shown
+    };
+    Q_ENUM(Status)
 
     /** Makes a paused item without a clip and starts its threads. */
     explicit VTVideoComponent(QDeclarativeItem *parent = nullptr);
@@ -60,7 +76,8 @@ public:
      * Names the clip. An empty name resets playback. Any other is resolved by every VTView that shows the
      * item's scene: the old picture goes at once, and the clip changes where the name leads to a file. A name
      * given before a VTView shows the item is kept and resolved then; until then source() stays as it was.
-     * Emits nothing.
+     * Where there is no such file playback pauses and nothing is shown. The host gets one message, with the
+     * key of the tip, of a clip that is missing or broken. Does not emit sourceChanged().
      */
     void setSource(const QString &name);
 
@@ -104,7 +121,20 @@ public:
     /** Returns the share of the frames that is decoded; not a number without frames. */
     double loadProgress() const;
 
-    /** Paints the current frame at the item's origin, unscaled. */
+    /** Returns what became of the clip that was named. */
+    Status status() const;
+
+    /** Returns why the clip cannot be shown, in English; empty unless the status is Error. */
+    QString errorString() const;
+
+    /** Tells whether the clip plays again from the first frame after the last one. */
+    bool loop() const;
+
+    /** Sets whether the clip plays again from the first frame after the last one. Emits loopChanged(). */
+    void setLoop(bool loop);
+
+    /** Paints the current frame at the item's origin, unscaled; where it is transformed, smoothly if the item
+     * is smooth. */
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
 Q_SIGNALS:
@@ -128,11 +158,17 @@ Q_SIGNALS:
     void contentWidthChanged();
     /** A clip was opened, or its end was reached. */
     void loadProgressChanged();
+    /** The status changed. */
+    void statusChanged();
+    /** The reason of an error changed. It comes before statusChanged(). */
+    void errorStringChanged();
+    /** Playback was set to begin again after the last frame, or not to. */
+    void loopChanged();
 
 public Q_SLOTS:
     /** Shows the controller's current frame, if there is one. */
     void frameReady();
-    /** Plays, from the first frame on if the position is past the last one. */
+    /** Plays, from the first frame on if the position is past the last one, or as soon as that is there. */
     void play();
     /** Pauses at the position. */
     void pause();
@@ -152,6 +188,13 @@ private:
 
     VIDTIPS_NO_EXPORT void connectController();
     VIDTIPS_NO_EXPORT bool resolve(const QString &name);
+    VIDTIPS_NO_EXPORT void resolveAtLast();
+    VIDTIPS_NO_EXPORT void nameNothing();
+    VIDTIPS_NO_EXPORT void nameMissing(const QString &name);
+    VIDTIPS_NO_EXPORT void nameClip(const QUrl &clip);
+    VIDTIPS_NO_EXPORT void hear(const QUrl &clip, const QString &problem);
+    VIDTIPS_NO_EXPORT void fail(const QString &problem);
+    VIDTIPS_NO_EXPORT void setStatus(Status status, const QString &problem = QString());
 
     std::unique_ptr<Private> const d;
 };

@@ -92,6 +92,11 @@ void VTVideoSourceFFMPEG::setMemoryLimit(quint64 bytes)
     d->memoryLimit = bytes;
 }
 
+void VTVideoSourceFFMPEG::setClipReport(const ClipReport &report)
+{
+    d->report = report;
+}
+
 void VTVideoSourceFFMPEG::run()
 {
     while (!shouldQuit()) {
@@ -131,8 +136,7 @@ bool VTVideoSourceFFMPEG::loadSource()
         return false;
     }
     setupSource();
-    d->fileName = url.toLocalFile();
-    if (!d->open()) {
+    if (!d->open(url)) {
         setAction(Idle);
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include <Vidtips/VTVideoSource.h>
 
+#include <functional>
 #include <memory>
 
 namespace Vidtips {
@@ -81,6 +82,16 @@ protected:
     void setMemoryLimit(quint64 bytes);
 
 private:
+    friend class VTVideoComponent;
+    friend class VTVideoSourceFFMPEGPrivate;
+
+    /** Called once for each clip: with an empty problem when its first picture is there, else with why none
+     * will be. */
+    using ClipReport = std::function<void(const QUrl &clip, const QString &problem)>;
+
+    /** Has the source's own thread call @p report, with no lock held. To be set before it is started. */
+    VIDTIPS_NO_EXPORT void setClipReport(const ClipReport &report);
+
     std::unique_ptr<VTVideoSourceFFMPEGPrivate> const d;
 };
 

@@ -23,6 +23,7 @@ constexpr const char *cannotOpenCodec = "Could not open codec for stream in: %1"
 constexpr const char *noOriginalFrame = "Could not allocate original frame in %1";
 constexpr const char *noRgbFrame = "Could not allocate rgb frame in %1";
 constexpr const char *noScaleContext = "Could not get a swscale context for %1";
+constexpr const char *noPicture = "Could not decode any picture of %1";
 
 double toDouble(const AVRational &rational)
 {
@@ -64,10 +65,13 @@ VTVideoSourceFFMPEGPrivate::~VTVideoSourceFFMPEGPrivate()
     release();
 }
 
-bool VTVideoSourceFFMPEGPrivate::open()
+bool VTVideoSourceFFMPEGPrivate::open(const QUrl &url)
 {
     QMutexLocker locker(&lock);
     release();
+    clip = url;
+    fileName = url.toLocalFile();
+    isReportDue = true;
     const char *const problem = openAll();
     if (!problem) {
         publish();
@@ -76,9 +80,20 @@ bool VTVideoSourceFFMPEGPrivate::open()
     release();
     locker.unlock();
     // An open that was given up because the thread ends says nothing about the media.
-    if (!owner->shouldQuit())
-        qDebug().noquote() << QString::fromLatin1(problem).arg(fileName);
+    if (owner->shouldQuit())
+        return false;
+    const QString message = QString::fromLatin1(problem).arg(fileName);
+    qDebug().noquote() << message;
+    conclude(message);
     return false;
+}
+
+// Reports once what becomes of the clip.
+void VTVideoSourceFFMPEGPrivate::conclude(const QString &problem)
+{
+    if (isReportDue && report)
+        report(clip, problem);
+    isReportDue = false;
 }
 
 const char *VTVideoSourceFFMPEGPrivate::openAll()
@@ -211,11 +226,13 @@ bool VTVideoSourceFFMPEGPrivate::decode()
             const VTVideoFrame picture = image;
             locker.unlock();
             owner->pushFrame(picture);
+            conclude(QString());
             return true;
         }
         if (outcome == Outcome::End) {
             release();
             locker.unlock();
+            conclude(QString::fromLatin1(noPicture).arg(fileName));
             owner->notifyStreamEnded();
         }
     }

@@ -2,6 +2,7 @@
 
 #include "VTFFmpegCompat_p.h"
 #include "VTVideoFrame.h"
+#include "VTVideoSourceFFMPEG.h"
 
 #include <QtCore/QMutex>
 #include <QtCore/QString>
@@ -9,8 +10,6 @@
 #include <atomic>
 
 namespace Vidtips {
-
-class VTVideoSourceFFMPEG;
 
 /**
  * The FFmpeg side of a VTVideoSourceFFMPEG: the open media, its decoder and the conversion of its pictures.
@@ -23,8 +22,8 @@ public:
     explicit VTVideoSourceFFMPEGPrivate(VTVideoSourceFFMPEG *source);
     ~VTVideoSourceFFMPEGPrivate();
 
-    /** Opens the media of fileName and tells whether it could; a failure is reported to the debug stream. */
-    bool open();
+    /** Opens the media at @p url and tells whether it could; a failure is reported to the debug stream. */
+    bool open(const QUrl &url);
 
     /** Closes the media and frees all that belongs to it. What is published stays. */
     void release();
@@ -52,6 +51,7 @@ private:
         int colourRange = AVCOL_RANGE_UNSPECIFIED;
     };
 
+    void conclude(const QString &problem);
     const char *openAll();
     const char *openContainer();
     const char *openDecoder();
@@ -69,7 +69,7 @@ private:
 
 public:
     VTVideoSourceFFMPEG *const owner;
-    QString fileName;
+    VTVideoSourceFFMPEG::ClipReport report;
     quint64 memoryLimit = Q_UINT64_C(2) << 30;
     // Guards the fields below, for as long as a file is opened or a picture is decoded. Taken before the
     // source's stateLock, which FFmpeg's question whether to give up takes; never together with its
@@ -86,6 +86,10 @@ public:
     std::atomic<double> height{150.0};
 
 private:
+    // What is opened, and whether that is still to be reported; for the source's own thread.
+    QUrl clip;
+    QString fileName;
+    bool isReportDue = false;
     AVFormatContext *formatContext = nullptr;
     AVCodecContext *codecContext = nullptr;
     FFmpegCompat::Codec *codec = nullptr;

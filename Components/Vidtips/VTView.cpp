@@ -364,4 +364,10 @@ void VTView::report(const QString &message)
         d->manager->handleMessage(VTMessageDebug, message);
 }
 
+void VTView::warn(const QString &message)
+{
+    if (d->manager)
+        d->manager->handleMessage(VTMessageWarning, message);
+}
+
 } // namespace Vidtips

@@ -181,8 +181,11 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTView)
+    // Which says by the view that a clip is missing or broken.
+    friend class VTVideoComponent;
     VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
     VIDTIPS_NO_EXPORT void report(const QString &message);
+    VIDTIPS_NO_EXPORT void warn(const QString &message);
     VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
 

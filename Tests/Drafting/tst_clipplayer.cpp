@@ -1,11 +1,13 @@
 #include <Vidtips/VTVideoComponent.h>
 
 #include "TestHost.h"
+#include "TestPackage.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsScene>
 
 #include <memory>
+#include <utility>
 
 using namespace Vidtips;
 
@@ -22,6 +24,8 @@ private slots:
     void playsAgainWithTheNextTip();
     void opensNoClipInAHiddenTip_data();
     void opensNoClipInAHiddenTip();
+    void brokenClipTakesNoRoom_data();
+    void brokenClipTakesNoRoom();
 
 private:
     VTVideoComponent *clip() const;
@@ -115,6 +119,65 @@ void tst_ClipPlayer::opensNoClipInAHiddenTip()
     QTRY_VERIFY(!dwell->property("running").toBool());
     QCOMPARE(session->view()->rootObject()->property("state").toString(), QString());
     QVERIFY(!clip());
+}
+
+void tst_ClipPlayer::brokenClipTakesNoRoom_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("missing") << "missing"
+                             << "none.mp4";
+    QTest::newRow("broken") << "broken"
+                            << "broken.mp4";
+}
+
+// The tip is as high as one without a clip, and nothing of the player is seen.
+void tst_ClipPlayer::brokenClipTakesNoRoom()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, file);
+    const TestPackages packages;
+    packages.write("Odd.vidtips/Resources/broken.mp4", "This is no clip.\n");
+    packages.writeControl("Odd", "tips.xml", R"(
+<vidtip key="missing" title="Odd"><clip source="none.mp4"/><step>First</step></vidtip>
+<vidtip key="broken" title="Odd"><clip source="broken.mp4"/><step>First</step></vidtip>
+<vidtip key="none" title="Odd"><step>First</step></vidtip>)",
+                          "search=\"Shared\"");
+    TestSession odd({QStringLiteral(CONTENT_DIR "/Base"), packages.path()});
+    QVERIFY(odd.host->show("none", QPoint(10, 20), &command));
+    QObject *const root = odd.view()->rootObject();
+    QMetaObject::invokeMethod(root, "expand");
+    qreal expected = 0.0;
+    const auto rests = [&] {
+        const qreal before = std::exchange(expected, root->property("height").toReal());
+        return before == expected;
+    };
+    QVERIFY(QTest::qWaitFor(
+        [&] {
+            QTest::qWait(300);
+            return rests();
+        },
+        10000));
+    odd.window()->hide();
+    QVERIFY(odd.host->show(key, QPoint(10, 20), &command));
+    QMetaObject::invokeMethod(root, "expand");
+    QTRY_COMPARE(root->property("height").toReal(), expected);
+    QGraphicsObject *player = nullptr;
+    for (QGraphicsItem *item : odd.view()->scene()->items()) {
+        if (item->toGraphicsObject() && item->toGraphicsObject()->property("broken").isValid())
+            player = item->toGraphicsObject();
+    }
+    QVERIFY(player);
+    QVERIFY(!player->isVisible());
+    QCOMPARE(player->property("height").toReal(), 0.0);
+    QStringList warnings;
+    for (const auto &message : std::as_const(odd.host->messages)) {
+        if (message.first == VTMessageWarning)
+            warnings << message.second;
+    }
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY2(warnings.constFirst().contains(key) && warnings.constFirst().contains(file),
+             qPrintable(warnings.constFirst()));
 }
 
 QTEST_MAIN(tst_ClipPlayer)

@@ -10,6 +10,8 @@
 #include <QtCore/QtEndian>
 #include <QtTest/QTest>
 
+#include <algorithm>
+
 /**
  * Clips for tests, made with the ffmpeg command when a test first asks for one and kept in the build tree.
  *
@@ -107,6 +109,16 @@ public:
                      "format=bgr0,crop=1:1", "-c:v", "ffv1", "-pix_fmt", "bgr0"});
     }
 
+    /** Fifteen pictures of nothing but @p colour. */
+    static QString plain(const QString &colour)
+    {
+        return make(colour + ".mp4",
+                    {"-f", "lavfi", "-i", QString("color=c=%1:size=64x48:rate=25").arg(colour), "-frames:v",
+                     "15", "-c:v", "libx264", "-pix_fmt", "yuv420p"});
+    }
+
+    static QString onePicture() { return make("picture.mkv", moving("64x48", 1, {"-c:v", "ffv1"})); }
+
     static QString large()
     {
         return make(
@@ -195,6 +207,21 @@ public:
     {
         QByteArray clip = read(mpeg4());
         return write("headers.avi", clip.replace("FMP4", "theo"));
+    }
+
+    /** A clip of which every picture is damaged beyond decoding. */
+    static QString damagedPictures()
+    {
+        const QString whole = make("whole.avi", moving("64x48", 5, {"-c:v", "ffv1", "-pix_fmt", "yuv444p"}));
+        QByteArray clip = read(whole);
+        for (int at = clip.indexOf("00dc", clip.indexOf("movi")); at >= 0;
+             at = clip.indexOf("00dc", at + 4)) {
+            const auto size = qFromLittleEndian<quint32>(clip.constData() + at + 4);
+            if (at + 8 + qint64(size) > clip.size() || clip.indexOf("idx1") < at)
+                break;
+            std::fill_n(clip.begin() + at + 8, size, char(0xFF));
+        }
+        return write("damaged.avi", clip);
     }
 
     /** The head of a clip, which describes its pictures, without any of them; alone or beside sound. */

@@ -175,23 +175,31 @@ void tst_VTVideoComponent::metaObjectOrder()
                              "QString searchPath searchPathChanged", "bool scrubbing scrubbingChanged",
                              "double contentHeight contentHeightChanged read-only",
                              "double contentWidth contentWidthChanged read-only",
-                             "double loadProgress loadProgressChanged read-only"}));
+                             "double loadProgress loadProgressChanged read-only",
+                             "Status status statusChanged read-only",
+                             "QString errorString errorStringChanged read-only", "bool loop loopChanged"}));
     QByteArrayList names;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         names << meta.method(i).methodSignature();
-        QCOMPARE(meta.method(i).methodType(), names.size() <= 10 ? QMetaMethod::Signal : QMetaMethod::Slot);
+        QCOMPARE(meta.method(i).methodType(), names.size() <= 13 ? QMetaMethod::Signal : QMetaMethod::Slot);
         QCOMPARE(meta.method(i).access(), QMetaMethod::Public);
     }
     QCOMPARE(names,
              (QByteArrayList{"sourceChanged()", "stateChanged()", "positionChanged()", "progressChanged()",
                              "heightChanged()", "searchPathChanged()", "scrubbingChanged()",
                              "contentHeightChanged()", "contentWidthChanged()", "loadProgressChanged()",
-                             "frameReady()", "play()", "pause()", "sourceChangedState()", "rewindToStart()",
+                             "statusChanged()", "errorStringChanged()", "loopChanged()", "frameReady()",
+                             "play()", "pause()", "sourceChangedState()", "rewindToStart()",
                              "controllerPositionChanged()"}));
     const QMetaEnum states = meta.enumerator(meta.indexOfEnumerator("VideoState"));
     QCOMPARE(states.keyToValue("resetState"), 0);
     QCOMPARE(states.keyToValue("pausedState"), 1);
     QCOMPARE(states.keyToValue("playingState"), 2);
+    const QMetaEnum statuses = meta.enumerator(meta.indexOfEnumerator("Status"));
+    QCOMPARE(statuses.keyToValue("Null"), 0);
+    QCOMPARE(statuses.keyToValue("Loading"), 1);
+    QCOMPARE(statuses.keyToValue("Ready"), 2);
+    QCOMPARE(statuses.keyToValue("Error"), 3);
 }
 
 void tst_VTVideoComponent::freshItem()

@@ -101,8 +101,8 @@ Rectangle {
         }
         Item {
             width: parent.width
-            height: clip.source === "" ? 0 : Math.round(clip.contentHeight * clip.fit)
-            visible: clip.source !== ""
+            height: visible ? Math.round(clip.contentHeight * clip.fit) : 0
+            visible: clip.status === VTVideoComponent.Loading || clip.status === VTVideoComponent.Ready
 
             VTVideoComponent {
                 id: clip

@@ -3,7 +3,8 @@ import com.corvale.vidtips.qml 1.0
 
 // A clip with its controls. Playback starts when the first picture is there: before that there is no position
 // to play from. It pauses by itself when the last picture has been decoded, however far it has come, and when it
-// has caught up with the decoder; "wanted" remembers to go on from there.
+// has caught up with the decoder; "wanted" remembers to go on from there. A clip that is missing or broken takes no
+// room, and there is nothing to play.
 FocusScope {
     id: player
 
@@ -13,6 +14,7 @@ FocusScope {
     property bool ready: false
     property bool playing: video.state === 2
     property bool wanted: false
+    property bool broken: video.status === VTVideoComponent.Error
 
     function play() {
         wanted = true;
@@ -37,7 +39,8 @@ FocusScope {
     }
 
     width: parent ? parent.width : 352
-    height: stage.height + controls.height
+    height: broken ? 0 : stage.height + controls.height
+    visible: !broken
 
     onPlayingChanged: goOn.start()
 

@@ -179,7 +179,7 @@ Rectangle {
                 StepList {
                     id: stepList
                     x: look.margin
-                    y: lists.followsClip ? 4 : 12
+                    y: lists.followsClip && media.height > 0 ? 4 : 12
                     width: parent.width - 2 * look.margin
                     ui: look
                     steps: lists.steps
