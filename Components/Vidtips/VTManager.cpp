@@ -103,7 +103,9 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     VTContext context;
     QPointer<VTWidget> widget;
     QPointer<VTIndex> index;
+    QPointer<QObject> referenceObject;
     QRect referenceRect;
+    QPoint referencePosition;
     QList<QPointer<VTWidget>> reservations;
     QMap<QString, QVariant> globalProperties;
     bool filterInstalled = false;
@@ -432,6 +434,16 @@ QString VTManager::keyAt(QObject *object, const QPoint &position, QRect &rect)
     return object && d->host ? d->host->keyAt(object, position, rect) : QString();
 }
 
+QObject *VTManager::referenceObject() const
+{
+    return d->widget && d->widget->isVisible() ? d->referenceObject : nullptr;
+}
+
+QPoint VTManager::referencePosition() const
+{
+    return d->referencePosition;
+}
+
 QRect VTManager::referenceRect() const
 {
     return d->widget && d->widget->isVisible() ? d->referenceRect : QRect();
@@ -499,7 +511,9 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
     rewriteShortcut(request, content);
     const bool current = self && view && content && window == d->widget;
     if (current) {
+        d->referenceObject = request.object;
         d->referenceRect = request.rect;
+        d->referencePosition = request.position;
         window->showWithContent(request.object, request.rect, point, content, found.packageFolder());
     }
     if (view)

@@ -135,11 +135,17 @@ public:
      */
     bool show(const QString &key, const QPoint &position, QObject *object, const QRect &rect);
 
+    /** Returns what the tip on screen was shown for; null when that is gone, and while there is no tip. */
+    QObject *referenceObject() const;
+
     /**
      * Returns the rectangle that the tip on screen was shown for, in global coordinates; null where it is for
      * a whole object, and while there is no tip.
      */
     QRect referenceRect() const;
+
+    /** Returns the global position that the tip on screen was shown for, or that the last one was. */
+    QPoint referencePosition() const;
 
     /** Returns where a tip goes for the pointer at @p position: off by Vidtips::TooltipOffset. */
     QPoint tooltipPosition(const QPoint &position, QWidget *widget) const;

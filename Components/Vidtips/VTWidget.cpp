@@ -313,7 +313,11 @@ void VTWidget::becomeToolWindow(const QPoint &position)
     const QObject *const content = d->view ? d->view->content() : nullptr;
     setWindowTitle(content ? content->property("title").toString() : QString());
     move(position);
+    // The user has just asked for it: the keyboard is for the kept tip.
+    if (d->view)
+        d->view->setFocus();
     show();
+    activateWindow();
 }
 
 void VTWidget::contentResized()

@@ -35,6 +35,7 @@ struct VIDTIPS_NO_EXPORT VTXmlElement::Private
     QMap<QString, QString> attributes;
     QString tagNameSpace;
     QString content;
+    QString title;
 };
 
 // All levels write to one list: joining each level's text anew would copy a deep tree over and over.
@@ -98,6 +99,17 @@ QString VTXmlElement::content() const
 void VTXmlElement::setContent(const QString &content)
 {
     d->content = content;
+    Q_EMIT contentChanged();
+}
+
+QString VTXmlElement::title() const
+{
+    return d->title.isNull() ? attribute(QStringLiteral("title")) : d->title;
+}
+
+void VTXmlElement::setTitle(const QString &title)
+{
+    d->title = title;
     Q_EMIT contentChanged();
 }
 

@@ -29,6 +29,8 @@ class VIDTIPS_EXPORT VTXmlElement : public QObject
     Q_PROPERTY(QString tagNameSpace READ getTagNameSpace WRITE setTagNameSpace NOTIFY tagNameSpaceChanged)
     /** The text between the tags, white space included. */
     Q_PROPERTY(QString content READ content NOTIFY contentChanged)
+    /** What to call the element: the attribute "title", unless something else is set. */
+    Q_PROPERTY(QString title READ title WRITE setTitle NOTIFY contentChanged)
 
 public:
     QT_WARNING_PUSH
@@ -59,6 +61,18 @@ public:
 
     /** Replaces the text and emits contentChanged(). QML can only append. */
     void setContent(const QString &content);
+
+    /**
+     * Returns the title: what setTitle() set, else the value of the attribute "title". A kept tip that
+     * becomes a window by itself has it in its title bar.
+     */
+    QString title() const;
+
+    /**
+     * Sets the title, for example to its translation; the attribute stays. A null string gives the
+     * attribute's value back. Emits contentChanged().
+     */
+    void setTitle(const QString &title);
 
     /** Stores @p value under @p name, replacing a value that is there. Emits nothing. */
     void setAttribute(const QString &name, const QString &value);
@@ -105,7 +119,7 @@ Q_SIGNALS:
     /** Emitted whenever the namespace is set. */
     void tagNameSpaceChanged();
 
-    /** Emitted whenever text is set or appended. */
+    /** Emitted whenever text is set or appended, or the title is set. */
     void contentChanged();
 
 private:

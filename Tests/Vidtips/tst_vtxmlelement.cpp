@@ -20,6 +20,7 @@ class tst_VTXmlElement : public QObject
 private slots:
     void propertiesInDeclaredOrder_data();
     void propertiesInDeclaredOrder();
+    void titleIsTheAttributeUnlessSet();
     void methodsInDeclaredOrder_data();
     void methodsInDeclaredOrder();
     void constructorsInDeclaredOrder();
@@ -73,19 +74,37 @@ void tst_VTXmlElement::propertiesInDeclaredOrder_data()
     QTest::newRow("0") << QByteArray("tagName") << true << QByteArray("tagNameChanged()");
     QTest::newRow("1") << QByteArray("tagNameSpace") << true << QByteArray("tagNameSpaceChanged()");
     QTest::newRow("2") << QByteArray("content") << false << QByteArray("contentChanged()");
+    QTest::newRow("3") << QByteArray("title") << true << QByteArray("contentChanged()");
 }
 
 void tst_VTXmlElement::propertiesInDeclaredOrder()
 {
     QFETCH(QByteArray, name);
     const QMetaObject &meta = VTXmlElement::staticMetaObject;
-    QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 3);
+    QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 4);
     const QMetaProperty property =
         meta.property(meta.propertyOffset() + QByteArray(QTest::currentDataTag()).toInt());
     QCOMPARE(QByteArray(property.name()), name);
     QCOMPARE(property.type(), QVariant::String);
     QTEST(property.isWritable(), "writable");
     QTEST(property.notifySignal().methodSignature(), "notify");
+}
+
+void tst_VTXmlElement::titleIsTheAttributeUnlessSet()
+{
+    VTXmlElement element;
+    QVERIFY(element.title().isNull());
+    element.setAttribute("title", "Line");
+    QCOMPARE(element.property("title").toString(), QStringLiteral("Line"));
+    QSignalSpy changed(&element, &VTXmlElement::contentChanged);
+    QVERIFY(element.setProperty("title", "Linie"));
+    QCOMPARE(element.title(), QStringLiteral("Linie"));
+    QCOMPARE(element.attribute("title"), QStringLiteral("Line"));
+    QCOMPARE(changed.count(), 1);
+    element.setTitle("");
+    QCOMPARE(element.title(), QStringLiteral(""));
+    element.setTitle(QString());
+    QCOMPARE(element.title(), QStringLiteral("Line"));
 }
 
 void tst_VTXmlElement::methodsInDeclaredOrder_data()

@@ -13,8 +13,9 @@
 #include "TipHost.h"
 #include "TipKeyboard.h"
 #include "TipList.h"
-#include "TipPlacement.h"
 #include "TipTrace.h"
+
+#include <Vidtips/VTPlacement.h>
 
 #include <QtCore/QLibraryInfo>
 #include <QtGui/QPainter>
@@ -66,7 +67,7 @@ MainWindow::MainWindow(const Options &options)
     VTContext context;
     m_tips = std::make_unique<TipHost>(context, options, m_commands, m_log);
     new TipKeyboard(m_tips.get(), this);
-    new TipPlacement(this);
+    new Vidtips::VTPlacement(m_tips->manager());
     if (options.trace)
         new TipTrace(m_tips.get(), this);
     connectCommands();

@@ -58,6 +58,8 @@ Rectangle {
     function pin() {
         expand();
         vidTipView.stayOpen = true;
+        // What the window is to be called, in the user's language.
+        tip.title = title;
         vidTipView.reserved = true;
         root.forceActiveFocus();
     }

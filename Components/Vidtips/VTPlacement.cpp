@@ -1,0 +1,240 @@
+#include "VTPlacement.h"
+
+#include "VTManager.h"
+#include "VTWidget.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
+#include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+
+namespace Vidtips {
+
+namespace {
+
+using Surroundings = VTPlacement::Surroundings;
+
+// Room between a tip and what it keeps off.
+constexpr int gap = 4;
+// What a pointer covers around its place.
+constexpr int pointerReach = 12;
+
+QRect slidInto(const QRect &screen, QRect tip, Qt::LayoutDirection direction)
+{
+    // The side where reading begins comes last, so that it is seen of a tip that does not fit.
+    const bool isRightToLeft = direction == Qt::RightToLeft;
+    if (isRightToLeft)
+        tip.moveLeft(std::max(tip.left(), screen.left()));
+    tip.moveRight(std::min(tip.right(), screen.right()));
+    if (!isRightToLeft)
+        tip.moveLeft(std::max(tip.left(), screen.left()));
+    tip.moveBottom(std::min(tip.bottom(), screen.bottom()));
+    tip.moveTop(std::max(tip.top(), screen.top()));
+    return tip;
+}
+
+QRect besidePointer(const QSize &size, const Surroundings &around)
+{
+    QRect tip(around.pointer + QPoint(around.offset.width(), around.offset.height()), size);
+    if (around.direction == Qt::RightToLeft)
+        tip.moveRight(around.pointer.x() - around.offset.width());
+    return tip;
+}
+
+QRect rightOf(const QRect &obstacle, QRect tip)
+{
+    tip.moveLeft(obstacle.right() + 1 + gap);
+    return tip;
+}
+
+QRect leftOf(const QRect &obstacle, QRect tip)
+{
+    tip.moveRight(obstacle.left() - 1 - gap);
+    return tip;
+}
+
+QRect below(const QRect &obstacle, QRect tip)
+{
+    tip.moveTop(obstacle.bottom() + 1 + gap);
+    return tip;
+}
+
+QRect above(const QRect &obstacle, QRect tip)
+{
+    tip.moveBottom(obstacle.top() - 1 - gap);
+    return tip;
+}
+
+/** Returns the first of @p places that is off @p obstacle once it is on the screen; null when none is. */
+QRect firstFree(const QVector<QRect> &places, const QRect &obstacle, const Surroundings &around)
+{
+    for (const QRect &place : places) {
+        const QRect tip = slidInto(around.screen, place, around.direction);
+        if (!tip.intersects(obstacle))
+            return tip;
+    }
+    return {};
+}
+
+QVector<QRect> sidesOf(const QRect &obstacle, const QRect &tip, Qt::LayoutDirection direction)
+{
+    const QRect right = rightOf(obstacle, tip);
+    const QRect left = leftOf(obstacle, tip);
+    return direction == Qt::RightToLeft ? QVector<QRect>{left, right} : QVector<QRect>{right, left};
+}
+
+QRect besidePopups(const QSize &size, const Surroundings &around)
+{
+    QRect tip = besidePointer(size, around);
+    const QVector<QRect> vertical{below(around.popups, tip), above(around.popups, tip)};
+    tip.moveTop(around.command.isNull() ? around.pointer.y() : around.command.top());
+    return firstFree(sidesOf(around.popups, tip, around.direction) + vertical, around.popups, around);
+}
+
+QRect offObstacle(const QRect &obstacle, const QSize &size, const Surroundings &around)
+{
+    const QRect tip = besidePointer(size, around);
+    const QVector<QRect> places{tip, above(obstacle, tip), below(obstacle, tip)};
+    return firstFree(places + sidesOf(obstacle, tip, around.direction), obstacle, around);
+}
+
+/** Returns the screen that shows @p position, or the one next to it where none does. */
+QScreen *screenFor(const QPoint &position)
+{
+    if (QScreen *const screen = QGuiApplication::screenAt(position))
+        return screen;
+    const auto distance = [&position](const QScreen *screen) {
+        const QRect area = screen->geometry();
+        const QPoint nearest(qBound(area.left(), position.x(), area.right()),
+                             qBound(area.top(), position.y(), area.bottom()));
+        return (position - nearest).manhattanLength();
+    };
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const auto nearer = [&](const QScreen *a, const QScreen *b) { return distance(a) < distance(b); };
+    const auto found = std::min_element(screens.begin(), screens.end(), nearer);
+    return found == screens.end() ? nullptr : *found;
+}
+
+/** Returns the room of all open popups, where one of them is at @p position: a menu stands by its submenus.
+ */
+QRect popupsAt(const QPoint &position)
+{
+    QRect room;
+    bool isInside = false;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *window : windows) {
+        if (!window->isVisible() || window->windowType() != Qt::Popup)
+            continue;
+        room |= window->frameGeometry();
+        isInside = isInside || window->frameGeometry().contains(position);
+    }
+    return isInside ? room : QRect();
+}
+
+QRect commandRect(const VTManager *manager, const QWidget *widget)
+{
+    const QRect part = manager->referenceRect();
+    if (!part.isNull() || !widget)
+        return part;
+    return QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size());
+}
+
+} // namespace
+
+struct VIDTIPS_NO_EXPORT VTPlacement::Private
+{
+    VTManager *manager = nullptr;
+    QPoint place;
+    bool isMoving = false;
+    bool mayCorrect = false;
+};
+
+VTPlacement::VTPlacement(VTManager *manager)
+    : QObject(manager)
+    , d(new Private)
+{
+    d->manager = manager;
+    if (manager)
+        QCoreApplication::instance()->installEventFilter(this);
+}
+
+VTPlacement::~VTPlacement() = default;
+
+Surroundings VTPlacement::surroundings() const
+{
+    const VTManager *const manager = d->manager;
+    Surroundings around;
+    around.pointer = manager->referencePosition();
+    const QPoint begin = manager->tooltipPosition(around.pointer, nullptr) - around.pointer;
+    around.offset = QSize(begin.x(), begin.y());
+    const auto *const widget = qobject_cast<QWidget *>(manager->referenceObject());
+    around.command = commandRect(manager, widget);
+    around.popups = popupsAt(around.pointer);
+    around.direction = widget ? widget->layoutDirection() : QGuiApplication::layoutDirection();
+    const QScreen *const screen = screenFor(around.pointer);
+    around.screen = screen ? screen->availableGeometry() : QRect();
+    return around;
+}
+
+void VTPlacement::place(QWidget *tip)
+{
+    const Surroundings around = surroundings();
+    if (around.screen.isNull())
+        return;
+    d->place = placed(tip->frameGeometry().size(), around).topLeft();
+    move(tip);
+}
+
+void VTPlacement::move(QWidget *tip)
+{
+    if (d->place == tip->pos())
+        return;
+    // Whoever else watches the window may answer by anything.
+    const QPointer<VTPlacement> self(this);
+    d->isMoving = true;
+    tip->move(d->place);
+    if (self)
+        d->isMoving = false;
+}
+
+QRect VTPlacement::placed(const QSize &size, const Surroundings &surroundings)
+{
+    const QRect wanted = besidePointer(size, surroundings);
+    QRect tip;
+    if (!surroundings.popups.isNull())
+        tip = besidePopups(size, surroundings);
+    // A command that is larger than the offset gets its tip beside the pointer all the same.
+    if (tip.isNull() && !surroundings.command.isNull() && !wanted.intersects(surroundings.command))
+        tip = offObstacle(surroundings.command, size, surroundings);
+    const QPoint reach(pointerReach, pointerReach);
+    if (tip.isNull())
+        tip = offObstacle(QRect(surroundings.pointer - reach, surroundings.pointer + reach), size,
+                          surroundings);
+    return tip.isNull() ? slidInto(surroundings.screen, wanted, surroundings.direction) : tip;
+}
+
+bool VTPlacement::eventFilter(QObject *watched, QEvent *event)
+{
+    const QEvent::Type type = event->type();
+    if (type != QEvent::Show && type != QEvent::Resize && type != QEvent::Move)
+        return false;
+    VTWidget *const tip = d->manager->widget();
+    if (d->isMoving || !tip || watched != tip || !tip->isWindow())
+        return false;
+    // Some window managers report a new window where it was on its way from; one that insists has its will.
+    d->mayCorrect = d->mayCorrect || type == QEvent::Show;
+    const bool isReported = type == QEvent::Move && event->spontaneous();
+    if (!isReported && tip->isVisible()) {
+        place(tip);
+    } else if (isReported && d->mayCorrect && tip->pos() != d->place) {
+        d->mayCorrect = false;
+        move(tip);
+    }
+    return false;
+}
+
+} // namespace Vidtips
