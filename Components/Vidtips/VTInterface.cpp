@@ -121,6 +121,16 @@ bool VTInterface::show(const QString &key, const QPoint &position, QObject *obje
     return d->manager->show(key, position, object, rect);
 }
 
+void VTInterface::hide()
+{
+    d->manager->hide();
+}
+
+bool VTInterface::isVisible() const
+{
+    return d->manager->isVisible();
+}
+
 bool VTInterface::mouseButtonEventFilter(QObject *watched, QMouseEvent *event)
 {
     return d->manager->mouseButtonEventFilter(watched, event);

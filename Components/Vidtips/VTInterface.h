@@ -48,7 +48,13 @@ enum VTWindowType : int {
  * other number, which reaches the host unchanged.
  */
 enum VTNotification : int {
-    VTNotificationShown = 0, ///< content was found for a key; value: an empty string, text: the key.
+    /**
+     * Content was found for a key; value: an empty string, text: the key. Nothing is on screen yet, and what
+     * the host does now, such as setting global properties, is seen by the tip; VTInterface::isVisible()
+     * tells whether the one before still is. A tip that is on screen for that key already is not told of
+     * again.
+     */
+    VTNotificationShown = 0,
     VTNotificationHidden = 6, ///< the tip's window was hidden; value: "hide", text: the content's key.
 };
 
@@ -110,7 +116,10 @@ public:
      */
     virtual QString shortCutForObject(const QString &key, QObject *object, const QString &shortcut);
 
-    /** Receives a VTNotification or a number that a package's QML sent. The default does nothing. */
+    /**
+     * Receives a VTNotification or a number that a package's QML sent. The default does nothing. What is told
+     * of as VTNotificationShown has been found and comes on screen only after this returns.
+     */
     virtual void notification(VTNotification type, const QVariant &value, const QString &text);
 
     /**
@@ -144,6 +153,12 @@ public:
 
     /** Shows the tip of @p key for the part @p rect, in global coordinates, of @p object. */
     bool show(const QString &key, const QPoint &position, QObject *object, const QRect &rect);
+
+    /** Hides the tip on screen at once. Kept tips stay. */
+    void hide();
+
+    /** Tells whether a tip is on screen, also one that fades in or out; kept tips do not count. */
+    bool isVisible() const;
 
     /**
      * Hides the tip on a click outside it. For hosts that do not let the manager filter the application's

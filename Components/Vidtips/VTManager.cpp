@@ -109,6 +109,8 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     QList<QPointer<VTWidget>> reservations;
     QMap<QString, QVariant> globalProperties;
     bool filterInstalled = false;
+    bool refreshIsDue = false;
+    QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
     QTranslator *translator = nullptr;
     QString cataloguePath;
 
@@ -366,9 +368,10 @@ QString VTManager::vidTipAttribute(const QString &key, const QString &attribute,
 
 QString VTManager::translateString(const QString &text, const QString &context)
 {
-    if (!d->widget || !d->widget->view())
+    const VTView *const current = d->widget ? d->widget->view() : nullptr;
+    const VTView *const view = d->askingView ? d->askingView.data() : current;
+    if (!view)
         return text;
-    const VTView *const view = d->widget->view();
     const QString folderAttribute = QStringLiteral("l10n_name");
     const QString defaultFolder = QStringLiteral("l10n");
     const QString fileName =
@@ -434,9 +437,72 @@ QString VTManager::keyAt(QObject *object, const QPoint &position, QRect &rect)
     return object && d->host ? d->host->keyAt(object, position, rect) : QString();
 }
 
+void VTManager::hide()
+{
+    if (d->widget)
+        d->widget->hide();
+}
+
+bool VTManager::isVisible() const
+{
+    return d->widget && d->widget->isVisible();
+}
+
+void VTManager::refresh()
+{
+    const QPointer<VTManager> self(this);
+    const QPointer<VTWidget> window = d->widget;
+    if (isVisible() && !refill(window, d->referenceObject) && self && window)
+        window->hide();
+    if (!self)
+        return;
+    const QList<QPointer<VTWidget>> reserved = d->reservedWindows();
+    for (const QPointer<VTWidget> &kept : reserved) {
+        if (self && kept)
+            refill(kept, nullptr);
+    }
+}
+
+// The host hears of a new language in no certain order among all windows, and may set a locale only then.
+void VTManager::refreshLater()
+{
+    if (d->refreshIsDue)
+        return;
+    d->refreshIsDue = true;
+    const auto refreshNow = [this] {
+        d->refreshIsDue = false;
+        refresh();
+    };
+    QMetaObject::invokeMethod(this, refreshNow, Qt::QueuedConnection);
+}
+
+bool VTManager::refill(VTWidget *window, QObject *object)
+{
+    const QPointer<VTWidget> guard(window);
+    const VTXmlElement *const old = contentOf(window);
+    if (!old)
+        return false;
+    const ShowRequest request{old->attribute(keyAttribute()), d->referencePosition, object, QRect()};
+    FoundContent found;
+    find(request.key, found);
+    if (!found.element || !found.root)
+        return false;
+    rewriteShortcut(request, found.element);
+    if (!guard || !found.element)
+        return false;
+    found.taken = true;
+    guard->refill(found.element, found.packageFolder());
+    return true;
+}
+
+void VTManager::setAskingView(VTView *view)
+{
+    d->askingView = view;
+}
+
 QObject *VTManager::referenceObject() const
 {
-    return d->widget && d->widget->isVisible() ? d->referenceObject : nullptr;
+    return isVisible() ? d->referenceObject : nullptr;
 }
 
 QPoint VTManager::referencePosition() const
@@ -446,7 +512,7 @@ QPoint VTManager::referencePosition() const
 
 QRect VTManager::referenceRect() const
 {
-    return d->widget && d->widget->isVisible() ? d->referenceRect : QRect();
+    return isVisible() ? d->referenceRect : QRect();
 }
 
 bool VTManager::show(const QString &key, const QPoint &position, QObject *object, const QRect &rect)

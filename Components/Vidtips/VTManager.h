@@ -16,6 +16,7 @@ QT_END_NAMESPACE
 
 namespace Vidtips {
 
+class VTView;
 class VTWidget;
 class VTXmlElement;
 
@@ -135,6 +136,20 @@ public:
      */
     bool show(const QString &key, const QPoint &position, QObject *object, const QRect &rect);
 
+    /** Hides the tip on screen at once, without fading. Kept tips stay. */
+    void hide();
+
+    /** Tells whether a tip is on screen, also one that fades in or out; kept tips do not count. */
+    bool isVisible() const;
+
+    /**
+     * Looks the content of the tip on screen and of kept ones up anew and shows it in their place. Where
+     * there is none any more, the tip on screen is hidden and kept ones stay as they are. This happens by
+     * itself some time after the application's language has changed (QEvent::LanguageChange), when the host
+     * has had its turn to change settings.
+     */
+    void refresh();
+
     /** Returns what the tip on screen was shown for; null when that is gone, and while there is no tip. */
     QObject *referenceObject() const;
 
@@ -190,6 +205,11 @@ private:
     VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
     VIDTIPS_NO_EXPORT bool keepOrHide(const QPoint &position, QWidget *widget);
+    friend class VTView;
+    friend class VTWidget;
+    VIDTIPS_NO_EXPORT void refreshLater();
+    VIDTIPS_NO_EXPORT bool refill(VTWidget *window, QObject *object);
+    VIDTIPS_NO_EXPORT void setAskingView(VTView *view);
 
     struct Private;
     std::unique_ptr<Private> const d;

@@ -326,8 +326,16 @@ void VTView::restoreOverrideCursor()
 
 QString VTView::translate(const QString &string, const QString &context)
 {
+    if (!d->host())
+        return string;
     const HostCall call(this);
-    return d->host() ? d->host()->translateString(string, context) : string;
+    const QPointer<VTManager> manager = d->manager;
+    // A kept tip has another package, and so another catalogue, than the one on screen.
+    manager->setAskingView(this);
+    const QString translation = d->host()->translateString(string, context);
+    if (manager)
+        manager->setAskingView(nullptr);
+    return translation;
 }
 
 QString VTView::findResource(const QString &relativePath)

@@ -189,6 +189,44 @@ void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, c
         d->timer->stop();
 }
 
+// Other content, in the same place; the window may have been made a part of one of the host's.
+void VTWidget::refill(VTXmlElement *content, const QString &rootPath)
+{
+    const QPointer<VTWidget> self(this);
+    const QPointer<VTView> view = d->view;
+    const QPointer<VTXmlElement> old = view->content();
+    const QString oldTitle = old ? old->attribute(QStringLiteral("title")) : QString();
+    view->setPackageRoot(QDir(rootPath));
+    view->setContent(content);
+    const QFileInfo userInterface(view->uiRootFilePath());
+    view->exposeContent(rootPath);
+    if (view)
+        view->releaseContent(old);
+    if (view)
+        view->loadQML(userInterface.absoluteFilePath());
+    if (self && d->handedOver)
+        retitle(oldTitle);
+}
+
+// A host may have called its window otherwise since it took the tip in.
+void VTWidget::retitle(const QString &oldTitle)
+{
+    const VTXmlElement *const content = d->view ? d->view->content() : nullptr;
+    if (!content)
+        return;
+    if (isWindow())
+        setWindowTitle(content->property("title").toString());
+    else if (parentWidget()->windowTitle() == oldTitle)
+        parentWidget()->setWindowTitle(content->attribute(QStringLiteral("title")));
+}
+
+void VTWidget::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange && d->manager)
+        d->manager->refreshLater();
+}
+
 void VTWidget::reposition() { }
 
 void VTWidget::showAnimated()

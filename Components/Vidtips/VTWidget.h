@@ -110,6 +110,10 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
+    friend class VTManager;
+    VIDTIPS_NO_EXPORT void refill(VTXmlElement *content, const QString &rootPath);
+    VIDTIPS_NO_EXPORT void retitle(const QString &oldTitle);
+    VIDTIPS_NO_EXPORT void changeEvent(QEvent *event) override;
     VIDTIPS_NO_EXPORT QWidget *owner() const;
     VIDTIPS_NO_EXPORT void moveInto(QWidget *container, const QPoint &position);
     VIDTIPS_NO_EXPORT void becomeToolWindow(const QPoint &position);

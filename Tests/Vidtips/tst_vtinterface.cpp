@@ -34,6 +34,7 @@ private slots:
     void keysAndAttributes();
     void threeArgumentShowHasNoRectangle();
     void fourArgumentShowPassesTheRectangle();
+    void hidingTheTip();
     void mouseFiltersForwardAndNeverConsume();
     void destructionLeavesTheIndexOfTheHost();
     void destructionLeavesAnIndexOfTheManager();
@@ -260,6 +261,37 @@ void tst_VTInterface::fourArgumentShowPassesTheRectangle()
     QVERIFY(session.host->show("cut", QPoint(10, 10), &button, QRect(700, 10, 5, 5)));
     QVERIFY(session.window()->isSafe(QPoint(700, 10)));
     QVERIFY(!session.window()->isSafe(button.mapToGlobal(QPoint(39, 19))));
+}
+
+void tst_VTInterface::hidingTheTip()
+{
+    TestSession session({packages->path()});
+    session.set(HideDuration, 60000);
+    TestHost *const host = session.host;
+    QVERIFY(!host->isVisible());
+    host->hide();
+    bool wasVisible = true;
+    host->onNotification = [&](int type, const QString &) {
+        if (type == VTNotificationShown)
+            wasVisible = host->isVisible();
+    };
+    QVERIFY(host->show("cut", {}, nullptr));
+    QVERIFY(!wasVisible);
+    QVERIFY(host->isVisible());
+    const QPointer<VTWidget> kept = session.window();
+    kept->view()->setReserved(true);
+    QVERIFY(kept->isVisible());
+    QVERIFY(!host->isVisible());
+    host->hide();
+    QVERIFY(kept->isVisible());
+    QVERIFY(host->show("copy", {}, nullptr));
+    session.window()->hideAnimated();
+    QVERIFY(host->isVisible());
+    host->hide();
+    QVERIFY(!session.window()->isVisible());
+    QVERIFY(!host->isVisible());
+    QCOMPARE(host->notificationTexts().last(), QString("6 copy"));
+    delete kept;
 }
 
 void tst_VTInterface::mouseFiltersForwardAndNeverConsume()

@@ -41,6 +41,11 @@ Rectangle {
             dwell.restart();
         else
             dwell.stop();
+        // A kept tip gets other content in another language; it stays as large as it was, and changes its name.
+        if (pinned) {
+            tip.title = title;
+            expand();
+        }
     }
 
     function expand() {
