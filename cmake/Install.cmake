@@ -20,6 +20,10 @@ if(VIDTIPS_DECLARATIVE STREQUAL "system")
     set(VIDTIPS_PC_REQUIRES "Qt5Core Qt5Gui Qt5Widgets Qt5Xml Qt5Declarative")
     set(VIDTIPS_PC_LIBS "-lVidtips")
 endif()
+if(NOT CMAKE_SKIP_INSTALL_RPATH)
+    # Nothing else tells a host that is built by pkg-config where its library is.
+    string(PREPEND VIDTIPS_PC_LIBS [[-Wl,-rpath,${libdir} ]])
+endif()
 # Relative to the file, so that the installed tree may be moved.
 file(RELATIVE_PATH VIDTIPS_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/vidtips.pc.in ${PROJECT_BINARY_DIR}/vidtips.pc @ONLY)
