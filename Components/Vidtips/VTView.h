@@ -8,9 +8,9 @@
 #include <QtCore/QDir>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
+#include <QtDeclarative/QDeclarativeError>
 #include <QtDeclarative/QDeclarativeItem>
 #include <QtDeclarative/QDeclarativeView>
-#include <QtDeclarative/qdeclarative.h>
 
 #include <memory>
 
