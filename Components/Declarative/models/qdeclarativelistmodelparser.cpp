@@ -1,5 +1,6 @@
 #include "qdeclarativelistmodelparser_p.h"
 
+#include "engine/qdeclarativeqtcompat_p.h"
 #include "qdeclarativelistmodel_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -64,13 +65,14 @@ bool QDeclarativeListModelParser::verifyElement(const Unit &unit, const Binding 
 
 bool QDeclarativeListModelParser::verifyValue(const Unit &unit, const Binding *binding)
 {
-    if (binding->type == Binding::Type_Object)
+    const auto type = QtCompat::bindingType(*binding);
+    if (type == Binding::Type_Object)
         return verifyElement(unit, binding);
-    if (binding->type == Binding::Type_AttachedProperty || binding->type == Binding::Type_GroupProperty) {
+    if (type == Binding::Type_AttachedProperty || type == Binding::Type_GroupProperty) {
         error(binding, trMessage("ListElement: cannot contain nested elements"));
         return false;
     }
-    if (binding->type != Binding::Type_Script)
+    if (type != Binding::Type_Script)
         return true;
     const QString script = unit->bindingValueAsScriptString(binding);
     bool isEnum = false;
@@ -97,7 +99,7 @@ QVariantMap QDeclarativeListModelParser::elementValues(const Unit &unit, const B
     const Binding *entry = element->bindingTable();
     for (quint32 i = 0; i < element->nBindings; ++i, ++entry) {
         const QString role = unit->stringAt(int(entry->propertyNameIndex));
-        if (entry->type == Binding::Type_Object) {
+        if (QtCompat::bindingType(*entry) == Binding::Type_Object) {
             QVariantList list = values.value(role).toList();
             list.append(elementValues(unit, entry));
             values.insert(role, list);
@@ -110,7 +112,7 @@ QVariantMap QDeclarativeListModelParser::elementValues(const Unit &unit, const B
 
 QVariant QDeclarativeListModelParser::value(const Unit &unit, const Binding *binding) const
 {
-    switch (binding->type) {
+    switch (QtCompat::bindingType(*binding)) {
     case Binding::Type_Boolean:
         return binding->valueAsBoolean();
     case Binding::Type_Number:
