@@ -6,9 +6,7 @@
 #include <QtCore/QDebug>
 #include <QtCore/QFileInfo>
 
-#include <cstring>
 #include <limits>
-#include <type_traits>
 
 namespace Vidtips {
 
@@ -36,16 +34,6 @@ qint64 truncatedToInteger(double value)
     if (value >= bound)
         return std::numeric_limits<qint64>::max();
     return value > -bound ? qint64(value) : std::numeric_limits<qint64>::min();
-}
-
-// Some decoders pass on the number that stands in the stream, which need not be one of the enumeration.
-template <typename Enumeration>
-int numberIn(const Enumeration &field)
-{
-    std::underlying_type_t<Enumeration> number;
-    static_assert(sizeof number == sizeof field);
-    std::memcpy(&number, &field, sizeof number);
-    return int(number);
 }
 
 int isInterrupted(void *source)
@@ -141,6 +129,7 @@ const char *VTVideoSourceFFMPEGPrivate::openDecoder()
         return cannotOpenCodec;
     codecContext->pkt_timebase = stream->time_base;
     codecContext->framerate = av_guess_frame_rate(formatContext, stream, nullptr);
+    FFmpegCompat::keepColours(codecContext);
     // As many threads as there are cores.
     codecContext->thread_count = 0;
     return avcodec_open2(codecContext, codec, nullptr) < 0 ? cannotOpenCodec : nullptr;
@@ -315,10 +304,9 @@ bool VTVideoSourceFFMPEGPrivate::updateScaler()
         && format == scalerInput.format;
     if (!fits && !makeScaler({frame->width, frame->height, format}))
         return false;
-    const int colourSpace = numberIn(frame->colorspace);
-    const int colourRange = numberIn(frame->color_range);
-    if (colourSpace != scalerInput.colourSpace || colourRange != scalerInput.colourRange)
-        followColours(colourSpace, colourRange);
+    const FFmpegCompat::Colours colours = FFmpegCompat::coloursOf(frame, codecContext);
+    if (colours.space != scalerInput.colourSpace || colours.range != scalerInput.colourRange)
+        followColours(colours.space, colours.range);
     return true;
 }
 
