@@ -19,13 +19,17 @@ public:
     {
     }
 
-    /** Runs the tool as somebody for whom files can be unreadable, which for root nothing is. */
+    /** Runs the tool as somebody for whom files can be unreadable, which for root in full power nothing is.
+     */
     static ToolRun unprivileged(const QStringList &arguments, const QString &folder)
     {
         if (geteuid() != 0)
             return ToolRun(arguments, folder);
-        const QStringList nobody{"--reuid=65534", "--regid=65534", "--clear-groups", VIDTIPS_TOOL};
-        return ToolRun("setpriv", nobody + arguments, folder);
+        // Still root, who alone may reach what lies in root's own folder.
+        const QString powers("-dac_override,-dac_read_search");
+        return ToolRun("setpriv",
+                       QStringList{"--inh-caps", powers, "--bounding-set", powers, VIDTIPS_TOOL} + arguments,
+                       folder);
     }
 
     /** Runs the tool on a terminal, which shows what it writes to both streams. */

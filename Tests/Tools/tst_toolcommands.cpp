@@ -290,7 +290,6 @@ void tst_ToolCommands::refusesWhatIsUnreadable()
     packages.write("Tools.vidtips/Control/T.xml", validControl);
     const QString unreadable = packages.filePath(place);
     const QFile::Permissions before = QFile::permissions(unreadable);
-    QVERIFY(QFile::setPermissions(packages.path(), QFile::Permissions(0x7755)));
     QVERIFY(QFile::setPermissions(unreadable, {}));
     const ToolRun run = ToolRun::unprivileged(arguments + QStringList{"."}, packages.path());
     QVERIFY(QFile::setPermissions(unreadable, before));
