@@ -81,9 +81,10 @@ Properties takeProperties(FuzzInput *input)
 
 void fuzz(const QByteArray &input)
 {
+    const QStringList noPaths;
     auto &settings = theOne<VTContext>();
-    auto &index = theOne<VTIndex>(&settings, QStringList());
-    const auto &host = theOne<VTInterface>(settings, QStringList(), &index);
+    auto &index = theOne<VTIndex>(&settings, noPaths);
+    const auto &host = theOne<VTInterface>(settings, noPaths, &index);
     FuzzInput rest(input);
     const Properties properties = takeProperties(&rest);
     const QString text = QString::fromUtf8(rest.rest());
