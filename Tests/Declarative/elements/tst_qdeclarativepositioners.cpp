@@ -365,8 +365,8 @@ void tst_QDeclarativePositioners::anchorsAreWarnedOf_data()
     const QString column = QStringLiteral("QML Column: Cannot specify top, bottom, verticalCenter, fill or "
                                           "centerIn anchors for items inside Column");
     const auto add = [](const char *positioner, const char *anchor, const QString &message) {
-        QTest::addRow("%s, %s", positioner, anchor)
-            << QByteArray(positioner) << QByteArray(anchor) << message;
+        const QByteArray name = QByteArray(positioner) + ", " + anchor;
+        QTest::newRow(name) << QByteArray(positioner) << QByteArray(anchor) << message;
     };
     for (const char *anchor :
          {"left: parent.left", "right: parent.right", "horizontalCenter: parent.horizontalCenter",
