@@ -1,7 +1,7 @@
 // Writes the manual page of the command-line tool, out of what the tool says about itself.
 
-#include "shared/Command.h"
 #include "CommandTable.h"
+#include "shared/Command.h"
 
 #include <cstdio>
 

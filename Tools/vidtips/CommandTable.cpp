@@ -1,12 +1,12 @@
 #include "CommandTable.h"
 
 #include "check/CheckCommand.h"
-#include "shared/Command.h"
-#include "shared/Console.h"
 #include "findings/ExplainCommand.h"
 #include "package/KeysCommand.h"
 #include "package/NewCommand.h"
 #include "preview/PreviewCommand.h"
+#include "shared/Command.h"
+#include "shared/Console.h"
 #include "strings/StringsCommand.h"
 
 #include <QtCore/QVector>

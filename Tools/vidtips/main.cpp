@@ -1,5 +1,5 @@
-#include "shared/Command.h"
 #include "CommandTable.h"
+#include "shared/Command.h"
 #include "shared/Console.h"
 #include "shared/Diagnostics.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "text/qdeclarativetextdocument_p.h"
 #include "qdeclarativetextedit_p.h"
+#include "text/qdeclarativetextdocument_p.h"
 
 #include <private/qwidgettextcontrol_p.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qdeclarativeflickable_p.h"
 #include "item/qdeclarativeitem_p.h"
+#include "qdeclarativeflickable_p.h"
 #include "qdeclarativetimeline_p.h"
 
 #include <QtCore/QBasicTimer>

@@ -1,6 +1,6 @@
-#include "qdeclarativegridview_p_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativegridview_p_p.h"
 
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
     : highlightX([this](qreal x) {

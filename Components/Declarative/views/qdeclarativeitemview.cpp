@@ -1,7 +1,7 @@
 #include "qdeclarativeitemview_p.h"
 
-#include "qdeclarativeitemview_p_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativeitemview_p_p.h"
 
 #include <utility>
 

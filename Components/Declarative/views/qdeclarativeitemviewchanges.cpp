@@ -1,5 +1,5 @@
-#include "qdeclarativeitemview_p_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativeitemview_p_p.h"
 
 #include <private/qqmlchangeset_p.h>
 

@@ -1,6 +1,6 @@
-#include "qdeclarativeitemview_p_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativeitemview_p_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEasingCurve>

@@ -1,6 +1,6 @@
-#include "qdeclarativelistview_p_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativelistview_p_p.h"
 
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>

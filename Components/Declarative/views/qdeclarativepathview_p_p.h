@@ -1,8 +1,8 @@
 #pragma once
 
+#include "flickable/qdeclarativetimeline_p.h"
 #include "item/qdeclarativeitem_p.h"
 #include "qdeclarativepathview_p.h"
-#include "flickable/qdeclarativetimeline_p.h"
 
 #include <QtCore/QElapsedTimer>
 

@@ -1,7 +1,7 @@
 #include "AdmissionCheck.h"
 
-#include "shared/Content.h"
 #include "findings/Finding.h"
+#include "shared/Content.h"
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QFile>

@@ -1,8 +1,8 @@
 #include "CatalogueCheck.h"
 
-#include "strings/CatalogueName.h"
-#include "shared/Content.h"
 #include "findings/Finding.h"
+#include "shared/Content.h"
+#include "strings/CatalogueName.h"
 #include "strings/TextSource.h"
 
 #include <QtCore/QDir>

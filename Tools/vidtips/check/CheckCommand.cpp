@@ -3,16 +3,16 @@
 #include "AdmissionCheck.h"
 #include "CatalogueCheck.h"
 #include "ClipCheck.h"
-#include "shared/Console.h"
-#include "shared/Content.h"
 #include "FileCheck.h"
-#include "findings/Finding.h"
-#include "findings/FindingReport.h"
 #include "KeyCheck.h"
 #include "KeyDataCheck.h"
-#include "shared/Locales.h"
 #include "QmlCheck.h"
 #include "StructureCheck.h"
+#include "findings/Finding.h"
+#include "findings/FindingReport.h"
+#include "shared/Console.h"
+#include "shared/Content.h"
+#include "shared/Locales.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>

@@ -1,7 +1,7 @@
 #include "KeyCheck.h"
 
-#include "shared/Content.h"
 #include "findings/Finding.h"
+#include "shared/Content.h"
 #include "shared/Places.h"
 
 #include <QtCore/QLocale>

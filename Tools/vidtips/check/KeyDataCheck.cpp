@@ -1,9 +1,9 @@
 #include "KeyDataCheck.h"
 
-#include "shared/Content.h"
-#include "findings/Finding.h"
 #include "SchemaCheck.h"
 #include "StructureCheck.h"
+#include "findings/Finding.h"
+#include "shared/Content.h"
 
 #include <QtCore/QMap>
 

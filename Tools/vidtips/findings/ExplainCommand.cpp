@@ -1,8 +1,8 @@
 #include "ExplainCommand.h"
 
-#include "shared/Console.h"
 #include "FindingCatalogue.h"
 #include "FindingReport.h"
+#include "shared/Console.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>

@@ -1,11 +1,11 @@
 #include "NewCommand.h"
 
-#include "strings/CatalogueJob.h"
+#include "PackageSkeleton.h"
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Locales.h"
-#include "PackageSkeleton.h"
 #include "shared/Places.h"
+#include "strings/CatalogueJob.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>

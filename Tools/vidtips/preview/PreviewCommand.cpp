@@ -1,12 +1,12 @@
 #include "PreviewCommand.h"
 
-#include "shared/Console.h"
-#include "shared/Content.h"
-#include "shared/Locales.h"
 #include "PreviewKeys.h"
 #include "PreviewLook.h"
 #include "PreviewWindow.h"
 #include "Screenshots.h"
+#include "shared/Console.h"
+#include "shared/Content.h"
+#include "shared/Locales.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>

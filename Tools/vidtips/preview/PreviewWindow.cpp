@@ -1,9 +1,9 @@
 #include "PreviewWindow.h"
 
-#include "shared/Content.h"
 #include "PackageWatcher.h"
 #include "PreviewLook.h"
 #include "PreviewStage.h"
+#include "shared/Content.h"
 
 #include <Vidtips/VTWidget.h>
 

@@ -1,10 +1,10 @@
 #include "Screenshots.h"
 
+#include "PreviewStage.h"
+#include "ProblemOverlay.h"
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
-#include "PreviewStage.h"
-#include "ProblemOverlay.h"
 
 #include <Vidtips/VTWidget.h>
 

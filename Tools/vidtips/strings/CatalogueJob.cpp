@@ -1,9 +1,9 @@
 #include "CatalogueJob.h"
 
 #include "CatalogueName.h"
+#include "QmlTextSource.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
-#include "QmlTextSource.h"
 #include "shared/QtTool.h"
 
 #include <QtCore/QDir>
