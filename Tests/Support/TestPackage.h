@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QDir>
+#include <QtCore/QDirIterator>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
@@ -26,6 +27,17 @@ public:
         if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
             qFatal("cannot write %s", qPrintable(file));
         return file;
+    }
+
+    /** The files below @p folder of the data folder, as paths relative to that, in order. */
+    QStringList files(const QString &folder = QString()) const
+    {
+        QStringList files;
+        QDirIterator walk(filePath(folder), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (walk.hasNext())
+            files << QDir(filePath(folder)).relativeFilePath(walk.next());
+        files.sort();
+        return files;
     }
 
     /** Returns the content of the file at @p path; nothing where there is none. */
