@@ -18,32 +18,40 @@ QString choice(QCommandLineParser &parser, const QString &name, const QStringLis
     return value;
 }
 
+// Says what the command line may hold.
+void describe(QCommandLineParser &parser)
+{
+    const QString systemLanguage =
+        QLocale::system().language() == QLocale::German ? QStringLiteral("de") : QStringLiteral("en");
+    parser.setApplicationDescription(
+        Options::tr("A small drafting application whose commands explain themselves."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({
+        {"language", Options::tr("Language of the application and its tips: en or de."), "name",
+         systemLanguage},
+        {"appearance", Options::tr("Appearance: light or dark."), "name", "light"},
+        {"data-path", Options::tr("Folder with tip packages; may be given several times."), "folder"},
+        {"right-to-left", Options::tr("Lay everything out from right to left.")},
+        {"reserve-in-container", Options::tr("Pinned tips live in a window of this application.")},
+        {"simple-tips", Options::tr("Start with simple tips.")},
+        {"tips-off", Options::tr("Start without tips.")},
+        {"modifier-only", Options::tr("Tips appear only while Ctrl is held.")},
+        {"no-motion", Options::tr("Nothing moves in tips unless asked to.")},
+        {"no-fallback", Options::tr("No tip for commands that have none.")},
+        {"no-sample", Options::tr("Start with an empty drawing.")},
+        {"debug-messages", Options::tr("Show every message of the tip library in the message panel.")},
+        {"trace", Options::tr("Write where commands are and what happens to tips to standard output.")},
+        {"idle", Options::tr("Time until an unattended tip hides; 0: never."), "milliseconds"},
+    });
+}
+
 } // namespace
 
 Options Options::parse(const QCoreApplication &application)
 {
-    const QString systemLanguage =
-        QLocale::system().language() == QLocale::German ? QStringLiteral("de") : QStringLiteral("en");
     QCommandLineParser parser;
-    parser.setApplicationDescription(tr("A small drafting application whose commands explain themselves."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addOptions({
-        {"language", tr("Language of the application and its tips: en or de."), "name", systemLanguage},
-        {"appearance", tr("Appearance: light or dark."), "name", "light"},
-        {"data-path", tr("Folder with tip packages; may be given several times."), "folder"},
-        {"right-to-left", tr("Lay everything out from right to left.")},
-        {"reserve-in-container", tr("Pinned tips live in a window of this application.")},
-        {"simple-tips", tr("Start with simple tips.")},
-        {"tips-off", tr("Start without tips.")},
-        {"modifier-only", tr("Tips appear only while Ctrl is held.")},
-        {"no-motion", tr("Nothing moves in tips unless asked to.")},
-        {"no-fallback", tr("No tip for commands that have none.")},
-        {"no-sample", tr("Start with an empty drawing.")},
-        {"debug-messages", tr("Show every message of the tip library in the message panel.")},
-        {"trace", tr("Write where commands are and what happens to tips to standard output.")},
-        {"idle", tr("Time until an unattended tip hides; 0: never."), "milliseconds"},
-    });
+    describe(parser);
     parser.process(application);
 
     Options options;
