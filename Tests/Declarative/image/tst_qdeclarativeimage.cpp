@@ -1,14 +1,10 @@
 #include "DocumentServer.h"
 #include "MessageRecorder.h"
-#include "QmlScene.h"
+#include "PictureScene.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QtEndian>
 #include <QtTest/QSignalSpy>
-
-/** The status of a picture, as QML sees it. */
-enum Status { Null, Ready, Loading, Error };
-Q_DECLARE_METATYPE(Status)
 
 /** Paints the name that it is asked for, a colour, in the size that it is asked for. */
 class ColorProvider : public QDeclarativeImageProvider
@@ -57,28 +53,7 @@ private slots:
     void deletedWhileLoading();
     void newMembersAreOf11_data();
     void newMembersAreOf11();
-    void animation();
-    void animationStartsAt_data();
-    void animationStartsAt();
-    void animationThatEnds();
-    void animationFromNetwork();
-    void animationReplacedByItsHandler();
-    void brokenAnimation();
 };
-
-/** Two by two blocks: red and green above blue and black. */
-static QImage blocks(int width, int height)
-{
-    QImage image(width, height, QImage::Format_ARGB32);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const QColor top = x < width / 2 ? Qt::red : Qt::green;
-            const QColor bottom = x < width / 2 ? Qt::blue : Qt::black;
-            image.setPixelColor(x, y, y < height / 2 ? top : bottom);
-        }
-    }
-    return image;
-}
 
 static QByteArray png(const QImage &image)
 {
@@ -101,23 +76,6 @@ static QByteArray claiming(QByteArray data, const QByteArray &size)
     }
     crc = qToBigEndian(~crc);
     return data.replace(29, 4, reinterpret_cast<const char *>(&crc), 4);
-}
-
-static QByteArray scene(const QByteArray &image)
-{
-    return "import QtQuick 1.1\nItem { id: root; width: 100; height: 100; property variant log: []\n"
-           "function note(what) { var l = root.log; l.push(what); root.log = l }\n"
-        + image + " }";
-}
-
-static QSizeF sizeOf(const QDeclarativeItem *item)
-{
-    return QSizeF(item->width(), item->height());
-}
-
-static QUrl galleryFile(const char *name)
-{
-    return QUrl::fromLocalFile(QLatin1String(GALLERY_DIR "/images/") + QLatin1String(name));
 }
 
 void tst_QDeclarativeImage::loads()
@@ -459,107 +417,6 @@ void tst_QDeclarativeImage::newMembersAreOf11()
         fresh.setData("import QtQuick 1.1\n" + type + " { " + member + " }", QUrl());
         QVERIFY2(!fresh.isError(), qPrintable(fresh.errorString()));
     }
-}
-
-void tst_QDeclarativeImage::animation()
-{
-    QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
-                       + "\" }"));
-    QDeclarativeItem *image = scene.find("i");
-    QCOMPARE(image->property("status").toInt(), int(Ready));
-    QCOMPARE(sizeOf(image), QSizeF(20, 20));
-    QVERIFY(image->property("frameCount").toInt() > 1);
-    QVERIFY(image->property("playing").toBool());
-    QCOMPARE(image->property("currentFrame").toInt(), 0);
-    const QImage first = scene.picture();
-    QSignalSpy frames(image, SIGNAL(frameChanged()));
-    QTRY_VERIFY(frames.count() > 1);
-    image->setProperty("paused", true);
-    QVERIFY(image->property("paused").toBool());
-    frames.clear();
-    QVERIFY(!frames.wait(300));
-    image->setProperty("currentFrame", 1);
-    QCOMPARE(image->property("currentFrame").toInt(), 1);
-    QVERIFY(scene.picture() != first);
-    image->setProperty("paused", false);
-    QVERIFY(frames.wait());
-    QSignalSpy playing(image, SIGNAL(playingChanged()));
-    image->setProperty("playing", false);
-    QVERIFY(!image->property("playing").toBool());
-    QCOMPARE(playing.count(), 1);
-}
-
-void tst_QDeclarativeImage::animationStartsAt_data()
-{
-    QTest::addColumn<QByteArray>("properties");
-    QTest::addColumn<int>("frame");
-    QTest::newRow("the first frame") << QByteArray("") << 0;
-    QTest::newRow("a frame") << QByteArray("currentFrame: 2; paused: true") << 2;
-    QTest::newRow("a frame, not playing") << QByteArray("currentFrame: 2; playing: false") << 2;
-    QTest::newRow("beyond the last frame") << QByteArray("currentFrame: 99; playing: false") << 0;
-    QTest::newRow("before the first frame") << QByteArray("currentFrame: -9; playing: false") << 0;
-}
-
-void tst_QDeclarativeImage::animationStartsAt()
-{
-    QFETCH(QByteArray, properties);
-    QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
-                       + "\"; " + properties + " }"));
-    QTEST(scene.find("i")->property("currentFrame").toInt(), "frame");
-    const QRgb colors[] = {0xffc82828, 0xff288c3c, 0xff283cbe, 0xffffffff};
-    QFETCH(int, frame);
-    QCOMPARE(scene.pixel(10, 10).rgb(), colors[frame]);
-}
-
-void tst_QDeclarativeImage::animationThatEnds()
-{
-    QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("once.gif").toEncoded()
-                       + "\" }"));
-    QTRY_VERIFY(!scene.find("i")->property("playing").toBool());
-    QCOMPARE(scene.find("i")->property("currentFrame").toInt(),
-             scene.find("i")->property("frameCount").toInt() - 1);
-}
-
-void tst_QDeclarativeImage::animationFromNetwork()
-{
-    QFile gif(galleryFile("anim.gif").toLocalFile());
-    QVERIFY(gif.open(QIODevice::ReadOnly));
-    const DocumentServer server("200 OK", gif.readAll());
-    QmlScene scene;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + server.url("anim.gif") + "\" }"));
-    QCOMPARE(scene.find("i")->property("status").toInt(), int(Loading));
-    QTRY_COMPARE(scene.find("i")->property("status").toInt(), int(Ready));
-    QSignalSpy frames(scene.find("i"), SIGNAL(frameChanged()));
-    QVERIFY(frames.wait());
-}
-
-void tst_QDeclarativeImage::animationReplacedByItsHandler()
-{
-    QmlScene scene;
-    scene.addFile(QStringLiteral("blocks.png"), blocks(20, 10));
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"" + galleryFile("anim.gif").toEncoded()
-                       + "\"; onFrameChanged: if (currentFrame == 1) source = \"blocks.png\" }"));
-    QTRY_COMPARE(sizeOf(scene.find("i")), QSizeF(20, 10));
-    QCOMPARE(scene.picture().copy(0, 0, 20, 10), blocks(20, 10));
-}
-
-void tst_QDeclarativeImage::brokenAnimation()
-{
-    QmlScene scene;
-    scene.addFile(QStringLiteral("broken.gif"), QByteArray("GIF89a and nothing else"));
-    MessageRecorder messages;
-    scene.load(::scene("AnimatedImage { objectName: \"i\"; source: \"broken.gif\" }\n"
-                       "AnimatedImage { objectName: \"lost\"; source: \"lost.gif\" }"));
-    for (const char *name : {"i", "lost"}) {
-        QCOMPARE(scene.find(name)->property("status").toInt(), int(Error));
-        QVERIFY(!scene.find(name)->property("playing").toBool());
-        QCOMPARE(scene.find(name)->property("frameCount").toInt(), 0);
-    }
-    QCOMPARE(messages.texts().count(), 2);
-    QVERIFY(messages.texts().at(0).contains(QLatin1String("Error Reading Animated Image File")));
 }
 
 QTEST_MAIN(tst_QDeclarativeImage)
