@@ -7,7 +7,6 @@
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
-#include <QtWidgets/QGraphicsScene>
 
 #include <private/qqmlengine_p.h>
 
@@ -100,15 +99,9 @@ void QDeclarativeLoader::clear()
     QGraphicsObject *const old = loadedItem;
     loadedItem.clear();
     old->disconnect(this);
-    // The scene takes it out of the loader as well, once the loader has got the focus back.
-    if (old->scene())
-        old->scene()->removeItem(old);
-    else
-        old->setParentItem(nullptr);
-    // Not at once: one of the item's own handlers may be running. It goes with the loader at the latest,
-    // which may stand nearer to what its bindings name.
+    // It goes with the loader at the latest, which may stand nearer to what its bindings name.
     old->QObject::setParent(this);
-    old->deleteLater();
+    QDeclarativeItemPrivate::discard(old);
 }
 
 void QDeclarativeLoader::announce()

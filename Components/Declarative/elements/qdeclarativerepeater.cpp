@@ -1,19 +1,27 @@
 #include "qdeclarativerepeater_p.h"
 
-#include "item/qdeclarativegraphicsitem_p.h"
+#include "item/qdeclarativeitem_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
 
 #include <QtQml/QQmlComponent>
+#include <QtQml/QQmlInfo>
+
+#include <utility>
+
+// While items are made; beyond what any model has that its own items change.
+static const int mostChanges = 2000;
 
 QDeclarativeRepeater::QDeclarativeRepeater(QDeclarativeItem *parent)
     : QDeclarativeItem(parent)
     , rows(new QDeclarativeVisualModel(this))
 {
+    work.setElement(this);
     connect(rows, &QDeclarativeVisualModel::modelUpdated, this, &QDeclarativeRepeater::updateItems);
 }
 
 QDeclarativeRepeater::~QDeclarativeRepeater()
 {
+    work.close();
     delete rows;
 }
 
@@ -24,16 +32,17 @@ QVariant QDeclarativeRepeater::model() const
 
 void QDeclarativeRepeater::setModel(const QVariant &model)
 {
-    if (model == rows->model())
+    if (model == rows->model() || work.postpone([=] { setModel(model); }))
         return;
+    const QDeclarativeWork::Scope scope(&work);
     const int before = count();
     clear();
     if (!rows->setModel(model))
         return;
     regenerate();
-    Q_EMIT modelChanged();
+    announce(&QDeclarativeRepeater::modelChanged);
     if (isComponentComplete() && count() != before)
-        Q_EMIT countChanged();
+        announce(&QDeclarativeRepeater::countChanged);
 }
 
 QQmlComponent *QDeclarativeRepeater::delegate() const
@@ -43,12 +52,14 @@ QQmlComponent *QDeclarativeRepeater::delegate() const
 
 void QDeclarativeRepeater::setDelegate(QQmlComponent *delegate)
 {
-    if (delegate == rows->delegate())
+    const QPointer<QQmlComponent> guard(delegate);
+    if (delegate == rows->delegate() || work.postpone([=] { setDelegate(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&work);
     clear();
     rows->setDelegate(delegate);
     regenerate();
-    Q_EMIT delegateChanged();
+    announce(&QDeclarativeRepeater::delegateChanged);
 }
 
 int QDeclarativeRepeater::count() const
@@ -58,7 +69,7 @@ int QDeclarativeRepeater::count() const
 
 QDeclarativeItem *QDeclarativeRepeater::itemAt(int index) const
 {
-    return qobject_cast<QDeclarativeItem *>(items.value(index).data());
+    return qobject_cast<QDeclarativeItem *>(items.value(index).item.data());
 }
 
 void QDeclarativeRepeater::componentComplete()
@@ -79,10 +90,15 @@ QVariant QDeclarativeRepeater::itemChange(GraphicsItemChange change, const QVari
     return result;
 }
 
+void QDeclarativeRepeater::announce(void (QDeclarativeRepeater::*signal)())
+{
+    work.postpone([this, signal] { Q_EMIT(this->*signal)(); });
+}
+
 void QDeclarativeRepeater::clear()
 {
     while (!items.isEmpty()) {
-        const QPointer<QGraphicsObject> item = items.takeLast();
+        const QPointer<QGraphicsObject> item = items.takeLast().item;
         auto *reported = qobject_cast<QDeclarativeItem *>(item.data());
         if (reported)
             Q_EMIT itemRemoved(items.count() - 1, reported);
@@ -92,18 +108,48 @@ void QDeclarativeRepeater::clear()
 
 void QDeclarativeRepeater::regenerate()
 {
-    if (!isComponentComplete())
+    if (!isComponentComplete() || work.postpone([this] { makeAnew(); }))
         return;
-    clear();
-    if (!parentObject())
-        return;
-    for (int i = 0; i < rows->count(); ++i)
-        insertItem(i, rows->item(i, QGraphicsItem::parentItem()));
+    const QDeclarativeWork::Scope scope(&work);
+    makeAnew();
 }
 
-void QDeclarativeRepeater::insertItem(int index, QGraphicsObject *item)
+void QDeclarativeRepeater::makeAnew()
 {
-    items.insert(index, item);
+    clear();
+    keptChanges.clear();
+    if (!parentObject())
+        return;
+    items.resize(rows->count());
+    makeMissing();
+}
+
+/** Makes the items that rows still lack, and follows what doing so makes of the rows. */
+void QDeclarativeRepeater::makeMissing()
+{
+    int changes = 0;
+    for (int index = 0; index < items.count() && parentObject(); ++index) {
+        if (items.at(index).isMade)
+            continue;
+        makeItem(index);
+        if (keptChanges.isEmpty())
+            continue;
+        if (++changes > mostChanges) {
+            qmlWarning(this) << tr("The model is changed by each of its items");
+            keptChanges.clear();
+            clear();
+            return;
+        }
+        applyKeptChanges();
+        index = -1;
+    }
+}
+
+void QDeclarativeRepeater::makeItem(int index)
+{
+    items[index].isMade = true;
+    QGraphicsObject *item = rows->item(index, QGraphicsItem::parentItem());
+    items[index].item = item;
     stack(index);
     if (auto *added = qobject_cast<QDeclarativeItem *>(item))
         Q_EMIT itemAdded(index, added);
@@ -111,31 +157,30 @@ void QDeclarativeRepeater::insertItem(int index, QGraphicsObject *item)
 
 void QDeclarativeRepeater::stack(int index)
 {
-    if (!items.at(index))
+    QGraphicsObject *const item = items.at(index).item;
+    if (!item || item->parentItem() != QGraphicsItem::parentItem())
         return;
     QGraphicsItem *above = this;
-    for (int i = index + 1; i < items.count(); ++i) {
-        if (items.at(i)) {
-            above = items.at(i);
+    for (int i = index + 1; i < items.count() && items.at(i).isMade; ++i) {
+        if (items.at(i).item) {
+            above = items.at(i).item;
             break;
         }
     }
-    items.at(index)->stackBefore(above);
+    QDeclarativeItemPrivate::stackBefore(item, above);
 }
 
 void QDeclarativeRepeater::restack()
 {
     const auto place = [](QGraphicsItem *item) { return QGraphicsItemPrivate::get(item)->siblingIndex; };
-    // An item can only be put below another one, so each goes below the lowest of those that follow it.
-    for (int i = 0; i < items.count(); ++i) {
-        if (!items.at(i))
+    QGraphicsItem *above = this;
+    for (int i = items.count() - 1; i >= 0; --i) {
+        QGraphicsObject *const item = items.at(i).item;
+        if (!item || item->parentItem() != QGraphicsItem::parentItem())
             continue;
-        QGraphicsItem *lowest = this;
-        for (int next = i + 1; next < items.count(); ++next) {
-            if (items.at(next) && place(items.at(next)) < place(lowest))
-                lowest = items.at(next);
-        }
-        items.at(i)->stackBefore(lowest);
+        if (place(item) > place(above))
+            QDeclarativeItemPrivate::stackBefore(item, above);
+        above = item;
     }
 }
 
@@ -143,16 +188,37 @@ void QDeclarativeRepeater::updateItems(const QQmlChangeSet &changes, bool reset)
 {
     if (!isComponentComplete())
         return;
-    if (reset) {
-        regenerate();
-    } else {
-        const MovedItems moved = removeRows(changes);
-        insertRows(changes, moved);
-        if (!moved.isEmpty())
-            restack();
+    if (work.isInHand()) {
+        keptChanges.add(changes, reset);
+        return;
     }
+    const QDeclarativeWork::Scope scope(&work);
+    applyChanges(changes, reset);
+    while (!keptChanges.isEmpty())
+        applyKeptChanges();
+    makeMissing();
     if (changes.difference() != 0)
-        Q_EMIT countChanged();
+        announce(&QDeclarativeRepeater::countChanged);
+}
+
+void QDeclarativeRepeater::applyKeptChanges()
+{
+    const QDeclarativeKeptChanges kept = std::exchange(keptChanges, {});
+    applyChanges(kept.changes(), kept.isReset());
+}
+
+void QDeclarativeRepeater::applyChanges(const QQmlChangeSet &changes, bool reset)
+{
+    if (reset || !parentObject()) {
+        clear();
+        keptChanges.clear();
+        items.resize(parentObject() ? rows->count() : 0);
+        return;
+    }
+    const MovedItems moved = removeRows(changes);
+    insertRows(changes, moved);
+    if (!moved.isEmpty())
+        restack();
 }
 
 QDeclarativeRepeater::MovedItems QDeclarativeRepeater::removeRows(const QQmlChangeSet &changes)
@@ -161,13 +227,12 @@ QDeclarativeRepeater::MovedItems QDeclarativeRepeater::removeRows(const QQmlChan
     for (const QQmlChangeSet::Change &remove : changes.removes()) {
         const int index = qMin(remove.index, items.count());
         const int count = qMin(remove.count, items.count() - index);
-        if (remove.isMove()) {
-            for (int i = 0; i < count; ++i)
-                moved.insert({remove.moveId, remove.offset + i}, items.takeAt(index));
-            continue;
-        }
         for (int i = 0; i < count; ++i) {
-            const QPointer<QGraphicsObject> item = items.at(index);
+            if (remove.isMove()) {
+                moved.insert({remove.moveId, remove.offset + i}, items.takeAt(index));
+                continue;
+            }
+            const QPointer<QGraphicsObject> item = items.at(index).item;
             if (auto *reported = qobject_cast<QDeclarativeItem *>(item.data()))
                 Q_EMIT itemRemoved(index, reported);
             items.removeAt(index);
@@ -181,11 +246,8 @@ void QDeclarativeRepeater::insertRows(const QQmlChangeSet &changes, const MovedI
 {
     for (const QQmlChangeSet::Change &insert : changes.inserts()) {
         for (int i = 0; i < insert.count; ++i) {
-            const int index = qMin(insert.index + i, items.count());
-            if (insert.isMove())
-                items.insert(index, moved.value({insert.moveId, insert.offset + i}));
-            else if (parentObject())
-                insertItem(index, rows->item(index, QGraphicsItem::parentItem()));
+            const Item item = insert.isMove() ? moved.value({insert.moveId, insert.offset + i}) : Item();
+            items.insert(qMin(insert.index + i, items.count()), item);
         }
     }
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "engine/qdeclarativework_p.h"
 #include "item/qdeclarativeitem.h"
+#include "models/qdeclarativekeptchanges_p.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QPair>
@@ -9,7 +11,6 @@
 #include <QtCore/QVector>
 
 class QDeclarativeVisualModel;
-class QQmlChangeSet;
 
 /**
  * Makes an item for each row of its model, as siblings that stand before it among its parent's children.
@@ -50,19 +51,32 @@ protected:
     QVariant itemChange(GraphicsItemChange, const QVariant &) override;
 
 private:
-    using MovedItems = QHash<QPair<int, int>, QPointer<QGraphicsObject>>; ///< by move and place in it
+    /** What a row has for an item, which may be none, once it is made. */
+    struct Item
+    {
+        QPointer<QGraphicsObject> item;
+        bool isMade = false;
+    };
+    using MovedItems = QHash<QPair<int, int>, Item>; ///< by move and place in it
 
+    void announce(void (QDeclarativeRepeater::*signal)());
     void clear();
     void regenerate();
+    void makeAnew();
+    void makeMissing();
+    void makeItem(int index);
     void updateItems(const QQmlChangeSet &, bool reset);
-    void insertItem(int index, QGraphicsObject *);
+    void applyChanges(const QQmlChangeSet &, bool reset);
+    void applyKeptChanges();
     void stack(int index);
     void restack();
     MovedItems removeRows(const QQmlChangeSet &);
     void insertRows(const QQmlChangeSet &, const MovedItems &);
 
     QDeclarativeVisualModel *const rows;
-    QVector<QPointer<QGraphicsObject>> items;
+    QVector<Item> items;
+    QDeclarativeKeptChanges keptChanges;
+    QDeclarativeWork work;
 };
 
 QML_DECLARE_TYPE(QDeclarativeRepeater)

@@ -1,5 +1,6 @@
 #include "qdeclarativeitem.h"
 
+#include "engine/qdeclarativedepth_p.h"
 #include "qdeclarativeanchors_p.h"
 #include "qdeclarativecontents_p.h"
 #include "qdeclarativeitem_p.h"
@@ -8,6 +9,7 @@
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
+#include <QtWidgets/QGraphicsScene>
 
 #include <private/qquickstate_p.h>
 #include <private/qquickstategroup_p.h>
@@ -41,6 +43,7 @@ QDeclarativeItemPrivate::~QDeclarativeItemPrivate() = default;
 void QDeclarativeItemPrivate::init(QDeclarativeItem *parent)
 {
     Q_Q(QDeclarativeItem);
+    QDeclarativeDepth::watchSignals();
     if (parent) {
         q->QObject::setParent(parent);
         q->setParentItem(parent);
@@ -100,6 +103,38 @@ QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, 
     item->setParentItem(parent);
     component->completeCreate();
     return item;
+}
+
+void QDeclarativeItemPrivate::discard(QGraphicsObject *item)
+{
+    if (!item)
+        return;
+    // The scene takes it out of its parent as well, once that has got the focus back.
+    if (item->scene())
+        item->scene()->removeItem(item);
+    else
+        item->setParentItem(nullptr);
+    item->deleteLater();
+}
+
+void QDeclarativeItemPrivate::stackBefore(QGraphicsItem *item, const QGraphicsItem *sibling)
+{
+    QGraphicsItem *const parent = item->parentItem();
+    if (item == sibling || !parent || sibling->parentItem() != parent)
+        return;
+    get(parent)->ensureSequentialSiblingIndex();
+    const int to = get(sibling)->siblingIndex;
+    const int from = get(item)->siblingIndex;
+    if (from < to)
+        return;
+    QList<QGraphicsItem *> &siblings = get(parent)->children;
+    siblings.move(from, to);
+    for (int i = to; i <= from; ++i)
+        get(siblings.at(i))->siblingIndex = i;
+    get(parent)->needSortChildren = 1;
+    const auto moved = siblings.mid(to, from - to + 1);
+    for (QGraphicsItem *one : moved)
+        get(one)->siblingOrderChange();
 }
 
 void QDeclarativeItemPrivate::transformChanged()

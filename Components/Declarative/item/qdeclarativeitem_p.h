@@ -63,6 +63,7 @@ public:
     QDeclarativeItemPrivate();
     ~QDeclarativeItemPrivate() override;
 
+    using QGraphicsItemPrivate::get;
     static QDeclarativeItemPrivate *get(QDeclarativeItem *item) { return item->d_func(); }
     static const QDeclarativeItemPrivate *get(const QDeclarativeItem *item) { return item->d_func(); }
 
@@ -161,6 +162,19 @@ public:
     void parentHasChanged();
     /** Sees to the focus of an item that can no longer have it, or can again. */
     void availabilityHasChanged(bool isAvailable);
+
+    /**
+     * Takes an item out of the scene and has it deleted at the next chance, with its owner at the latest.
+     *
+     * Not at once: one of the item's own handlers may be what brought this about. Nothing happens for null.
+     */
+    static void discard(QGraphicsObject *);
+
+    /**
+     * Puts @p item right below @p sibling if it is above, as QGraphicsItem::stackBefore() does, but in no
+     * more time than the items between them take.
+     */
+    static void stackBefore(QGraphicsItem *item, const QGraphicsItem *sibling);
 
     void setPosHelper(const QPointF &) override;
     void transformChanged() override;

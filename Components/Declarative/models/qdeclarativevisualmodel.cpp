@@ -144,8 +144,11 @@ void QDeclarativeVisualModel::adopt(QQmlInstanceModel *model, bool own)
 {
     if (items)
         items->disconnect(this);
-    if (isOwn)
-        delete items;
+    // It may be in the middle of telling us of a change.
+    if (isOwn) {
+        items->setParent(this);
+        items->deleteLater();
+    }
     items = model;
     isOwn = own;
     connect(model, &QQmlInstanceModel::modelUpdated, this, &QDeclarativeVisualModel::modelUpdated);

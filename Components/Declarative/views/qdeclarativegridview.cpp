@@ -29,8 +29,9 @@ QDeclarativeGridView::Flow QDeclarativeGridView::flow() const
 void QDeclarativeGridView::setFlow(Flow flow)
 {
     Q_D(QDeclarativeGridView);
-    if (flow == d->flow)
+    if (flow == d->flow || d->work.postpone([=] { setFlow(flow); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
     d->setViewPosition(0);
     d->setContentSize(d->mainAxis(), -1);

@@ -58,6 +58,7 @@ public:
     bool isBeyond(const Item *item, qreal to) const override { return item->position() >= to + lineSize(); }
     qreal centredPosition(qreal start, qreal end) const override;
     void clear() override;
+    qreal rowStep() const override { return qreal(lineSize()) / columns(); }
 
     bool isTopToBottom() const { return flow == QDeclarativeGridView::TopToBottom; }
     /** How many cells a line has. */

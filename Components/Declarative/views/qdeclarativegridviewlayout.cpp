@@ -4,11 +4,13 @@
 
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
     : highlightX([this](qreal x) {
+        const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             highlightItem->setX(x);
         highlightMoved();
     })
     , highlightY([this](qreal y) {
+        const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             highlightItem->setY(y);
         highlightMoved();
@@ -124,7 +126,7 @@ void QDeclarativeGridViewPrivate::cellsChanged()
     // The view stays where it is, wherever that leaves the current row.
     moveReason = Other;
     if (componentIsComplete)
-        layout();
+        layoutWhenIdle();
 }
 
 void QDeclarativeGridViewPrivate::noRowsLeft(int index, qreal)
@@ -194,7 +196,7 @@ bool QDeclarativeGridViewPrivate::append(qreal to)
     const int first = index;
     int cell = visibleIndex + int(visibleItems.size());
     for (; index < visualModel->count() && reaches(cell, to); ++index, ++cell) {
-        auto item = createItem(index);
+        auto item = createRow(index);
         if (!item)
             break;
         placeInCell(item.get(), cell);
@@ -207,7 +209,7 @@ bool QDeclarativeGridViewPrivate::prepend(qreal from)
 {
     const int before = visibleIndex;
     while (visibleIndex > 0 && !visibleItems.empty() && positionAt(visibleIndex - 1) + lineSize() > from) {
-        auto item = createItem(visibleIndex - 1);
+        auto item = createRow(visibleIndex - 1);
         if (!item)
             break;
         --visibleIndex;
@@ -240,10 +242,10 @@ void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
     }
     if (index > last + 1)
         return;
-    const qreal to = viewPosition() + viewLength() + cacheBuffer;
+    const qreal to = viewPosition() + viewLength() + cacheLength();
     int made = 0;
     for (; made < count && reaches(visibleIndex + slot + made, to); ++made) {
-        auto item = createItem(index + made);
+        auto item = createRow(index + made);
         if (!item)
             break;
         placeInCell(item.get(), visibleIndex + slot + made);

@@ -49,6 +49,7 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
 {
     Q_D(QDeclarativeItemView);
     setFlag(ItemIsFocusScope);
+    d->work.setElement(this);
     d->visualModel = new QDeclarativeVisualModel(this);
     // The rows count from when there is a model; items are made when the view is complete.
     d->visualModel->componentComplete();
@@ -70,10 +71,11 @@ QDeclarativeItemView::~QDeclarativeItemView()
     Q_D(QDeclarativeItemView);
     // No handler may see the view while it is taken apart.
     blockSignals(true);
+    d->work.close();
     d->highlightTimeLine.clear();
     d->timeLine.clear();
     d->clear();
-    for (QDeclarativeItem *part : {d->headerItem, d->footerItem}) {
+    for (QDeclarativeItem *part : {d->headerItem.data(), d->footerItem.data()}) {
         if (part)
             QDeclarativeItemPrivate::get(part)->removeChangeListener(d, GeometryChange);
     }
@@ -87,9 +89,11 @@ QVariant QDeclarativeItemView::model() const
 void QDeclarativeItemView::setModel(const QVariant &model)
 {
     Q_D(QDeclarativeItemView);
-    if (model == this->model())
+    if (model == this->model() || d->work.postpone([=] { setModel(model); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
+    d->keptChanges.clear();
     {
         // What the model has to say of its new rows is said below.
         const QSignalBlocker blocker(d->visualModel);
@@ -104,8 +108,8 @@ void QDeclarativeItemView::setModel(const QVariant &model)
             d->updateCurrent(keeps ? d->currentIndex : 0);
         }
     }
-    Q_EMIT modelChanged();
-    Q_EMIT countChanged();
+    d->announce(&QDeclarativeItemView::modelChanged);
+    d->announce(&QDeclarativeItemView::countChanged);
 }
 
 QQmlComponent *QDeclarativeItemView::delegate() const
@@ -116,16 +120,19 @@ QQmlComponent *QDeclarativeItemView::delegate() const
 void QDeclarativeItemView::setDelegate(QQmlComponent *delegate)
 {
     Q_D(QDeclarativeItemView);
-    if (delegate == this->delegate())
+    const QPointer<QQmlComponent> guard(delegate);
+    if (delegate == this->delegate() || d->work.postpone([=] { setDelegate(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
+    d->keptChanges.clear();
     {
         const QSignalBlocker blocker(d->visualModel);
         d->visualModel->setDelegate(delegate);
     }
     if (isComponentComplete())
         d->regenerate();
-    Q_EMIT delegateChanged();
+    d->announce(&QDeclarativeItemView::delegateChanged);
 }
 
 int QDeclarativeItemView::currentIndex() const
@@ -136,6 +143,9 @@ int QDeclarativeItemView::currentIndex() const
 void QDeclarativeItemView::setCurrentIndex(int index)
 {
     Q_D(QDeclarativeItemView);
+    if (d->work.postpone([=] { setCurrentIndex(index); }))
+        return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->currentIsCleared = index == -1;
     if (isComponentComplete() && d->visualModel->isValid()) {
         d->flushLayout();
@@ -166,13 +176,15 @@ QQmlComponent *QDeclarativeItemView::highlight() const
 void QDeclarativeItemView::setHighlight(QQmlComponent *component)
 {
     Q_D(QDeclarativeItemView);
-    if (component == d->highlightComponent)
+    const QPointer<QQmlComponent> guard(component);
+    if (component == d->highlightComponent || d->work.postpone([=] { setHighlight(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->highlightComponent = component;
     d->createHighlight();
     if (d->currentItem)
         d->updateHighlight();
-    Q_EMIT highlightChanged();
+    d->announce(&QDeclarativeItemView::highlightChanged);
 }
 
 QDeclarativeItem *QDeclarativeItemView::highlightItem() const
@@ -188,13 +200,14 @@ bool QDeclarativeItemView::highlightFollowsCurrentItem() const
 void QDeclarativeItemView::setHighlightFollowsCurrentItem(bool follows)
 {
     Q_D(QDeclarativeItemView);
-    if (follows == d->highlightFollows)
+    if (follows == d->highlightFollows || d->work.postpone([=] { setHighlightFollowsCurrentItem(follows); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->highlightFollows = follows;
     if (!follows)
         d->highlightTimeLine.clear();
     d->updateHighlight();
-    Q_EMIT highlightFollowsCurrentItemChanged();
+    d->announce(&QDeclarativeItemView::highlightFollowsCurrentItemChanged);
 }
 
 int QDeclarativeItemView::highlightMoveDuration() const
@@ -278,12 +291,13 @@ Qt::LayoutDirection QDeclarativeItemView::layoutDirection() const
 void QDeclarativeItemView::setLayoutDirection(Qt::LayoutDirection direction)
 {
     Q_D(QDeclarativeItemView);
-    if (direction == d->layoutDirection)
+    if (direction == d->layoutDirection || d->work.postpone([=] { setLayoutDirection(direction); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->layoutDirection = direction;
     if (isComponentComplete())
         d->regenerate();
-    Q_EMIT layoutDirectionChanged();
+    d->announce(&QDeclarativeItemView::layoutDirectionChanged);
 }
 
 bool QDeclarativeItemView::isWrapEnabled() const
@@ -323,12 +337,14 @@ QQmlComponent *QDeclarativeItemView::header() const
 void QDeclarativeItemView::setHeader(QQmlComponent *component)
 {
     Q_D(QDeclarativeItemView);
-    if (component == d->headerComponent)
+    const QPointer<QQmlComponent> guard(component);
+    if (component == d->headerComponent || d->work.postpone([=] { setHeader(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->headerComponent = component;
     if (isComponentComplete())
         d->recreate(&d->headerItem, component);
-    Q_EMIT headerChanged();
+    d->announce(&QDeclarativeItemView::headerChanged);
 }
 
 QQmlComponent *QDeclarativeItemView::footer() const
@@ -339,14 +355,16 @@ QQmlComponent *QDeclarativeItemView::footer() const
 void QDeclarativeItemView::setFooter(QQmlComponent *component)
 {
     Q_D(QDeclarativeItemView);
-    if (component == d->footerComponent)
+    const QPointer<QQmlComponent> guard(component);
+    if (component == d->footerComponent || d->work.postpone([=] { setFooter(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->footerComponent = component;
     if (isComponentComplete()) {
         d->recreate(&d->footerItem, component);
         d->QDeclarativeFlickablePrivate::fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
     }
-    Q_EMIT footerChanged();
+    d->announce(&QDeclarativeItemView::footerChanged);
 }
 
 void QDeclarativeItemView::setContentX(qreal x)
@@ -365,8 +383,10 @@ void QDeclarativeItemView::setContentY(qreal y)
 void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
 {
     Q_D(QDeclarativeItemView);
-    if (!d->visualModel->isValid() || index < 0 || index >= count() || mode < Beginning || mode > Contain)
+    if (!d->visualModel->isValid() || index < 0 || index >= count() || mode < Beginning || mode > Contain
+        || d->work.postpone([=] { positionViewAtIndex(index, mode); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->flushLayout();
     d->moveReason = QDeclarativeItemViewPrivate::Other;
     d->timeLine.reset(d->mainAxis());
@@ -444,6 +464,7 @@ void QDeclarativeItemView::componentComplete()
     d->recreate(&d->headerItem, d->headerComponent);
     d->recreate(&d->footerItem, d->footerComponent);
     QDeclarativeFlickable::componentComplete();
+    const QDeclarativeWork::Scope scope(&d->work);
     // From right to left, the first row is at the view's right edge, wherever that came to be.
     if (d->runsBackwards())
         d->setViewPosition(0);
@@ -470,8 +491,6 @@ void QDeclarativeItemView::geometryChanged(const QRectF &now, const QRectF &befo
     if (isComponentComplete() && d->runsBackwards() && now.width() != before.width())
         d->moveTo(d->x, d->x.value() + before.width() - now.width());
     QDeclarativeFlickable::geometryChanged(now, before);
-    if (isComponentComplete() && now.size() != before.size()) {
-        d->layout();
-        d->QDeclarativeFlickablePrivate::fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
-    }
+    if (isComponentComplete() && now.size() != before.size())
+        d->relayout();
 }

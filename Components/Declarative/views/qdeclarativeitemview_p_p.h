@@ -1,6 +1,8 @@
 #pragma once
 
+#include "engine/qdeclarativework_p.h"
 #include "flickable/qdeclarativeflickable_p_p.h"
+#include "models/qdeclarativekeptchanges_p.h"
 #include "qdeclarativeitemview_p.h"
 
 #include <functional>
@@ -9,7 +11,6 @@
 #include <vector>
 
 class QDeclarativeVisualModel;
-class QQmlChangeSet;
 
 /** An item that stands in a view, with the row that it shows; -1 where that row is gone. */
 class QDeclarativeViewItem
@@ -112,8 +113,11 @@ public:
     /** The row that a highlight at @p position is about, or -1. */
     virtual int rowUnder(qreal position) const;
     virtual void itemMade(Item *) { }
-    /** Makes an item that is to stand among the visible ones. */
-    virtual std::unique_ptr<Item> createRow(int index) { return createItem(index); }
+    /** Called for an item that is to stand among the visible ones. */
+    virtual void rowMade(Item *) { }
+    /** How far rows of the same kind are from each other along the scrolled direction, divided by those in a
+     * line. */
+    virtual qreal rowStep() const = 0;
 
     // Geometry along the scrolled direction.
     Axis &mainAxis() { return scrolled() == Qt::Horizontal ? x : y; }
@@ -148,6 +152,11 @@ public:
 
     // Items.
     std::unique_ptr<Item> createItem(int index);
+    /** Makes an item that is to stand among the visible ones; null where no more are to be made. */
+    std::unique_ptr<Item> createRow(int index);
+    qreal cacheLength() const;
+    void announce(void (QDeclarativeItemView::*signal)());
+    void dropRows();
     void releaseItem(std::unique_ptr<Item>);
     bool isUsed(const QDeclarativeItem *) const;
     void takeVisible(int slot);
@@ -162,6 +171,8 @@ public:
     void fillView();
     void releaseDeferred();
     void layout();
+    void relayout();
+    void layoutWhenIdle();
     void scheduleLayout();
     void flushLayout();
     void placeCurrent();
@@ -198,13 +209,15 @@ public:
     Item *appendMoved(MovedItems *, int index);
     void finishMove(MovedItems);
     void applyChanges(const QQmlChangeSet &, bool reset);
+    void applyKeptChanges();
+    void changeRows(const QQmlChangeSet &, Changes *);
     void resetRows();
     void insertRows(int index, int count, Changes *);
     void removeRows(int index, int count, Changes *);
     void moveRows(int from, int to, int count, Changes *);
     void detachRow(Item *);
     void finishChanges(const Changes &);
-    void recreate(QDeclarativeItem **part, QQmlComponent *);
+    void recreate(QPointer<QDeclarativeItem> *part, QQmlComponent *);
     void placeParts();
 
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
@@ -214,13 +227,15 @@ public:
     std::vector<std::unique_ptr<Item>> visibleItems;
     std::unique_ptr<Item> currentItem;
     std::vector<std::unique_ptr<Item>> partedItems; ///< left the view with a change that is under way
-    QDeclarativeItem *highlightItem = nullptr;
-    QDeclarativeItem *headerItem = nullptr;
-    QDeclarativeItem *footerItem = nullptr;
+    QPointer<QDeclarativeItem> highlightItem;
+    QPointer<QDeclarativeItem> headerItem;
+    QPointer<QDeclarativeItem> footerItem;
     QPointer<QQmlComponent> highlightComponent;
     QPointer<QQmlComponent> headerComponent;
     QPointer<QQmlComponent> footerComponent;
     QDeclarativeTimeLine highlightTimeLine;
+    QDeclarativeWork work;
+    QDeclarativeKeptChanges keptChanges;
     int visibleIndex = 0; ///< the first row in visibleItems
     int currentIndex = -1;
     int averageSize = 0; ///< of the visible items, what the unseen ones are taken to have
@@ -238,7 +253,8 @@ public:
     bool wraps = false;
     bool currentIsCleared = false;
     bool isNewItem = false;
-    bool layingOut = false;
+    bool hasTooManyRows = false; ///< some were left out, which has been told
+    bool layingOut = false; ///< the visible items must stay as they are
     bool hasJumped = false; ///< all items were given up, for others where these were expected
     bool movesInLayout = false; ///< the view went elsewhere while items were placed
     bool layoutScheduled = false;

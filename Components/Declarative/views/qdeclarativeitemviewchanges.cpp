@@ -1,7 +1,9 @@
 #include "models/qdeclarativevisualmodel_p.h"
 #include "qdeclarativeitemview_p_p.h"
 
-#include <private/qqmlchangeset_p.h>
+#include <QtCore/QScopedValueRollback>
+
+#include <utility>
 
 namespace {
 
@@ -43,31 +45,51 @@ static RowMove moveOf(const QQmlChangeSet &changes)
     return {changes.removes().first().index, changes.inserts().first().index, int(keys.count())};
 }
 
+void QDeclarativeItemViewPrivate::applyKeptChanges()
+{
+    const QDeclarativeKeptChanges kept = std::exchange(keptChanges, {});
+    if (!kept.isEmpty())
+        applyChanges(kept.changes(), kept.isReset());
+}
+
 void QDeclarativeItemViewPrivate::applyChanges(const QQmlChangeSet &changes, bool reset)
 {
-    Q_Q(QDeclarativeItemView);
     if (!componentIsComplete) {
-        Q_EMIT q->countChanged();
+        announce(&QDeclarativeItemView::countChanged);
         return;
     }
+    if (work.isInHand()) {
+        if (keptChanges.isEmpty())
+            work.postponeFirst([this] { applyKeptChanges(); });
+        keptChanges.add(changes, reset);
+        return;
+    }
+    const QDeclarativeWork::Scope scope(&work);
     if (reset) {
         resetRows();
         return;
     }
     Changes done;
     moveReason = Other;
-    const RowMove move = moveOf(changes);
-    if (move.count > 0) {
-        moveRows(move.from, move.to, move.count, &done);
-    } else {
-        for (const auto &change : changes.removes())
-            removeRows(change.index, change.count, &done);
-        for (const auto &change : changes.inserts())
-            insertRows(change.index, change.count, &done);
+    {
+        const QScopedValueRollback<bool> guard(layingOut, true);
+        const RowMove move = moveOf(changes);
+        if (move.count > 0)
+            moveRows(move.from, move.to, move.count, &done);
+        else
+            changeRows(changes, &done);
     }
     finishChanges(done);
     if (changes.difference() != 0)
-        Q_EMIT q->countChanged();
+        announce(&QDeclarativeItemView::countChanged);
+}
+
+void QDeclarativeItemViewPrivate::changeRows(const QQmlChangeSet &changes, Changes *done)
+{
+    for (const auto &change : changes.removes())
+        removeRows(change.index, change.count, done);
+    for (const auto &change : changes.inserts())
+        insertRows(change.index, change.count, done);
 }
 
 void QDeclarativeItemViewPrivate::insertRows(int index, int count, Changes *done)
@@ -223,13 +245,12 @@ void QDeclarativeItemViewPrivate::moveRows(int from, int to, int count, Changes 
 
 void QDeclarativeItemViewPrivate::finishChanges(const Changes &done)
 {
-    Q_Q(QDeclarativeItemView);
     const int rows = visualModel->count();
     if (done.lostCurrent >= 0) {
         currentIndex = -1;
         updateCurrent(qMin(done.lostCurrent, rows - 1));
     } else if (done.currentMoved) {
-        Q_EMIT q->currentIndexChanged();
+        Q_EMIT q_func()->currentIndexChanged();
     } else if (!currentItem && currentIndex < 0 && !currentIsCleared && rows > 0) {
         updateCurrent(0);
     }
@@ -258,7 +279,6 @@ void QDeclarativeItemViewPrivate::finishChanges(const Changes &done)
 
 void QDeclarativeItemViewPrivate::resetRows()
 {
-    Q_Q(QDeclarativeItemView);
     const int current = currentIndex;
     clear();
     setViewPosition(0);
@@ -267,7 +287,7 @@ void QDeclarativeItemViewPrivate::resetRows()
     const int rows = visualModel->count();
     if (visualModel->isValid() && rows > 0 && (current >= 0 || !currentIsCleared))
         updateCurrent(qBound(0, current, rows - 1));
-    Q_EMIT q->countChanged();
+    announce(&QDeclarativeItemView::countChanged);
 }
 
 /** Drops an item that went without being asked to, with its model. */
@@ -286,6 +306,9 @@ void QDeclarativeItemViewPrivate::itemDestroyed(QDeclarativeItem *item)
 
 void QDeclarativeItemViewPrivate::removeDelayed()
 {
+    if (work.postpone([this] { removeDelayed(); }))
+        return;
+    const QDeclarativeWork::Scope scope(&work);
     for (int slot = int(visibleItems.size()) - 1; slot >= 0; --slot) {
         const Item *item = visibleItems[slot].get();
         if (item->index < 0 && !item->attached->delayRemove())

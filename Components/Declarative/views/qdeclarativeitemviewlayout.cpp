@@ -7,8 +7,18 @@
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/QQmlComponent>
+#include <QtQml/QQmlInfo>
 
-QDeclarativeItemViewPrivate::QDeclarativeItemViewPrivate() = default;
+#include <utility>
+
+// More than any screen shows, and as many as are made well within a second.
+static const int mostRows = 10000;
+
+QDeclarativeItemViewPrivate::QDeclarativeItemViewPrivate()
+    : work([this] { dropRows(); })
+{
+}
+
 QDeclarativeItemViewPrivate::~QDeclarativeItemViewPrivate() = default;
 
 bool QDeclarativeItemViewPrivate::isRightToLeft() const
@@ -123,8 +133,10 @@ void QDeclarativeItemViewPrivate::dragStarting()
 void QDeclarativeItemViewPrivate::mirrorChange()
 {
     QDeclarativeFlickablePrivate::mirrorChange();
-    if (componentIsComplete)
-        regenerate();
+    if (!componentIsComplete || work.postpone([this] { regenerate(); }))
+        return;
+    const QDeclarativeWork::Scope scope(&work);
+    regenerate();
 }
 
 void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
@@ -135,6 +147,7 @@ void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
         movesInLayout = true;
         return;
     }
+    const QDeclarativeWork::Scope scope(&work);
     lazyRelease = true;
     refill();
     if (axis.flicking)
@@ -171,6 +184,9 @@ int QDeclarativeItemViewPrivate::rowUnder(qreal position) const
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(int index)
 {
     Q_Q(QDeclarativeItemView);
+    // The rows are no longer numbered as the view knows them.
+    if (!keptChanges.isEmpty() || work.isExhausted())
+        return nullptr;
     requestedIndex = index;
     isNewItem = false;
     QGraphicsObject *object = visualModel->item(index, content);
@@ -191,6 +207,42 @@ std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(in
         this, QDeclarativeItemChanges(GeometryChange) | DestroyedChange);
     itemMade(made.get());
     return made;
+}
+
+std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createRow(int index)
+{
+    if (visibleItems.size() >= size_t(mostRows)) {
+        if (!std::exchange(hasTooManyRows, true))
+            qmlWarning(q_func()) << QDeclarativeItemView::tr("Only %1 rows are shown at once").arg(mostRows);
+        return nullptr;
+    }
+    auto item = createItem(index);
+    if (item)
+        rowMade(item.get());
+    return item;
+}
+
+/** How far the view makes items beyond what is seen: no more of them than have room in it. */
+qreal QDeclarativeItemViewPrivate::cacheLength() const
+{
+    const qreal most = mostRows / 4 * qMax<qreal>(1, rowStep());
+    return qBound(-most, qreal(cacheBuffer), most);
+}
+
+/** Says that something has changed, once the view is done with what it is about. */
+void QDeclarativeItemViewPrivate::announce(void (QDeclarativeItemView::*signal)())
+{
+    Q_Q(QDeclarativeItemView);
+    if (!work.postpone([q, signal] { Q_EMIT(q->*signal)(); }))
+        Q_EMIT(q->*signal)();
+}
+
+/** Shows nothing, until the next change from outside. */
+void QDeclarativeItemViewPrivate::dropRows()
+{
+    const QDeclarativeWork::Scope scope(&work);
+    keptChanges.clear();
+    clear();
 }
 
 bool QDeclarativeItemViewPrivate::isUsed(const QDeclarativeItem *item) const
@@ -258,6 +310,8 @@ int QDeclarativeItemViewPrivate::lastVisibleIndex() const
 
 void QDeclarativeItemViewPrivate::clear()
 {
+    const QDeclarativeWork::Scope scope(&work);
+    const QScopedValueRollback<bool> guard(layingOut, true);
     timeLine.reset(mainAxis());
     highlightTimeLine.clear();
     while (!visibleItems.empty()) {
@@ -301,6 +355,22 @@ void QDeclarativeItemViewPrivate::flushLayout()
         layout();
 }
 
+/** Lays out for what QML has set, at once unless that was in the middle of other work. */
+void QDeclarativeItemViewPrivate::layoutWhenIdle()
+{
+    if (!work.postpone([this] { layout(); }))
+        layout();
+}
+
+/** Lays out for another size. */
+void QDeclarativeItemViewPrivate::relayout()
+{
+    if (work.postpone([this] { relayout(); }))
+        return;
+    layout();
+    QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
+}
+
 void QDeclarativeItemViewPrivate::placeCurrent()
 {
     if (!currentItem || currentIndex < 0)
@@ -318,6 +388,7 @@ void QDeclarativeItemViewPrivate::layout()
         scheduleLayout();
         return;
     }
+    const QDeclarativeWork::Scope scope(&work);
     layoutScheduled = false;
     if (visibleItems.empty() && visualModel->count() == 0) {
         if (visualModel->isValid()) {
@@ -344,6 +415,7 @@ void QDeclarativeItemViewPrivate::refill()
 {
     if (!visualModel->isValid() || layingOut)
         return;
+    const QDeclarativeWork::Scope scope(&work);
     hasJumped = false;
     movesInLayout = false;
     fillView();
@@ -355,8 +427,8 @@ void QDeclarativeItemViewPrivate::refill()
 void QDeclarativeItemViewPrivate::fillView()
 {
     const QScopedValueRollback<bool> guard(layingOut, true);
-    const qreal from = viewPosition() - cacheBuffer;
-    const qreal to = viewPosition() + viewLength() + cacheBuffer;
+    const qreal from = viewPosition() - cacheLength();
+    const qreal to = viewPosition() + viewLength() + cacheLength();
     bool changed = addVisible(from, to);
     // While the view moves, items are not destroyed in the frame in which others are made.
     if (!lazyRelease || !changed || deferredRelease) {
@@ -415,6 +487,11 @@ void QDeclarativeItemViewPrivate::updateCurrent(int index)
         updateHighlight();
         return;
     }
+    const QDeclarativeWork::Scope scope(&work);
+    if (!keptChanges.isEmpty()) {
+        work.postpone([=] { updateCurrent(index); });
+        return;
+    }
     auto item = index >= 0 ? createItem(index) : nullptr;
     currentIndex = index;
     setCurrent(std::move(item));
@@ -422,10 +499,9 @@ void QDeclarativeItemViewPrivate::updateCurrent(int index)
 
 void QDeclarativeItemViewPrivate::createHighlight()
 {
-    Q_Q(QDeclarativeItemView);
     const bool had = highlightItem;
     highlightTimeLine.clear();
-    delete highlightItem;
+    discard(highlightItem);
     highlightItem = nullptr;
     if (currentItem)
         highlightItem =
@@ -435,7 +511,7 @@ void QDeclarativeItemViewPrivate::createHighlight()
         placeHighlight();
     }
     if (had || highlightItem)
-        Q_EMIT q->highlightItemChanged();
+        Q_EMIT q_func()->highlightItemChanged();
 }
 
 void QDeclarativeItemViewPrivate::updateHighlight()
@@ -505,15 +581,16 @@ void QDeclarativeItemViewPrivate::highlightMoved()
 }
 
 /** Replaces the header or the footer. */
-void QDeclarativeItemViewPrivate::recreate(QDeclarativeItem **part, QQmlComponent *component)
+void QDeclarativeItemViewPrivate::recreate(QPointer<QDeclarativeItem> *part, QQmlComponent *component)
 {
     if (*part)
-        QDeclarativeItemPrivate::get(*part)->removeChangeListener(this, GeometryChange);
-    delete *part;
+        QDeclarativeItemPrivate::get(part->data())->removeChangeListener(this, GeometryChange);
+    discard(*part);
+    *part = nullptr;
     *part = component ? createPart(component, content) : nullptr;
     if (*part) {
         (*part)->setZValue(1);
-        QDeclarativeItemPrivate::get(*part)->addChangeListener(this, GeometryChange);
+        QDeclarativeItemPrivate::get(part->data())->addChangeListener(this, GeometryChange);
     }
     placeParts();
 }

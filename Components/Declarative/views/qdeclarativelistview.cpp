@@ -69,6 +69,7 @@ void QDeclarativeListViewAttached::setSections(const QString &previous, const QS
 
 QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
     : highlightPlace([this](qreal place) {
+        const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             placeAt(highlightItem, place);
         highlightMoved();
@@ -76,6 +77,7 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
     , highlightLength([this](qreal length) {
         if (!highlightItem)
             return;
+        const QDeclarativeWork::Scope scope(&work);
         const qreal place = placeOf(highlightItem);
         if (scrolled() == Qt::Horizontal)
             highlightItem->setWidth(length);
@@ -161,7 +163,7 @@ void QDeclarativeListView::setSpacing(qreal spacing)
         return;
     d->spacing = spacing;
     if (isComponentComplete())
-        d->layout();
+        d->layoutWhenIdle();
     Q_EMIT spacingChanged();
 }
 
@@ -173,8 +175,9 @@ QDeclarativeListView::Orientation QDeclarativeListView::orientation() const
 void QDeclarativeListView::setOrientation(Orientation orientation)
 {
     Q_D(QDeclarativeListView);
-    if (orientation == d->orientation)
+    if (orientation == d->orientation || d->work.postpone([=] { setOrientation(orientation); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
     d->setViewPosition(0);
     d->setContentSize(d->mainAxis(), -1);
@@ -192,12 +195,9 @@ QDeclarativeViewSection *QDeclarativeListView::section()
         d->section = new QDeclarativeViewSection(this);
         connect(d->section, &QDeclarativeViewSection::propertyChanged, this, [d] {
             d->watchSections();
-            d->layout();
+            d->layoutWhenIdle();
         });
-        connect(d->section, &QDeclarativeViewSection::delegateChanged, this, [d] {
-            d->dropHeadings();
-            d->layout();
-        });
+        connect(d->section, &QDeclarativeViewSection::delegateChanged, this, [d] { d->dropHeadings(); });
     }
     return d->section;
 }

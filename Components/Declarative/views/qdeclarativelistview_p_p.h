@@ -50,7 +50,8 @@ public:
     qreal flickTarget(qreal natural, qreal velocity) const override;
     void viewMoved() override;
     void itemMade(Item *) override;
-    std::unique_ptr<Item> createRow(int index) override;
+    void rowMade(Item *item) override { updateHeading(item); }
+    qreal rowStep() const override { return step(); }
     qreal travelEnd(const Axis &) const override;
 
     qreal step() const { return averageSize + spacing; }
@@ -70,6 +71,7 @@ public:
     void watchSections();
     void updateSections();
     void updateHeading(Item *);
+    void dropHeading(QDeclarativeListItem *);
     void dropHeadings();
 
     QDeclarativeViewSection *section = nullptr;

@@ -9,7 +9,7 @@
 
 QDeclarativeListItem::~QDeclarativeListItem()
 {
-    delete heading;
+    QDeclarativeItemPrivate::discard(heading);
 }
 
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::newItem(QDeclarativeItem *item) const
@@ -136,14 +136,6 @@ void QDeclarativeListViewPrivate::addSkipped()
     placeVisible();
 }
 
-std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createRow(int index)
-{
-    auto item = createItem(index);
-    if (item)
-        updateHeading(item.get());
-    return item;
-}
-
 bool QDeclarativeListViewPrivate::append(qreal to)
 {
     const int last = lastVisibleIndex();
@@ -233,7 +225,7 @@ void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
 {
     const bool atEnd = slot == int(visibleItems.size());
     const qreal start = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
-    const qreal from = viewPosition() - cacheBuffer;
+    const qreal from = viewPosition() - cacheLength();
     qreal position = start;
     int made = 0;
     for (; made < count && position > from; ++made) {
@@ -258,7 +250,7 @@ void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
 {
     const bool atEnd = slot == int(visibleItems.size());
     qreal position = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
-    const qreal to = viewPosition() + viewLength() + cacheBuffer;
+    const qreal to = viewPosition() + viewLength() + cacheLength();
     int made = 0;
     for (; made < count && position <= to; ++made) {
         auto item = createRow(index + made);
@@ -311,7 +303,7 @@ void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
     int start = index;
     for (; items.rows.count(start - 1) > 0; --start)
         above += items.rows[start - 1]->size() + spacing;
-    const qreal end = viewPosition() + viewLength() + cacheBuffer;
+    const qreal end = viewPosition() + viewLength() + cacheLength();
     qreal next = position - above;
     for (int row = start; row < visualModel->count() && (next <= end || items.rows.count(row) > 0); ++row) {
         if (skipsRows && row > to && row < to + count && row != current)
@@ -415,7 +407,7 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
         && attached->section() != attached->previousSection();
     const qreal position = item->position();
     if (listItem->heading && (!wants || listItem->headingSection != attached->section()))
-        delete listItem->heading;
+        dropHeading(listItem);
     if (!wants || listItem->heading)
         return;
     auto *context = new QQmlContext(qmlContext(q));
@@ -427,13 +419,24 @@ void QDeclarativeListViewPrivate::updateHeading(Item *item)
     setItemPosition(item, position);
 }
 
+void QDeclarativeListViewPrivate::dropHeading(QDeclarativeListItem *item)
+{
+    discard(item->heading);
+    item->heading = nullptr;
+}
+
+/** Takes the headings away, for those of another delegate. */
 void QDeclarativeListViewPrivate::dropHeadings()
 {
+    if (work.postpone([this] { dropHeadings(); }))
+        return;
+    const QDeclarativeWork::Scope scope(&work);
     for (const auto &item : visibleItems) {
         const qreal position = item->position();
-        delete static_cast<QDeclarativeListItem *>(item.get())->heading;
+        dropHeading(static_cast<QDeclarativeListItem *>(item.get()));
         setItemPosition(item.get(), position);
     }
+    layout();
 }
 
 void QDeclarativeListViewPrivate::viewMoved()

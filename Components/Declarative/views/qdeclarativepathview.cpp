@@ -18,6 +18,7 @@ QDeclarativePathViewAttached::QDeclarativePathViewAttached(QObject *object)
     m_isCurrentItem = making->isCurrent;
     m_attributes = new QQmlOpenMetaObject(this, making->view->attributeType);
     m_attributes->setCached(true);
+    m_attributeKeeper = making->view->attributeKeeper;
     const auto names = making->view->path ? making->view->attributes : QStringList();
     for (const QString &name : names)
         setAttribute(name, making->view->path->attributeAt(name, making->place));
@@ -63,6 +64,7 @@ QDeclarativePathView::QDeclarativePathView(QDeclarativeItem *parent)
 {
     Q_D(QDeclarativePathView);
     setFlag(ItemIsFocusScope);
+    d->work.setElement(this);
     setAcceptedMouseButtons(Qt::LeftButton);
     setFiltersChildEvents(true);
     d->visualModel = new QDeclarativeVisualModel(this);
@@ -73,10 +75,11 @@ QDeclarativePathView::QDeclarativePathView(QDeclarativeItem *parent)
 QDeclarativePathView::~QDeclarativePathView()
 {
     Q_D(QDeclarativePathView);
+    d->work.close();
     d->timeLine.clear();
     d->clear();
     if (d->highlightItem)
-        QDeclarativeItemPrivate::get(d->highlightItem)
+        QDeclarativeItemPrivate::get(d->highlightItem.data())
             ->removeChangeListener(d, QDeclarativeItemChanges(GeometryChange) | DestroyedChange);
 }
 
@@ -85,6 +88,7 @@ void QDeclarativePathView::componentComplete()
     Q_D(QDeclarativePathView);
     QDeclarativeItem::componentComplete();
     d->pathUpdated();
+    const QDeclarativeWork::Scope scope(&d->work);
     {
         // What the model has to say of its first rows is read below.
         const QSignalBlocker blocker(d->visualModel);
@@ -102,13 +106,14 @@ QVariant QDeclarativePathView::model() const
 void QDeclarativePathView::setModel(const QVariant &model)
 {
     Q_D(QDeclarativePathView);
-    if (model == this->model())
+    if (model == this->model() || d->work.postpone([=] { setModel(model); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
     d->visualModel->setModel(model);
     if (isComponentComplete())
         d->reload();
-    Q_EMIT modelChanged();
+    d->announce(&QDeclarativePathView::modelChanged);
 }
 
 QQmlComponent *QDeclarativePathView::delegate() const
@@ -119,13 +124,15 @@ QQmlComponent *QDeclarativePathView::delegate() const
 void QDeclarativePathView::setDelegate(QQmlComponent *delegate)
 {
     Q_D(QDeclarativePathView);
-    if (delegate == this->delegate())
+    const QPointer<QQmlComponent> guard(delegate);
+    if (delegate == this->delegate() || d->work.postpone([=] { setDelegate(guard); }))
         return;
+    const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
     d->visualModel->setDelegate(delegate);
     if (isComponentComplete())
         d->reload();
-    Q_EMIT delegateChanged();
+    d->announce(&QDeclarativePathView::delegateChanged);
 }
 
 QQuickPath *QDeclarativePathView::path() const
@@ -193,7 +200,8 @@ QQmlComponent *QDeclarativePathView::highlight() const
 void QDeclarativePathView::setHighlight(QQmlComponent *component)
 {
     Q_D(QDeclarativePathView);
-    if (component == d->highlightComponent)
+    const QPointer<QQmlComponent> guard(component);
+    if (component == d->highlightComponent || d->work.postpone([=] { setHighlight(guard); }))
         return;
     d->highlightComponent = component;
     if (isComponentComplete())

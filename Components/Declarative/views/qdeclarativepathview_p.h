@@ -4,6 +4,8 @@
 
 #include <QtCore/QPointer>
 
+#include <memory>
+
 #include <private/qquickpath_p.h>
 
 class QDeclarativePathView;
@@ -40,6 +42,7 @@ Q_SIGNALS:
 
 private:
     QPointer<QDeclarativePathView> m_view;
+    std::shared_ptr<QDeclarativePathViewAttached> m_attributeKeeper;
     QQmlOpenMetaObject *m_attributes = nullptr; ///< belongs to Qt's object data; null outside of delegates
     bool m_isCurrentItem = false;
     bool m_isOnPath = false;

@@ -1,16 +1,18 @@
 #pragma once
 
+#include "engine/qdeclarativework_p.h"
 #include "flickable/qdeclarativetimeline_p.h"
 #include "item/qdeclarativeitem_p.h"
+#include "models/qdeclarativekeptchanges_p.h"
 #include "qdeclarativepathview_p.h"
 
 #include <QtCore/QElapsedTimer>
 
+#include <memory>
 #include <vector>
 
 class QDeclarativeVisualModel;
 class QGraphicsSceneMouseEvent;
-class QQmlChangeSet;
 class QQmlOpenMetaObjectType;
 
 class QDeclarativePathViewPrivate : public QDeclarativeItemPrivate, public QDeclarativeItemChangeListener
@@ -78,6 +80,10 @@ public:
 
     // Model.
     void rowsChanged(const QQmlChangeSet &, bool reset);
+    void applyChanges(const QQmlChangeSet &);
+    void applyKeptChanges();
+    void announce(void (QDeclarativePathView::*signal)());
+    void dropRows();
     void finishChanges(int count, int current, qreal start);
     void setRowCount(int);
     void reload();
@@ -112,12 +118,15 @@ public:
 
     QDeclarativeVisualModel *visualModel = nullptr;
     QQmlOpenMetaObjectType *attributeType = nullptr;
+    std::shared_ptr<QDeclarativePathViewAttached> attributeKeeper;
     QStringList attributes; ///< of the path
     QPointer<QQuickPath> path;
     QPointer<QQmlComponent> highlightComponent;
-    QDeclarativeItem *highlightItem = nullptr;
-    QDeclarativePathViewAttached *highlightAttached = nullptr;
+    QPointer<QDeclarativeItem> highlightItem;
+    QPointer<QDeclarativePathViewAttached> highlightAttached;
     std::vector<Row> rows;
+    QDeclarativeWork work;
+    QDeclarativeKeptChanges keptChanges;
     Value offsetValue;
     Value highlightValue;
     QDeclarativeTimeLine timeLine;

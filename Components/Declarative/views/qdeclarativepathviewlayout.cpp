@@ -41,7 +41,8 @@ qreal wrappedRows(qreal value, int count)
 const QDeclarativePathViewPrivate::Making *QDeclarativePathViewPrivate::making = nullptr;
 
 QDeclarativePathViewPrivate::QDeclarativePathViewPrivate()
-    : offsetValue(this, &QDeclarativePathViewPrivate::moveTo)
+    : work([this] { dropRows(); })
+    , offsetValue(this, &QDeclarativePathViewPrivate::moveTo)
     , highlightValue(this, &QDeclarativePathViewPrivate::placeHighlight)
 {
     clock.start();
@@ -114,6 +115,9 @@ qreal QDeclarativePathViewPrivate::nearestPlace(const QPointF &point, qreal *dis
 QDeclarativePathViewPrivate::Row QDeclarativePathViewPrivate::makeRow(int index, qreal place)
 {
     Q_Q(QDeclarativePathView);
+    // The rows are no longer numbered as the view knows them.
+    if (!keptChanges.isEmpty() || work.isExhausted())
+        return {nullptr, nullptr, index};
     QGraphicsObject *object = nullptr;
     QDeclarativePathViewAttached *attached = nullptr;
     {
@@ -186,6 +190,7 @@ void QDeclarativePathViewPrivate::layOut()
         layOutAgain = true;
         return;
     }
+    const QDeclarativeWork::Scope scope(&work);
     const QScopedValueRollback<bool> guard(layingOut, true);
     int pass = 0;
     do {
@@ -223,16 +228,9 @@ void QDeclarativePathViewPrivate::layOutRows()
 
 void QDeclarativePathViewPrivate::addRow(int index)
 {
-    Row row = makeRow(index, placeOf(index));
+    const Row row = makeRow(index, placeOf(index));
     if (!row.item) {
-        refused = !layOutAgain;
-        return;
-    }
-    // Making it may have changed the model.
-    if (layOutAgain)
-        row.index = visualModel->instance() ? visualModel->instance()->indexOf(row.item, nullptr) : -1;
-    if (row.index < 0 || row.index >= rowCount) {
-        releaseRow(row);
+        refused = !layOutAgain && keptChanges.isEmpty() && !work.isExhausted();
         return;
     }
     rows.push_back(row);
@@ -245,13 +243,18 @@ void QDeclarativePathViewPrivate::addRow(int index)
 void QDeclarativePathViewPrivate::pathUpdated()
 {
     Q_Q(QDeclarativePathView);
-    if (!componentIsComplete)
+    if (!componentIsComplete || work.postpone([this] { pathUpdated(); }))
         return;
     attributes = path ? path->attributes() : QStringList();
     pathSteps = hasPath() ? qMax<qreal>(1, std::ceil(path->path().length() * stepsPerPixel)) : 1;
-    if (!attributeType)
+    if (!attributeType) {
         attributeType =
             new QQmlOpenMetaObjectType(&QDeclarativePathViewAttached::staticMetaObject, qmlEngine(q));
+        // What the type caches is read from its first object for as long as there are others.
+        const QScopedValueRollback<const Making *> nothing(making, nullptr);
+        attributeKeeper = std::make_shared<QDeclarativePathViewAttached>(nullptr);
+        (new QQmlOpenMetaObject(attributeKeeper.get(), attributeType))->setCached(true);
+    }
     QVector<QByteArray> known;
     for (int i = 0; i < attributeType->propertyCount(); ++i)
         known.append(attributeType->propertyName(i));
@@ -281,7 +284,7 @@ void QDeclarativePathViewPrivate::itemGeometryChanged(QDeclarativeItem *item, co
 void QDeclarativePathViewPrivate::itemDestroyed(QDeclarativeItem *item)
 {
     if (item == highlightItem)
-        highlightItem = nullptr;
+        highlightItem.clear();
     rows.erase(std::remove_if(rows.begin(), rows.end(), [item](const Row &row) { return row.item == item; }),
                rows.end());
     if (layingOut)
@@ -290,16 +293,17 @@ void QDeclarativePathViewPrivate::itemDestroyed(QDeclarativeItem *item)
 
 void QDeclarativePathViewPrivate::createHighlight()
 {
-    Q_Q(QDeclarativePathView);
+    const QDeclarativeWork::Scope scope(&work);
     const bool had = highlightItem;
     timeLine.reset(highlightValue);
     highlightMoves = false;
     if (highlightItem)
-        QDeclarativeItemPrivate::get(highlightItem)->removeChangeListener(this, heard);
-    delete std::exchange(highlightItem, nullptr);
+        QDeclarativeItemPrivate::get(highlightItem.data())->removeChangeListener(this, heard);
+    discard(highlightItem);
+    highlightItem = nullptr;
     makeHighlight();
     if (had || highlightItem)
-        Q_EMIT q->highlightItemChanged();
+        Q_EMIT q_func()->highlightItemChanged();
 }
 
 void QDeclarativePathViewPrivate::makeHighlight()
@@ -331,6 +335,7 @@ void QDeclarativePathViewPrivate::placeHighlight(qreal place)
 {
     if (!highlightItem || !hasPath() || rowCount <= 0)
         return;
+    const QDeclarativeWork::Scope scope(&work);
     if (highlightMoves)
         place -= std::floor(place);
     if (place >= 1) {

@@ -5,6 +5,7 @@
 #include <QtCore/QHash>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -97,16 +98,17 @@ void RowChanges::insert(const QQmlChangeSet::Change &change)
 
 void QDeclarativePathViewPrivate::setRowCount(int count)
 {
-    Q_Q(QDeclarativePathView);
     if (count == rowCount)
         return;
     rowCount = count;
-    Q_EMIT q->countChanged();
+    Q_EMIT q_func()->countChanged();
 }
 
 /** Takes the rows as they now are, of which nothing was known before. */
 void QDeclarativePathViewPrivate::reload()
 {
+    const QDeclarativeWork::Scope scope(&work);
+    keptChanges.clear();
     stop();
     const int rowsNow = visualModel->count();
     setRowCount(rowsNow);
@@ -136,13 +138,47 @@ void QDeclarativePathViewPrivate::rowsChanged(const QQmlChangeSet &changes, bool
 {
     if (!componentIsComplete)
         return;
+    if (work.isInHand()) {
+        if (keptChanges.isEmpty())
+            work.postponeFirst([this] { applyKeptChanges(); });
+        keptChanges.add(changes, reset);
+        return;
+    }
+    const QDeclarativeWork::Scope scope(&work);
     if (reset) {
         clear();
         reload();
-        return;
+    } else if (!changes.removes().isEmpty() || !changes.inserts().isEmpty()) {
+        applyChanges(changes);
     }
-    if (changes.removes().isEmpty() && changes.inserts().isEmpty())
-        return;
+}
+
+void QDeclarativePathViewPrivate::applyKeptChanges()
+{
+    const QDeclarativeKeptChanges kept = std::exchange(keptChanges, {});
+    if (!kept.isEmpty())
+        rowsChanged(kept.changes(), kept.isReset());
+}
+
+/** Says that something has changed, once the view is done with what it is about. */
+void QDeclarativePathViewPrivate::announce(void (QDeclarativePathView::*signal)())
+{
+    Q_Q(QDeclarativePathView);
+    if (!work.postpone([q, signal] { Q_EMIT(q->*signal)(); }))
+        Q_EMIT(q->*signal)();
+}
+
+/** Shows nothing, until the next change from outside. */
+void QDeclarativePathViewPrivate::dropRows()
+{
+    const QDeclarativeWork::Scope scope(&work);
+    keptChanges.clear();
+    clear();
+    rowCount = visualModel->count();
+}
+
+void QDeclarativePathViewPrivate::applyChanges(const QQmlChangeSet &changes)
+{
     stop();
     RowChanges done(*this);
     for (const auto &change : changes.removes())

@@ -28,7 +28,6 @@ qreal wrapped(qreal value, qreal range)
 /** Moves the rows to @p value at once, brought into the circle of the rows. */
 void QDeclarativePathViewPrivate::moveTo(qreal value)
 {
-    Q_Q(QDeclarativePathView);
     qreal target = value;
     if (componentIsComplete && rowCount > 0) {
         target = wrapped(value, rowCount);
@@ -40,7 +39,7 @@ void QDeclarativePathViewPrivate::moveTo(qreal value)
         return;
     offset = target;
     layOut();
-    Q_EMIT q->offsetChanged();
+    Q_EMIT q_func()->offsetChanged();
     if (moving)
         followOffset();
 }
@@ -54,12 +53,12 @@ void QDeclarativePathViewPrivate::followOffset()
 
 void QDeclarativePathViewPrivate::changeCurrent(int index)
 {
-    Q_Q(QDeclarativePathView);
     if (index == currentIndex)
         return;
     currentIndex = index;
+    const QDeclarativeWork::Scope scope(&work);
     updateCurrentItem();
-    Q_EMIT q->currentIndexChanged();
+    Q_EMIT q_func()->currentIndexChanged();
 }
 
 void QDeclarativePathViewPrivate::updateCurrentItem()
@@ -75,12 +74,13 @@ void QDeclarativePathViewPrivate::updateCurrentItem()
 
 void QDeclarativePathViewPrivate::setCurrent(int index, Direction direction)
 {
-    Q_Q(QDeclarativePathView);
+    if (work.postpone([=] { setCurrent(index, direction); }))
+        return;
     if (!componentIsComplete || rowCount <= 0) {
         // Kept until there are rows.
         if (index != currentIndex) {
             currentIndex = index;
-            Q_EMIT q->currentIndexChanged();
+            Q_EMIT q_func()->currentIndexChanged();
         }
         return;
     }

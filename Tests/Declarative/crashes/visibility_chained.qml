@@ -1,0 +1,7 @@
+import QtQuick 1.1
+Item { id: top; width: 400; height: 400
+  Component { id: box; Item { property Item before; visible: before ? before.visible : true } }
+  Component.onCompleted: { var last = box.createObject(top); top.first = last; for (var i = 0; i < 5000; ++i) last = box.createObject(top, {"before": last}); top.first.visible = false }
+  property Item first
+  MouseArea { anchors.fill: parent; onClicked: top.first.visible = !top.first.visible }
+}
