@@ -308,8 +308,8 @@ void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsI
         return;
     const QRectF rect(0, 0, d->itemWidth, d->itemHeight);
     const QPainter::RenderHints hints = painter->renderHints();
-    painter->setRenderHint(QPainter::Antialiasing, d->isSmooth);
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, d->isSmooth);
+    if (d->isSmooth)
+        painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (!bordered && d->radius <= 0)
         painter->fillRect(rect, d->fill(rect));
     else if (d->canTile(painter))

@@ -108,13 +108,16 @@ void QDeclarativeAnimatedImagePrivate::open(MoviePointer candidate)
     if (!showFirstFrame()) {
         qmlWarning(q) << "Error Reading Animated Image File " << url.toString();
         movie.reset();
-        finish(QDeclarativeImageBase::Error, 1);
+        finish(QDeclarativeImageBase::Error, data.isOpen() ? 1 : 0);
         return;
     }
     const QMovie *opened = movie.get();
     finish(QDeclarativeImageBase::Ready, 1);
-    if (movie.get() == opened)
-        follow();
+    if (movie.get() != opened)
+        return;
+    follow();
+    if (!playing)
+        Q_EMIT q->frameChanged();
 }
 
 /** Goes to @p frame, if there is one, as most formats allow it: from the first frame onwards. */
@@ -141,9 +144,10 @@ bool QDeclarativeAnimatedImagePrivate::showFirstFrame()
     const int frame = playing ? firstFrame - 1 : firstFrame;
     if (frame >= 0)
         seek(frame);
-    if (playing)
+    if (playing) {
         movie->start();
-    movie->setPaused(paused);
+        movie->setPaused(paused); // would start it as well
+    }
     picture = movie->currentPixmap();
     return !picture.isNull();
 }
@@ -231,6 +235,15 @@ int QDeclarativeAnimatedImage::frameCount() const
 {
     Q_D(const QDeclarativeAnimatedImage);
     return d->movie ? d->movie->frameCount() : 0;
+}
+
+void QDeclarativeAnimatedImage::componentComplete()
+{
+    Q_D(QDeclarativeAnimatedImage);
+    QDeclarativeImage::componentComplete();
+    // Only what the item shows at first begins with a given frame.
+    if (!d->reply)
+        d->firstFrame = 0;
 }
 
 void QDeclarativeAnimatedImage::load()

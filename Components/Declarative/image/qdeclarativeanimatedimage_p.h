@@ -28,7 +28,7 @@ public:
     void setPlaying(bool);
     bool isPaused() const;
     void setPaused(bool);
-    /** The number of the frame shown, from 0; also where playing starts, if set before there is a picture. */
+    /** The number of the frame shown, from 0; also where playing starts, if set before the item is complete. */
     int currentFrame() const;
     void setCurrentFrame(int);
     int frameCount() const;
@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 protected:
     void load() override;
+    void componentComplete() override;
 
 private:
     Q_DISABLE_COPY(QDeclarativeAnimatedImage)

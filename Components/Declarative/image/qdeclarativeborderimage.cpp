@@ -146,10 +146,10 @@ void QDeclarativeBorderImagePrivate::draw(QPainter *painter) const
 {
     const QRect target(0, 0, int(itemWidth), int(itemHeight));
     const QMargins given = border ? border->margins() : QMargins();
-    const int left = qBound(0, given.left(), picture.width());
-    const int top = qBound(0, given.top(), picture.height());
-    const QMargins margins(left, top, qBound(0, given.right(), picture.width() - left),
-                           qBound(0, given.bottom(), picture.height() - top));
+    // Borders may overlap, but not reach out of the picture.
+    const QMargins margins(qBound(0, given.left(), picture.width()), qBound(0, given.top(), picture.height()),
+                           qBound(0, given.right(), picture.width()),
+                           qBound(0, given.bottom(), picture.height()));
     const auto times = [](int length, int tile) { return qint64(length) / qMax(1, tile) + 1; };
     const QSize tile = picture.rect().marginsRemoved(margins).size();
     QTileRules rules{Qt::TileRule(horizontalTileMode), Qt::TileRule(verticalTileMode)};
@@ -233,8 +233,8 @@ void QDeclarativeBorderImage::paint(QPainter *painter, const QStyleOptionGraphic
     if (d->picture.isNull() || d->itemWidth < 1 || d->itemHeight < 1)
         return;
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing, d->isSmooth);
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, d->isSmooth);
+    if (d->isSmooth)
+        painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (d->mirror) {
         painter->translate(d->itemWidth, 0);
         painter->scale(-1, 1);

@@ -9,13 +9,20 @@ QSizeF QDeclarativeImagePrivate::fittedSize() const
     const bool fits = fillMode == QDeclarativeImage::PreserveAspectFit;
     if (!fits && fillMode != QDeclarativeImage::PreserveAspectCrop)
         return QSizeF(itemWidth, itemHeight);
+    // What is to be fitted stays as large as it was when it goes.
     if (own.isEmpty())
-        return QSizeF(0, 0);
+        return paintedSize;
     if (!fits)
         return own.scaled(QSizeF(itemWidth, itemHeight), Qt::KeepAspectRatioByExpanding);
     // A side that nobody set does not enlarge the picture.
     const QSizeF frame(widthIsSet ? itemWidth : own.width(), heightIsSet ? itemHeight : own.height());
     return own.scaled(frame, Qt::KeepAspectRatio);
+}
+
+QSizeF QDeclarativeImagePrivate::originExtent() const
+{
+    // The size that was painted last counts, too, also when the item has become smaller just now.
+    return paintedSize.expandedTo(QSizeF(itemWidth, itemHeight));
 }
 
 QRectF QDeclarativeImagePrivate::paintedRect() const
@@ -123,9 +130,10 @@ void QDeclarativeImage::paint(QPainter *painter, const QStyleOptionGraphicsItem 
     Q_D(QDeclarativeImage);
     if (d->picture.isNull() || d->itemWidth <= 0 || d->itemHeight <= 0)
         return;
+    const auto smoothHints = QPainter::Antialiasing | QPainter::SmoothPixmapTransform;
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing, d->isSmooth);
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, d->isSmooth);
+    if (d->isSmooth)
+        painter->setRenderHints(smoothHints);
     if (clip() && d->fillMode == PreserveAspectCrop)
         painter->setClipRect(QRectF(0, 0, d->itemWidth, d->itemHeight), Qt::IntersectClip);
     if (d->mirror) {
@@ -134,6 +142,10 @@ void QDeclarativeImage::paint(QPainter *painter, const QStyleOptionGraphicsItem 
     }
     d->draw(painter);
     painter->restore();
+    // After a picture that is scaled and clipped what is painted later is smooth, too, as it has always been.
+    const bool isScaled = d->fillMode < Tile && d->picture.size() != QSizeF(d->itemWidth, d->itemHeight);
+    if (d->isSmooth && clip() && isScaled)
+        painter->setRenderHints(smoothHints);
 }
 
 #include "moc_qdeclarativeimage_p.cpp"

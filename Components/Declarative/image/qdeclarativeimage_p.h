@@ -55,6 +55,7 @@ class QDeclarativeImagePrivate : public QDeclarativeImageBasePrivate
 public:
     QSizeF fittedSize() const;
     QRectF paintedRect() const;
+    QSizeF originExtent() const override;
     void draw(QPainter *) const;
 
     QSizeF paintedSize = QSizeF(0, 0);

@@ -18,9 +18,23 @@ static bool isVectorFormat(const QByteArray &format)
     return format.startsWith("svg") || format == "pdf";
 }
 
+/** The size of a bitmap of the size @p own: no larger, and with one side given in its proportion. */
+static QSize boundedSize(const QSize &own, const QSize &wanted)
+{
+    if (wanted.width() <= 0)
+        return wanted.height() < own.height()
+            ? QSize(own.width() * wanted.height() / own.height(), wanted.height())
+            : own;
+    if (wanted.height() <= 0)
+        return wanted.width() < own.width()
+            ? QSize(wanted.width(), own.height() * wanted.width() / own.width())
+            : own;
+    return own.boundedTo(wanted);
+}
+
 bool QDeclarativeImageBasePrivate::scalesBitmap(const QUrl &url) const
 {
-    return !wantedSize.isEmpty() && url.scheme() != QLatin1String("image")
+    return (wantedSize.width() > 0 || wantedSize.height() > 0) && url.scheme() != QLatin1String("image")
         && !isVectorFormat(url.path().section(QLatin1Char('.'), -1).toLower().toLatin1());
 }
 
@@ -53,7 +67,7 @@ bool QDeclarativeImageBasePrivate::request(const QUrl &url)
     QQuickPixmap::Options options;
     options.setFlag(QQuickPixmap::Asynchronous, asynchronous);
     options.setFlag(QQuickPixmap::Cache, cache);
-    // Qt would keep the aspect ratio of a bitmap, so that one is loaded whole.
+    // Qt would keep the aspect ratio of a bitmap, or round it, so that one is loaded whole.
     const QSize size = scalesBitmap(url) ? QSize() : wantedSize;
     if (!QQuickPixmap::isCached(url, QRect(), size, 0, QQuickImageProviderOptions()))
         refused = refusal(url, size);
@@ -83,8 +97,8 @@ void QDeclarativeImageBasePrivate::take()
     }
     QImage image = loader.image();
     if (scalesBitmap(loader.url()))
-        image =
-            image.scaled(image.size().boundedTo(wantedSize), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        image = image.scaled(boundedSize(image.size(), wantedSize), Qt::IgnoreAspectRatio,
+                             Qt::SmoothTransformation);
     // The cache's picture is shared rather than copied, which looking for transparency in it would do.
     picture = QPixmap::fromImage(image, Qt::NoOpaqueDetection);
 }

@@ -98,6 +98,8 @@ public:
     QObjectList resourceObjects() const;
     static QList<QGraphicsObject *> childObjects(const QGraphicsItem *);
     QPointF computeTransformOrigin() const;
+    /** The size in which transformOrigin is a place. */
+    virtual QSizeF originExtent() const;
     void updateTransformOrigin();
     QRectF geometry() const;
 

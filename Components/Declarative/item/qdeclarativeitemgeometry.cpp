@@ -71,7 +71,13 @@ QPointF QDeclarativeItemPrivate::computeTransformOrigin() const
 {
     const qreal across = (origin % 3) / 2.0;
     const qreal down = (origin / 3) / 2.0;
-    return QPointF(itemWidth * across, itemHeight * down);
+    const QSizeF extent = originExtent();
+    return QPointF(extent.width() * across, extent.height() * down);
+}
+
+QSizeF QDeclarativeItemPrivate::originExtent() const
+{
+    return QSizeF(itemWidth, itemHeight);
 }
 
 void QDeclarativeItemPrivate::updateTransformOrigin()
