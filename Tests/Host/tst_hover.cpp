@@ -1,3 +1,4 @@
+#include "RealPointer.h"
 #include "TestClips.h"
 #include "TestHost.h"
 #include "TestPackage.h"
@@ -82,7 +83,6 @@ private:
     void click(const QPoint &globalPosition);
     QColor screenPixel(const QPoint &globalPosition) const;
     QColor tipPixel(int x, int y) const;
-    static QPoint placeOnScreen(const QWidget *window);
     VTWidget *tip() const { return m_session->window(); }
 
     std::unique_ptr<TestPackages> m_packages;
@@ -193,24 +193,6 @@ QColor tst_Hover::tipPixel(int x, int y) const
     return screenPixel(tip()->mapToGlobal(QPoint(x, y)));
 }
 
-/** Where the window is for the X server, whatever Qt believes. */
-QPoint tst_Hover::placeOnScreen(const QWidget *window)
-{
-    QProcess xdotool;
-    xdotool.start("xdotool", {"getwindowgeometry", "--shell", QString::number(window->winId())});
-    if (!xdotool.waitForFinished())
-        return {};
-    QPoint place;
-    const QByteArrayList lines = xdotool.readAll().split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith("X="))
-            place.setX(line.mid(2).toInt());
-        else if (line.startsWith("Y="))
-            place.setY(line.mid(2).toInt());
-    }
-    return place;
-}
-
 void tst_Hover::restingShowsTheTip()
 {
     startSession();
@@ -243,7 +225,7 @@ void tst_Hover::growingTipStaysWhereItIs()
         m_session->view()->setStayOpen(false);
         QTRY_COMPARE(tip()->height(), 81);
         QPoint onScreen;
-        QTRY_COMPARE((onScreen = placeOnScreen(tip())), place);
+        QTRY_COMPARE((onScreen = RealPointer::placeOf(tip())), place);
         QCOMPARE(tip()->pos(), place);
         tip()->hide();
         QCursor::setPos(900, 700);
