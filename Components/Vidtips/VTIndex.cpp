@@ -2,6 +2,7 @@
 
 #include "VTContext.h"
 #include "VTParseRecord_p.h"
+#include "VTShowLog_p.h"
 #include "VTXmlElement.h"
 #include "VTXmlParser.h"
 
@@ -198,6 +199,22 @@ QString localeOf(const VTXmlElement *root)
     return root ? root->attribute(QStringLiteral("locale")) : QString();
 }
 
+/** Returns why the control file at @p path does not give the entry of @p key; empty when it has none. */
+QString obstacleIn(const QString &path, const QString &key)
+{
+    QFile file(path);
+    if (!openRegular(file))
+        return QStringLiteral("cannot be read");
+    const Parsed parsed = parse(file, {contentFormat, key});
+    const std::unique_ptr<VTXmlElement> root(parsed.root);
+    const int entries = root ? root->children().size() : 0;
+    if (entries > 1)
+        return QStringLiteral("has the key %1 times").arg(entries);
+    if (entries == 1)
+        return QStringLiteral("has it for %1").arg(localeOf(root.get()));
+    return parsed.isComplete ? QString() : QStringLiteral("is malformed");
+}
+
 } // namespace
 
 struct VIDTIPS_NO_EXPORT VTIndex::Private
@@ -227,6 +244,7 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
     VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale &locale);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
+    QString filesWithout(const QString &key) const;
 
     QPointer<VTContext> context;
     VTContext emptyContext; // stands in for a context that is gone
@@ -284,6 +302,26 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     return parsed.root;
 }
 
+// Every file that has something to say of the key, and as many of the others as can be read in one line.
+QString VTIndex::Private::filesWithout(const QString &key) const
+{
+    constexpr int readable = 20;
+    QStringList files;
+    int more = 0;
+    for (const ControlFile &file : controlFiles) {
+        const QString obstacle = key.isEmpty() ? QString() : obstacleIn(file.path, key);
+        if (!obstacle.isEmpty())
+            files.append(QStringLiteral("%1 (%2)").arg(file.path, obstacle));
+        else if (files.size() < readable)
+            files.append(file.path);
+        else
+            ++more;
+    }
+    if (more > 0)
+        files.append(QStringLiteral("%1 more").arg(more));
+    return files.isEmpty() ? QStringLiteral("there are none") : files.join(QLatin1String(", "));
+}
+
 VTIndex::VTIndex(VTContext *context, const QStringList &)
     : d(new Private)
 {
@@ -326,9 +364,13 @@ VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QStri
         if (VTXmlElement *element = load(key, file.path, locale, root)) {
             depth = file.depth;
             directory = QFileInfo(file.path).absolutePath();
+            qCDebug(showLog, "\"%s\" for %s: found in %s", qUtf8Printable(key), qUtf8Printable(locale.name()),
+                    qUtf8Printable(file.path));
             return element;
         }
     }
+    qCDebug(showLog, "\"%s\" for %s: not found; control files: %s", qUtf8Printable(key),
+            qUtf8Printable(locale.name()), qUtf8Printable(d->filesWithout(key)));
     root = nullptr;
     return nullptr;
 }

@@ -4,6 +4,7 @@
 #include "VTContext.h"
 #include "VTIndex.h"
 #include "VTScrollBarComponent.h"
+#include "VTShowLog_p.h"
 #include "VTStyledRectangleComponent.h"
 #include "VTVideoComponent.h"
 #include "VTView.h"
@@ -68,6 +69,15 @@ bool hasKey(const VTXmlElement *content, const QString &key)
     return content && content->hasAttribute(keyAttribute()) && content->attribute(keyAttribute()) == key;
 }
 
+QString describeShown(const VTXmlElement *content, const QString &key)
+{
+    const QString file = content->attribute(QStringLiteral("VTLocation"));
+    const QString source = file.isEmpty() ? QStringLiteral("content that is in no file") : file;
+    if (hasKey(content, key))
+        return QStringLiteral("shows %1").arg(source);
+    return QStringLiteral("shows the fallback \"%1\" of %2").arg(content->attribute(keyAttribute()), source);
+}
+
 // Writes the insertion into what stands before the position, and returns where it starts.
 int putBefore(int position, const QString &insertion, QString *text)
 {
@@ -119,12 +129,17 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
         return context.get(key, defaultValue).toString();
     }
 
-    bool mayShow() const
+    /** Returns what keeps every tip from being shown; empty for nothing. */
+    QString obstacle() const
     {
         if (context.get(TipsOff, false).toBool())
-            return false;
-        const int modifiers = context.get(RequiredModifiers, 0).toInt();
-        return modifiers == 0 || int(QGuiApplication::keyboardModifiers()) == modifiers;
+            return QStringLiteral("TipsOff is set");
+        const int required = context.get(RequiredModifiers, 0).toInt();
+        const int held = int(QGuiApplication::keyboardModifiers());
+        if (required == 0 || held == required)
+            return {};
+        return QStringLiteral("RequiredModifiers is 0x%1, and 0x%2 are held")
+            .arg(QString::number(required, 16), QString::number(held, 16));
     }
 
     VTXmlElement *contentOnScreen(const QString &key) const
@@ -191,6 +206,12 @@ struct VTManager::ShowRequest
     QRect rect;
 
     QWidget *widget() const { return qobject_cast<QWidget *>(object.data()); }
+
+    void log(const QString &decision) const
+    {
+        qCDebug(showLog, "\"%s\" at %d,%d for %s: %s", qUtf8Printable(key), position.x(), position.y(),
+                qUtf8Printable(describe(object)), qUtf8Printable(decision));
+    }
 };
 
 VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &dataPaths, VTIndex *index)
@@ -517,27 +538,34 @@ QRect VTManager::referenceRect() const
 
 bool VTManager::show(const QString &key, const QPoint &position, QObject *object, const QRect &rect)
 {
-    if (!d->mayShow())
-        return false;
     const ShowRequest request{key, position, object, rect};
+    const QString obstacle = d->obstacle();
+    if (!obstacle.isEmpty()) {
+        request.log(QStringLiteral("not shown, as %1").arg(obstacle));
+        return false;
+    }
     const QPointer<VTManager> self(this);
     initializeTooltipWindow(nullptr);
     if (!self)
         return false;
-    if (isVisibleWith(d->widget, request.key))
+    if (isVisibleWith(d->widget, request.key)) {
+        request.log(QStringLiteral("is on screen already"));
         return true;
+    }
     FoundContent found;
     find(request.key, found);
     if (self && !found.element) {
         const QString fallback = d->text(FallbackKey, QString());
-        if (!fallback.isEmpty() && isVisibleWith(d->widget, fallback))
+        if (!fallback.isEmpty() && isVisibleWith(d->widget, fallback)) {
+            request.log(QStringLiteral("has no content, and the fallback is on screen already"));
             return true;
+        }
         findFallback(fallback, found);
     }
     if (!self)
         return false;
     if (!found.element || !found.root)
-        return keepOrHide(request.position, request.widget());
+        return keepOrHide(request);
     if (d->host)
         d->host->notification(VTNotificationShown, QStringLiteral(""), request.key);
     return self && present(request, found);
@@ -576,6 +604,8 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
     view->setContent(content);
     rewriteShortcut(request, content);
     const bool current = self && view && content && window == d->widget;
+    request.log(current ? describeShown(content, request.key)
+                        : QStringLiteral("not shown, as the host has done something else meanwhile"));
     if (current) {
         d->referenceObject = request.object;
         d->referenceRect = request.rect;
@@ -601,12 +631,21 @@ void VTManager::rewriteShortcut(const ShowRequest &request, VTXmlElement *conten
         content->setAttribute(attribute, shortcut);
 }
 
-bool VTManager::keepOrHide(const QPoint &position, QWidget *widget)
+bool VTManager::keepOrHide(const ShowRequest &request)
 {
     VTWidget *const window = d->widget;
-    if (!window || !window->isVisible())
+    const QString reason =
+        request.key.isEmpty() ? QStringLiteral("it has no key") : QStringLiteral("there is no content");
+    if (!window || !window->isVisible()) {
+        request.log(QStringLiteral("not shown, as %1").arg(reason));
         return false;
-    if (window->isSafe(position) && (!widget || widget->toolTip().isEmpty()))
+    }
+    const QWidget *const widget = request.widget();
+    const bool stays = window->isSafe(request.position) && (!widget || widget->toolTip().isEmpty());
+    request.log(
+        QStringLiteral("not shown, as %1; the tip on screen %2")
+            .arg(reason, stays ? QStringLiteral("stays, as the pointer is near") : QStringLiteral("goes")));
+    if (stays)
         return true;
     window->hideAnimated();
     return false;
@@ -682,6 +721,8 @@ bool VTManager::eventFilter(QObject *watched, QEvent *event)
     case QEvent::ToolTip:
         return showForEvent(watched, static_cast<QHelpEvent *>(event)->globalPos());
     case QEvent::ApplicationDeactivate:
+        if (isVisible())
+            qCDebug(showLog, "the tip goes, as the application is no longer active");
         if (d->widget)
             d->widget->hide();
         return false;
@@ -716,8 +757,10 @@ bool VTManager::mouseButtonEventFilter(QObject *watched, QMouseEvent *)
         return false;
     const bool inside = clicked == window || window->isAncestorOf(clicked);
     const bool stays = window->view() && window->view()->stayOpen();
-    if (!inside && !stays)
-        window->hide();
+    if (inside || stays)
+        return false;
+    qCDebug(showLog, "the tip goes, as there was a click on %s", qUtf8Printable(describe(clicked)));
+    window->hide();
     return false;
 }
 

@@ -204,7 +204,7 @@ private:
     VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
     VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
-    VIDTIPS_NO_EXPORT bool keepOrHide(const QPoint &position, QWidget *widget);
+    VIDTIPS_NO_EXPORT bool keepOrHide(const ShowRequest &request);
     friend class VTView;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT void refreshLater();

@@ -16,6 +16,7 @@ public:
         QByteArray file;
         QByteArray function;
         int line;
+        QByteArray category;
     };
 
     MessageRecorder()
@@ -62,7 +63,8 @@ private:
     static void record(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
         const QMutexLocker locker(&current->m_lock);
-        current->m_messages.append({type, text, context.file, context.function, context.line});
+        current->m_messages.append(
+            {type, text, context.file, context.function, context.line, context.category});
     }
 
     static inline MessageRecorder *current = nullptr;
