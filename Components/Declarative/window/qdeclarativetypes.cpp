@@ -21,7 +21,7 @@ namespace {
 
 using RegisterTypes = void (*)();
 
-// One row for each room that has types, from the lowest to the highest.
+// Of each room that has types, from the lowest to the highest.
 const RegisterTypes rooms[] = {
     registerDeclarativeEngineTypes,  registerDeclarativeItemTypes,     registerDeclarativeInputTypes,
     registerDeclarativeModelsTypes,  registerDeclarativeImageTypes,    registerDeclarativeTextTypes,
