@@ -84,8 +84,10 @@ public:
     ~VTInterface() override;
 
     /**
-     * Returns a window that takes in a tip which the user wants to keep, or null to let the tip become a
-     * window of its own. The window stays the host's. The default returns null.
+     * Returns a widget that takes in a tip which the user wants to keep, or null to let the tip become a
+     * window of its own. The widget stays the host's: a window or dialog, a QDockWidget, a QMdiSubWindow, or
+     * a widget inside a window, such as a dock's or a tab's page. One that places its children itself, like a
+     * scroll area, is refused with a warning. The default returns null.
      */
     virtual QWidget *createWindow(VTWindowType type);
 

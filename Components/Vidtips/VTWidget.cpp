@@ -2,6 +2,7 @@
 
 #include "VTBoundedSize_p.h"
 #include "VTManager.h"
+#include "VTTipContainer_p.h"
 #include "VTView.h"
 
 #include <QtCore/QDir>
@@ -11,7 +12,6 @@
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
 
@@ -60,6 +60,7 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QPropertyAnimation *animation = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
+    VTTipContainer container;
     bool handedOver = false;
     bool fadedOut = false;
 
@@ -93,6 +94,7 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
         setWindowFlags(Qt::ToolTip);
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_X11DoNotAcceptFocus);
     connect(d->timer, &QTimer::timeout, this, &VTWidget::hideAnimated);
 }
 
@@ -216,8 +218,8 @@ void VTWidget::retitle(const QString &oldTitle)
         return;
     if (isWindow())
         setWindowTitle(content->property("title").toString());
-    else if (parentWidget()->windowTitle() == oldTitle)
-        parentWidget()->setWindowTitle(content->attribute(QStringLiteral("title")));
+    else if (d->container.widget() && d->container.widget()->windowTitle() == oldTitle)
+        d->container.setTitle(content->attribute(QStringLiteral("title")));
 }
 
 void VTWidget::changeEvent(QEvent *event)
@@ -298,6 +300,8 @@ void VTWidget::contentReservedChanged()
         return;
     d->handedOver = true;
     d->timer->stop();
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+    setAttribute(Qt::WA_X11DoNotAcceptFocus, false);
     if (d->fadedOut || d->animation->state() != QAbstractAnimation::Stopped) {
         d->animation->stop();
         setWindowOpacity(1.0);
@@ -308,10 +312,26 @@ void VTWidget::contentReservedChanged()
     hide();
     if (!self)
         return;
-    if (host && !isAncestorOf(host))
+    if (canMoveInto(host) && self)
         moveInto(host, position);
-    else
+    else if (self)
         becomeToolWindow(position);
+}
+
+bool VTWidget::canMoveInto(QWidget *container) const
+{
+    if (!container || container == this || isAncestorOf(container))
+        return false;
+    const QString obstacle = VTTipContainer(container).obstacle();
+    if (obstacle.isEmpty())
+        return true;
+    if (d->manager)
+        d->manager->handleMessage(
+            VTMessageWarning,
+            QStringLiteral(
+                "A kept tip becomes a window by itself, as the one of createWindow() cannot take it in: %1")
+                .arg(obstacle));
+    return false;
 }
 
 QWidget *VTWidget::owner() const
@@ -325,20 +345,24 @@ void VTWidget::moveInto(QWidget *container, const QPoint &position)
     // A host that owns its window by the active one may have hit upon this very tip.
     if (isOwnedBy(container, this))
         container->setParent(owner(), container->windowFlags());
-    setParent(container, Qt::WindowFlags());
-    if (!container->layout()) {
-        auto *const layout = new QVBoxLayout(container);
-        layout->setContentsMargins(0, 0, 0, 0);
-    }
+    d->container = VTTipContainer(container);
+    d->container.take(this);
     const VTXmlElement *const content = d->view ? d->view->content() : nullptr;
-    container->setWindowTitle(content ? content->attribute(QStringLiteral("title")) : QString());
-    container->layout()->addWidget(this);
-    container->setWindowFlags(container->windowFlags() | Qt::WindowTitleHint | Qt::CustomizeWindowHint
-                              | Qt::WindowCloseButtonHint);
+    d->container.setTitle(content ? content->attribute(QStringLiteral("title")) : QString());
     contentResized();
-    container->move(position);
     show();
-    container->show();
+    const QPointer<VTWidget> self(this);
+    d->container.reveal(position);
+    if (self)
+        takeFocus();
+}
+
+// The user has just asked for it: the keyboard is for the kept tip.
+void VTWidget::takeFocus()
+{
+    if (d->view)
+        d->view->setFocus();
+    activateWindow();
 }
 
 void VTWidget::becomeToolWindow(const QPoint &position)
@@ -351,11 +375,8 @@ void VTWidget::becomeToolWindow(const QPoint &position)
     const QObject *const content = d->view ? d->view->content() : nullptr;
     setWindowTitle(content ? content->property("title").toString() : QString());
     move(position);
-    // The user has just asked for it: the keyboard is for the kept tip.
-    if (d->view)
-        d->view->setFocus();
     show();
-    activateWindow();
+    takeFocus();
 }
 
 void VTWidget::contentResized()
@@ -367,6 +388,12 @@ void VTWidget::contentResized()
     if (!d->handedOver && pos().isNull() && !d->place.isNull())
         move(d->place);
     const QSize size = d->view->size();
+    // Inside a window that has other things to show, only the tip itself is as large as its content.
+    if (!isWindow() && !parentWidget()->isWindow()) {
+        setFixedSize(size);
+        d->container.makeRoom();
+        return;
+    }
     setMinimumSize(size);
     setMaximumSize(size);
     if (!isWindow() && parentWidget()) {

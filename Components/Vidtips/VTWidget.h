@@ -115,6 +115,8 @@ private:
     VIDTIPS_NO_EXPORT void retitle(const QString &oldTitle);
     VIDTIPS_NO_EXPORT void changeEvent(QEvent *event) override;
     VIDTIPS_NO_EXPORT QWidget *owner() const;
+    VIDTIPS_NO_EXPORT bool canMoveInto(QWidget *container) const;
+    VIDTIPS_NO_EXPORT void takeFocus();
     VIDTIPS_NO_EXPORT void moveInto(QWidget *container, const QPoint &position);
     VIDTIPS_NO_EXPORT void becomeToolWindow(const QPoint &position);
     VIDTIPS_NO_EXPORT void endFadeOut();
