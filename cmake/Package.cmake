@@ -15,7 +15,7 @@ set(CPACK_STRIP_FILES TRUE)
 set(CPACK_VERBATIM_VARIABLES TRUE)
 
 set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_COMPONENTS_ALL runtime dev tools)
+set(CPACK_COMPONENTS_ALL runtime codecs dev tools)
 if(VIDTIPS_BUILD_EXAMPLES)
     list(APPEND CPACK_COMPONENTS_ALL data examples)
 endif()
@@ -86,8 +86,17 @@ vidtips_package(runtime ${library} libs "rich, animated tooltips for the command
     "."
     "This package has the shared libraries: Vidtips and the QML 1 module that it"
     "shows content with.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "vidtips-data, libqt5svg5")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "${library}-codecs (= ${version}), vidtips-data, libqt5svg5")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+
+vidtips_package(codecs ${library}-codecs libs "rich, animated tooltips for applications (clips)"
+    "Vidtips shows a small window beside a command that says what the command"
+    "does, with a short clip."
+    "."
+    "This package has the module that decodes clips, with FFmpeg. The library loads"
+    "it when it shows the first clip. Without it, tips have everything but clips.")
+# The two know each other's insides.
+set(CPACK_DEBIAN_CODECS_PACKAGE_DEPENDS "${library} (= ${version})")
 
 vidtips_package(dev libvidtips-dev libdevel "rich, animated tooltips for applications (development files)"
     "Vidtips shows a small window beside a command that says what the command"
@@ -107,7 +116,7 @@ vidtips_package(tools vidtips-tools devel "rich, animated tooltips for applicati
     "This package has what content is written with: the command-line tool, and"
     "descriptions of the QML types for editors.")
 # The build's own library has no package yet that its users' dependencies could be read from.
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} (>= ${version})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} (>= ${version}), ${library}-codecs (>= ${version})")
 
 vidtips_package(data vidtips-data graphics "rich, animated tooltips for applications (user interface)"
     "Vidtips shows a small window beside a command that says what the command"

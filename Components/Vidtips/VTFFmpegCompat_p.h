@@ -1,13 +1,12 @@
 #pragma once
 
-// Everything that differs between the FFmpeg generations the library builds with, 5.1 to 7.1, decided by what
+// Everything that differs between the FFmpeg versions that the codecs build with, 5.1 to 7.1, decided by what
 // a header has.
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/imgutils.h>
-#include <libavutil/time.h>
 #include <libswscale/swscale.h>
 }
 

@@ -2,18 +2,12 @@
 
 #include "VTVideoSourceFFMPEGPrivate_p.h"
 
-#include <mutex>
+#include <chrono>
 
 namespace Vidtips {
 
 namespace {
 constexpr int idleInterval = 100;
-
-void silenceFFmpeg()
-{
-    static std::once_flag silenced;
-    std::call_once(silenced, [] { av_log_set_level(AV_LOG_QUIET); });
-}
 } // namespace
 
 VTVideoSourceFFMPEG::VTVideoSourceFFMPEG(QObject *parent)
@@ -21,7 +15,6 @@ VTVideoSourceFFMPEG::VTVideoSourceFFMPEG(QObject *parent)
     , d(new VTVideoSourceFFMPEGPrivate(this))
 {
     setObjectName(QStringLiteral("FFMPEG"));
-    silenceFFmpeg();
 }
 
 VTVideoSourceFFMPEG::~VTVideoSourceFFMPEG()
@@ -43,7 +36,9 @@ bool VTVideoSourceFFMPEG::isOpen()
 
 double VTVideoSourceFFMPEG::getTime()
 {
-    return double(av_gettime()) / 1e6;
+    using Microseconds = std::chrono::duration<qint64, std::micro>;
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return double(std::chrono::duration_cast<Microseconds>(now).count()) / 1e6;
 }
 
 void VTVideoSourceFFMPEG::changeSetPosition(quint64 frameIndex)

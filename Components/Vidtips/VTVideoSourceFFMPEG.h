@@ -12,6 +12,9 @@ class VTVideoSourceFFMPEGPrivate;
 /**
  * Decodes the first video stream of a local media file, with FFmpeg and on a thread of its own.
  *
+ * FFmpeg comes with a module of the library that is loaded when the first clip is opened; a clip fails to
+ * open where the module is missing or damaged.
+ *
  * Every picture becomes a 32-bit RGB frame in the cache of the source. Decoding runs ahead of presentation as
  * fast as the decoder allows. At the end of the media the decoder is drained, streamEnded() is emitted once
  * and the media is closed; the frames stay. A file that cannot be opened is reported to the debug stream.
@@ -21,7 +24,7 @@ class VIDTIPS_EXPORT VTVideoSourceFFMPEG : public VTVideoSource
     Q_OBJECT
 
 public:
-    /** Makes a source named "FFMPEG" without media. The first one silences FFmpeg's own log. */
+    /** Makes a source named "FFMPEG" without media. FFmpeg's own log is silenced when it is loaded. */
     explicit VTVideoSourceFFMPEG(QObject *parent);
 
     /**

@@ -1,11 +1,14 @@
-// A host that knows nothing but an installed Vidtips: it shows one tip and reports what happened.
+// A host that knows nothing but an installed Vidtips: it shows one tip, decodes the clip that its argument
+// names, if there is one, and reports what happened.
 
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTIndex.h>
 #include <Vidtips/VTInterface.h>
 #include <Vidtips/VTManager.h>
 #include <Vidtips/VTVersion.h>
+#include <Vidtips/VTVideoSourceFFMPEG.h>
 
+#include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
@@ -37,6 +40,18 @@ private:
     bool m_qmlIsFine = true;
 };
 
+void decode(const QString &clip)
+{
+    Vidtips::VTVideoSourceFFMPEG source(nullptr);
+    QEventLoop loop;
+    QObject::connect(&source, &Vidtips::VTVideoSource::streamEnded, &loop, &QEventLoop::quit);
+    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    source.setSource(QUrl::fromLocalFile(clip));
+    source.start();
+    loop.exec();
+    std::printf("decoded %d pictures\n", int(source.loadedFrameCount()));
+}
+
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
@@ -55,5 +70,7 @@ int main(int argc, char *argv[])
     const QString title = interface.vidTipAttribute(button.objectName(), QStringLiteral("title"), {});
     QTimer::singleShot(100, &application, [] { QApplication::quit(); });
     application.exec();
+    if (argc > 1)
+        decode(QString::fromLocal8Bit(argv[1]));
     return title == QLatin1String("Line") && interface.qmlIsFine() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

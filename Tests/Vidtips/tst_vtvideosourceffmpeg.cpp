@@ -218,6 +218,7 @@ void tst_VTVideoSourceFFMPEG::freshSource()
 void tst_VTVideoSourceFFMPEG::silencesFFmpeg()
 {
     Source source;
+    QVERIFY(source.load(TestClips::h264()));
     QCOMPARE(av_log_get_level(), AV_LOG_QUIET);
 }
 
