@@ -1,10 +1,12 @@
 #include "VTFFmpegDecoder_p.h"
 
+#include "VTPictures_p.h"
 #include "VTPixels_p.h"
 
 #include <QtCore/QFileInfo>
 
 #include <limits>
+#include <utility>
 
 namespace Vidtips {
 
@@ -108,8 +110,9 @@ const char *VTFFmpegDecoder::openDecoder()
 const char *VTFFmpegDecoder::allocatePictures()
 {
     frame = av_frame_alloc();
+    shownFrame = av_frame_alloc();
     packet = av_packet_alloc();
-    if (!frame || !packet)
+    if (!frame || !shownFrame || !packet)
         return noOriginalFrame;
     rgbFrame = av_frame_alloc();
     if (!rgbFrame)
@@ -168,6 +171,7 @@ void VTFFmpegDecoder::close()
     scaleContext = nullptr;
     av_packet_free(&packet);
     av_frame_free(&rgbFrame);
+    av_frame_free(&shownFrame);
     av_frame_free(&frame);
     avcodec_free_context(&codecContext);
     codec = nullptr;
@@ -185,10 +189,14 @@ VTVideoDecoder::Outcome VTFFmpegDecoder::nextPicture(QImage *picture, int *repea
         return readPacket() ? Outcome::Nothing : Outcome::End;
     if (received < 0)
         return Outcome::Nothing;
-    if (!convertPicture())
+    // Where nothing moves, which is most of the time in a recording of a screen, pictures share their pixels.
+    const bool isRepeated = shownFrame->data[0] && isSamePicture(*shownFrame, *frame);
+    if (!isRepeated && !convertPicture())
         return Outcome::End;
     *picture = image;
     *repeats = frame->repeat_pict;
+    std::swap(frame, shownFrame);
+    av_frame_unref(frame);
     return Outcome::Picture;
 }
 
@@ -210,20 +218,47 @@ bool VTFFmpegDecoder::readPacket()
 
 bool VTFFmpegDecoder::convertPicture()
 {
-    if (!updateScaler())
+    if (!updateScaler() || !newPixels())
         return false;
-    sws_scale(scaleContext, frame->data, frame->linesize, 0, frame->height, rgbFrame->data,
-              rgbFrame->linesize);
-    // The cache shares the pixels of the last picture; new pixels spare the copy that writing to them would
-    // make.
-    if (!image.isDetached())
-        image = QImage(image.size(), QImage::Format_RGB32);
-    if (image.isNull())
-        return false;
+    if (isDirect) {
+        scale(image.bits(), image.bytesPerLine());
+        return true;
+    }
+    scale(rgbFrame->data[0], rgbFrame->linesize[0]);
     const uchar *source = rgbFrame->data[0];
     for (int y = 0; y < image.height(); ++y, source += rgbFrame->linesize[0])
         widenPixels(source, reinterpret_cast<quint32 *>(image.scanLine(y)), image.width());
     return true;
+}
+
+// The cache shares the pixels of the last picture; new pixels spare the copy that writing to them would make.
+bool VTFFmpegDecoder::newPixels()
+{
+    if (!image.isDetached())
+        image = QImage(image.size(), QImage::Format_RGB32);
+    return !image.isNull();
+}
+
+void VTFFmpegDecoder::scale(uint8_t *target, int bytesPerLine)
+{
+    uint8_t *const planes[] = {target, nullptr, nullptr, nullptr};
+    const int strides[] = {bytesPerLine, 0, 0, 0};
+    sws_scale(scaleContext, frame->data, frame->linesize, 0, frame->height, planes, strides);
+}
+
+// Tells whether the scaler, asked for pixels of 32 bits, gives those that it gives of packed ones when they
+// are widened, and writes none past the end of a row. It has functions of its own for what most clips are;
+// the tests compare every colour.
+bool VTFFmpegDecoder::fillsDirectly(const ScalerInput &input) const
+{
+#ifdef Q_PROCESSOR_X86_64
+    const bool isUsual = input.format == AV_PIX_FMT_YUV420P || input.format == AV_PIX_FMT_YUVJ420P;
+    const bool isUnscaled = input.width == rgbFrame->width && input.height == rgbFrame->height;
+    return isUsual && isUnscaled && input.width % 16 == 0 && input.height % 2 == 0;
+#else
+    Q_UNUSED(input)
+    return false;
+#endif
 }
 
 bool VTFFmpegDecoder::makeScaler(const ScalerInput &input)
@@ -233,8 +268,10 @@ bool VTFFmpegDecoder::makeScaler(const ScalerInput &input)
     // The scaler ends the process on a format that it does not know, such as that of a clip without pictures.
     if (!sws_isSupportedInput(input.format))
         return false;
+    isDirect = fillsDirectly(input);
     scaleContext = sws_getContext(input.width, input.height, input.format, rgbFrame->width, rgbFrame->height,
-                                  AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr, nullptr, nullptr);
+                                  isDirect ? AV_PIX_FMT_RGB32 : AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr,
+                                  nullptr, nullptr);
     scalerInput = input;
     return scaleContext;
 }

@@ -42,6 +42,9 @@ private:
     double decoderTimeBase() const;
     bool readPacket();
     bool convertPicture();
+    bool newPixels();
+    void scale(uint8_t *target, int bytesPerLine);
+    bool fillsDirectly(const ScalerInput &input) const;
     bool makeScaler(const ScalerInput &input);
     bool updateScaler();
     void followColours(int colourSpace, int colourRange);
@@ -51,12 +54,15 @@ private:
     AVCodecContext *codecContext = nullptr;
     FFmpegCompat::Codec *codec = nullptr;
     AVFrame *frame = nullptr;
+    // The picture that image shows.
+    AVFrame *shownFrame = nullptr;
     AVFrame *rgbFrame = nullptr;
     AVPacket *packet = nullptr;
     AVStream *stream = nullptr;
     QImage image;
     int videoStreamIndex = -1;
     SwsContext *scaleContext = nullptr;
+    bool isDirect = false;
     ScalerInput scalerInput;
 };
 

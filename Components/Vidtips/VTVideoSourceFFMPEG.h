@@ -79,7 +79,7 @@ protected:
     bool loadSource() override;
 
     /**
-     * Bounds the decoded frames of one clip to @p bytes; 2 GiB unless set. A clip ends where its next frame
+     * Bounds the decoded pictures of one clip to @p bytes; 2 GiB unless set. A clip ends where its next picture
      * would pass the bound. To be set before the thread is started.
      */
     void setMemoryLimit(quint64 bytes);

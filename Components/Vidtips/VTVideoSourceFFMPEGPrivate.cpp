@@ -8,6 +8,9 @@ namespace Vidtips {
 
 namespace {
 
+// With what the heap and the cache's list need for it.
+constexpr quint64 frameBytes = 64;
+
 int isInterrupted(void *source)
 {
     return static_cast<VTVideoSourceFFMPEG *>(source)->shouldQuit();
@@ -66,6 +69,8 @@ void VTVideoSourceFFMPEGPrivate::publish()
     frameRate = facts.frameRate;
     width = facts.width;
     height = facts.height;
+    pictures = 0;
+    lastPicture = 0;
     isOpen = true;
 }
 
@@ -80,13 +85,12 @@ void VTVideoSourceFFMPEGPrivate::release()
 bool VTVideoSourceFFMPEGPrivate::decode()
 {
     while (!owner->shouldQuit()) {
-        const quint64 frames = owner->loadedFrameCount() + 1;
+        const quint64 frames = owner->loadedFrameCount();
         QMutexLocker locker(&lock);
         if (!isOpen)
             break;
         VTVideoFrame frame;
-        const bool isFull = frames > memoryLimit / (quint64(width) * quint64(height) * 4);
-        const auto outcome = isFull ? VTVideoDecoder::Outcome::End : nextFrame(&frame);
+        const auto outcome = isFull(frames) ? VTVideoDecoder::Outcome::End : nextFrame(&frame);
         if (outcome == VTVideoDecoder::Outcome::Picture) {
             locker.unlock();
             owner->pushFrame(frame);
@@ -105,6 +109,14 @@ bool VTVideoSourceFFMPEGPrivate::decode()
     return false;
 }
 
+// Tells whether one more frame could pass the limit, as a picture or, where nothing moves, by what a frame is
+// itself.
+bool VTVideoSourceFFMPEGPrivate::isFull(quint64 frames) const
+{
+    const quint64 pictureBytes = quint64(width) * quint64(height) * 4;
+    return pictures >= memoryLimit / pictureBytes || frames >= memoryLimit / frameBytes;
+}
+
 VTVideoDecoder::Outcome VTVideoSourceFFMPEGPrivate::nextFrame(VTVideoFrame *frame)
 {
     QImage picture;
@@ -115,6 +127,9 @@ VTVideoDecoder::Outcome VTVideoSourceFFMPEGPrivate::nextFrame(VTVideoFrame *fram
     const double time = stepClock(repeats);
     const double length = duration;
     progress = length > 0.0 ? time / length : 0.0;
+    if (picture.cacheKey() != lastPicture)
+        ++pictures;
+    lastPicture = picture.cacheKey();
     *frame = VTVideoFrame(picture, 0);
     frame->setPts(time);
     return outcome;

@@ -41,6 +41,7 @@ public:
 private:
     QString openDecoder(VTCodecs *codecs);
     void publish();
+    bool isFull(quint64 frames) const;
     VTVideoDecoder::Outcome nextFrame(VTVideoFrame *frame);
     double stepClock(int repeats);
     void conclude(const QString &problem);
@@ -71,6 +72,9 @@ private:
     // Made with the first clip, and made by the module that brings the codecs.
     std::unique_ptr<VTVideoDecoder> decoder;
     double videoClock = 0.0;
+    // The different pictures among the frames; those that are equal to the one before share its pixels.
+    quint64 pictures = 0;
+    qint64 lastPicture = 0;
 };
 
 } // namespace Vidtips

@@ -4,6 +4,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
+#include <QtCore/QSize>
 #include <QtCore/QStringList>
 #include <QtCore/QUuid>
 #include <QtCore/QVector>
@@ -115,6 +116,57 @@ public:
         return make(colour + ".mp4",
                     {"-f", "lavfi", "-i", QString("color=c=%1:size=64x48:rate=25").arg(colour), "-frames:v",
                      "15", "-c:v", "libx264", "-pix_fmt", "yuv420p"});
+    }
+
+    /** A clip @p name of raw pixels: @p pictures one after the other, each of @p size in @p format. */
+    static QString raw(const QString &name, const QString &format, const QSize &size,
+                       const QByteArray &pictures)
+    {
+        const QString pixels = write(name + ".raw", pictures);
+        return make(name,
+                    {"-f", "rawvideo", "-pix_fmt", format, "-s",
+                     QString("%1x%2").arg(size.width()).arg(size.height()), "-r", "25", "-i", pixels, "-c:v",
+                     "rawvideo", "-pix_fmt", format, "-f", "nut"});
+    }
+
+    /** Five pictures of one colour, then five of another. */
+    static QString still()
+    {
+        const int bytes = 64 * 48 * 3;
+        return raw("still.nut", "bgr24", QSize(64, 48),
+                   QByteArray(bytes * 5, char(200)) + QByteArray(bytes * 5, char(50)));
+    }
+
+    /** Pairs of pictures of @p bytes bytes: the first all alike, the second with one byte of another value.
+     */
+    static QString withOneByteChanged(const QString &format, const QSize &size, int bytes)
+    {
+        QByteArray pictures(bytes * bytes * 2, char(100));
+        for (int i = 0; i < bytes; ++i)
+            pictures[(2 * i + 1) * bytes + i] = char(160);
+        return raw("changed-" + format + ".nut", format, size, pictures);
+    }
+
+    /** All colours of 4:2:0 pictures, of which a block of four pixels shares one. */
+    static QString everyColour()
+    {
+        constexpr int side = 1024;
+        QByteArray pictures;
+        for (int i = 0; i < 16; ++i) {
+            QByteArray luma(side * side, '\0');
+            for (int y = 0; y < side; ++y) {
+                for (int x = 0; x < side; ++x)
+                    luma[y * side + x] = char(16 * i + 4 * (y / 512 * 2 + x / 512) + y % 2 * 2 + x % 2);
+            }
+            QByteArray blue(side * side / 4, '\0');
+            QByteArray red(blue);
+            for (int at = 0; at < blue.size(); ++at) {
+                blue[at] = char(at % 512);
+                red[at] = char(at / 512);
+            }
+            pictures += luma + blue + red;
+        }
+        return raw("colours.nut", "yuv420p", QSize(side, side), pictures);
     }
 
     static QString onePicture() { return make("picture.mkv", moving("64x48", 1, {"-c:v", "ffv1"})); }

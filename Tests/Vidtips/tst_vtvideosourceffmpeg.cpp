@@ -10,6 +10,7 @@
 #include <QtCore/QMutex>
 #include <QtCore/QPointer>
 #include <QtCore/QSemaphore>
+#include <QtCore/QSet>
 #include <QtCore/QtMath>
 #include <QtTest/QTest>
 
@@ -170,6 +171,11 @@ private slots:
     void hostileSizes_data();
     void hostileSizes();
     void memoryLimitEndsTheClip();
+    void equalPicturesShareTheirPixels();
+    void pictureThatDiffersAnywhereIsAnother_data();
+    void pictureThatDiffersAnywhereIsAnother();
+    void memoryLimitCountsDifferentPictures();
+    void everyColourIsConvertedAsByTheCommand();
     void sizeAndTimingStayAfterTheEnd();
     void secondClipReplacesTheFirst();
     void failedOpenKeepsTheClock();
@@ -553,6 +559,80 @@ void tst_VTVideoSourceFFMPEG::memoryLimitEndsTheClip()
     QCOMPARE(playback.ended.count(), 1);
     QCOMPARE(source->loadedFrameCount(), quint64(5));
     QVERIFY(!source->isOpen());
+}
+
+// Five pictures of each of two colours, as raw pixels.
+void tst_VTVideoSourceFFMPEG::equalPicturesShareTheirPixels()
+{
+    const QString path = TestClips::still();
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    QCOMPARE(playback.source->loadedFrameCount(), quint64(10));
+    QSet<qint64> pictures;
+    for (uint i = 0; i < 10; ++i) {
+        const VTVideoFrame frame = playback.source->getFrame(i);
+        pictures << frame.cacheKey();
+        QCOMPARE(frame.pts(), playback.source->getFrame(0).pts() + i / 25.0);
+        QCOMPARE(frame.pixelColor(5, 5).red() > 128, i < 5);
+    }
+    QCOMPARE(pictures.size(), 2);
+}
+
+void tst_VTVideoSourceFFMPEG::pictureThatDiffersAnywhereIsAnother_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<int>("bytes");
+    QTest::newRow("planes") << "yuv420p" << 22 * 18 * 3 / 2;
+    QTest::newRow("packed") << "bgr24" << 22 * 18 * 3;
+    QTest::newRow("grey") << "gray" << 22 * 18;
+}
+
+// One byte of every second picture differs, each time another one, until each of them did.
+void tst_VTVideoSourceFFMPEG::pictureThatDiffersAnywhereIsAnother()
+{
+    QFETCH(QString, format);
+    QFETCH(int, bytes);
+    const QString path = TestClips::withOneByteChanged(format, QSize(22, 18), bytes);
+    QVERIFY(!path.isEmpty());
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    const int count = int(playback.source->loadedFrameCount());
+    QCOMPARE(count, 2 * bytes);
+    for (int i = 1; i < count; ++i)
+        QVERIFY2(playback.source->getFrame(uint(i)).cacheKey()
+                     != playback.source->getFrame(uint(i - 1)).cacheKey(),
+                 qPrintable(QString::number(i)));
+}
+
+void tst_VTVideoSourceFFMPEG::memoryLimitCountsDifferentPictures()
+{
+    auto *const source = new Source;
+    source->setMemoryLimit(64 * 48 * 4 * 2);
+    Playback playback(TestClips::still(), source);
+    QVERIFY(playback.finish());
+    // Before the picture that might be a third one, at the sixth frame, it ends.
+    QCOMPARE(source->loadedFrameCount(), quint64(6));
+    auto *const tight = new Source;
+    tight->setMemoryLimit(64 * 48 * 4 * 5);
+    Playback whole(TestClips::still(), tight);
+    QVERIFY(whole.finish());
+    QCOMPARE(tight->loadedFrameCount(), quint64(10));
+}
+
+// The scaler has functions of its own for usual clips, with the pixels of which the image is filled directly.
+void tst_VTVideoSourceFFMPEG::everyColourIsConvertedAsByTheCommand()
+{
+    const QString path = TestClips::everyColour();
+    QVERIFY(!path.isEmpty());
+    Playback playback(path);
+    QVERIFY(playback.finish());
+    const QByteArray pictures = reference(path);
+    const int pictureBytes = 1024 * 1024 * 3;
+    QCOMPARE(pictures.size(), pictureBytes * int(playback.source->loadedFrameCount()));
+    QCOMPARE(playback.source->loadedFrameCount(), quint64(16));
+    for (int i = 0; i < 16; ++i)
+        QVERIFY2(packed(playback.source->getFrame(uint(i))) == pictures.mid(i * pictureBytes, pictureBytes),
+                 qPrintable(QString::number(i)));
 }
 
 void tst_VTVideoSourceFFMPEG::sizeAndTimingStayAfterTheEnd()
