@@ -11,16 +11,11 @@ namespace Pictures {
 /** Tells whether @p rows rows of @p bytes bytes are the same in plane @p plane of two pictures. */
 inline bool isSamePlane(const AVFrame &first, const AVFrame &second, int plane, int bytes, int rows)
 {
-    // Pictures that differ mostly do so in an area of some rows, which is found after a few of these rounds.
-    constexpr int rounds[] = {0, 8, 4, 12, 2, 10, 6, 14, 1, 9, 5, 13, 3, 11, 7, 15};
-    constexpr int step = sizeof(rounds) / sizeof(*rounds);
-    for (int round : rounds) {
-        for (int y = round; y < rows; y += step) {
-            const uint8_t *const row = first.data[plane] + qptrdiff(y) * first.linesize[plane];
-            const uint8_t *const other = second.data[plane] + qptrdiff(y) * second.linesize[plane];
-            if (std::memcmp(row, other, size_t(bytes)) != 0)
-                return false;
-        }
+    const uint8_t *row = first.data[plane];
+    const uint8_t *other = second.data[plane];
+    for (int y = 0; y < rows; ++y, row += first.linesize[plane], other += second.linesize[plane]) {
+        if (std::memcmp(row, other, size_t(bytes)) != 0)
+            return false;
     }
     return true;
 }
