@@ -5,6 +5,7 @@
 
 #include <QtCore/QFileInfo>
 
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -13,6 +14,7 @@ namespace Vidtips {
 namespace {
 constexpr int rowAlignment = 64;
 constexpr int pixelsPerVector = 64;
+constexpr int bytesPerPixel = 4;
 
 constexpr const char *cannotOpenMedia = "Could not open media at: %1";
 constexpr const char *noStreamInformation = "Could not find any stream information in media at: %1";
@@ -33,6 +35,18 @@ qint64 truncatedToInteger(double value)
     if (value >= bound)
         return std::numeric_limits<qint64>::max();
     return value > -bound ? qint64(value) : std::numeric_limits<qint64>::min();
+}
+
+// The scaler may write whole vectors, past the end of the last row, too.
+QImage newImage(const QSize &size)
+{
+    const int bytesPerLine = size.width() * bytesPerPixel;
+    const size_t bytes = size_t(bytesPerLine) * size_t(size.height()) + pixelsPerVector * bytesPerPixel;
+    auto *const pixels = static_cast<uchar *>(std::malloc(bytes));
+    QImage image(pixels, size.width(), size.height(), bytesPerLine, QImage::Format_RGB32, &std::free, pixels);
+    if (image.isNull())
+        std::free(pixels);
+    return image;
 }
 
 } // namespace
@@ -128,7 +142,7 @@ const char *VTFFmpegDecoder::allocatePictures()
     rgbFrame->width = pixelWidth;
     if (!makeScaler({pixelWidth, pixelHeight, codecContext->pix_fmt}))
         return noScaleContext;
-    image = QImage(pixelWidth, pixelHeight, QImage::Format_RGB32);
+    image = newImage(QSize(pixelWidth, pixelHeight));
     return image.isNull() ? noRgbFrame : nullptr;
 }
 
@@ -235,7 +249,7 @@ bool VTFFmpegDecoder::convertPicture()
 bool VTFFmpegDecoder::newPixels()
 {
     if (!image.isDetached())
-        image = QImage(image.size(), QImage::Format_RGB32);
+        image = newImage(image.size());
     return !image.isNull();
 }
 
@@ -247,14 +261,14 @@ void VTFFmpegDecoder::scale(uint8_t *target, int bytesPerLine)
 }
 
 // Tells whether the scaler, asked for pixels of 32 bits, gives those that it gives of packed ones when they
-// are widened, and writes none past the end of a row. It has functions of its own for what most clips are;
-// the tests compare every colour.
+// are widened. It has functions of its own for what most clips are, which take eight pixels of a row at a
+// time; the tests compare every colour.
 bool VTFFmpegDecoder::fillsDirectly(const ScalerInput &input) const
 {
 #ifdef Q_PROCESSOR_X86_64
     const bool isUsual = input.format == AV_PIX_FMT_YUV420P || input.format == AV_PIX_FMT_YUVJ420P;
     const bool isUnscaled = input.width == rgbFrame->width && input.height == rgbFrame->height;
-    return isUsual && isUnscaled && input.width % 16 == 0 && input.height % 2 == 0;
+    return isUsual && isUnscaled && input.width % 8 == 0 && input.height % 2 == 0;
 #else
     Q_UNUSED(input)
     return false;

@@ -30,9 +30,10 @@ inline bool isSamePicture(const AVFrame &first, const AVFrame &second)
 {
     const auto format = AVPixelFormat(first.format);
     const AVPixFmtDescriptor *const kind = av_pix_fmt_desc_get(format);
+    using FFmpegCompat::numberIn;
     const bool isAlike = first.format == second.format && first.width == second.width
-        && first.height == second.height && first.colorspace == second.colorspace
-        && first.color_range == second.color_range
+        && first.height == second.height && numberIn(first.colorspace) == numberIn(second.colorspace)
+        && numberIn(first.color_range) == numberIn(second.color_range)
         // What they say of their colours themselves, and what was made up for them.
         && first.opaque == second.opaque;
     if (!isAlike || !kind || (kind->flags & AV_PIX_FMT_FLAG_HWACCEL))

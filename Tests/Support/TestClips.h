@@ -169,6 +169,13 @@ public:
         return raw("colours.nut", "yuv420p", QSize(side, side), pictures);
     }
 
+    /** Five pictures of @p width by 96 pixels, of the usual kind. */
+    static QString ofWidth(int width)
+    {
+        return make(QString("width-%1.mp4").arg(width),
+                    moving(QString("%1x96").arg(width), 5, {"-c:v", "libx264", "-pix_fmt", "yuv420p"}));
+    }
+
     static QString onePicture() { return make("picture.mkv", moving("64x48", 1, {"-c:v", "ffv1"})); }
 
     static QString large()

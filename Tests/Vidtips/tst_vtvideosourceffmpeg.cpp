@@ -240,6 +240,8 @@ void tst_VTVideoSourceFFMPEG::clipsDecodeToTheirPictures_data()
     QTest::newRow("MPEG-4") << TestClips::mpeg4() << QSize(160, 120) << 15;
     QTest::newRow("odd size, 4:4:4") << TestClips::oddSize() << QSize(161, 91) << 5;
     QTest::newRow("uneven width") << TestClips::unevenWidth() << QSize(360, 200) << 60;
+    for (int width : {34, 40, 48, 56, 64, 66, 352, 360})
+        QTest::addRow("%d pixels wide", width) << TestClips::ofWidth(width) << QSize(width, 96) << 5;
     QTest::newRow("one pixel") << TestClips::onePixel() << QSize(1, 1) << 2;
     QTest::newRow("large") << TestClips::large() << QSize(4096, 2160) << 3;
     QTest::newRow("named colour matrix") << TestClips::bt709() << QSize(160, 120) << 5;
