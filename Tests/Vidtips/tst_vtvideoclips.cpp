@@ -179,6 +179,8 @@ VTVideoComponent *tst_VTVideoClips::itemWithClip(const QString &name)
     item->setSource(name);
     if (!QTest::qWaitFor([&] { return ended.count() > 0 && painted(item) != "nothing"; }, 30000))
         qFatal("the clip %s does not show", qPrintable(name));
+    // The end of the stream pauses, and may not have reached the controller yet.
+    QCoreApplication::sendPostedEvents(controllerOf(item), QEvent::MetaCall);
     return item;
 }
 

@@ -157,6 +157,8 @@ VTVideoComponent *tst_VTVideoComponent::itemWithClip(const QString &name)
     };
     if (!QTest::qWaitFor(isShown, 30000))
         qFatal("the clip %s does not play", qPrintable(name));
+    // The end of the stream pauses, and may not have reached the controller yet.
+    QCoreApplication::sendPostedEvents(controllerOf(item), QEvent::MetaCall);
     return item;
 }
 
