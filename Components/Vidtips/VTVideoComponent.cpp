@@ -1,5 +1,6 @@
 #include "VTVideoComponent.h"
 
+#include "VTClipReports_p.h"
 #include "VTVideoController.h"
 #include "VTVideoSourceFFMPEG.h"
 #include "VTView.h"
@@ -16,6 +17,7 @@ struct VIDTIPS_NO_EXPORT VTVideoComponent::Private
 {
     VTVideoSourceFFMPEG *sourceObject = nullptr;
     VTVideoController *controller = nullptr;
+    VTClipReports reports;
     VTVideoFrame frame;
     double lastHeight = 0.0;
     double lastProgress = 0.0;
@@ -66,10 +68,8 @@ VTVideoComponent::VTVideoComponent(QDeclarativeItem *parent)
     d->sourceObject = new VTVideoSourceFFMPEG(this);
     d->controller = new VTVideoController(d->sourceObject, this);
     connectController();
-    d->sourceObject->setClipReport([this](const QUrl &clip, const QString &problem) {
-        QMetaObject::invokeMethod(
-            this, [=] { hear(clip, problem); }, Qt::QueuedConnection);
-    });
+    connect(&d->reports, &VTClipReports::added, this, &VTVideoComponent::hear, Qt::QueuedConnection);
+    d->sourceObject->setClipReports(&d->reports);
     d->controller->start(QThread::InheritPriority);
     d->sourceObject->start(QThread::InheritPriority);
 }
@@ -182,7 +182,14 @@ void VTVideoComponent::nameClip(const QUrl &clip)
         setStatus(Loading);
 }
 
-void VTVideoComponent::hear(const QUrl &clip, const QString &problem)
+void VTVideoComponent::hear()
+{
+    const QList<VTClipReport> reports = d->reports.take();
+    for (const VTClipReport &report : reports)
+        conclude(report.clip, report.problem);
+}
+
+void VTVideoComponent::conclude(const QUrl &clip, const QString &problem)
 {
     d->failedClip = problem.isEmpty() ? QUrl() : clip;
     d->failure = problem;

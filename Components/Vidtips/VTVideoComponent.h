@@ -192,7 +192,8 @@ private:
     VIDTIPS_NO_EXPORT void nameNothing();
     VIDTIPS_NO_EXPORT void nameMissing(const QString &name);
     VIDTIPS_NO_EXPORT void nameClip(const QUrl &clip);
-    VIDTIPS_NO_EXPORT void hear(const QUrl &clip, const QString &problem);
+    VIDTIPS_NO_EXPORT void hear();
+    VIDTIPS_NO_EXPORT void conclude(const QUrl &clip, const QString &problem);
     VIDTIPS_NO_EXPORT void fail(const QString &problem);
     VIDTIPS_NO_EXPORT void setStatus(Status status, const QString &problem = QString());
 

@@ -87,9 +87,9 @@ void VTVideoSourceFFMPEG::setMemoryLimit(quint64 bytes)
     d->memoryLimit = bytes;
 }
 
-void VTVideoSourceFFMPEG::setClipReport(const ClipReport &report)
+void VTVideoSourceFFMPEG::setClipReports(VTClipReports *reports)
 {
-    d->report = report;
+    d->reports = reports;
 }
 
 void VTVideoSourceFFMPEG::run()

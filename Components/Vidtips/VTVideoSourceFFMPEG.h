@@ -2,11 +2,11 @@
 
 #include <Vidtips/VTVideoSource.h>
 
-#include <functional>
 #include <memory>
 
 namespace Vidtips {
 
+class VTClipReports;
 class VTVideoSourceFFMPEGPrivate;
 
 /**
@@ -79,21 +79,19 @@ protected:
     bool loadSource() override;
 
     /**
-     * Bounds the decoded pictures of one clip to @p bytes; 2 GiB unless set. A clip ends where its next picture
-     * would pass the bound. To be set before the thread is started.
+     * Bounds the decoded pictures of one clip to @p bytes; 2 GiB unless set. A clip ends where its next
+     * picture would pass the bound. To be set before the thread is started.
      */
     void setMemoryLimit(quint64 bytes);
 
 private:
     friend class VTVideoComponent;
-    friend class VTVideoSourceFFMPEGPrivate;
 
-    /** Called once for each clip: with an empty problem when its first picture is there, else with why none
-     * will be. */
-    using ClipReport = std::function<void(const QUrl &clip, const QString &problem)>;
-
-    /** Has the source's own thread call @p report, with no lock held. To be set before it is started. */
-    VIDTIPS_NO_EXPORT void setClipReport(const ClipReport &report);
+    /**
+     * Has the source's own thread add a report to @p reports for each clip, once it knows what becomes of it.
+     * To be set before the thread is started, which they have to outlive.
+     */
+    VIDTIPS_NO_EXPORT void setClipReports(VTClipReports *reports);
 
     std::unique_ptr<VTVideoSourceFFMPEGPrivate> const d;
 };

@@ -1,5 +1,6 @@
 #include "VTVideoSourceFFMPEGPrivate_p.h"
 
+#include "VTClipReports_p.h"
 #include "VTCodecsModule_p.h"
 
 #include <QtCore/QDebug>
@@ -148,8 +149,8 @@ double VTVideoSourceFFMPEGPrivate::stepClock(int repeats)
 // Reports once what becomes of the clip.
 void VTVideoSourceFFMPEGPrivate::conclude(const QString &problem)
 {
-    if (isReportDue && report)
-        report(clip, problem);
+    if (isReportDue && reports)
+        reports->add(clip, problem);
     isReportDue = false;
 }
 

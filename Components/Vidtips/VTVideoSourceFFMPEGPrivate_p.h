@@ -48,7 +48,7 @@ private:
 
 public:
     VTVideoSourceFFMPEG *const owner;
-    VTVideoSourceFFMPEG::ClipReport report;
+    VTClipReports *reports = nullptr;
     quint64 memoryLimit = Q_UINT64_C(2) << 30;
     // Guards the decoder and its clock, for as long as a file is opened or a picture is decoded. Taken before
     // the source's stateLock, which the decoder's question whether to give up takes; never together with its
