@@ -340,6 +340,9 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     QVERIFY(pinned->windowFlags() & Qt::WindowCloseButtonHint);
     leaveTip();
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
+    // It has the focus, and only an active window has tips.
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     QVERIFY(hover(m_second));
     QVERIFY(pinned->isVisible());
     pinned->close();
