@@ -18,7 +18,8 @@ void QDeclarativeItemPrivate::changeSize(const QSizeF &size, bool announce)
     if (qIsNaN(size.width()) || qIsNaN(size.height()))
         return;
     const QRectF before = geometry();
-    if (before.size() == size)
+    // QSizeF compares with a tolerance, in which what is infinite differs from itself.
+    if (before.width() == size.width() && before.height() == size.height())
         return;
     q->prepareGeometryChange();
     itemWidth = size.width();
