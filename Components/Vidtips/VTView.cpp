@@ -163,10 +163,15 @@ void VTView::setPackageRoot(const QDir &packageRoot)
 QString VTView::uiRootFilePath() const
 {
     if (setting(UseSimpleUserInterface, false).toBool())
-        return findComponent(QStringLiteral("simple"), SimpleUserInterface,
-                             QStringLiteral("ui/SimpleTooltip.qml"), QString());
+        return simpleRootFilePath();
     return findComponent(QStringLiteral("ui"), FullUserInterface, QStringLiteral("ui/VidtipsUI.qml"),
                          QString());
+}
+
+QString VTView::simpleRootFilePath() const
+{
+    return findComponent(QStringLiteral("simple"), SimpleUserInterface,
+                         QStringLiteral("ui/SimpleTooltip.qml"), QString());
 }
 
 QString VTView::categoryPath(const QString &attribute, const QString &defaultPath, contextKey key) const
@@ -268,6 +273,22 @@ bool VTView::isLoaded(const QUrl &url) const
 {
     // A root that someone has destroyed is made anew.
     return url == source() && (rootObject() || status() != Ready);
+}
+
+// Parts of a user interface may come from the network, and a handler of the present one may have to return
+// before another can replace it.
+bool VTView::isWaiting() const
+{
+    return status() == Loading || (d->hostCalls > 0 && !isLoaded(d->pendingSource));
+}
+
+// The base class waits for the end of the pass through the event loop, and a window that is shown before
+// would have the size of other content.
+void VTView::fitToContent()
+{
+    const QSize wanted = rootObject() ? sizeHint() : QSize();
+    if (!wanted.isEmpty() && wanted != size())
+        resize(wanted);
 }
 
 void VTView::handleWarnings(const QList<QDeclarativeError> &warnings)

@@ -188,6 +188,11 @@ private:
     VIDTIPS_NO_EXPORT void warn(const QString &message);
     VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
+    friend class VTManager;
+    friend class VTWidget;
+    VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
+    VIDTIPS_NO_EXPORT bool isWaiting() const;
+    VIDTIPS_NO_EXPORT void fitToContent();
 
     class HostCall;
     struct Private;

@@ -11,6 +11,8 @@
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
+#include <QtGui/QMoveEvent>
+#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -21,12 +23,24 @@ namespace {
 
 const qreal fadeInStart = 0.1;
 
+/** Milliseconds that a window manager has for its answers. */
+constexpr int settlingTime = 250;
+
 /** Like QWidget::isAncestorOf(), and across windows. */
 bool isOwnedBy(const QWidget *widget, const QWidget *owner)
 {
     while (widget && widget != owner)
         widget = widget->parentWidget();
     return widget;
+}
+
+/** Returns the window that @p widget is in; menus and other popups come and go, so not those. */
+QWidget *lastingWindow(const QWidget *widget)
+{
+    QWidget *window = widget->window();
+    while (window->windowType() == Qt::Popup && window->parentWidget())
+        window = window->parentWidget()->window();
+    return window->windowType() == Qt::Popup ? QApplication::activeWindow() : window;
 }
 
 void deleteRemainingWindows();
@@ -56,7 +70,9 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QPointer<VTView> view;
     QPointer<QWidget> reference;
     QRect referenceRect;
+    bool referenceIsAway = false;
     QPoint place;
+    bool placeIsDoubted = false;
     QPropertyAnimation *animation = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
@@ -111,17 +127,20 @@ void VTWidget::checkMousePosition(const QPoint &globalPos)
         setTimer();
 }
 
+bool VTWidget::isOnReference(const QPoint &globalPos) const
+{
+    if (d->referenceRect.isValid())
+        return d->referenceRect.contains(globalPos);
+    return d->reference && QApplication::widgetAt(globalPos) == d->reference;
+}
+
 bool VTWidget::isSafe(const QPoint &globalPos) const
 {
-    if (d->referenceRect.isValid()) {
-        if (d->referenceRect.contains(globalPos))
-            return true;
-    } else if (d->reference && QApplication::widgetAt(globalPos) == d->reference) {
+    if (!d->referenceIsAway && isOnReference(globalPos))
         return true;
-    }
     const QSize margin = boundedSize(d->setting(SafeZoneMargin, QSize(20, 20)));
-    const QRect frame(mapToGlobal(QPoint(0, 0)), frameGeometry().size());
-    return frame.adjusted(-margin.width(), -margin.height(), margin.width(), margin.height())
+    return frameOnScreen()
+        .adjusted(-margin.width(), -margin.height(), margin.width(), margin.height())
         .contains(globalPos);
 }
 
@@ -163,19 +182,29 @@ void VTWidget::deleteWithApplication()
 void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, const QPoint &pos,
                                VTXmlElement *content, const QString &rootPath)
 {
+    if (fill(reference, referenceRect, pos, content, rootPath))
+        reveal();
+}
+
+bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint &pos, VTXmlElement *content,
+                    const QString &rootPath)
+{
     if (!content || !d->view)
-        return;
+        return false;
     d->reference = qobject_cast<QWidget *>(reference);
     d->referenceRect = referenceRect;
     if (!referenceRect.isValid() && d->reference)
         d->referenceRect = QRect(d->reference->mapToGlobal(QPoint(0, 0)), d->reference->size());
+    d->referenceIsAway = false;
+    joinOwner();
     const QPointer<VTView> view = d->view;
     view->setPackageRoot(QDir(rootPath));
     const QPointer<VTXmlElement> old = view->content();
     view->setContent(content);
     const QFileInfo userInterface(view->uiRootFilePath());
     d->place = pos;
-    move(pos);
+    if (!isVisible())
+        move(pos);
     view->exposeContent(rootPath);
     // Only now does no binding name the old tree any more. Whatever the QML ran may have sent notifications,
     // and the host may have answered by anything.
@@ -183,9 +212,20 @@ void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, c
         view->releaseContent(old);
     if (view)
         view->loadQML(userInterface.absoluteFilePath());
-    if (!view)
-        return;
-    showAnimated();
+    if (view)
+        view->fitToContent();
+    if (view)
+        move(d->place);
+    return view;
+}
+
+void VTWidget::reveal()
+{
+    if (!isVisible()) {
+        showAnimated();
+        // Without a window manager, a window that is shown again comes back where it was among the others.
+        raise();
+    }
     // The countdown may have begun on the pointer's way here from what the window showed before.
     if (isSafe(QCursor::pos()))
         d->timer->stop();
@@ -227,6 +267,38 @@ void VTWidget::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange && d->manager)
         d->manager->refreshLater();
+}
+
+// A modal window blocks every other one except those that belong to it, and window managers keep a window
+// above the one that it belongs to, whatever that is above itself.
+void VTWidget::joinOwner()
+{
+    if (parentWidget())
+        return;
+    if (!windowHandle()) {
+        create();
+        // A click into a tip leaves the keyboard where it is. The widget's own flags are not touched.
+        windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
+    }
+    const QWidget *const window = owner();
+    windowHandle()->setTransientParent(window ? window->windowHandle() : nullptr);
+}
+
+// The window system learns of it only when a window is shown.
+bool VTWidget::belongsTo(const QObject *reference) const
+{
+    const auto *const widget = qobject_cast<const QWidget *>(reference);
+    if (!widget || !windowHandle() || parentWidget())
+        return true;
+    const QWidget *const window = lastingWindow(widget);
+    return windowHandle()->transientParent() == (window ? window->windowHandle() : nullptr);
+}
+
+void VTWidget::refer(QWidget *reference, const QRect &rect)
+{
+    d->reference = reference;
+    d->referenceRect = rect;
+    d->referenceIsAway = !rect.isValid();
 }
 
 void VTWidget::reposition() { }
@@ -271,6 +343,25 @@ void VTWidget::endFadeOut()
             hideAnimationFinished();
     };
     QMetaObject::invokeMethod(this, hideIfStillShown, Qt::QueuedConnection);
+}
+
+bool VTWidget::fadesOut() const
+{
+    const bool isRunning = d->animation->state() != QAbstractAnimation::Stopped;
+    return d->fadedOut || (isRunning && d->animation->endValue().toReal() == 0.0);
+}
+
+void VTWidget::stopFadeOut()
+{
+    if (!fadesOut())
+        return;
+    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut);
+    d->fadedOut = false;
+    d->animation->stop();
+    setWindowOpacity(1.0);
+    // The countdown had led to the fade, and with it ended.
+    if (!isSafe(QCursor::pos()))
+        setTimer();
 }
 
 void VTWidget::hideAnimationFinished()
@@ -336,7 +427,7 @@ bool VTWidget::canMoveInto(QWidget *container) const
 
 QWidget *VTWidget::owner() const
 {
-    QWidget *const window = d->reference ? d->reference->window() : nullptr;
+    QWidget *const window = d->reference ? lastingWindow(d->reference) : nullptr;
     return window == this ? nullptr : window;
 }
 
@@ -383,26 +474,36 @@ void VTWidget::contentResized()
 {
     if (!d->view)
         return;
-    // Window managers may report a window that is on its way as standing in the corner of the screen, and a
-    // resize that believed them would take it there.
-    if (!d->handedOver && pos().isNull() && !d->place.isNull())
-        move(d->place);
     const QSize size = d->view->size();
+    if (isWindow()) {
+        takeSize(size + QSize(1, 1));
+        return;
+    }
     // Inside a window that has other things to show, only the tip itself is as large as its content.
-    if (!isWindow() && !parentWidget()->isWindow()) {
+    if (!parentWidget()->isWindow()) {
         setFixedSize(size);
         d->container.makeRoom();
         return;
     }
     setMinimumSize(size);
     setMaximumSize(size);
-    if (!isWindow() && parentWidget()) {
-        parentWidget()->setMinimumSize(size);
-        parentWidget()->setMaximumSize(size);
+    parentWidget()->setMinimumSize(size);
+    parentWidget()->setMaximumSize(size);
+    const QSize grownWindow = window()->geometry().size() + QSize(1, 1);
+    setFixedSize(grownWindow);
+    window()->setFixedSize(grownWindow);
+}
+
+// Place and size in one request, or there would be an answer to the first with the old one of the second. A
+// request for the size alone would confirm a place that was reported wrongly.
+void VTWidget::takeSize(const QSize &size)
+{
+    if (isVisible() && !d->handedOver) {
+        setMinimumSize(0, 0);
+        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        setGeometry(QRect(d->place, size));
     }
-    const QSize grown = window()->geometry().size() + QSize(1, 1);
-    setFixedSize(grown);
-    window()->setFixedSize(grown);
+    setFixedSize(size);
 }
 
 QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)
@@ -410,8 +511,39 @@ QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)
     return geometry;
 }
 
-void VTWidget::showEvent(QShowEvent *)
+// Nobody can drag a tip or resize it, so it is where it was put. Window managers may report the corner of the
+// screen while they frame a window, and answer late, when the next change has been asked for already.
+QRect VTWidget::frameOnScreen() const
 {
+    if (!isVisible() || d->handedOver)
+        return {mapToGlobal(QPoint(0, 0)), frameGeometry().size()};
+    return {d->place, minimumSize().isEmpty() ? frameGeometry().size() : minimumSize()};
+}
+
+// What is still reported when all answers have come is where the window manager wants it.
+void VTWidget::moveEvent(QMoveEvent *event)
+{
+    if (d->handedOver || pos() == d->place)
+        return;
+    if (!event->spontaneous() || !isVisible()) {
+        d->place = pos();
+        return;
+    }
+    if (d->placeIsDoubted)
+        return;
+    d->placeIsDoubted = true;
+    move(d->place);
+    QTimer::singleShot(settlingTime, this, [this] {
+        d->placeIsDoubted = false;
+        if (isVisible())
+            d->place = pos();
+    });
+}
+
+void VTWidget::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        d->place = pos();
     if (!isSafe(QCursor::pos()))
         setTimer();
     reposition();

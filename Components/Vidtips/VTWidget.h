@@ -110,10 +110,24 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTWidget)
-    friend class VTManager;
     VIDTIPS_NO_EXPORT void refill(VTXmlElement *content, const QString &rootPath);
     VIDTIPS_NO_EXPORT void retitle(const QString &oldTitle);
     VIDTIPS_NO_EXPORT void changeEvent(QEvent *event) override;
+    // The manager stands above the operations that everybody may call, and acts before they do.
+    friend class VTManager;
+    friend class VTTipWatch;
+    VIDTIPS_NO_EXPORT bool fadesOut() const;
+    VIDTIPS_NO_EXPORT void stopFadeOut();
+    VIDTIPS_NO_EXPORT bool fill(QObject *reference, const QRect &referenceRect, const QPoint &pos,
+                                VTXmlElement *content, const QString &rootPath);
+    VIDTIPS_NO_EXPORT void reveal();
+    VIDTIPS_NO_EXPORT void moveEvent(QMoveEvent *event) override;
+    VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
+    VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
+    VIDTIPS_NO_EXPORT bool belongsTo(const QObject *reference) const;
+    VIDTIPS_NO_EXPORT void joinOwner();
+    VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
+    VIDTIPS_NO_EXPORT QRect frameOnScreen() const;
     VIDTIPS_NO_EXPORT QWidget *owner() const;
     VIDTIPS_NO_EXPORT bool canMoveInto(QWidget *container) const;
     VIDTIPS_NO_EXPORT void takeFocus();

@@ -6,6 +6,7 @@
 #include <QtCore/QPropertyAnimation>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
+#include <QtGui/QWindow>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsObject>
@@ -772,17 +773,22 @@ void tst_VTWidget::contentSizePlusOne()
     QCOMPARE(window->size(), QSize(21, 11));
 }
 
-// As if a window manager had reported the corner of the screen before it placed the window.
+// As if a window manager had reported the corner of the screen before it placed the window, and then insisted
+// on another place.
 void tst_VTWidget::resizedWindowStaysWhereItWasShown()
 {
     showContent();
-    window->move(0, 0);
+    window->windowHandle()->setPosition(0, 0);
+    QTRY_COMPARE(window->pos(), QPoint(300, 200));
+    // Its last word, when it has had the time for all of its answers.
+    QTRY_VERIFY((window->windowHandle()->setPosition(40, 50), window->isSafe(QPoint(20, 30))));
     view->resize(20, 10);
     window->contentResized();
-    QCOMPARE(window->pos(), QPoint(300, 200));
-    window->move(40, 50);
-    window->contentResized();
     QCOMPARE(window->pos(), QPoint(40, 50));
+    QVERIFY(!window->isSafe(QPoint(19, 30)));
+    window->move(0, 0);
+    window->contentResized();
+    QCOMPARE(window->pos(), QPoint(0, 0));
 }
 
 void tst_VTWidget::windowFollowsTheUserInterface()
