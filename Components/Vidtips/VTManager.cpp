@@ -6,6 +6,7 @@
 #include "VTScrollBarComponent.h"
 #include "VTShowLog_p.h"
 #include "VTStyledRectangleComponent.h"
+#include "VTTipWatch_p.h"
 #include "VTVideoComponent.h"
 #include "VTView.h"
 #include "VTWidget.h"
@@ -27,6 +28,7 @@
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
+#include <optional>
 
 namespace Vidtips {
 
@@ -98,6 +100,23 @@ bool isVisibleWith(const VTWidget *window, const QString &key)
 
 } // namespace
 
+/** What a call of show() asks for. The host's callbacks may delete the object meanwhile. */
+struct VTManager::ShowRequest
+{
+    QString key;
+    QPoint position;
+    QPointer<QObject> object;
+    QRect rect;
+
+    QWidget *widget() const { return qobject_cast<QWidget *>(object.data()); }
+
+    void log(const QString &decision) const
+    {
+        qCDebug(showLog, "\"%s\" at %d,%d for %s: %s", qUtf8Printable(key), position.x(), position.y(),
+                qUtf8Printable(describe(object)), qUtf8Printable(decision));
+    }
+};
+
 struct VIDTIPS_NO_EXPORT VTManager::Private
 {
     Private(VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
@@ -123,6 +142,9 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
     QTranslator *translator = nullptr;
     QString cataloguePath;
+    // The events that it passes on may destroy the manager.
+    const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
+    std::optional<ShowRequest> awaited; ///< until its user interface is loaded
 
     QString text(contextKey key, const QString &defaultValue) const
     {
@@ -197,23 +219,6 @@ private:
     Q_DISABLE_COPY(FoundContent)
 };
 
-/** What a call of show() asks for. The host's callbacks may delete the object meanwhile. */
-struct VTManager::ShowRequest
-{
-    QString key;
-    QPoint position;
-    QPointer<QObject> object;
-    QRect rect;
-
-    QWidget *widget() const { return qobject_cast<QWidget *>(object.data()); }
-
-    void log(const QString &decision) const
-    {
-        qCDebug(showLog, "\"%s\" at %d,%d for %s: %s", qUtf8Printable(key), position.x(), position.y(),
-                qUtf8Printable(describe(object)), qUtf8Printable(decision));
-    }
-};
-
 VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &dataPaths, VTIndex *index)
     : d(new Private(host, context, dataPaths))
 {
@@ -245,6 +250,7 @@ VTManager::~VTManager()
 {
     if (d->filterInstalled)
         QCoreApplication::instance()->removeEventFilter(this);
+    d->watch->end();
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows)
         window->setAttribute(Qt::WA_AlwaysShowToolTips, false);
@@ -548,7 +554,8 @@ bool VTManager::show(const QString &key, const QPoint &position, QObject *object
     initializeTooltipWindow(nullptr);
     if (!self)
         return false;
-    if (isVisibleWith(d->widget, request.key)) {
+    d->awaited.reset();
+    if (keeps(request.key, request)) {
         request.log(QStringLiteral("is on screen already"));
         return true;
     }
@@ -556,7 +563,7 @@ bool VTManager::show(const QString &key, const QPoint &position, QObject *object
     find(request.key, found);
     if (self && !found.element) {
         const QString fallback = d->text(FallbackKey, QString());
-        if (!fallback.isEmpty() && isVisibleWith(d->widget, fallback)) {
+        if (!fallback.isEmpty() && keeps(fallback, request)) {
             request.log(QStringLiteral("has no content, and the fallback is on screen already"));
             return true;
         }
@@ -566,9 +573,24 @@ bool VTManager::show(const QString &key, const QPoint &position, QObject *object
         return false;
     if (!found.element || !found.root)
         return keepOrHide(request);
+    // A window that is on screen cannot change over to another owner.
+    if (d->widget && d->widget->isVisible() && !d->widget->belongsTo(request.object))
+        d->widget->hide();
+    if (!self)
+        return false;
     if (d->host)
         d->host->notification(VTNotificationShown, QStringLiteral(""), request.key);
     return self && present(request, found);
+}
+
+// A tip that is on screen stays, also when it was about to go, and goes with the command that was named last.
+bool VTManager::keeps(const QString &key, const ShowRequest &request)
+{
+    if (!isVisibleWith(d->widget, key) || !d->widget->belongsTo(request.object))
+        return false;
+    d->watch->begin(d->widget, request.object, request.rect, request.position);
+    d->widget->stopFadeOut();
+    return true;
 }
 
 void VTManager::find(const QString &key, FoundContent &found)
@@ -596,8 +618,11 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
     if (!view || !content)
         return false;
     found.taken = true;
-    if (window->isVisible() && view->content() == content)
+    window->stopFadeOut();
+    if (window->isVisible() && view->content() == content) {
+        d->watch->begin(window, request.object, request.rect, request.position);
         return true;
+    }
     const QPointer<VTManager> self(this);
     const QPointer<VTXmlElement> old = view->content() == content ? nullptr : view->content();
     const QPoint point = tooltipPosition(request.position, request.widget());
@@ -610,13 +635,61 @@ bool VTManager::present(const ShowRequest &request, FoundContent &found)
         d->referenceObject = request.object;
         d->referenceRect = request.rect;
         d->referencePosition = request.position;
-        window->showWithContent(request.object, request.rect, point, content, found.packageFolder());
     }
+    const bool filled =
+        current && window->fill(request.object, request.rect, point, content, found.packageFolder());
     if (view)
         view->releaseContent(old);
     else
         VTView::deleteContent(old);
+    if (filled && self && view && window == d->widget && view->content() == content)
+        return reveal(request);
     return current || (self && d->widget && d->widget->isVisible());
+}
+
+// What cannot be filled is not shown: where the full user interface does not load, the simple one may.
+bool VTManager::reveal(const ShowRequest &request)
+{
+    const QPointer<VTManager> self(this);
+    const QPointer<VTWidget> window = d->widget;
+    const QPointer<VTView> view = window->view();
+    const QFileInfo simple(view->simpleRootFilePath());
+    if (!view->rootObject() && !view->isWaiting() && simple.isFile()) {
+        view->loadQML(simple.absoluteFilePath());
+        if (view)
+            view->fitToContent();
+    }
+    if (!self || !view || window != d->widget)
+        return self && d->widget && d->widget->isVisible();
+    if (view->isWaiting()) {
+        d->awaited = request;
+    } else if (!view->rootObject() && view->status() == VTView::Error) {
+        withdraw();
+    } else {
+        window->move(VTTipWatch::placeOf(request.object, request.rect, window->pos(), window->size()));
+        window->reveal();
+        if (self && window && window == d->widget && window->isVisible())
+            d->watch->begin(window, request.object, request.rect, request.position);
+    }
+    return true;
+}
+
+void VTManager::revealAwaited()
+{
+    if (!d->awaited || !d->widget || !d->widget->view() || d->widget->view()->isWaiting())
+        return;
+    const ShowRequest request = *d->awaited;
+    d->awaited.reset();
+    reveal(request);
+}
+
+// The host has heard that there is content, and hears that it is not on screen.
+void VTManager::withdraw()
+{
+    if (d->widget->isVisible())
+        d->widget->hide();
+    else
+        d->widget->view()->notification(VTNotificationHidden, QStringLiteral("hide"));
 }
 
 void VTManager::rewriteShortcut(const ShowRequest &request, VTXmlElement *content)
@@ -669,6 +742,7 @@ void VTManager::initializeTooltipWindow(QWidget *parent)
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);
+    connect(view, &VTView::statusChanged, this, &VTManager::revealAwaited);
     connect(&d->context, &VTContext::settingDidChange, view, &VTView::managerContextSettingDidChange);
     d->widget->setView(view);
 }
@@ -685,6 +759,7 @@ bool VTManager::reserve(VTWidget *window, QWidget *&hostWindow)
     // The windows that users have closed since.
     d->reservations.removeAll(nullptr);
     d->reservations.append(window);
+    d->watch->end();
     d->widget = nullptr;
     initializeTooltipWindow(nullptr);
     return true;
@@ -712,6 +787,10 @@ void VTManager::setStayOnTop(bool on)
 
 bool VTManager::eventFilter(QObject *watched, QEvent *event)
 {
+    const std::shared_ptr<VTTipWatch> watch = d->watch;
+    const QPointer<VTManager> self(this);
+    if (watch->filter(watched, event) || !self)
+        return true;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
@@ -746,7 +825,9 @@ bool VTManager::showForEvent(QObject *watched, const QPoint &position)
     QRect rect;
     const QString key = keyAt(watched, position, rect);
     const bool shown = self && object && show(key, position, object, rect);
-    return shown || (watched && !object);
+    // Of a tip that could not be filled, the plain one is left.
+    const bool isThere = shown && self && (d->awaited || (d->widget && d->widget->isVisible()));
+    return isThere || (watched && !object);
 }
 
 bool VTManager::mouseButtonEventFilter(QObject *watched, QMouseEvent *)
@@ -764,8 +845,10 @@ bool VTManager::mouseButtonEventFilter(QObject *watched, QMouseEvent *)
     return false;
 }
 
-bool VTManager::mouseMoveEventFilter(QObject *, QMouseEvent *event)
+bool VTManager::mouseMoveEventFilter(QObject *watched, QMouseEvent *event)
 {
+    if (event)
+        d->watch->pointerMoved(qobject_cast<QWidget *>(watched), event->globalPos());
     if (event && d->widget && d->widget->isVisible())
         d->widget->checkMousePosition(event->globalPos());
     return false;

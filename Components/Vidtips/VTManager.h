@@ -198,9 +198,13 @@ private:
     Q_DISABLE_COPY(VTManager)
     struct FoundContent;
     struct ShowRequest;
+    VIDTIPS_NO_EXPORT bool keeps(const QString &key, const ShowRequest &request);
     VIDTIPS_NO_EXPORT void find(const QString &key, FoundContent &found);
     VIDTIPS_NO_EXPORT void findFallback(const QString &key, FoundContent &found);
     VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, FoundContent &found);
+    VIDTIPS_NO_EXPORT bool reveal(const ShowRequest &request);
+    VIDTIPS_NO_EXPORT void revealAwaited();
+    VIDTIPS_NO_EXPORT void withdraw();
     VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
     VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);

@@ -1,0 +1,193 @@
+#include "VTTipWatch_p.h"
+
+#include "VTPopupPlace_p.h"
+#include "VTWidget.h"
+
+#include <QtCore/QEvent>
+#include <QtGui/QCursor>
+#include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
+
+namespace Vidtips {
+
+namespace {
+
+/** Returns what the open popups cover: a menu, and those that were opened from it. */
+QRect openPopups()
+{
+    QRect area;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *const window : windows) {
+        if (window->isVisible() && window->windowType() == Qt::Popup)
+            area |= window->frameGeometry();
+    }
+    return area;
+}
+
+QPoint besidePopup(const QWidget *popup, int top, const QSize &size)
+{
+    const QScreen *const screen = QGuiApplication::screenAt(popup->geometry().center());
+    const QScreen *const known = screen ? screen : QGuiApplication::primaryScreen();
+    return VTPopupPlace(openPopups(), known->availableGeometry()).beside(top, size);
+}
+
+const QWidget *popupWith(const QObject *object)
+{
+    const auto *const widget = qobject_cast<const QWidget *>(object);
+    const QWidget *const window = widget ? widget->window() : nullptr;
+    return window && window->windowType() == Qt::Popup && window->isVisible() ? window : nullptr;
+}
+
+} // namespace
+
+VTTipWatch::VTTipWatch(QObject *parent)
+    : QObject(parent)
+{
+    connect(&m_command, &VTCommandWatch::gone, this, &VTTipWatch::handleGone);
+    connect(&m_command, &VTCommandWatch::passedOn, this, &VTTipWatch::handlePassedOn);
+    connect(&m_command, &VTCommandWatch::stirred, &m_pointer, &VTPointerWatch::lookSoon);
+    connect(&m_pointer, &VTPointerWatch::looked, this, &VTTipWatch::handleLook);
+}
+
+void VTTipWatch::begin(VTWidget *tip, QObject *object, const QRect &rect, const QPoint &position)
+{
+    if (m_tip == tip && !object)
+        return;
+    end();
+    m_tip = tip;
+    m_hasPassedOn = false;
+    tip->installEventFilter(this);
+    m_command.begin(object, rect, position);
+    if (m_command.widget())
+        tip->refer(m_command.widget(), m_command.rect());
+}
+
+void VTTipWatch::end()
+{
+    if (m_tip)
+        m_tip->removeEventFilter(this);
+    m_tip = nullptr;
+    m_command.end();
+    m_pointer.rest();
+}
+
+QPoint VTTipWatch::placeOf(const QObject *object, const QRect &rect, const QPoint &place, const QSize &size)
+{
+    const QWidget *const popup = popupWith(object);
+    return popup ? besidePopup(popup, rect.isValid() ? rect.top() : QCursor::pos().y(), size) : place;
+}
+
+bool VTTipWatch::isOfTip(const QObject *object) const
+{
+    const auto *const widget = qobject_cast<const QWidget *>(object);
+    return object == m_tip || (widget && m_tip->isAncestorOf(widget));
+}
+
+bool VTTipWatch::filter(QObject *watched, QEvent *event)
+{
+    if (!watched)
+        return false;
+    const QPointer<QObject> guard(watched);
+    VTWidget *const shown = m_tip && !m_tip->fadesOut() ? m_tip.data() : nullptr;
+    if (m_keys.filter(shown, watched, event) || !guard)
+        return true;
+    if (!m_tip)
+        return false;
+    if (m_mouse.filter(m_tip, watched, event) || !guard)
+        return true;
+    if (m_tip && watched->isWidgetType() && !isOfTip(watched))
+        handleApplicationEvent(qobject_cast<QWidget *>(watched), event);
+    return !guard;
+}
+
+void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        if (widget->windowType() == Qt::Popup && !m_command.isReachedThrough(widget))
+            handleGone();
+        else
+            m_pointer.lookSoon();
+        break;
+    case QEvent::Hide:
+    case QEvent::Enter:
+    case QEvent::Leave:
+    case QEvent::ZOrderChange:
+        m_pointer.lookSoon();
+        break;
+    default:
+        break;
+    }
+}
+
+bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Hide:
+        end();
+        break;
+    case QEvent::Enter:
+    case QEvent::Leave:
+    case QEvent::Move:
+    case QEvent::Resize:
+        m_pointer.lookSoon();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void VTTipWatch::pointerMoved(const QWidget *widget, const QPoint &position)
+{
+    // Whatever was to be looked at can be seen from the event.
+    m_pointer.rest();
+    if (widget)
+        handleLook(widget, position);
+}
+
+// What covers the command takes it from under the pointer.
+void VTTipWatch::locateCommand(const QWidget *under, const QPoint &position)
+{
+    if (!m_command.widget())
+        return;
+    const QRect rect = m_command.rect();
+    const bool isCovered = rect.contains(position) && !m_command.isReachedThrough(under);
+    m_tip->refer(m_command.widget(), isCovered || m_hasPassedOn ? QRect() : rect);
+}
+
+void VTTipWatch::handleLook(const QWidget *under, const QPoint &position)
+{
+    if (!m_tip)
+        return;
+    if (!m_command.isInSight()) {
+        handleGone();
+        return;
+    }
+    if (!isOfTip(under))
+        locateCommand(under, position);
+    m_tip->checkMousePosition(position);
+}
+
+void VTTipWatch::handleGone()
+{
+    const QPointer<VTWidget> tip = m_tip;
+    end();
+    if (tip)
+        tip->hide();
+}
+
+void VTTipWatch::handlePassedOn()
+{
+    const QPointer<VTWidget> tip = m_tip;
+    if (!tip)
+        return;
+    const QPoint position = QCursor::pos();
+    m_hasPassedOn = true;
+    tip->refer(m_command.widget(), QRect());
+    tip->checkMousePosition(position);
+    if (!tip->isSafe(position))
+        tip->hideAnimated();
+}
+
+} // namespace Vidtips

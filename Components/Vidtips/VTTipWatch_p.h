@@ -1,0 +1,69 @@
+#pragma once
+
+#include "VTCommandWatch_p.h"
+#include "VTPointerWatch_p.h"
+#include "VTPopupMouse_p.h"
+#include "VTTipKeys_p.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+
+namespace Vidtips {
+
+class VTWidget;
+
+/**
+ * Sees to it that a tip goes with its command, at once where that is gone and by the window's own countdown
+ * where only the pointer has left, and that it gets along with what the host has on the screen meanwhile.
+ *
+ * While no tip is shown it watches nothing.
+ */
+class VTTipWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit VTTipWatch(QObject *parent = nullptr);
+
+    /**
+     * Watches over @p tip, which has just been shown for @p object or the rectangle @p rect in it, at the
+     * global @p position. A null object leaves the tip with the command it has.
+     */
+    void begin(VTWidget *tip, QObject *object, const QRect &rect, const QPoint &position);
+
+    /** Lets the tip alone. */
+    void end();
+
+    /** Returns where a tip of @p size goes beside an open popup with @p object in it, else @p place. */
+    static QPoint placeOf(const QObject *object, const QRect &rect, const QPoint &place, const QSize &size);
+
+    /**
+     * Is told of an event of the application, by hosts that let all of them be watched; returns whether the
+     * event is used up.
+     */
+    bool filter(QObject *watched, QEvent *event);
+
+    /** Is told that the pointer moved to the global @p position, over @p widget. */
+    void pointerMoved(const QWidget *widget, const QPoint &position);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    Q_DISABLE_COPY(VTTipWatch)
+    bool isOfTip(const QObject *object) const;
+    void locateCommand(const QWidget *under, const QPoint &position);
+    void handleLook(const QWidget *under, const QPoint &position);
+    void handleGone();
+    void handlePassedOn();
+    void handleApplicationEvent(const QWidget *widget, const QEvent *event);
+
+    QPointer<VTWidget> m_tip;
+    VTCommandWatch m_command;
+    VTPointerWatch m_pointer;
+    VTTipKeys m_keys;
+    VTPopupMouse m_mouse;
+    bool m_hasPassedOn = false;
+};
+
+} // namespace Vidtips
