@@ -275,13 +275,17 @@ void VTWidget::joinOwner()
 {
     if (parentWidget())
         return;
+    QWidget *const window = owner();
+    QWindow *const handle = window ? window->windowHandle() : nullptr;
+    // A window that is on its way from the screen cannot change over to another owner.
+    if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
+        destroy();
     if (!windowHandle()) {
         create();
         // A click into a tip leaves the keyboard where it is. The widget's own flags are not touched.
         windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
     }
-    const QWidget *const window = owner();
-    windowHandle()->setTransientParent(window ? window->windowHandle() : nullptr);
+    windowHandle()->setTransientParent(handle);
 }
 
 // The window system learns of it only when a window is shown.

@@ -34,6 +34,7 @@ public:
     explicit ForeignHost(const std::function<void(VTContext &)> &configure = {});
     ~ForeignHost() override;
 
+    TestSession *session() const { return m_session.get(); }
     TestHost *host() const { return m_session->host; }
     Vidtips::VTWidget *tip() const { return m_session->window(); }
     bool isShown() const { return tip() && tip()->isVisible(); }
