@@ -50,6 +50,8 @@ void VTCommandWatch::begin(QObject *object, const QRect &rect, const QPoint &pos
         watchObject(object);
     if (!m_widget)
         return;
+    if (m_widget != object)
+        m_connections << connect(m_widget.data(), &QObject::destroyed, this, &VTCommandWatch::gone);
     if (auto *const menu = qobject_cast<QMenu *>(m_widget.data()))
         watchMenu(menu);
     watchChain();
@@ -157,8 +159,8 @@ void VTCommandWatch::watchCell(const QAbstractItemView *view)
     if (!cell.isValid())
         return;
     const QRect place = view->visualRect(cell);
-    const auto check = [this, view, cell, place] {
-        if (!cell.isValid())
+    const auto check = [this, view = QPointer<const QAbstractItemView>(view), cell, place] {
+        if (!cell.isValid() || !view)
             Q_EMIT gone();
         else if (view->visualRect(cell) != place)
             Q_EMIT passedOn();

@@ -142,7 +142,6 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
     QTranslator *translator = nullptr;
     QString cataloguePath;
-    // The events that it passes on may destroy the manager.
     const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
     std::optional<ShowRequest> awaited; ///< until its user interface is loaded
 
@@ -588,7 +587,8 @@ bool VTManager::keeps(const QString &key, const ShowRequest &request)
 {
     if (!isVisibleWith(d->widget, key) || !d->widget->belongsTo(request.object))
         return false;
-    d->watch->begin(d->widget, request.object, request.rect, request.position);
+    if (request.object)
+        d->watch->begin(d->widget, request.object, request.rect, request.position);
     d->widget->stopFadeOut();
     return true;
 }
@@ -785,11 +785,17 @@ void VTManager::setStayOnTop(bool on)
     }
 }
 
-bool VTManager::eventFilter(QObject *watched, QEvent *event)
+// Who hears of the tip's end may destroy the manager.
+bool VTManager::watchesOver(QObject *watched, QEvent *event)
 {
     const std::shared_ptr<VTTipWatch> watch = d->watch;
     const QPointer<VTManager> self(this);
-    if (watch->filter(watched, event) || !self)
+    return watch->filter(watched, event) || !self;
+}
+
+bool VTManager::eventFilter(QObject *watched, QEvent *event)
+{
+    if (d->watch->isAtWork() && watchesOver(watched, event))
         return true;
     switch (event->type()) {
     case QEvent::MouseButtonPress:

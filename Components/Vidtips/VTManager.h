@@ -206,6 +206,7 @@ private:
     VIDTIPS_NO_EXPORT void revealAwaited();
     VIDTIPS_NO_EXPORT void withdraw();
     VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
+    VIDTIPS_NO_EXPORT bool watchesOver(QObject *watched, QEvent *event);
     VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
     VIDTIPS_NO_EXPORT bool keepOrHide(const ShowRequest &request);

@@ -42,7 +42,8 @@ bool writesText(const QWidget *widget)
 // A blank belongs to the text that is being written, unless the user points into the tip.
 bool isForTip(const VTWidget *tip, const QWidget *typedInto, const QKeyEvent *event)
 {
-    if (event->modifiers() != Qt::NoModifier)
+    // A kept tip that has the focus has keys of its own.
+    if (event->modifiers() != Qt::NoModifier || qobject_cast<const VTView *>(typedInto))
         return false;
     if (event->key() == Qt::Key_F1)
         return true;

@@ -27,6 +27,9 @@ public:
      */
     bool filter(VTWidget *tip, QObject *watched, QEvent *event);
 
+    /** Tells whether the press of a key that was used up is still to come. */
+    bool isWaiting() const { return m_taken != 0; }
+
 private:
     bool override(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event);
     bool press(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event);

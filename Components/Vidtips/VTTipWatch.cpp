@@ -51,8 +51,6 @@ VTTipWatch::VTTipWatch(QObject *parent)
 
 void VTTipWatch::begin(VTWidget *tip, QObject *object, const QRect &rect, const QPoint &position)
 {
-    if (m_tip == tip && !object)
-        return;
     end();
     m_tip = tip;
     m_hasPassedOn = false;
@@ -166,6 +164,9 @@ void VTTipWatch::handleLook(const QWidget *under, const QPoint &position)
     }
     if (!isOfTip(under))
         locateCommand(under, position);
+    // A tip that stays by itself is not worth another look.
+    if (m_tip->idleInterval() < 0)
+        m_pointer.rest();
     m_tip->checkMousePosition(position);
 }
 

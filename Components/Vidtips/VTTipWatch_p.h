@@ -26,13 +26,16 @@ public:
     explicit VTTipWatch(QObject *parent = nullptr);
 
     /**
-     * Watches over @p tip, which has just been shown for @p object or the rectangle @p rect in it, at the
-     * global @p position. A null object leaves the tip with the command it has.
+     * Watches over @p tip, which is shown for @p object, or for the rectangle @p rect in it, at the global
+     * @p position. Without an object the tip goes by the pointer and the keyboard alone.
      */
     void begin(VTWidget *tip, QObject *object, const QRect &rect, const QPoint &position);
 
     /** Lets the tip alone. */
     void end();
+
+    /** Tells whether events of the application matter; checked for each of them. */
+    bool isAtWork() const { return m_tip || m_keys.isWaiting(); }
 
     /** Returns where a tip of @p size goes beside an open popup with @p object in it, else @p place. */
     static QPoint placeOf(const QObject *object, const QRect &rect, const QPoint &place, const QSize &size);

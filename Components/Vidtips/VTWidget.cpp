@@ -275,7 +275,7 @@ void VTWidget::joinOwner()
 {
     if (parentWidget())
         return;
-    QWidget *const window = owner();
+    const QWidget *const window = d->reference ? owner() : QApplication::activeModalWidget();
     QWindow *const handle = window ? window->windowHandle() : nullptr;
     // A window that is on its way from the screen cannot change over to another owner.
     if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
@@ -375,14 +375,19 @@ void VTWidget::hideAnimationFinished()
     hide();
 }
 
-void VTWidget::setTimer()
+int VTWidget::idleInterval() const
 {
-    d->timer->stop();
     const bool stays = d->handedOver || (d->view && d->view->stayOpen());
     const float interval = stays ? 0.0F : d->setting(IdleInterval, 3000).toFloat();
     const float longest = 2.0e9F;
-    if (interval > 0.0F)
-        d->timer->start(static_cast<int>(std::min(interval, longest)));
+    return interval > 0.0F ? static_cast<int>(std::min(interval, longest)) : -1;
+}
+
+void VTWidget::setTimer()
+{
+    d->timer->stop();
+    if (idleInterval() >= 0)
+        d->timer->start(idleInterval());
 }
 
 void VTWidget::contentReservedChanged()

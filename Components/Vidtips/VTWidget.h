@@ -118,6 +118,7 @@ private:
     friend class VTTipWatch;
     VIDTIPS_NO_EXPORT bool fadesOut() const;
     VIDTIPS_NO_EXPORT void stopFadeOut();
+    VIDTIPS_NO_EXPORT int idleInterval() const;
     VIDTIPS_NO_EXPORT bool fill(QObject *reference, const QRect &referenceRect, const QPoint &pos,
                                 VTXmlElement *content, const QString &rootPath);
     VIDTIPS_NO_EXPORT void reveal();

@@ -3,6 +3,7 @@
 #include "RealPointer.h"
 
 #include <QtGui/QHelpEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialog>
@@ -291,4 +292,18 @@ QMenu *ForeignHost::openMenu()
     if (!QTest::qWaitFor([=] { return menu->isVisible(); }))
         qWarning("the menu did not open");
     return menu;
+}
+
+void ForeignHost::picture(const QString &name) const
+{
+    const QString folder = qEnvironmentVariable("VIDTIPS_PICTURES");
+    if (folder.isEmpty())
+        return;
+    const QPoint inTip = RealPointer::center(tip());
+    const auto isPainted = [&] {
+        const QPixmap pixel = window->screen()->grabWindow(0, inTip.x(), inTip.y(), 1, 1);
+        return pixel.toImage().pixelColor(0, 0) == QColor("#2060c0");
+    };
+    if (!QTest::qWaitFor(isPainted) || !window->screen()->grabWindow(0).save(folder + '/' + name + ".png"))
+        qWarning("there is no picture of %s", qPrintable(name));
 }

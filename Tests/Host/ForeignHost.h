@@ -61,6 +61,9 @@ public:
 
     QPushButton *addButton(QWidget *parent, const QString &name, const QPoint &position) const;
 
+    /** Leaves a picture of the screen in the folder that VIDTIPS_PICTURES names, if it does. */
+    void picture(const QString &name) const;
+
     QMainWindow *window = nullptr;
     QWidget *secondWindow = nullptr;
     QTreeWidget *tree = nullptr;

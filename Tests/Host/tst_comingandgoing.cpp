@@ -405,6 +405,7 @@ void tst_ComingAndGoing::standsBesideTheMenu()
     QMenu *const menu = m_host->openMenu();
     QVERIFY(m_host->hover(m_host->entry(menu, 1), "stop"));
     QVERIFY(!m_host->tip()->geometry().intersects(menu->frameGeometry()));
+    m_host->picture("menu");
     menu->close();
     // At the right edge of the screen there is room to the left only.
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();

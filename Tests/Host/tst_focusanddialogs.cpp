@@ -30,6 +30,7 @@ private slots:
     void dialogs_data();
     void dialogs();
     void nestedDialogs();
+    void objectThatIsNoWidgetInADialog();
     void tipOfADialogAndThenOfTheWindow();
     void aboveItsWindow_data();
     void aboveItsWindow();
@@ -149,6 +150,7 @@ void tst_FocusAndDialogs::worksIn(QWidget *window, const QString &key)
 {
     QVERIFY(m_host->hover(window->findChild<QPushButton *>(key)));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
+    m_host->picture(QTest::currentTestFunction() + QString(" ") + key);
     QVERIFY(RealPointer::click(button()));
     QTRY_VERIFY(m_host->host()->notificationTexts().contains("20 " + key));
     QVERIFY(window->isActiveWindow());
@@ -192,6 +194,18 @@ void tst_FocusAndDialogs::nestedDialogs()
     worksIn(outer, "asked");
 }
 
+void tst_FocusAndDialogs::objectThatIsNoWidgetInADialog()
+{
+    QDialog *const dialog = m_host->openDialog(m_host->window, Qt::ApplicationModal, "asked");
+    QAction action;
+    const QPoint place = RealPointer::center(dialog->findChild<QPushButton *>());
+    QVERIFY(RealPointer::moveTo(place));
+    QVERIFY(m_host->host()->show("plain", place, &action));
+    QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
+    QVERIFY(RealPointer::click(button()));
+    QTRY_VERIFY(m_host->host()->notificationTexts().contains("20 plain"));
+}
+
 void tst_FocusAndDialogs::tipOfADialogAndThenOfTheWindow()
 {
     QVERIFY(m_host->hover(m_host->plain));
@@ -230,6 +244,7 @@ void tst_FocusAndDialogs::aboveItsWindow()
     QVERIFY(QTest::qWaitForWindowActive(m_host->window));
     QVERIFY(m_host->hover(m_host->plain));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
+    m_host->picture(QTest::currentDataTag());
 }
 
 void tst_FocusAndDialogs::onAnotherDesktop()

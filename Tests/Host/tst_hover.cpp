@@ -77,6 +77,7 @@ private:
     void startSession(const std::function<void(VTContext &)> &configure = {});
     QPushButton *addCommand(const QString &key, const QPoint &position);
     void pointAt(const QWidget *widget);
+    bool isOnScreen() const;
     bool hover(const QWidget *widget);
     void leaveTip();
     bool isCountingDown() const;
@@ -153,12 +154,19 @@ void tst_Hover::pointAt(const QWidget *widget)
     QCursor::setPos(center);
 }
 
+// A window that has been asked for is on the screen some time later.
+bool tst_Hover::isOnScreen() const
+{
+    const QWidget *const there = QApplication::widgetAt(RealPointer::center(tip()));
+    return there && there->window() == tip();
+}
+
 bool tst_Hover::hover(const QWidget *widget)
 {
     pointAt(widget);
     return QTest::qWaitFor([&] {
         return tip() && tip()->isVisible() && m_session->content()
-            && m_session->content()->attribute("key") == widget->objectName();
+            && m_session->content()->attribute("key") == widget->objectName() && isOnScreen();
     });
 }
 

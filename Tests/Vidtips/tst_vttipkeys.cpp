@@ -122,6 +122,11 @@ void tst_VTTipKeys::withoutATip()
     QVERIFY(!filter.filter(session->window(), nullptr, &event));
     QVERIFY(!filter.filter(session->window(), session->view(), &event));
     QVERIFY(session->window()->isVisible());
+    QVERIFY(!filter.isWaiting());
+    // A kept tip with the focus, beside this one.
+    VTView kept(session->manager(), nullptr);
+    QKeyEvent help(QEvent::KeyPress, Qt::Key_F1, {});
+    QVERIFY(!filter.filter(session->window(), &kept, &help));
 }
 
 void tst_VTTipKeys::focusOfTheSceneIsAsBefore()
