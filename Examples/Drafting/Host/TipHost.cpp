@@ -7,8 +7,6 @@
 
 #include <Vidtips/VTIndex.h>
 #include <Vidtips/VTManager.h>
-#include <Vidtips/VTView.h>
-#include <Vidtips/VTWidget.h>
 
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
@@ -86,15 +84,6 @@ void TipHost::setLanguage(const QString &localeName)
     setGlobalProperty(QStringLiteral("grid"), step + QStringLiteral("\u00a0mm"));
 }
 
-void TipHost::hideTip()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        auto *tip = qobject_cast<VTWidget *>(widget);
-        if (tip && tip->isVisible() && !(tip->windowFlags() & Qt::WindowTitleHint))
-            tip->hideAnimated();
-    }
-}
-
 bool TipHost::showUnderPointer()
 {
     const QPoint position = QCursor::pos();
@@ -129,12 +118,6 @@ QWidget *TipHost::createWindow(VTWindowType type)
     auto *window = new QWidget(m_log ? m_log->window() : nullptr, Qt::Tool);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setObjectName(QStringLiteral("PinnedTip"));
-    // The user has just clicked the tip: once its window is there, the keyboard is for it.
-    QTimer::singleShot(0, window, [window] {
-        window->activateWindow();
-        if (auto *view = window->findChild<VTView *>())
-            view->setFocus();
-    });
     return window;
 }
 

@@ -38,9 +38,6 @@ public:
     /** The key of the tip on screen; empty while there is none. */
     QString shownKey() const { return m_shownKey; }
 
-    /** Hides the tip on screen. */
-    void hideTip();
-
     /** Shows the tip of the object under the pointer at once, whatever key tips are bound to. */
     bool showUnderPointer();
 

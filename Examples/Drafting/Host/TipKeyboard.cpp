@@ -32,7 +32,7 @@ bool TipKeyboard::eventFilter(QObject *watched, QEvent *event)
     callTip(key);
     if (!handles(key))
         return false;
-    m_host->hideTip();
+    m_host->hide();
     return true;
 }
 
