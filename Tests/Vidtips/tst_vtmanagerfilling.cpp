@@ -1,4 +1,5 @@
-// What becomes of a tip that is on screen, and of one whose user interface does not load, when the next is asked for.
+// What becomes of a tip that is on screen, and of one whose user interface does not load, when the next is
+// asked for.
 
 #include "TestHost.h"
 #include "TipPackages.h"
