@@ -231,8 +231,9 @@ QColor QDeclarativeRectangle::color() const
 void QDeclarativeRectangle::setColor(const QColor &color)
 {
     Q_D(QDeclarativeRectangle);
-    // What is not a colour, such as an unknown name, leaves the one there was.
-    if (color == d->color || !color.isValid())
+    // What turns out to be no colour, such as an unknown name, leaves the one there was. A colour that was
+    // never set is one to begin with: black.
+    if (color == d->color || (!color.isValid() && isComponentComplete()))
         return;
     d->color = color;
     d->shapeUpdated();

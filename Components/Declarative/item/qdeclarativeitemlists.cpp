@@ -51,7 +51,11 @@ QQmlListProperty<QObject> QDeclarativeItemPrivate::resources()
     Q_Q(QDeclarativeItem);
     return {q,
             this,
-            append,
+            // An item that is given here is kept, but has no parent that it would be shown in.
+            [](ObjectList *list, QObject *object) {
+                if (object)
+                    object->setParent(list->object);
+            },
             [](ObjectList *list) { return privateOf(list)->resourceObjects().count(); },
             [](ObjectList *list, int index) { return privateOf(list)->resourceObjects().value(index); },
             nullptr};

@@ -38,7 +38,7 @@ void QDeclarativeFolderListModel::setFolder(const QUrl &folder)
     if (folder == address)
         return;
     const QString path = pathOf(folder);
-    if (path.isEmpty() || !QFileInfo(path).isDir())
+    if (!folder.isEmpty() && (path.isEmpty() || !QFileInfo(path).isDir()))
         return;
     address = folder;
     if (isComplete)
@@ -139,6 +139,9 @@ QDir::SortFlags QDeclarativeFolderListModel::sorting() const
 
 QFileInfoList QDeclarativeFolderListModel::list() const
 {
+    // Without a folder there is the root of the file system, alone.
+    if (address.isEmpty())
+        return {QFileInfo(QDir::rootPath())};
     QDir::Filters what = QDir::Files;
     if (withFolders)
         what |= QDir::AllDirs | QDir::Drives;

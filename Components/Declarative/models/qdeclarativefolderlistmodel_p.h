@@ -12,7 +12,7 @@
  * The files and folders of a local folder, for "Qt.labs.folderlistmodel 1.0".
  *
  * Folders come first. It follows changes of the folder. A folder that does not exist leaves the one that is
- * shown.
+ * shown; an empty address shows the root of the file system alone.
  */
 class QDeclarativeFolderListModel : public QAbstractListModel, public QQmlParserStatus
 {

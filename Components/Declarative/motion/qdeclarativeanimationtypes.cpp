@@ -2,11 +2,14 @@
 
 #include "engine/qdeclarativeqttype_p.h"
 
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtCore/QVector>
 
 #include <private/qmetaobjectbuilder_p.h>
 #include <private/qobject_p.h>
 #include <private/qquickanimation_p.h>
+#include <private/qquickanimation_p_p.h>
 
 #include <utility>
 
@@ -20,7 +23,11 @@ const char *const animationTypes[] = {
 constexpr int animationTypeCount = sizeof(animationTypes) / sizeof(animationTypes[0]);
 
 /**
- * Adds the signal completed() to a class of Qt's animations, whose own is called stopped().
+ * Gives a class of Qt's animations the signals that QML 1 content knows, in its order.
+ *
+ * There is completed(), which Qt calls stopped(). Its started() comes when what the animation begins with has
+ * been done, and before runningChanged(). An animation that is to run to its end counts as completed when it
+ * is stopped, and not again at its end.
  *
  * One object serves all animations of the class, which Qt does not let us derive from, and lives for ever.
  */
@@ -34,25 +41,84 @@ public:
         builder.setClassName(name.replace("QQuick", "QDeclarative"));
         builder.setSuperClass(qtClass);
         builder.addSignal("completed()");
+        builder.addSignal("started()");
+        builder.addSignal("runningChanged(bool)");
         *static_cast<QMetaObject *>(this) = *builder.toMetaObject();
     }
 
     void addTo(QObject *animation)
     {
-        static const int stopped = QQuickAbstractAnimation::staticMetaObject.indexOfSignal("stopped()");
+        const QMetaObject &type = QQuickAbstractAnimation::staticMetaObject;
+        static const int started = type.indexOfSignal("started()");
+        static const int stopped = type.indexOfSignal("stopped()");
+        static const int ran = type.indexOfSignal("runningChanged(bool)");
         QObjectPrivate::get(animation)->metaObject = this;
-        QMetaObject::connect(animation, stopped, animation, methodOffset(), Qt::DirectConnection);
+        QMetaObject::connect(animation, started, animation, methodOffset() + Started, Qt::DirectConnection);
+        QMetaObject::connect(animation, stopped, animation, methodOffset() + Completed, Qt::DirectConnection);
+        QMetaObject::connect(animation, ran, animation, methodOffset() + RunningChanged,
+                             Qt::DirectConnection);
     }
 
-    void objectDestroyed(QObject *) override { }
+    void objectDestroyed(QObject *animation) override
+    {
+        m_starting.remove(animation);
+        m_stopping.remove(animation);
+    }
 
     int metaCall(QObject *animation, Call call, int id, void **arguments) override
     {
-        if (call != InvokeMetaMethod || id != methodOffset())
+        const int signal = id - methodOffset();
+        if (call != InvokeMetaMethod || signal < 0)
             return animation->qt_metacall(call, id, arguments);
-        activate(animation, this, 0, nullptr);
+        if (signal == Started)
+            m_starting.insert(animation);
+        else if (signal == Completed)
+            complete(animation);
+        else
+            runningChange(static_cast<QQuickAbstractAnimation *>(animation));
         return -1;
     }
+
+private:
+    enum Signal { Completed, Started, RunningChanged };
+
+    /** What takes no time is over before it says that it runs. */
+    void noteStart(QObject *animation)
+    {
+        if (m_starting.remove(animation))
+            activate(animation, this, Started, nullptr);
+    }
+
+    void complete(QObject *animation)
+    {
+        const QPointer<QObject> guard(animation);
+        noteStart(animation);
+        if (guard && !m_stopping.remove(animation))
+            activate(animation, this, Completed, nullptr);
+    }
+
+    void runningChange(QQuickAbstractAnimation *animation)
+    {
+        const QPointer<QObject> guard(animation);
+        bool isRunning = animation->isRunning();
+        const auto *d = static_cast<QQuickAbstractAnimationPrivate *>(QObjectPrivate::get(animation));
+        noteStart(animation);
+        if (!guard)
+            return;
+        m_stopping.remove(animation);
+        if (!isRunning && d->animationInstance && !d->animationInstance->isStopped()) {
+            activate(animation, this, Completed, nullptr);
+            if (guard)
+                m_stopping.insert(animation);
+        }
+        if (!guard)
+            return;
+        void *arguments[] = {nullptr, &isRunning};
+        activate(animation, this, RunningChanged, arguments);
+    }
+
+    QSet<QObject *> m_starting; ///< about to do what they begin with
+    QSet<QObject *> m_stopping; ///< run to their end, although stopped
 };
 
 struct AnimationType

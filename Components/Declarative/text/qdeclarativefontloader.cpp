@@ -5,6 +5,7 @@
 
 #include <QtQml/QQmlEngine>
 
+#include <private/qqmldata_p.h>
 #include <private/qqmltype_p.h>
 
 QDeclarativeFontLoader::QDeclarativeFontLoader() = default;
@@ -16,8 +17,14 @@ QObject *QDeclarativeFontLoader::loader()
     inner = QDeclarativeQtType::find("QtQuick", "FontLoader").create();
     inner->setParent(this);
     // Its messages and its requests are this element's.
-    if (QQmlContext *context = qmlContext(this))
+    if (QQmlContext *context = qmlContext(this)) {
         QQmlEngine::setContextForObject(inner, context);
+        const QQmlData *place = QQmlData::get(this);
+        QQmlData *data = QQmlData::get(inner);
+        data->outerContext = place->outerContext;
+        data->lineNumber = place->lineNumber;
+        data->columnNumber = place->columnNumber;
+    }
     connect(inner, SIGNAL(sourceChanged()), this, SIGNAL(sourceChanged()));
     connect(inner, SIGNAL(nameChanged()), this, SIGNAL(nameChanged()));
     connect(inner, SIGNAL(statusChanged()), this, SIGNAL(statusChanged()));

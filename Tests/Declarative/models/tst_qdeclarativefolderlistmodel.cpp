@@ -144,6 +144,10 @@ void tst_QDeclarativeFolderListModel::parentFolder()
     QCOMPARE(scene.evaluate("list.count").toInt(), 5);
     scene.evaluate("list.folder = 'file:///'");
     QCOMPARE(scene.evaluate("list.parentFolder").toUrl(), QUrl());
+    // Without a folder there is the root alone.
+    scene.evaluate("list.folder = ''");
+    QCOMPARE(scene.evaluate("list.count").toInt(), 1);
+    QCOMPARE(scene.evaluate("list.folder").toUrl(), QUrl());
 }
 
 void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne_data()
@@ -152,7 +156,6 @@ void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne_data()
     QTest::newRow("missing") << QByteArray("file:///no/such/folder");
     QTest::newRow("file") << QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("b.txt"))).toEncoded();
     QTest::newRow("network") << QByteArray("http://127.0.0.1/");
-    QTest::newRow("empty") << QByteArray();
 }
 
 void tst_QDeclarativeFolderListModel::missingFolderLeavesTheOldOne()
