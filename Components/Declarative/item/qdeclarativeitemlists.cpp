@@ -49,8 +49,7 @@ QObjectList QDeclarativeItemPrivate::resourceObjects() const
 QQmlListProperty<QObject> QDeclarativeItemPrivate::resources()
 {
     Q_Q(QDeclarativeItem);
-    return {q,
-            this,
+    return {q, this,
             // An item that is given here is kept, but has no parent that it would be shown in.
             [](ObjectList *list, QObject *object) {
                 if (object)
