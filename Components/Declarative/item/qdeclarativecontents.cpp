@@ -10,15 +10,24 @@ QRectF geometryOf(const QGraphicsObject *object)
     return QRectF(object->pos(), QSizeF(d->width(), d->height()));
 }
 
-/** Encloses both, also where one of them has no area. */
-QRectF united(const QRectF &a, const QRectF &b)
+} // namespace
+
+/** Takes note of a child that reaches to @p place; an edge further out has a lower place. */
+void QDeclarativeContents::Edge::add(qreal place)
 {
-    const qreal left = qMin(a.left(), b.left()), top = qMin(a.top(), b.top());
-    const qreal right = qMax(a.right(), b.right()), bottom = qMax(a.bottom(), b.bottom());
-    return QRectF(left, top, right - left, bottom - top);
+    if (children == 0 || place < at) {
+        at = place;
+        children = 1;
+    } else if (place == at) {
+        ++children;
+    }
 }
 
-} // namespace
+void QDeclarativeContents::Edge::remove(qreal place)
+{
+    if (place == at)
+        --children;
+}
 
 QDeclarativeContents::QDeclarativeContents(QDeclarativeItem *item)
     : m_item(item)
@@ -66,23 +75,53 @@ void QDeclarativeContents::update(const QGraphicsObject *except)
     setRect(enclose(except));
 }
 
-QRectF QDeclarativeContents::enclose(const QGraphicsObject *except) const
+QRectF QDeclarativeContents::enclose(const QGraphicsObject *except)
 {
-    // The origin counts towards right and bottom, and the last place stays when the children are gone.
-    QPointF start, end;
-    bool first = true;
+    // The origin counts towards right and bottom.
+    m_left = m_top = Edge();
+    m_right = m_bottom = Edge{0, 1};
     const auto children = QDeclarativeItemPrivate::childObjects(m_item);
     for (const QGraphicsObject *child : children) {
-        if (child == except)
-            continue;
-        const QRectF rect = geometryOf(child);
-        start = first ? rect.topLeft() : QPointF(qMin(start.x(), rect.left()), qMin(start.y(), rect.top()));
-        end = QPointF(qMax(end.x(), rect.right()), qMax(end.y(), rect.bottom()));
-        first = false;
+        if (child != except)
+            add(geometryOf(child));
     }
-    if (first)
+    return enclosed();
+}
+
+QRectF QDeclarativeContents::enclosed() const
+{
+    // The last place stays when the children are gone.
+    if (m_left.children == 0)
         return QRectF(m_rect.topLeft(), QSizeF(0, 0));
-    return QRectF(start, QSizeF(end.x() - start.x(), end.y() - start.y()).expandedTo(QSizeF(0, 0)));
+    const QSizeF size(-m_right.at - m_left.at, -m_bottom.at - m_top.at);
+    return QRectF(QPointF(m_left.at, m_top.at), size.expandedTo(QSizeF(0, 0)));
+}
+
+void QDeclarativeContents::add(const QRectF &rect)
+{
+    m_left.add(rect.left());
+    m_top.add(rect.top());
+    m_right.add(-rect.right());
+    m_bottom.add(-rect.bottom());
+}
+
+void QDeclarativeContents::remove(const QRectF &rect)
+{
+    m_left.remove(rect.left());
+    m_top.remove(rect.top());
+    m_right.remove(-rect.right());
+    m_bottom.remove(-rect.bottom());
+}
+
+/** Takes over what has changed, after a look at all children where the last one has left an edge. */
+void QDeclarativeContents::follow(const QGraphicsObject *except)
+{
+    const bool isKnown =
+        m_left.children > 0 && m_top.children > 0 && m_right.children > 0 && m_bottom.children > 0;
+    if (isKnown)
+        setRect(enclosed());
+    else
+        update(except);
 }
 
 void QDeclarativeContents::setRect(const QRectF &rect)
@@ -93,29 +132,40 @@ void QDeclarativeContents::setRect(const QRectF &rect)
     Q_EMIT m_item->childrenRectChanged(rect);
 }
 
-void QDeclarativeContents::itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before)
+void QDeclarativeContents::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
+                                               const QRectF &before)
 {
-    const bool wasInside = before.left() > m_rect.left() && before.top() > m_rect.top()
-        && before.right() < m_rect.right() && before.bottom() < m_rect.bottom();
-    // One that did not touch an edge can only widen the rectangle, so the others need no look.
-    if (wasInside)
-        setRect(united(m_rect, now));
-    else
+    // Where others who heard of it first have changed the child again, that was told before this.
+    if (geometryOf(item) != now) {
         update();
+        return;
+    }
+    // First the new place, which keeps an edge that the child moves outwards.
+    add(now);
+    remove(before);
+    follow();
 }
 
 void QDeclarativeContents::itemChildAdded(QDeclarativeItem *, QGraphicsObject *child)
 {
-    if (child)
-        watch(child);
-    update();
+    if (!child) {
+        update();
+        return;
+    }
+    watch(child);
+    add(geometryOf(child));
+    follow();
 }
 
 void QDeclarativeContents::itemChildRemoved(QDeclarativeItem *, QGraphicsObject *child)
 {
-    if (child)
-        unwatch(child);
-    update(child);
+    if (!child) {
+        update();
+        return;
+    }
+    unwatch(child);
+    remove(geometryOf(child));
+    follow(child);
 }
 
 void QDeclarativeContents::itemDestroyed(QDeclarativeItem *child)

@@ -97,6 +97,7 @@ public:
     void appendData(QObject *);
     QObjectList resourceObjects() const;
     static QList<QGraphicsObject *> childObjects(const QGraphicsItem *);
+    const QList<QGraphicsObject *> &childList();
     QPointF computeTransformOrigin() const;
     /** The size in which transformOrigin is a place. */
     virtual QSizeF originExtent() const;
@@ -189,6 +190,8 @@ public:
         QDeclarativeKeyFilter *keyFilter = nullptr;
         QDeclarativeLayoutMirroring *mirroring = nullptr;
         std::unique_ptr<QDeclarativeContents> contents;
+        QList<QGraphicsItem *> listedChildren; ///< all those at the time that childList was made
+        QList<QGraphicsObject *> childList;
     };
     ExtraData &extra();
 

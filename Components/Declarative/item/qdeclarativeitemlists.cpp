@@ -91,6 +91,19 @@ QList<QGraphicsObject *> QDeclarativeItemPrivate::childObjects(const QGraphicsIt
     return objects;
 }
 
+/** The children that are objects. A script that goes through them asks for the list with each step. */
+const QList<QGraphicsObject *> &QDeclarativeItemPrivate::childList()
+{
+    ExtraData &data = extra();
+    ensureSortedChildren();
+    // Whoever changes the list of all children leaves ours with the old one.
+    if (!data.listedChildren.isSharedWith(QGraphicsItemPrivate::children)) {
+        data.listedChildren = QGraphicsItemPrivate::children;
+        data.childList = childObjects(q_func());
+    }
+    return data.childList;
+}
+
 QQmlListProperty<QGraphicsObject> QDeclarativeItemPrivate::children()
 {
     Q_Q(QDeclarativeItem);
@@ -101,9 +114,9 @@ QQmlListProperty<QGraphicsObject> QDeclarativeItemPrivate::children()
             if (child)
                 child->setParentItem(static_cast<QDeclarativeItem *>(list->object));
         },
-        [](ChildList *list) { return childObjects(static_cast<QDeclarativeItem *>(list->object)).count(); },
+        [](ChildList *list) { return get(static_cast<QDeclarativeItem *>(list->object))->childList().count(); },
         [](ChildList *list, int index) {
-            return childObjects(static_cast<QDeclarativeItem *>(list->object)).value(index);
+            return get(static_cast<QDeclarativeItem *>(list->object))->childList().value(index);
         },
         nullptr};
 }
