@@ -20,10 +20,10 @@ class QQuickTransition;
  * An item paints nothing until it clears QGraphicsItem::ItemHasNoContents. Items are owned by their QObject
  * parent and by their parent item, whichever goes first. GUI thread only.
  */
-class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeItem : public QGraphicsObject, public QQmlParserStatus
+class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeItem : public QGraphicsObject, public QDeclarativeParserStatus
 {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
+    Q_INTERFACES(QDeclarativeParserStatus)
     /** The item around this one, in whose coordinates it lies; null at the root. */
     Q_PROPERTY(QDeclarativeItem *parent READ parentItem WRITE setParentItem NOTIFY parentChanged
                    DESIGNABLE false FINAL)
@@ -279,3 +279,18 @@ private:
 };
 
 QML_DECLARE_TYPE(QDeclarativeItem)
+
+/** Casts @p object to the class that @p T points to, or returns null if it is none. */
+template <typename T>
+inline T qobject_cast(QGraphicsObject *object)
+{
+    return qobject_cast<T>(static_cast<QObject *>(object));
+}
+
+/** Casts @p item to the class that @p T points to, or returns null if it is no object or none of that class.
+ */
+template <typename T>
+inline T qobject_cast(QGraphicsItem *item)
+{
+    return item ? qobject_cast<T>(static_cast<QObject *>(item->toGraphicsObject())) : nullptr;
+}

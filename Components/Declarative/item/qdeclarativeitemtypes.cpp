@@ -6,6 +6,8 @@
 #include "qdeclarativelayoutmirroring_p.h"
 #include "qdeclarativetranslate_p.h"
 
+#include <QtWidgets/QGraphicsEffect>
+
 /** Gives an object made by Component.createObject() its place in the scene. */
 static QQmlPrivate::AutoParentResult parentGraphicsObject(QObject *object, QObject *parent)
 {
@@ -28,7 +30,10 @@ void registerDeclarativeItemTypes()
     // Content compares lines.
     QMetaType::registerEqualsComparator<QDeclarativeAnchorLine>();
     qmlRegisterAnonymousType<QGraphicsObject>("QtQuick", 1);
+    // By this name Graphics View knows the children of its own objects, which are a default property there.
+    QDeclarativeListProperty<QGraphicsObject>::makeNameKnown();
     qmlRegisterAnonymousType<QGraphicsTransform>("QtQuick", 1);
+    qmlRegisterAnonymousType<QGraphicsEffect>("QtQuick", 1);
     qmlRegisterAnonymousType<QDeclarativeAnchors>("QtQuick", 1);
     registerDeclarativeType<QDeclarativeItem>("Item");
     registerDeclarativeType<QDeclarativeTranslate>("Translate");

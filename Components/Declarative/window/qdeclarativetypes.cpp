@@ -9,9 +9,11 @@
 #include "image/qdeclarativeimagetypes_p.h"
 #include "input/qdeclarativeinputtypes_p.h"
 #include "item/qdeclarativeitemtypes_p.h"
+#include "language/qdeclarativeengine_p.h"
 #include "models/qdeclarativemodelstypes_p.h"
 #include "motion/qdeclarativemotiontypes_p.h"
 #include "particles/qdeclarativeparticlestypes_p.h"
+#include "qdeclarativedatabases_p.h"
 #include "text/qdeclarativetexttypes_p.h"
 #include "views/qdeclarativeviewstypes_p.h"
 
@@ -29,15 +31,34 @@ const RegisterTypes rooms[] = {
     registerDeclarativeViewsTypes,   registerDeclarativeElementsTypes, registerDeclarativeParticlesTypes,
 };
 
+// Properties and signals of hosts name these by their QML 1 names, which moc writes down.
+void registerNames()
+{
+    qRegisterMetaType<QDeclarativeComponent *>("QDeclarativeComponent*");
+    qRegisterMetaType<QDeclarativeContext *>("QDeclarativeContext*");
+    qRegisterMetaType<QDeclarativeExpression *>("QDeclarativeExpression*");
+    qRegisterMetaType<QDeclarativePropertyMap *>("QDeclarativePropertyMap*");
+    qRegisterMetaType<QDeclarativeScriptString>("QDeclarativeScriptString");
+    qRegisterMetaType<QDeclarativeListReference>("QDeclarativeListReference");
+    qRegisterMetaType<QList<QDeclarativeError>>("QList<QDeclarativeError>");
+}
+
 } // namespace
 
 void qmlRegisterDeclarativeTypes()
 {
     static std::once_flag once;
     std::call_once(once, [] {
+        registerNames();
         QDeclarativeQtModules::registerTypes();
         QDeclarativeNotices::silence();
         for (const RegisterTypes registerTypes : rooms)
             registerTypes();
     });
+}
+
+void prepareDeclarativeEngine(QQmlEngine *engine)
+{
+    qmlRegisterDeclarativeTypes();
+    QDeclarativeDatabases::install(engine);
 }

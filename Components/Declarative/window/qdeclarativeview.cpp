@@ -3,7 +3,6 @@
 #include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "item/qdeclarativeitem_p.h"
-#include "qdeclarativedatabases_p.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QPointer>
@@ -11,14 +10,14 @@
 #include <QtGui/QResizeEvent>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsWidget>
+#include <QtWidgets/QLayout>
 
 #include <private/qqmldata_p.h>
-#include <private/qv4engine_p.h>
 
 namespace {
 
-// Rests every binding of what is about to be destroyed. What a Loader, a Repeater or a view has made is below
-// the item as an item, but not as an object.
+// Rests every binding of what is about to be destroyed. What a view has made is below the item as an item,
+// but not as an object.
 void rest(const QGraphicsItem *item)
 {
     const QGraphicsObject *const object = item->toGraphicsObject();
@@ -27,23 +26,6 @@ void rest(const QGraphicsItem *item)
     const QList<QGraphicsItem *> children = item->childItems();
     for (const QGraphicsItem *child : children)
         rest(child);
-}
-
-// How many calls deep the engine lets scripts go.
-int measuredCallDepth(QQmlEngine *engine)
-{
-    const QString script = QStringLiteral("(function() { var n = 0; function f() { ++n; f() }"
-                                          "try { f() } catch (error) {} return n })()");
-    return engine->evaluate(script).toInt();
-}
-
-// A handler that causes its own signal takes many times the stack of a function that calls itself, and at the
-// engine's bound of calls there would be none left.
-void boundCallDepth(QQmlEngine *engine)
-{
-    constexpr int mostCalls = 300;
-    static const int engineBound = measuredCallDepth(engine);
-    engine->handle()->callDepth += qMax(0, engineBound - mostCalls);
 }
 
 } // namespace
@@ -63,7 +45,7 @@ public:
     void adoptRoot(QGraphicsObject *);
     void fitToRoot();
     void fitRootToView();
-    void report(const QList<QQmlError> &) const;
+    void report(const QList<QDeclarativeError> &) const;
     QSize rootSize() const;
     QDeclarativeItem *rootItem() const { return qobject_cast<QDeclarativeItem *>(root.data()); }
     QGraphicsWidget *rootWidget() const { return qobject_cast<QGraphicsWidget *>(root.data()); }
@@ -73,10 +55,10 @@ public:
     QDeclarativeView *const q;
     // The engine goes first: no binding may run while the scene's items are destroyed.
     QGraphicsScene scene;
-    QQmlEngine engine;
+    QDeclarativeEngine engine;
     QScopedPointer<QQmlComponent> component;
     QPointer<QGraphicsObject> root;
-    QList<QQmlError> rootErrors;
+    QList<QDeclarativeError> loadErrors;
     QUrl source;
     QSize initialSize;
     QBasicTimer resizeTimer;
@@ -85,7 +67,6 @@ public:
 
 void QDeclarativeView::Private::configureView()
 {
-    boundCallDepth(&engine);
     scene.setItemIndexMethod(QGraphicsScene::NoIndex);
     scene.setStickyFocus(true);
     q->setScene(&scene);
@@ -103,16 +84,16 @@ void QDeclarativeView::Private::configureView()
 void QDeclarativeView::Private::execute()
 {
     releaseRoot();
-    rootErrors.clear();
+    loadErrors.clear();
     component.reset();
     if (source.isEmpty())
         return;
     if (QDeclarativeLocalFile::isRefused(source)) {
-        QQmlError error;
+        QDeclarativeError error;
         error.setUrl(source);
         error.setDescription(QDeclarativeLocalFile::message(source));
-        rootErrors.append(error);
-        report(rootErrors);
+        loadErrors.append(error);
+        report(loadErrors);
         Q_EMIT q->statusChanged(q->status());
         return;
     }
@@ -138,9 +119,9 @@ void QDeclarativeView::Private::finishLoading()
     Q_EMIT q->statusChanged(q->status());
 }
 
-void QDeclarativeView::Private::report(const QList<QQmlError> &errors) const
+void QDeclarativeView::Private::report(const QList<QDeclarativeError> &errors) const
 {
-    for (const QQmlError &error : errors) {
+    for (const QDeclarativeError &error : errors) {
         QMessageLogger(error.url().toString().toUtf8().constData(), error.line(), nullptr).warning() << error;
     }
 }
@@ -159,18 +140,18 @@ void QDeclarativeView::Private::releaseRoot()
 void QDeclarativeView::Private::adoptRoot(QGraphicsObject *object)
 {
     root = object;
-    scene.addItem(object);
+    if (q->scene())
+        q->scene()->addItem(object);
     if (QDeclarativeItem *item = rootItem())
         QDeclarativeItemPrivate::get(item)->addChangeListener(this, GeometryChange);
-    else
-        QObject::connect(rootWidget(), &QGraphicsWidget::geometryChanged, q,
-                         [this] { resizeTimer.start(0, q); });
+    else if (QGraphicsWidget *widget = rootWidget())
+        QObject::connect(widget, &QGraphicsWidget::geometryChanged, q, [this] { resizeTimer.start(0, q); });
     initialSize = rootSize();
-    if (resizeMode == SizeRootObjectToView && initialSize.isValid() && !q->testAttribute(Qt::WA_Resized))
-        q->resize(initialSize);
-    if (resizeMode == SizeViewToRootObject)
+    // Whichever follows the other later, both begin with the root's size, unless a layout says otherwise.
+    const QWidget *const parent = q->parentWidget();
+    if (resizeMode == SizeViewToRootObject || !parent || !parent->layout())
         fitToRoot();
-    else
+    if (resizeMode == SizeRootObjectToView)
         fitRootToView();
 }
 
@@ -180,13 +161,15 @@ QSize QDeclarativeView::Private::rootSize() const
         return QDeclarativeRounding::bounded(QSizeF(item->width(), item->height()));
     if (QGraphicsWidget *widget = rootWidget())
         return QDeclarativeRounding::bounded(widget->size());
+    if (root)
+        return QDeclarativeRounding::bounded(root->boundingRect().size());
     return {};
 }
 
 void QDeclarativeView::Private::fitToRoot()
 {
     const QSize size = rootSize();
-    if (!size.isValid() || size.isEmpty() || size == q->size())
+    if (!size.isValid() || size == q->size())
         return;
     q->resize(size);
     q->updateGeometry();
@@ -194,7 +177,8 @@ void QDeclarativeView::Private::fitToRoot()
 
 void QDeclarativeView::Private::fitRootToView()
 {
-    const QSizeF size = q->viewport()->size();
+    // The viewport follows the view only when that is shown.
+    const QSizeF size = q->size();
     if (QDeclarativeItem *item = rootItem())
         item->setSize(size);
     else if (QGraphicsWidget *widget = rootWidget())
@@ -211,11 +195,10 @@ void QDeclarativeView::Private::itemGeometryChanged(QDeclarativeItem *, const QR
 
 QDeclarativeView::QDeclarativeView(QWidget *parent)
     : QGraphicsView(parent)
-    , d((qmlRegisterDeclarativeTypes(), new Private(this)))
+    , d(new Private(this))
 {
     qRegisterMetaType<QDeclarativeView::Status>();
     d->configureView();
-    QDeclarativeDatabases::install(&d->engine);
 }
 
 QDeclarativeView::QDeclarativeView(const QUrl &source, QWidget *parent)
@@ -275,17 +258,17 @@ void QDeclarativeView::setResizeMode(ResizeMode mode)
 
 QDeclarativeView::Status QDeclarativeView::status() const
 {
-    if (!d->rootErrors.isEmpty())
+    if (!d->loadErrors.isEmpty())
         return Error;
     return d->component ? Status(d->component->status()) : Null;
 }
 
 QList<QDeclarativeError> QDeclarativeView::errors() const
 {
-    QList<QQmlError> all = d->rootErrors;
+    QList<QDeclarativeError> all = d->loadErrors;
     if (d->component)
-        all = d->component->errors() + all;
-    for (QQmlError &error : all) {
+        all = QDeclarativeError::named(d->component->errors()) + all;
+    for (QDeclarativeError &error : all) {
         // The compiler leaves out the file where it refuses a type.
         if (error.url().isEmpty())
             error.setUrl(d->source);
@@ -312,12 +295,7 @@ void QDeclarativeView::setRootObject(QObject *object)
     }
     if (!object)
         return;
-    QQmlError error;
-    error.setUrl(d->source);
-    error.setDescription(QStringLiteral(
-        "QDeclarativeView only supports loading of root objects that derive from QGraphicsObject."));
-    d->rootErrors = {error};
-    d->report(d->rootErrors);
+    qWarning("QDeclarativeView only supports loading of root objects that derive from QGraphicsObject.");
     delete object;
 }
 

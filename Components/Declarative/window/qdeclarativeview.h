@@ -10,7 +10,8 @@
 /**
  * A widget that shows a QML 1 user interface in a scene of its own.
  *
- * The view owns its engine, its scene and the root object. GUI thread only.
+ * The view owns its engine, its scene and the root object. A host that wants the root object in a scene of
+ * its own calls setScene() before setSource(). GUI thread only.
  */
 class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeView : public QGraphicsView
 {
@@ -25,8 +26,8 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeView : public QGraphicsView
 public:
     /** Which of view and root object takes the other's size. */
     enum ResizeMode {
-        SizeViewToRootObject, ///< the view takes the root object's size, whenever that changes
-        SizeRootObjectToView, ///< the root object takes the view's size
+        SizeViewToRootObject, ///< the view takes the root object's size, also none, whenever that changes
+        SizeRootObjectToView, ///< the view begins with the root object's size; later that takes the view's
     };
     Q_ENUM(ResizeMode)
     /** How far loading has come. */
@@ -95,7 +96,12 @@ protected:
     /** Takes over the root object's new size, once for all changes of a turn. */
     void timerEvent(QTimerEvent *event) override;
 
-    /** Puts @p object into the scene as the root; it must be a QGraphicsObject. */
+    /**
+     * Puts @p object into the view's scene as the root.
+     *
+     * An object that is no QGraphicsObject is deleted, with a warning; the view is ready then, and shows
+     * nothing.
+     */
     virtual void setRootObject(QObject *object);
 
 private:

@@ -8,6 +8,7 @@
 #include <QtWidgets/QGraphicsProxyWidget>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsWidget>
+#include <QtWidgets/QVBoxLayout>
 
 class tst_QDeclarativeView : public QObject
 {
@@ -26,6 +27,11 @@ private slots:
     void rootThatIsNoItem();
     void rootThatIsAWidget();
     void resizeModes();
+    void rootWithoutASize();
+    void resizedBeforeItIsShown_data();
+    void resizedBeforeItIsShown();
+    void sceneOfTheHost();
+    void noScene();
     void runTimeErrorsKeepTheScene();
     void bindingsRestOnDestruction_data();
     void bindingsRestOnDestruction();
@@ -187,8 +193,9 @@ void tst_QDeclarativeView::rootThatIsNoItem()
                          QRegularExpression(QStringLiteral("only supports loading of root objects")));
     view.setSource(write("import QtQuick 1.0\nQtObject {}"));
     QVERIFY(!view.rootObject());
-    QCOMPARE(view.status(), QDeclarativeView::Error);
-    QCOMPARE(view.errors().count(), 1);
+    QCOMPARE(view.status(), QDeclarativeView::Ready);
+    QVERIFY(view.errors().isEmpty());
+    QVERIFY(view.scene()->items().isEmpty());
     view.setSource(write("import QtQuick 1.0\nItem {}"));
     QCOMPARE(view.status(), QDeclarativeView::Ready);
     QVERIFY(view.errors().isEmpty());
@@ -230,10 +237,71 @@ void tst_QDeclarativeView::resizeModes()
     view.setResizeMode(QDeclarativeView::SizeViewToRootObject);
     QTRY_COMPARE(view.size(), QSize(50, 100));
     QCOMPARE(view.initialSize(), QSize(120, 80));
-    // A root without area leaves the view as it is.
-    view.rootObject()->setProperty("width", 0);
-    QTest::qWait(0);
-    QCOMPARE(view.size(), QSize(50, 100));
+}
+
+void tst_QDeclarativeView::rootWithoutASize()
+{
+    QDeclarativeView view;
+    view.resize(200, 100);
+    view.setSource(write("import QtQuick 1.0\nItem { Rectangle { width: 20; height: 20 } }"));
+    QCOMPARE(view.initialSize(), QSize(0, 0));
+    QCOMPARE(view.size(), QSize(0, 0));
+    view.rootObject()->setProperty("width", 50);
+    QTRY_COMPARE(view.size(), QSize(50, 0));
+}
+
+void tst_QDeclarativeView::resizedBeforeItIsShown_data()
+{
+    QTest::addColumn<bool>("loadFirst");
+    QTest::addColumn<bool>("isInLayout");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("then loaded") << false << false << QSize(120, 80);
+    QTest::newRow("then loaded, in a layout") << false << true << QSize(200, 100);
+    QTest::newRow("after loading") << true << false << QSize(200, 100);
+}
+
+void tst_QDeclarativeView::resizedBeforeItIsShown()
+{
+    QFETCH(bool, loadFirst);
+    QFETCH(bool, isInLayout);
+    QFETCH(QSize, size);
+    QWidget window;
+    if (isInLayout)
+        new QVBoxLayout(&window);
+    auto *const view = new QDeclarativeView(&window);
+    const QUrl source = write("import QtQuick 1.0\nItem { width: 120; height: 80 }");
+    if (loadFirst)
+        view->setSource(source);
+    view->resize(200, 100);
+    view->setResizeMode(QDeclarativeView::SizeRootObjectToView);
+    if (!loadFirst)
+        view->setSource(source);
+    QCOMPARE(view->initialSize(), QSize(120, 80));
+    QCOMPARE(view->size(), size);
+    QCOMPARE(view->rootObject()->property("width").toInt(), size.width());
+    QCOMPARE(view->rootObject()->property("height").toInt(), size.height());
+}
+
+void tst_QDeclarativeView::sceneOfTheHost()
+{
+    QGraphicsScene scene;
+    QDeclarativeView view;
+    view.setScene(&scene);
+    view.setSource(write("import QtQuick 1.0\nRectangle { width: 30; height: 20 }"));
+    QVERIFY(view.rootObject());
+    QCOMPARE(view.rootObject()->scene(), &scene);
+    QCOMPARE(scene.items().count(), 1);
+    view.setSource(QUrl());
+    QVERIFY(scene.items().isEmpty());
+}
+
+void tst_QDeclarativeView::noScene()
+{
+    QDeclarativeView view;
+    view.setScene(nullptr);
+    view.setSource(write("import QtQuick 1.0\nRectangle { width: 30; height: 20 }"));
+    QVERIFY(view.rootObject());
+    QCOMPARE(view.size(), QSize(30, 20));
 }
 
 void tst_QDeclarativeView::runTimeErrorsKeepTheScene()
@@ -310,7 +378,9 @@ void tst_QDeclarativeView::rootDestroyedByHost()
     view.resize(70, 70);
     view.setResizeMode(QDeclarativeView::SizeRootObjectToView);
     view.setSource(write("import QtQuick 1.0\nItem { width: 30; height: 20 }"));
-    QCOMPARE(view.rootObject()->property("width").toInt(), 70);
+    QCOMPARE(view.rootObject()->property("width").toInt(), 30);
+    view.resize(70, 70);
+    QTRY_COMPARE(view.rootObject()->property("width").toInt(), 70);
 }
 
 static const char halfRed[] =

@@ -1,0 +1,59 @@
+#include "qdeclarativeengine.h"
+
+#include "qdeclarativeengine_p.h"
+#include "qdeclarativeimageprovider.h"
+#include "qdeclarativenetworkaccessmanagerfactory.h"
+
+#include <private/qv4engine_p.h>
+
+namespace {
+
+// How many calls deep the engine lets scripts go.
+int measuredCallDepth(QQmlEngine *engine)
+{
+    const QString script = QStringLiteral("(function() { var n = 0; function f() { ++n; f() }"
+                                          "try { f() } catch (error) {} return n })()");
+    return engine->evaluate(script).toInt();
+}
+
+// A handler that causes its own signal takes many times the stack of a function that calls itself, and at the
+// engine's bound of calls there would be none left.
+void boundCallDepth(QQmlEngine *engine)
+{
+    constexpr int mostCalls = 300;
+    static const int engineBound = measuredCallDepth(engine);
+    engine->handle()->callDepth += qMax(0, engineBound - mostCalls);
+}
+
+} // namespace
+
+QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
+    : QQmlEngine(parent)
+{
+    boundCallDepth(this);
+    prepareDeclarativeEngine(this);
+    connect(this, &QQmlEngine::warnings, this,
+            [this](const QList<QQmlError> &errors) { Q_EMIT warnings(QDeclarativeError::named(errors)); });
+}
+
+QDeclarativeEngine::~QDeclarativeEngine() = default;
+
+QDeclarativeImageProvider *QDeclarativeEngine::imageProvider(const QString &id) const
+{
+    return dynamic_cast<QDeclarativeImageProvider *>(QQmlEngine::imageProvider(id));
+}
+
+QDeclarativeNetworkAccessManagerFactory *QDeclarativeEngine::networkAccessManagerFactory() const
+{
+    return dynamic_cast<QDeclarativeNetworkAccessManagerFactory *>(QQmlEngine::networkAccessManagerFactory());
+}
+
+bool QDeclarativeEngine::importPlugin(const QString &filePath, const QString &uri, QString *error)
+{
+    QList<QQmlError> errors;
+    if (QQmlEngine::importPlugin(filePath, uri, &errors))
+        return true;
+    if (error)
+        *error = errors.value(0).description();
+    return false;
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QtDeclarative/qdeclarativecontext.h>
+#include <QtDeclarative/qdeclarativeerror.h>
+#include <QtDeclarative/qtdeclarativeglobal.h>
+
+#include <QtQml/QQmlEngine>
+#include <QtQml/qqml.h>
+
+class QDeclarativeImageProvider;
+class QDeclarativeNetworkAccessManagerFactory;
+
+/**
+ * An engine that runs QML 1 documents.
+ *
+ * The first one registers the QML 1 types. GUI thread, after the application object exists.
+ */
+class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeEngine : public QQmlEngine
+{
+    Q_OBJECT
+
+public:
+    /** Makes an engine that @p parent owns, if there is one. */
+    explicit QDeclarativeEngine(QObject *parent = nullptr);
+    ~QDeclarativeEngine() override;
+
+    /** Returns the context around all others, which the engine owns. */
+    QDeclarativeContext *rootContext() const { return QDeclarativeContext::named(QQmlEngine::rootContext()); }
+
+    /** Returns the provider of pictures under `image://` @p id, or null if none of this class is set. */
+    QDeclarativeImageProvider *imageProvider(const QString &id) const;
+
+    /** Returns what makes the engine's network access managers, or null if none of this class is set. */
+    QDeclarativeNetworkAccessManagerFactory *networkAccessManagerFactory() const;
+
+    using QQmlEngine::importPlugin;
+
+    /**
+     * Loads the plugin @p filePath and registers its types under @p uri.
+     *
+     * Returns false when that fails, with the reason in @p error unless that is null.
+     */
+    bool importPlugin(const QString &filePath, const QString &uri, QString *error);
+
+    /** Returns the context that @p object was made in, or null if QML did not make it. */
+    static QDeclarativeContext *contextForObject(const QObject *object)
+    {
+        return QDeclarativeContext::named(QQmlEngine::contextForObject(object));
+    }
+
+    /** Returns @p engine, which may be null, under the name of this class. */
+    static QDeclarativeEngine *named(QQmlEngine *engine) { return static_cast<QDeclarativeEngine *>(engine); }
+
+Q_SIGNALS:
+    /** Emitted with what went wrong while QML ran. */
+    void warnings(const QList<QDeclarativeError> &warnings);
+};
+
+inline QDeclarativeEngine *QDeclarativeContext::engine() const
+{
+    return QDeclarativeEngine::named(QQmlContext::engine());
+}
+
+/** Returns the engine that made @p object, or null if QML did not make it. */
+template <typename T>
+inline QDeclarativeEngine *qmlEngine(T *object)
+{
+    return QDeclarativeEngine::named(QtQml::qmlEngine(object));
+}
