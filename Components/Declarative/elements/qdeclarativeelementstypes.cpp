@@ -2,6 +2,7 @@
 
 #include "engine/qdeclarativeregistration_p.h"
 #include "qdeclarativeflipable_p.h"
+#include "qdeclarativegraphicswidget_p.h"
 #include "qdeclarativelayoutitem_p.h"
 #include "qdeclarativeloader_p.h"
 #include "qdeclarativepositioners_p.h"
@@ -21,5 +22,7 @@ void registerDeclarativeElementsTypes()
     registerDeclarativeType<QDeclarativeRectangle>("Rectangle");
     registerDeclarativeType<QDeclarativeFlipable>("Flipable");
     registerDeclarativeType<QDeclarativeLayoutItem>("LayoutItem");
-    registerDeclarativeType<QDeclarativeGraphicsWidget>("QGraphicsWidget");
+    // An extension, so that a host's own graphics widgets have it too.
+    qmlRegisterExtendedType<QGraphicsWidget, QDeclarativeGraphicsWidget>("QtQuick", 1, 0, "QGraphicsWidget");
+    qmlRegisterExtendedType<QGraphicsWidget, QDeclarativeGraphicsWidget>("Qt", 4, 7, "QGraphicsWidget");
 }

@@ -1,7 +1,5 @@
 #include "qdeclarativelayoutitem_p.h"
 
-#include "item/qdeclarativeitem_p.h"
-
 #include <QtWidgets/QGraphicsLayout>
 
 #include <limits>
@@ -73,24 +71,4 @@ QSizeF QDeclarativeLayoutItem::sizeHint(Qt::SizeHint which, const QSizeF &) cons
     default:
         return {};
     }
-}
-
-QQmlListProperty<QGraphicsObject> QDeclarativeGraphicsWidget::children()
-{
-    using ChildList = QQmlListProperty<QGraphicsObject>;
-    return {this,
-            nullptr,
-            [](ChildList *list, QGraphicsObject *child) {
-                if (child)
-                    child->setParentItem(static_cast<QGraphicsWidget *>(list->object));
-            },
-            [](ChildList *list) {
-                return QDeclarativeItemPrivate::childObjects(static_cast<QGraphicsWidget *>(list->object))
-                    .count();
-            },
-            [](ChildList *list, int index) {
-                return QDeclarativeItemPrivate::childObjects(static_cast<QGraphicsWidget *>(list->object))
-                    .value(index);
-            },
-            nullptr};
 }

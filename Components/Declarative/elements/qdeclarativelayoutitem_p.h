@@ -3,7 +3,6 @@
 #include "item/qdeclarativeitem.h"
 
 #include <QtWidgets/QGraphicsLayoutItem>
-#include <QtWidgets/QGraphicsWidget>
 
 /** An item that a graphics layout can place: the layout sets its position and size within its size hints. */
 class QDeclarativeLayoutItem : public QDeclarativeItem, public QGraphicsLayoutItem
@@ -44,18 +43,4 @@ private:
     QSizeF m_preferredSize;
 };
 
-/** A graphics widget whose children can be declared; in QML it is called QGraphicsWidget. */
-class QDeclarativeGraphicsWidget : public QGraphicsWidget
-{
-    Q_OBJECT
-    Q_PROPERTY(
-        QQmlListProperty<QGraphicsObject> children READ children NOTIFY childrenChanged DESIGNABLE false)
-
-public:
-    using QGraphicsWidget::QGraphicsWidget;
-
-    QQmlListProperty<QGraphicsObject> children();
-};
-
 QML_DECLARE_TYPE(QDeclarativeLayoutItem)
-QML_DECLARE_TYPE(QDeclarativeGraphicsWidget)

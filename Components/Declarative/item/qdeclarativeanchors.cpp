@@ -3,6 +3,7 @@
 #include "qdeclarativelayoutmirroring_p.h"
 
 #include <QtQml/qqmlinfo.h>
+#include <QtWidgets/QGraphicsWidget>
 
 #include <cmath>
 
@@ -24,6 +25,12 @@ QSizeF sizeOf(QGraphicsObject *object)
 {
     const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
     return QSizeF(d->width(), d->height());
+}
+
+qreal baselineOf(const QGraphicsObject *object)
+{
+    const auto *const item = qobject_cast<const QDeclarativeItem *>(object);
+    return item ? item->baselineOffset() : 0;
 }
 
 /** Counts how deep one update of an item's geometry is nested in itself. */
@@ -50,9 +57,16 @@ static constexpr QDeclarativeAnchorLine::AnchorLine lineFlags[] = {
     QDeclarativeAnchorLine::Baseline,
 };
 
-QDeclarativeAnchors::QDeclarativeAnchors(QDeclarativeItem *item)
+QDeclarativeAnchors::QDeclarativeAnchors(QGraphicsObject *item)
     : m_item(item)
 {
+    // An item tells of its geometry itself.
+    if (qobject_cast<QDeclarativeItem *>(item))
+        return;
+    connect(item, &QGraphicsObject::xChanged, this, [this] { ownChanged(true, false); });
+    connect(item, &QGraphicsObject::yChanged, this, [this] { ownChanged(false, true); });
+    connect(item, &QGraphicsObject::widthChanged, this, [this] { ownChanged(true, false); });
+    connect(item, &QGraphicsObject::heightChanged, this, [this] { ownChanged(false, true); });
 }
 
 QDeclarativeAnchors::~QDeclarativeAnchors()
@@ -70,7 +84,38 @@ QDeclarativeAnchors::~QDeclarativeAnchors()
 
 bool QDeclarativeAnchors::isMirrored() const
 {
-    return QDeclarativeItemPrivate::get(m_item)->isMirrored();
+    auto *const item = qobject_cast<QDeclarativeItem *>(m_item);
+    return item && QDeclarativeItemPrivate::get(item)->isMirrored();
+}
+
+bool QDeclarativeAnchors::isReady() const
+{
+    if (auto *item = qobject_cast<QDeclarativeItem *>(m_item))
+        return QDeclarativeItemPrivate::get(item)->componentIsComplete;
+    return !QGraphicsItemPrivate::get(m_item)->inDestructor;
+}
+
+QSizeF QDeclarativeAnchors::ownSize() const
+{
+    return sizeOf(m_item);
+}
+
+void QDeclarativeAnchors::setOwnSize(const QSizeF &size)
+{
+    if (auto *item = qobject_cast<QDeclarativeItem *>(m_item))
+        item->setSize(size);
+    else if (auto *widget = qobject_cast<QGraphicsWidget *>(m_item))
+        widget->resize(size);
+}
+
+void QDeclarativeAnchors::setOwnWidth(qreal width)
+{
+    QGraphicsItemPrivate::get(m_item)->setWidth(width);
+}
+
+void QDeclarativeAnchors::setOwnHeight(qreal height)
+{
+    QGraphicsItemPrivate::get(m_item)->setHeight(height);
 }
 
 bool QDeclarativeAnchors::isNeighbour(const QGraphicsObject *target) const
@@ -343,6 +388,12 @@ void QDeclarativeAnchors::targetChanged(QGraphicsObject *target, bool horizontal
 
 void QDeclarativeAnchors::ownGeometryChanged(const QRectF &now, const QRectF &before)
 {
+    ownChanged(now.x() != before.x() || now.width() != before.width(),
+               now.y() != before.y() || now.height() != before.height());
+}
+
+void QDeclarativeAnchors::ownChanged(bool horizontal, bool vertical)
+{
     // What is being set from here is right already; but a width may change the height.
     if (m_fill) {
         if (m_fillDepth == 0)
@@ -351,9 +402,9 @@ void QDeclarativeAnchors::ownGeometryChanged(const QRectF &now, const QRectF &be
         if (m_centerDepth == 0)
             updateCenterIn();
     } else {
-        if (m_horizontalDepth == 0 && (now.x() != before.x() || now.width() != before.width()))
+        if (m_horizontalDepth == 0 && horizontal)
             updateHorizontal();
-        if (m_verticalDepth == 0 && (now.y() != before.y() || now.height() != before.height()))
+        if (m_verticalDepth == 0 && vertical)
             updateVertical();
     }
 }
@@ -368,7 +419,7 @@ void QDeclarativeAnchors::updateAll()
 
 void QDeclarativeAnchors::updateFill()
 {
-    if (!m_fill || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+    if (!m_fill || !isReady())
         return;
     if (m_fillDepth >= maximumDepth) {
         qmlWarning(m_item) << tr("Possible anchor loop detected on fill.");
@@ -381,12 +432,12 @@ void QDeclarativeAnchors::updateFill()
     const qreal down = m_offsets[TopLine] + m_offsets[BottomLine];
     m_item->setPos((isParent ? QPointF() : m_fill->pos()) + QPointF(left, m_offsets[TopLine]));
     if (m_fill)
-        m_item->setSize(sizeOf(m_fill) - QSizeF(across, down));
+        setOwnSize(sizeOf(m_fill) - QSizeF(across, down));
 }
 
 void QDeclarativeAnchors::updateCenterIn()
 {
-    if (!m_centerIn || m_fill || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+    if (!m_centerIn || m_fill || !isReady())
         return;
     if (m_centerDepth >= maximumDepth) {
         qmlWarning(m_item) << tr("Possible anchor loop detected on centerIn.");
@@ -396,15 +447,14 @@ void QDeclarativeAnchors::updateCenterIn()
     const bool isParent = m_centerIn == m_item->QGraphicsItem::parentItem();
     const QSizeF frame = sizeOf(m_centerIn);
     const qreal across = isMirrored() ? -m_offsets[HCenterLine] : m_offsets[HCenterLine];
-    const QPointF centre(middle(frame.width()) - middle(m_item->width()) + across,
-                         middle(frame.height()) - middle(m_item->height()) + m_offsets[VCenterLine]);
+    const QPointF centre(middle(frame.width()) - middle(ownSize().width()) + across,
+                         middle(frame.height()) - middle(ownSize().height()) + m_offsets[VCenterLine]);
     m_item->setPos((isParent ? QPointF() : m_centerIn->pos()) + centre);
 }
 
 void QDeclarativeAnchors::updateHorizontal()
 {
-    if (!(m_used & QDeclarativeAnchorLine::Horizontal) || m_fill || m_centerIn
-        || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+    if (!(m_used & QDeclarativeAnchorLine::Horizontal) || m_fill || m_centerIn || !isReady())
         return;
     if (m_horizontalDepth >= maximumDepth) {
         qmlWarning(m_item) << tr("Possible anchor loop detected on horizontal anchor.");
@@ -416,8 +466,7 @@ void QDeclarativeAnchors::updateHorizontal()
 
 void QDeclarativeAnchors::updateVertical()
 {
-    if (!(m_used & QDeclarativeAnchorLine::Vertical) || m_fill || m_centerIn
-        || !QDeclarativeItemPrivate::get(m_item)->componentIsComplete)
+    if (!(m_used & QDeclarativeAnchorLine::Vertical) || m_fill || m_centerIn || !isReady())
         return;
     if (m_verticalDepth >= maximumDepth) {
         qmlWarning(m_item) << tr("Possible anchor loop detected on vertical anchor.");
@@ -436,7 +485,7 @@ qreal QDeclarativeAnchors::linePosition(LineIndex index) const
         return 0;
     const bool isParent = target.item == m_item->QGraphicsItem::parentItem();
     const bool horizontal = lineFlags[index] & QDeclarativeAnchorLine::Horizontal;
-    const QSizeF size(target.item->width(), target.item->height());
+    const QSizeF size = sizeOf(target.item);
     const bool turned = horizontal && isMirrored();
     const bool fromEnd = index == (turned ? LeftLine : RightLine) || index == BottomLine;
     const qreal margin = fromEnd || (turned && index == HCenterLine) ? -m_offsets[index] : m_offsets[index];
@@ -458,7 +507,7 @@ qreal QDeclarativeAnchors::linePosition(LineIndex index) const
         position += middle(size.height());
         break;
     case QDeclarativeAnchorLine::Baseline:
-        position += target.item->baselineOffset();
+        position += baselineOf(target.item);
         break;
     default:
         break;
@@ -474,17 +523,17 @@ void QDeclarativeAnchors::applyHorizontal()
     if (has(left)) {
         const qreal from = linePosition(left);
         if (has(right))
-            m_item->setWidth(linePosition(right) - from);
+            setOwnWidth(linePosition(right) - from);
         else if (has(HCenterLine))
-            m_item->setWidth((linePosition(HCenterLine) - from) * 2);
+            setOwnWidth((linePosition(HCenterLine) - from) * 2);
         // Neighbours may have followed the new width.
         m_item->setX(linePosition(left));
     } else if (has(right)) {
         if (has(HCenterLine))
-            m_item->setWidth((linePosition(right) - linePosition(HCenterLine)) * 2);
-        m_item->setX(linePosition(right) - m_item->width());
+            setOwnWidth((linePosition(right) - linePosition(HCenterLine)) * 2);
+        m_item->setX(linePosition(right) - ownSize().width());
     } else {
-        m_item->setX(linePosition(HCenterLine) - middle(m_item->width()));
+        m_item->setX(linePosition(HCenterLine) - middle(ownSize().width()));
     }
 }
 
@@ -494,17 +543,17 @@ void QDeclarativeAnchors::applyVertical()
     if (has(TopLine)) {
         const qreal from = linePosition(TopLine);
         if (has(BottomLine))
-            m_item->setHeight(linePosition(BottomLine) - from);
+            setOwnHeight(linePosition(BottomLine) - from);
         else if (has(VCenterLine))
-            m_item->setHeight((linePosition(VCenterLine) - from) * 2);
+            setOwnHeight((linePosition(VCenterLine) - from) * 2);
         m_item->setY(linePosition(TopLine));
     } else if (has(BottomLine)) {
         if (has(VCenterLine))
-            m_item->setHeight((linePosition(BottomLine) - linePosition(VCenterLine)) * 2);
-        m_item->setY(linePosition(BottomLine) - m_item->height());
+            setOwnHeight((linePosition(BottomLine) - linePosition(VCenterLine)) * 2);
+        m_item->setY(linePosition(BottomLine) - ownSize().height());
     } else if (has(VCenterLine)) {
-        m_item->setY(linePosition(VCenterLine) - middle(m_item->height()));
+        m_item->setY(linePosition(VCenterLine) - middle(ownSize().height()));
     } else {
-        m_item->setY(linePosition(BaselineLine) - m_item->baselineOffset());
+        m_item->setY(linePosition(BaselineLine) - baselineOf(m_item));
     }
 }

@@ -25,7 +25,7 @@ struct QDeclarativeAnchorLine
         Vertical = Top | Bottom | VCenter | Baseline,
     };
 
-    QDeclarativeItem *item = nullptr;
+    QGraphicsObject *item = nullptr;
     AnchorLine line = Invalid;
 
     bool operator==(const QDeclarativeAnchorLine &other) const
@@ -39,8 +39,9 @@ Q_DECLARE_METATYPE(QDeclarativeAnchorLine)
 /**
  * The `anchors` of an item: keeps position and size as its parent or siblings demand.
  *
- * Works from the moment that the item's component is complete. Centres lie on whole pixels: the middle of an
- * odd length is the pixel after it. While the item's layout is mirrored, left and right change places.
+ * Works from the moment that the item's component is complete, those of a graphics widget at once. Centres
+ * lie on whole pixels: the middle of an odd length is the pixel after it. While the item's layout is
+ * mirrored, left and right change places.
  */
 class QDeclarativeAnchors : public QObject, private QDeclarativeItemChangeListener
 {
@@ -71,7 +72,8 @@ class QDeclarativeAnchors : public QObject, private QDeclarativeItemChangeListen
         QGraphicsObject *centerIn READ centerIn WRITE setCenterIn RESET resetCenterIn NOTIFY centerInChanged)
 
 public:
-    explicit QDeclarativeAnchors(QDeclarativeItem *item);
+    /** Makes the anchors of @p item, an item of this module or a graphics widget; it has to live longer. */
+    explicit QDeclarativeAnchors(QGraphicsObject *item);
     ~QDeclarativeAnchors() override;
 
     /** Which lines are set, as QDeclarativeAnchorLine::AnchorLine. */
@@ -171,6 +173,12 @@ private:
     bool isMirrored() const;
     void updateLine(LineIndex);
 
+    bool isReady() const;
+    QSizeF ownSize() const;
+    void setOwnSize(const QSizeF &);
+    void setOwnWidth(qreal width);
+    void setOwnHeight(qreal height);
+    void ownChanged(bool horizontal, bool vertical);
     void addDependency(QGraphicsObject *);
     void removeDependency(QGraphicsObject *);
     bool dependsOn(const QGraphicsObject *) const;
@@ -189,7 +197,7 @@ private:
     void itemBaselineOffsetChanged(QDeclarativeItem *) override;
     void itemDestroyed(QDeclarativeItem *) override;
 
-    QDeclarativeItem *const m_item;
+    QGraphicsObject *const m_item;
     QGraphicsObject *m_fill = nullptr;
     QGraphicsObject *m_centerIn = nullptr;
     QDeclarativeAnchorLine m_lines[Lines];
