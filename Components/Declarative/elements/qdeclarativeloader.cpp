@@ -176,6 +176,7 @@ QObject *QDeclarativeLoader::createObject()
 void QDeclarativeLoader::adopt(QGraphicsObject *item)
 {
     loadedItem = item;
+    item->setParent(this);
     item->setParentItem(this);
     exchangeSizes();
     connect(item, &QGraphicsObject::widthChanged, this, &QDeclarativeLoader::takeSize);

@@ -145,10 +145,19 @@ void QDeclarativeRepeater::makeMissing()
     }
 }
 
+QGraphicsObject *QDeclarativeRepeater::makeRow(int index)
+{
+    QGraphicsObject *const item = rows->item(index, QGraphicsItem::parentItem());
+    // A host that looks for it as an object finds it too. What views share goes with none of them.
+    if (item && rows->ownsItems())
+        item->setParent(parentObject());
+    return item;
+}
+
 void QDeclarativeRepeater::makeItem(int index)
 {
     items[index].isMade = true;
-    QGraphicsObject *item = rows->item(index, QGraphicsItem::parentItem());
+    QGraphicsObject *item = makeRow(index);
     items[index].item = item;
     stack(index);
     if (auto *added = qobject_cast<QDeclarativeItem *>(item))

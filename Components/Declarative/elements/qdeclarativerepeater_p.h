@@ -66,6 +66,7 @@ private:
     void makeMissing();
     void makeItem(int index);
     void updateItems(const QQmlChangeSet &, bool reset);
+    QGraphicsObject *makeRow(int index);
     void applyChanges(const QQmlChangeSet &, bool reset);
     void applyKeptChanges();
     void stack(int index);

@@ -50,6 +50,9 @@ public:
     QQmlInstanceModel *instance() const { return items; }
     int count() const;
 
+    /** Whether the items are of a model made here, rather than of one that other views may share. */
+    bool ownsItems() const { return isOwn; }
+
     /** Whether there are items to get: a model, and a delegate where it needs one. */
     bool isValid() const;
 
