@@ -6,12 +6,6 @@
 
 void registerDeclarativeTextTypes()
 {
-    qRegisterMetaType<QDeclarativeText::HAlignment>();
-    qRegisterMetaType<QDeclarativeText::VAlignment>();
-    qRegisterMetaType<QDeclarativeText::TextStyle>();
-    qRegisterMetaType<QDeclarativeText::TextFormat>();
-    qRegisterMetaType<QDeclarativeText::TextElideMode>();
-    qRegisterMetaType<QDeclarativeText::LineHeightMode>();
     registerDeclarativeType<QDeclarativeText>("Text");
     registerDeclarativeType<QDeclarativeFontLoader>("FontLoader");
 }

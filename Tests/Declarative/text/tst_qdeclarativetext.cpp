@@ -18,6 +18,7 @@ public:
 
 private slots:
     void initialValues();
+    void enumerationsReadAsIntegers();
     void choosesFormat_data();
     void choosesFormat();
     void styledMarkup_data();
@@ -92,6 +93,14 @@ void tst_QDeclarativeText::initialValues()
     QCOMPARE(scene.value("implicitHeight"), scene.value("paintedHeight"));
     QCOMPARE(scene.evaluate("[Text.AutoText, Text.StyledText, Text.ElideNone, Text.Wrap].join()").toString(),
              QStringLiteral("2,4,3,4"));
+}
+
+void tst_QDeclarativeText::enumerationsReadAsIntegers()
+{
+    WatchedScene scene("import QtQuick 1.1\nText {}");
+    for (const char *name : {"horizontalAlignment", "verticalAlignment", "textFormat", "elide", "style",
+                             "lineHeightMode", "wrapMode"})
+        QCOMPARE(scene.value(name).userType(), int(QMetaType::Int));
 }
 
 void tst_QDeclarativeText::choosesFormat_data()
