@@ -16,6 +16,8 @@ QDeclarativeRepeater::QDeclarativeRepeater(QDeclarativeItem *parent)
     , rows(new QDeclarativeVisualModel(this))
 {
     work.setElement(this);
+    // The rows count from when there is a model; items are made when the repeater is complete.
+    rows->componentComplete();
     connect(rows, &QDeclarativeVisualModel::modelUpdated, this, &QDeclarativeRepeater::updateItems);
 }
 
@@ -35,14 +37,14 @@ void QDeclarativeRepeater::setModel(const QVariant &model)
     if (model == rows->model() || work.postpone([=] { setModel(model); }))
         return;
     const QDeclarativeWork::Scope scope(&work);
-    const int before = count();
     clear();
     if (!rows->setModel(model))
         return;
     regenerate();
-    announce(&QDeclarativeRepeater::modelChanged);
-    if (isComponentComplete() && count() != before)
+    // A model that gives items by itself has rows when it is complete.
+    if (isComponentComplete() || !qobject_cast<QQmlInstanceModel *>(model.value<QObject *>()))
         announce(&QDeclarativeRepeater::countChanged);
+    announce(&QDeclarativeRepeater::modelChanged);
 }
 
 QQmlComponent *QDeclarativeRepeater::delegate() const
@@ -64,7 +66,7 @@ void QDeclarativeRepeater::setDelegate(QQmlComponent *delegate)
 
 int QDeclarativeRepeater::count() const
 {
-    return rows->count();
+    return rows->statedCount();
 }
 
 QDeclarativeItem *QDeclarativeRepeater::itemAt(int index) const
@@ -77,7 +79,7 @@ void QDeclarativeRepeater::componentComplete()
     // First, so that the rows that it finds are not news.
     rows->componentComplete();
     QDeclarativeItem::componentComplete();
-    if (rows->count())
+    if (qobject_cast<QQmlInstanceModel *>(rows->model().value<QObject *>()) && rows->count())
         Q_EMIT countChanged();
     regenerate();
 }

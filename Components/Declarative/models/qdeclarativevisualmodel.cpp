@@ -2,6 +2,7 @@
 
 #include "engine/qdeclarativenesting_p.h"
 #include "qdeclarativevisualdatamodel_p.h"
+#include "qdeclarativexmllistmodel_p.h"
 
 #include <QtCore/QSignalBlocker>
 #include <QtQml/QJSValue>
@@ -20,6 +21,11 @@ QDeclarativeVisualDataModel *wholeModel(const QQmlInstanceModel *part)
 {
     const QObject *parts = part->parent();
     return parts ? qobject_cast<QDeclarativeVisualDataModel *>(parts->parent()) : nullptr;
+}
+
+bool isNumber(const QVariant &model)
+{
+    return model.userType() == QMetaType::Int || model.userType() == QMetaType::Double;
 }
 
 /** Returns what to show of a model that gives items by itself. */
@@ -136,7 +142,8 @@ bool QDeclarativeVisualModel::setModel(const QVariant &value)
         if (isComplete)
             made->componentComplete();
     }
-    static_cast<QDeclarativeVisualDataModel *>(items.data())->setModel(model);
+    const bool isNegative = isNumber(model) && model.toInt() < 0;
+    static_cast<QDeclarativeVisualDataModel *>(items.data())->setModel(isNegative ? QVariant(0) : model);
     return true;
 }
 
@@ -178,6 +185,15 @@ bool QDeclarativeVisualModel::setDelegate(QQmlComponent *delegate)
 int QDeclarativeVisualModel::count() const
 {
     return items ? items->count() : 0;
+}
+
+int QDeclarativeVisualModel::statedCount() const
+{
+    // A number of rows is read back as it was set.
+    if (isNumber(source) && source.toInt() < 0)
+        return source.toInt();
+    const auto *xml = qobject_cast<const QDeclarativeXmlListModel *>(source.value<QObject *>());
+    return xml ? xml->readCount() : count();
 }
 
 bool QDeclarativeVisualModel::isValid() const

@@ -49,6 +49,11 @@ public:
     /** The model that gives the items, null where there is none. */
     QQmlInstanceModel *instance() const { return items; }
     int count() const;
+    /**
+     * The count that QML is told: below zero for a negative number of rows and for XML not read yet, and the
+     * new one already while rows of XML come and go.
+     */
+    int statedCount() const;
 
     /** Whether the items are of a model made here, rather than of one that other views may share. */
     bool ownsItems() const { return isOwn; }

@@ -274,6 +274,7 @@ void QDeclarativeXmlListModel::startQuery(const QByteArray &document)
 
 void QDeclarativeXmlListModel::adopt(const Result &result)
 {
+    rowsRead = result.count;
     for (const Result::Message &message : result.messages) {
         const QObject *wrong = message.role < 0 ? this : static_cast<QObject *>(allRoles.value(message.role));
         qmlWarning(wrong) << message.text;

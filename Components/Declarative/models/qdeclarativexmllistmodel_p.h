@@ -86,6 +86,9 @@ public:
     void setNamespaceDeclarations(const QString &);
     QQmlListProperty<QDeclarativeXmlRole> roles();
     int count() const { return rows; }
+    /** How many rows the document has that was read last, of which the rows may not be told yet; -1 before.
+     */
+    int readCount() const { return rowsRead; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &, int role) const override;
@@ -145,6 +148,7 @@ private:
     QVector<QVariantList> columns;
     QPointer<QNetworkReply> reply;
     std::shared_ptr<std::atomic_bool> isCancelled;
+    int rowsRead = -1;
     int rows = 0;
     qreal loaded = 0;
     Status state = Null;
