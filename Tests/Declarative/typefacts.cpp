@@ -26,7 +26,7 @@ QString seenKind(const QByteArray &cppType, bool isEnum)
     };
     if (isEnum)
         return QStringLiteral("enum");
-    if (cppType.startsWith("QQmlListProperty<"))
+    if (cppType.startsWith("QQmlListProperty<") || cppType.startsWith("QDeclarativeListProperty<"))
         return QStringLiteral("list");
     if (cppType.endsWith('*'))
         return QStringLiteral("object");

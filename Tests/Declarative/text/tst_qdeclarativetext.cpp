@@ -97,7 +97,8 @@ void tst_QDeclarativeText::initialValues()
 
 void tst_QDeclarativeText::enumerationsReadAsIntegers()
 {
-    WatchedScene scene("import QtQuick 1.1\nText {}");
+    WatchedScene scene;
+    QVERIFY(scene.load("Text {}"));
     for (const char *name : {"horizontalAlignment", "verticalAlignment", "textFormat", "elide", "style",
                              "lineHeightMode", "wrapMode"})
         QCOMPARE(scene.value(name).userType(), int(QMetaType::Int));
