@@ -19,6 +19,8 @@ class WatchedScene : public SceneMessages, public QmlScene
 public:
     WatchedScene()
     {
+        // The view shrinks to a root without a size, and a window that has none is never active.
+        view().setMinimumSize(1, 1);
         view().engine()->setOutputWarningsToStandardError(false);
         QObject::connect(view().engine(), &QQmlEngine::warnings, &view(),
                          [this](const QList<QQmlError> &errors) {
