@@ -6,6 +6,7 @@
 #include "VTScrollBarComponent.h"
 #include "VTShowLog_p.h"
 #include "VTStyledRectangleComponent.h"
+#include "VTSurroundings_p.h"
 #include "VTTipWatch_p.h"
 #include "VTVideoComponent.h"
 #include "VTView.h"
@@ -666,12 +667,22 @@ bool VTManager::reveal(const ShowRequest &request)
     } else if (!view->rootObject() && view->status() == VTView::Error) {
         withdraw();
     } else {
-        window->move(VTTipWatch::placeOf(request.object, request.rect, window->pos(), window->size()));
+        moveOffPopups(request);
         window->reveal();
         if (self && window && window == d->widget && window->isVisible())
             d->watch->begin(window, request.object, request.rect, request.position);
     }
     return true;
+}
+
+// A menu without its entries is of no use; everything else may be covered unless the host wants it otherwise.
+void VTManager::moveOffPopups(const ShowRequest &request)
+{
+    const QPoint begin = tooltipPosition(request.position, request.widget()) - request.position;
+    const auto around =
+        surroundingsOf(request.object, request.rect, request.position, {begin.x(), begin.y()});
+    if (!around.popups.isNull() && !around.screen.isNull())
+        d->widget->move(VTPlacement::placed(d->widget->size(), around).topLeft());
 }
 
 void VTManager::revealAwaited()

@@ -203,6 +203,7 @@ private:
     VIDTIPS_NO_EXPORT void findFallback(const QString &key, FoundContent &found);
     VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, FoundContent &found);
     VIDTIPS_NO_EXPORT bool reveal(const ShowRequest &request);
+    VIDTIPS_NO_EXPORT void moveOffPopups(const ShowRequest &request);
     VIDTIPS_NO_EXPORT void revealAwaited();
     VIDTIPS_NO_EXPORT void withdraw();
     VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);

@@ -1,14 +1,13 @@
 #include "VTPlacement.h"
 
 #include "VTManager.h"
+#include "VTSurroundings_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
-#include <QtGui/QScreen>
-#include <QtWidgets/QApplication>
 
 #include <algorithm>
 
@@ -102,55 +101,12 @@ QRect offObstacle(const QRect &obstacle, const QSize &size, const Surroundings &
     return firstFree(places + sidesOf(obstacle, tip, around.direction), obstacle, around);
 }
 
-/** Returns the screen that shows @p position, or the one next to it where none does. */
-QScreen *screenFor(const QPoint &position)
-{
-    if (QScreen *const screen = QGuiApplication::screenAt(position))
-        return screen;
-    const auto distance = [&position](const QScreen *screen) {
-        const QRect area = screen->geometry();
-        const QPoint nearest(qBound(area.left(), position.x(), area.right()),
-                             qBound(area.top(), position.y(), area.bottom()));
-        return (position - nearest).manhattanLength();
-    };
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    const auto nearer = [&](const QScreen *a, const QScreen *b) { return distance(a) < distance(b); };
-    const auto found = std::min_element(screens.begin(), screens.end(), nearer);
-    return found == screens.end() ? nullptr : *found;
-}
-
-/** Returns the room of all open popups, where one of them is at @p position: a menu stands by its submenus.
- */
-QRect popupsAt(const QPoint &position)
-{
-    QRect room;
-    bool isInside = false;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget *window : windows) {
-        if (!window->isVisible() || window->windowType() != Qt::Popup)
-            continue;
-        room |= window->frameGeometry();
-        isInside = isInside || window->frameGeometry().contains(position);
-    }
-    return isInside ? room : QRect();
-}
-
-QRect commandRect(const VTManager *manager, const QWidget *widget)
-{
-    const QRect part = manager->referenceRect();
-    if (!part.isNull() || !widget)
-        return part;
-    return QRect(widget->mapToGlobal(QPoint(0, 0)), widget->size());
-}
-
 } // namespace
 
 struct VIDTIPS_NO_EXPORT VTPlacement::Private
 {
     VTManager *manager = nullptr;
-    QPoint place;
     bool isMoving = false;
-    bool mayCorrect = false;
 };
 
 VTPlacement::VTPlacement(VTManager *manager)
@@ -167,17 +123,10 @@ VTPlacement::~VTPlacement() = default;
 Surroundings VTPlacement::surroundings() const
 {
     const VTManager *const manager = d->manager;
-    Surroundings around;
-    around.pointer = manager->referencePosition();
-    const QPoint begin = manager->tooltipPosition(around.pointer, nullptr) - around.pointer;
-    around.offset = QSize(begin.x(), begin.y());
-    const auto *const widget = qobject_cast<QWidget *>(manager->referenceObject());
-    around.command = commandRect(manager, widget);
-    around.popups = popupsAt(around.pointer);
-    around.direction = widget ? widget->layoutDirection() : QGuiApplication::layoutDirection();
-    const QScreen *const screen = screenFor(around.pointer);
-    around.screen = screen ? screen->availableGeometry() : QRect();
-    return around;
+    const QPoint pointer = manager->referencePosition();
+    const QPoint begin = manager->tooltipPosition(pointer, nullptr) - pointer;
+    return surroundingsOf(manager->referenceObject(), manager->referenceRect(), pointer,
+                          QSize(begin.x(), begin.y()));
 }
 
 void VTPlacement::place(QWidget *tip)
@@ -185,18 +134,13 @@ void VTPlacement::place(QWidget *tip)
     const Surroundings around = surroundings();
     if (around.screen.isNull())
         return;
-    d->place = placed(tip->frameGeometry().size(), around).topLeft();
-    move(tip);
-}
-
-void VTPlacement::move(QWidget *tip)
-{
-    if (d->place == tip->pos())
+    const QPoint place = placed(tip->frameGeometry().size(), around).topLeft();
+    if (place == tip->pos())
         return;
     // Whoever else watches the window may answer by anything.
     const QPointer<VTPlacement> self(this);
     d->isMoving = true;
-    tip->move(d->place);
+    tip->move(place);
     if (self)
         d->isMoving = false;
 }
@@ -225,15 +169,9 @@ bool VTPlacement::eventFilter(QObject *watched, QEvent *event)
     VTWidget *const tip = d->manager->widget();
     if (d->isMoving || !tip || watched != tip || !tip->isWindow())
         return false;
-    // Some window managers report a new window where it was on its way from; one that insists has its will.
-    d->mayCorrect = d->mayCorrect || type == QEvent::Show;
-    const bool isReported = type == QEvent::Move && event->spontaneous();
-    if (!isReported && tip->isVisible()) {
+    // What is reported from outside is for the window, which knows its place.
+    if (tip->isVisible() && !event->spontaneous())
         place(tip);
-    } else if (isReported && d->mayCorrect && tip->pos() != d->place) {
-        d->mayCorrect = false;
-        move(tip);
-    }
     return false;
 }
 

@@ -62,7 +62,6 @@ private:
     Q_DISABLE_COPY(VTPlacement)
     VIDTIPS_NO_EXPORT Surroundings surroundings() const;
     VIDTIPS_NO_EXPORT void place(QWidget *tip);
-    VIDTIPS_NO_EXPORT void move(QWidget *tip);
 
     struct Private;
     std::unique_ptr<Private> const d;

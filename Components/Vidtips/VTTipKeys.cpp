@@ -1,5 +1,6 @@
 #include "VTTipKeys_p.h"
 
+#include "VTShowLog_p.h"
 #include "VTView.h"
 #include "VTWidget.h"
 
@@ -99,14 +100,17 @@ bool VTTipKeys::press(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event)
     if (take(tip, typedInto, event))
         return true;
     const bool stays = tip->view() && tip->view()->stayOpen();
-    if (!stays && !isModifier(event->key()))
-        tip->hide();
+    if (stays || isModifier(event->key()))
+        return false;
+    qCDebug(showLog, "the tip goes, as there was typing in %s", qUtf8Printable(describe(typedInto)));
+    tip->hide();
     return false;
 }
 
 bool VTTipKeys::take(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        qCDebug(showLog, "the tip goes, as Escape was pressed");
         tip->hide();
         return true;
     }

@@ -1,44 +1,13 @@
 #include "VTTipWatch_p.h"
 
-#include "VTPopupPlace_p.h"
+#include "VTShowLog_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QEvent>
 #include <QtGui/QCursor>
-#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 
 namespace Vidtips {
-
-namespace {
-
-/** Returns what the open popups cover: a menu, and those that were opened from it. */
-QRect openPopups()
-{
-    QRect area;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget *const window : windows) {
-        if (window->isVisible() && window->windowType() == Qt::Popup)
-            area |= window->frameGeometry();
-    }
-    return area;
-}
-
-QPoint besidePopup(const QWidget *popup, int top, const QSize &size)
-{
-    const QScreen *const screen = QGuiApplication::screenAt(popup->geometry().center());
-    const QScreen *const known = screen ? screen : QGuiApplication::primaryScreen();
-    return VTPopupPlace(openPopups(), known->availableGeometry()).beside(top, size);
-}
-
-const QWidget *popupWith(const QObject *object)
-{
-    const auto *const widget = qobject_cast<const QWidget *>(object);
-    const QWidget *const window = widget ? widget->window() : nullptr;
-    return window && window->windowType() == Qt::Popup && window->isVisible() ? window : nullptr;
-}
-
-} // namespace
 
 VTTipWatch::VTTipWatch(QObject *parent)
     : QObject(parent)
@@ -69,12 +38,6 @@ void VTTipWatch::end()
     m_pointer.rest();
 }
 
-QPoint VTTipWatch::placeOf(const QObject *object, const QRect &rect, const QPoint &place, const QSize &size)
-{
-    const QWidget *const popup = popupWith(object);
-    return popup ? besidePopup(popup, rect.isValid() ? rect.top() : QCursor::pos().y(), size) : place;
-}
-
 bool VTTipWatch::isOfTip(const QObject *object) const
 {
     const auto *const widget = qobject_cast<const QWidget *>(object);
@@ -103,7 +66,7 @@ void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *eve
     switch (event->type()) {
     case QEvent::Show:
         if (widget->windowType() == Qt::Popup && !m_command.isReachedThrough(widget))
-            handleGone();
+            endTip("a popup opened");
         else
             m_pointer.lookSoon();
         break;
@@ -159,7 +122,7 @@ void VTTipWatch::handleLook(const QWidget *under, const QPoint &position)
     if (!m_tip)
         return;
     if (!m_command.isInSight()) {
-        handleGone();
+        endTip("its command is out of sight");
         return;
     }
     if (!isOfTip(under))
@@ -172,6 +135,13 @@ void VTTipWatch::handleLook(const QWidget *under, const QPoint &position)
 
 void VTTipWatch::handleGone()
 {
+    endTip("its command is gone or blocked");
+}
+
+void VTTipWatch::endTip(const char *reason)
+{
+    if (m_tip)
+        qCDebug(showLog, "the tip goes, as %s", reason);
     const QPointer<VTWidget> tip = m_tip;
     end();
     if (tip)
@@ -187,8 +157,10 @@ void VTTipWatch::handlePassedOn()
     m_hasPassedOn = true;
     tip->refer(m_command.widget(), QRect());
     tip->checkMousePosition(position);
-    if (!tip->isSafe(position))
-        tip->hideAnimated();
+    if (tip->isSafe(position))
+        return;
+    qCDebug(showLog, "the tip goes, as the pointer is on something else than its command");
+    tip->hideAnimated();
 }
 
 } // namespace Vidtips

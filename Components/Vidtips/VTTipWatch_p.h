@@ -37,9 +37,6 @@ public:
     /** Tells whether events of the application matter; checked for each of them. */
     bool isAtWork() const { return m_tip || m_keys.isWaiting(); }
 
-    /** Returns where a tip of @p size goes beside an open popup with @p object in it, else @p place. */
-    static QPoint placeOf(const QObject *object, const QRect &rect, const QPoint &place, const QSize &size);
-
     /**
      * Is told of an event of the application, by hosts that let all of them be watched; returns whether the
      * event is used up.
@@ -58,6 +55,7 @@ private:
     void locateCommand(const QWidget *under, const QPoint &position);
     void handleLook(const QWidget *under, const QPoint &position);
     void handleGone();
+    void endTip(const char *reason);
     void handlePassedOn();
     void handleApplicationEvent(const QWidget *widget, const QEvent *event);
 

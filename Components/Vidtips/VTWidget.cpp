@@ -2,7 +2,9 @@
 
 #include "VTBoundedSize_p.h"
 #include "VTManager.h"
+#include "VTShowLog_p.h"
 #include "VTTipContainer_p.h"
+#include "VTTipPlace_p.h"
 #include "VTView.h"
 
 #include <QtCore/QDir>
@@ -22,9 +24,6 @@ namespace Vidtips {
 namespace {
 
 const qreal fadeInStart = 0.1;
-
-/** Milliseconds that a window manager has for its answers. */
-constexpr int settlingTime = 250;
 
 /** Like QWidget::isAncestorOf(), and across windows. */
 bool isOwnedBy(const QWidget *widget, const QWidget *owner)
@@ -71,8 +70,7 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QPointer<QWidget> reference;
     QRect referenceRect;
     bool referenceIsAway = false;
-    QPoint place;
-    bool placeIsDoubted = false;
+    VTTipPlace place;
     QPropertyAnimation *animation = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
@@ -111,7 +109,10 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_X11DoNotAcceptFocus);
-    connect(d->timer, &QTimer::timeout, this, &VTWidget::hideAnimated);
+    connect(d->timer, &QTimer::timeout, this, [this] {
+        qCDebug(showLog, "the tip goes, as the pointer has been away for %d ms", d->timer->interval());
+        hideAnimated();
+    });
 }
 
 VTWidget::~VTWidget()
@@ -202,7 +203,7 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     const QPointer<VTXmlElement> old = view->content();
     view->setContent(content);
     const QFileInfo userInterface(view->uiRootFilePath());
-    d->place = pos;
+    d->place.put(pos);
     if (!isVisible())
         move(pos);
     view->exposeContent(rootPath);
@@ -215,7 +216,7 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     if (view)
         view->fitToContent();
     if (view)
-        move(d->place);
+        move(d->place.position());
     return view;
 }
 
@@ -510,7 +511,7 @@ void VTWidget::takeSize(const QSize &size)
     if (isVisible() && !d->handedOver) {
         setMinimumSize(0, 0);
         setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-        setGeometry(QRect(d->place, size));
+        setGeometry(QRect(d->place.position(), size));
     }
     setFixedSize(size);
 }
@@ -520,39 +521,27 @@ QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)
     return geometry;
 }
 
-// Nobody can drag a tip or resize it, so it is where it was put. Window managers may report the corner of the
-// screen while they frame a window, and answer late, when the next change has been asked for already.
 QRect VTWidget::frameOnScreen() const
 {
     if (!isVisible() || d->handedOver)
         return {mapToGlobal(QPoint(0, 0)), frameGeometry().size()};
-    return {d->place, minimumSize().isEmpty() ? frameGeometry().size() : minimumSize()};
+    return {d->place.position(), minimumSize().isEmpty() ? frameGeometry().size() : minimumSize()};
 }
 
-// What is still reported when all answers have come is where the window manager wants it.
 void VTWidget::moveEvent(QMoveEvent *event)
 {
-    if (d->handedOver || pos() == d->place)
+    if (d->handedOver || pos() == d->place.position())
         return;
-    if (!event->spontaneous() || !isVisible()) {
-        d->place = pos();
-        return;
-    }
-    if (d->placeIsDoubted)
-        return;
-    d->placeIsDoubted = true;
-    move(d->place);
-    QTimer::singleShot(settlingTime, this, [this] {
-        d->placeIsDoubted = false;
-        if (isVisible())
-            d->place = pos();
-    });
+    if (!event->spontaneous() || !isVisible())
+        d->place.put(pos());
+    else if (d->place.mustAskAgain(pos()))
+        move(d->place.position());
 }
 
 void VTWidget::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous())
-        d->place = pos();
+        d->place.put(pos());
     if (!isSafe(QCursor::pos()))
         setTimer();
     reposition();

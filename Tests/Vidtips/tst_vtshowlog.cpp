@@ -5,6 +5,8 @@
 #include <QtCore/QLoggingCategory>
 #include <QtGui/QMouseEvent>
 #include <QtTest/QTest>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 
 using namespace Vidtips;
@@ -34,6 +36,11 @@ private slots:
     void hostThatTakesTheContentAway();
     void clickElsewhere();
     void anotherApplication();
+    void commandThatIsGone();
+    void popupOverTheCommand();
+    void keysOfTheHost_data();
+    void keysOfTheHost();
+    void pointerThatIsAway();
 
 private:
     QString path(const QString &name) const { return m_packages->filePath("Basic.vidtips/Control/" + name); }
@@ -243,6 +250,55 @@ void tst_VTShowLog::anotherApplication()
     QVERIFY(m_session->host->show("cut", QPoint(10, 20), nullptr));
     filter->eventFilter(qApp, &event);
     QCOMPARE(lines().last(), QString("the tip goes, as the application is no longer active"));
+}
+
+void tst_VTShowLog::commandThatIsGone()
+{
+    auto command = std::make_unique<QPushButton>();
+    command->show();
+    QVERIFY(m_session->host->show("cut", QPoint(10, 20), command.get()));
+    command.reset();
+    QCOMPARE(lines().last(), QString("the tip goes, as its command is gone or blocked"));
+}
+
+void tst_VTShowLog::popupOverTheCommand()
+{
+    QPushButton command;
+    command.show();
+    QVERIFY(m_session->host->show("cut", QPoint(10, 20), &command));
+    QMenu menu;
+    QShowEvent event;
+    QObject *const filter = m_session->manager();
+    filter->eventFilter(&menu, &event);
+    QCOMPARE(lines().last(), QString("the tip goes, as a popup opened"));
+}
+
+void tst_VTShowLog::keysOfTheHost_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("Escape") << int(Qt::Key_Escape) << "Escape was pressed";
+    QTest::newRow("typing") << int(Qt::Key_X) << "there was typing in QLineEdit \"name\"";
+}
+
+void tst_VTShowLog::keysOfTheHost()
+{
+    QFETCH(int, key);
+    QFETCH(QString, reason);
+    QLineEdit edit;
+    edit.setObjectName("name");
+    QVERIFY(m_session->host->show("cut", QPoint(10, 20), nullptr));
+    QKeyEvent press(QEvent::KeyPress, key, {});
+    QObject *const filter = m_session->manager();
+    filter->eventFilter(&edit, &press);
+    QCOMPARE(lines().last(), "the tip goes, as " + reason);
+}
+
+void tst_VTShowLog::pointerThatIsAway()
+{
+    m_session->set(IdleInterval, 1);
+    QVERIFY(m_session->host->show("cut", QCursor::pos() + QPoint(300, 300), nullptr));
+    QTRY_COMPARE(lines().last(), QString("the tip goes, as the pointer has been away for 1 ms"));
 }
 
 QTEST_MAIN(tst_VTShowLog)
