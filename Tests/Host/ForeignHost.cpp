@@ -2,6 +2,7 @@
 
 #include "RealPointer.h"
 
+#include <QtCore/QDebug>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -126,10 +127,13 @@ void ForeignHost::makeWindow()
     farther = addButton(secondWindow, "farther", {20, 20});
     secondWindow->setGeometry(820, 80, 300, 160);
     secondWindow->show();
-    const bool isExposed = QTest::qWaitForWindowExposed(secondWindow);
-    window->activateWindow();
-    if (!isExposed || !QTest::qWaitForWindowActive(window))
-        qWarning("the windows did not come up");
+    // The latest window, which window managers activate by themselves, first: that must not come in between
+    // later.
+    for (QWidget *const next : {secondWindow, static_cast<QWidget *>(window)}) {
+        next->activateWindow();
+        if (!QTest::qWaitForWindowActive(next, RealPointer::patience))
+            qWarning("the windows did not come up");
+    }
 }
 
 void ForeignHost::makeViews(QWidget *page)
@@ -194,7 +198,7 @@ QDialog *ForeignHost::openDialog(QWidget *parent, Qt::WindowModality modality, c
     dialog->show();
     // Window managers do so, but not every screen has one.
     dialog->activateWindow();
-    if (!QTest::qWaitForWindowActive(dialog))
+    if (!QTest::qWaitForWindowActive(dialog, RealPointer::patience))
         qWarning("the dialog %s did not become active", qPrintable(buttonName));
     return dialog;
 }
@@ -248,8 +252,14 @@ bool ForeignHost::isOnScreen() const
 
 bool ForeignHost::hover(const QPoint &position, const QString &key)
 {
-    return RealPointer::moveTo(position)
-        && QTest::qWaitFor([&] { return shownKey() == key && isOnScreen(); });
+    const auto hasCome = [&] { return shownKey() == key && isOnScreen(); };
+    if (RealPointer::moveTo(position) && QTest::qWaitFor(hasCome, RealPointer::patience))
+        return true;
+    qWarning() << "no tip of" << key << "on the screen; shown:" << shownKey();
+    if (isShown())
+        qWarning() << "tip at" << tip()->geometry() << "for the X server at" << RealPointer::placeOf(tip())
+                   << "covered by" << QApplication::widgetAt(RealPointer::center(tip()));
+    return false;
 }
 
 bool ForeignHost::hover(const QWidget *command)

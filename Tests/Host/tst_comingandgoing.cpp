@@ -2,6 +2,7 @@
 #include "RealPointer.h"
 
 #include <QtCore/QTimer>
+#include <QtCore/QVariantAnimation>
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
@@ -29,6 +30,19 @@ using Change = std::function<void(ForeignHost &)>;
 void withShortCountdown(VTContext &settings)
 {
     settings.set(IdleInterval, 250);
+}
+
+/** Lets an animation of that many milliseconds end, and with it all that were started before and are no
+ * longer. */
+bool passAnimation(int duration)
+{
+    QVariantAnimation animation;
+    animation.setStartValue(0);
+    animation.setEndValue(1);
+    animation.setDuration(duration);
+    QSignalSpy finished(&animation, &QVariantAnimation::finished);
+    animation.start();
+    return finished.wait(RealPointer::patience) && RealPointer::passEvents();
 }
 
 /** Notes the sizes that a window is given, without those that window managers report late. */
@@ -156,7 +170,7 @@ void tst_ComingAndGoing::tipOfAFadingTipStays()
     QVERIFY(m_host->host()->show("other", QCursor::pos(), m_host->plain));
     QCOMPARE(m_host->tip()->windowOpacity(), 1.0);
     const QStringList told = m_host->host()->notificationTexts();
-    QTest::qWait(600);
+    QVERIFY(passAnimation(400));
     QVERIFY(m_host->isShown());
     QCOMPARE(m_host->host()->notificationTexts(), told);
 }
@@ -168,7 +182,7 @@ void tst_ComingAndGoing::sameTipStaysWhileItFades()
     m_host->tip()->hideAnimated();
     QTRY_VERIFY(m_host->tip()->windowOpacity() < 0.9);
     QVERIFY(m_host->host()->show("plain", QCursor::pos(), m_host->plain));
-    QTest::qWait(600);
+    QVERIFY(passAnimation(400));
     QVERIFY(m_host->isShown());
     QCOMPARE(m_host->tip()->windowOpacity(), 1.0);
 }
@@ -284,43 +298,52 @@ void tst_ComingAndGoing::goesWithTheMenu()
 
 void tst_ComingAndGoing::goesWhenThePointerLeavesThroughItOntoTheDesktop()
 {
-    start(withShortCountdown);
+    start();
     m_host->window->resize(660, 150);
     m_host->window->move(20, 600);
     QTRY_VERIFY(m_host->window->y() > 500);
     QVERIFY(m_host->host()->show("plain", {500, 300}, m_host->plain));
     const QRect tip = m_host->tip()->geometry();
     QVERIFY(RealPointer::jumpTo(tip.center()));
-    QTest::qWait(500);
-    QVERIFY(m_host->isShown());
+    QTRY_VERIFY(m_host->tip()->underMouse());
+    QTRY_VERIFY(!countdown()->isActive());
     // Out of the tip, but near it for now; then away, where nobody tells.
     QVERIFY(RealPointer::jumpTo(tip.topLeft() - QPoint(5, 5)));
     QVERIFY(!QApplication::widgetAt(QCursor::pos()));
-    QTest::qWait(700);
+    QTRY_VERIFY(!m_host->tip()->underMouse());
+    QVERIFY(RealPointer::passEvents());
+    QVERIFY(!countdown()->isActive());
     QVERIFY(m_host->isShown());
+    withShortCountdown(m_host->host()->context());
     QVERIFY(RealPointer::jumpTo({300, 40}));
     QTRY_VERIFY(!m_host->isShown());
 }
 
 void tst_ComingAndGoing::staysWhileThePointerIsInIt()
 {
-    start(withShortCountdown);
+    start();
     QVERIFY(m_host->hover(m_host->row(2), "row 2"));
     RealPointer::moveTo(RealPointer::center(m_host->tip()));
+    QTRY_VERIFY(m_host->tip()->underMouse());
     m_host->window->move(m_host->window->pos() + QPoint(15, 0));
     m_host->tree->verticalScrollBar()->setValue(3);
-    QTest::qWait(700);
+    QVERIFY(RealPointer::passEvents());
+    QVERIFY(!countdown()->isActive());
     QVERIFY(m_host->isShown());
+    withShortCountdown(m_host->host()->context());
     RealPointer::moveTo(m_host->nowhere());
     QTRY_VERIFY(!m_host->isShown());
 }
 
 void tst_ComingAndGoing::staysWhenTheWindowMovesWithThePointer()
 {
-    start(withShortCountdown);
+    start();
     QVERIFY(m_host->hover(m_host->plain));
+    const QPoint place = RealPointer::placeOf(m_host->window) + QPoint(8, 5);
     m_host->window->move(m_host->window->pos() + QPoint(8, 5));
-    QTest::qWait(700);
+    QTRY_COMPARE(RealPointer::placeOf(m_host->window), place);
+    QVERIFY(RealPointer::passEvents());
+    QVERIFY(!countdown()->isActive());
     QVERIFY(m_host->isShown());
 }
 
@@ -395,7 +418,7 @@ void tst_ComingAndGoing::neighboursOfAnotherHeight()
         QVERIFY(m_host->hover(m_host->plain));
         QCOMPARE(m_host->tip()->size(), QSize(161, 101));
     }
-    QTest::qWait(100);
+    QVERIFY(passAnimation(100));
     QCOMPARE(log.sizes.count(), 6);
 }
 

@@ -34,7 +34,6 @@ private slots:
     void tipOfADialogAndThenOfTheWindow();
     void aboveItsWindow_data();
     void aboveItsWindow();
-    void onAnotherDesktop();
 
 private:
     QPoint pin() const { return m_host->tip()->mapToGlobal(QPoint(40, 40)); }
@@ -247,21 +246,6 @@ void tst_FocusAndDialogs::aboveItsWindow()
     QVERIFY(m_host->hover(m_host->plain));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
     m_host->picture(QTest::currentDataTag());
-}
-
-void tst_FocusAndDialogs::onAnotherDesktop()
-{
-    if (!RealPointer::xdotool({"set_num_desktops", "2"}))
-        return;
-    QVERIFY(m_host->hover(m_host->plain));
-    const QString window = QString::number(m_host->window->winId());
-    QVERIFY(RealPointer::xdotool({"set_desktop_for_window", window, "1"}));
-    QVERIFY(RealPointer::xdotool({"set_desktop", "1"}));
-    m_host->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->window));
-    QVERIFY(m_host->hover(m_host->other));
-    QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
-    QVERIFY(RealPointer::xdotool({"set_desktop", "0"}));
 }
 
 QTEST_MAIN(tst_FocusAndDialogs)

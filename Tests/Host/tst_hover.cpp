@@ -150,7 +150,7 @@ void tst_Hover::pointAt(const QWidget *widget)
 {
     const QPoint center = widget->mapToGlobal(widget->rect().center());
     QCursor::setPos(center - QPoint(3, 3));
-    QVERIFY(QTest::qWaitFor([=] { return widget->underMouse(); }));
+    QVERIFY(QTest::qWaitFor([=] { return widget->underMouse(); }, RealPointer::patience));
     QCursor::setPos(center);
 }
 
@@ -164,10 +164,12 @@ bool tst_Hover::isOnScreen() const
 bool tst_Hover::hover(const QWidget *widget)
 {
     pointAt(widget);
-    return QTest::qWaitFor([&] {
-        return tip() && tip()->isVisible() && m_session->content()
-            && m_session->content()->attribute("key") == widget->objectName() && isOnScreen();
-    });
+    return QTest::qWaitFor(
+        [&] {
+            return tip() && tip()->isVisible() && m_session->content()
+                && m_session->content()->attribute("key") == widget->objectName() && isOnScreen();
+        },
+        RealPointer::patience);
 }
 
 void tst_Hover::leaveTip()

@@ -1,7 +1,7 @@
+#include "RealPointer.h"
 #include "TestHost.h"
 #include "TestPackage.h"
 
-#include <QtCore/QProcess>
 #include <QtGui/QScreen>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -21,8 +21,7 @@ using namespace Vidtips;
 namespace {
 
 const QColor tipColor("#2060c0");
-/** What a window manager and a compositing manager may take on a busy machine, in milliseconds. */
-constexpr int patience = 20000;
+using RealPointer::patience;
 
 /** A tip whose left half pins it. It takes keys, and grows when it gets one. */
 const char userInterface[] = R"(import QtQuick 1.1
@@ -158,13 +157,15 @@ bool tst_Keeping::hover(const QString &key)
     const QWidget *const command = m_window->command(key);
     const QPoint center = command->mapToGlobal(command->rect().center());
     QCursor::setPos(center - QPoint(3, 3));
-    if (!QTest::qWaitFor([=] { return command->underMouse(); }))
+    if (!QTest::qWaitFor([=] { return command->underMouse(); }, patience))
         return false;
     QCursor::setPos(center);
-    return QTest::qWaitFor([&] {
-        return tip() && tip()->isVisible() && m_session->content()
-            && m_session->content()->attribute("key") == key;
-    });
+    return QTest::qWaitFor(
+        [&] {
+            return tip() && tip()->isVisible() && m_session->content()
+                && m_session->content()->attribute("key") == key;
+        },
+        patience);
 }
 
 /** Clicks the left half of the tip as a user does; tells whether it was kept. */
@@ -178,10 +179,10 @@ bool tst_Keeping::pin()
         return widget && shown && shown->isAncestorOf(widget) && widget->underMouse();
     };
     QProcess xdotool;
-    if (!QTest::qWaitFor(isOverTip))
+    if (!QTest::qWaitFor(isOverTip, patience))
         return false;
     xdotool.start("xdotool", {"click", "1"});
-    return xdotool.waitForFinished() && QTest::qWaitFor([&] { return tip() != shown; });
+    return xdotool.waitForFinished() && QTest::qWaitFor([&] { return tip() != shown; }, patience);
 }
 
 /** Keeps the tip of a command, at the second attempt where a window manager hides the first by its

@@ -1,3 +1,4 @@
+#include "RealPointer.h"
 #include "TestHost.h"
 #include "TestPackage.h"
 
@@ -74,10 +75,11 @@ void tst_Placing::cleanup()
 bool tst_Placing::hover(QWidget *widget, const QPoint &position)
 {
     QCursor::setPos(position - QPoint(2, 1));
-    if (!QTest::qWaitFor([=] { return widget->underMouse(); }))
+    if (!QTest::qWaitFor([=] { return widget->underMouse(); }, RealPointer::patience))
         return false;
     QCursor::setPos(position);
-    return QTest::qWaitFor([this] { return tip() && tip()->isVisible() && tip()->height() > 300; });
+    return QTest::qWaitFor([this] { return tip() && tip()->isVisible() && tip()->height() > 300; },
+                           RealPointer::patience);
 }
 
 void tst_Placing::tipOfACommandAtTheEdge_data()

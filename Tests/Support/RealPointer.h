@@ -2,6 +2,10 @@
 
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
+#include <QtCore/QTimer>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
 
@@ -11,11 +15,29 @@
  */
 namespace RealPointer {
 
+/** What the X server, a window manager and a compositing manager may take on a busy machine, in milliseconds.
+ */
+constexpr int patience = 20000;
+
+/** Lets everything that is waiting for the event loop have its turn, and what that gave rise to. */
+inline bool passEvents()
+{
+    for (int i = 0; i < 3; ++i) {
+        QTimer turn;
+        turn.setSingleShot(true);
+        QSignalSpy passed(&turn, &QTimer::timeout);
+        turn.start(0);
+        if (!passed.wait(patience))
+            return false;
+    }
+    return true;
+}
+
 inline bool xdotool(const QStringList &arguments)
 {
     QProcess process;
     process.start("xdotool", arguments);
-    return QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 20000)
+    return QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, patience)
         && process.exitCode() == 0;
 }
 
@@ -63,6 +85,13 @@ inline QPoint placeOf(const QWidget *window)
             place.setY(line.mid(2).toInt());
     }
     return place;
+}
+
+/** Returns the colour that the user sees at @p position. */
+inline QColor colorAt(const QPoint &position)
+{
+    QScreen *const screen = QGuiApplication::primaryScreen();
+    return screen->grabWindow(0, position.x(), position.y(), 1, 1).toImage().pixelColor(0, 0);
 }
 
 } // namespace RealPointer

@@ -8,7 +8,6 @@
 #include <Vidtips/VTIndex.h>
 #include <Vidtips/VTManager.h>
 
-#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
@@ -186,25 +185,12 @@ void TipHost::notification(VTNotification type, const QVariant &, const QString 
 {
     if (type == VTNotificationShown) {
         m_shownKey = text;
-        m_sinceShown.start();
         Q_EMIT tipShown(text);
     } else if (type == VTNotificationHidden) {
-        const bool wasShown = text == m_shownKey;
-        if (wasShown)
+        if (text == m_shownKey)
             m_shownKey.clear();
         Q_EMIT tipHidden(text);
-        if (wasShown)
-            showAgainAfterFade();
     } else if (int(type) == CloseWindow && QApplication::activeWindow()) {
         QApplication::activeWindow()->close();
     }
-}
-
-// A tip that comes while the one before fades out is hidden with it, and a pointer that rests gives no reason
-// to bring it back.
-void TipHost::showAgainAfterFade()
-{
-    const int fade = context().get(HideDuration, 0).toInt();
-    if (m_sinceShown.elapsed() < fade && QGuiApplication::mouseButtons() == Qt::NoButton)
-        QTimer::singleShot(0, this, [this] { showUnderPointer(); });
 }

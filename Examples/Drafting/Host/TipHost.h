@@ -4,7 +4,6 @@
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 
 class Commands;
@@ -61,13 +60,11 @@ Q_SIGNALS:
 private:
     bool confirms(const QUrl &url) const;
     void describe(const QString &key);
-    void showAgainAfterFade();
 
     Vidtips::VTCommandLocator m_locator;
     Commands *m_commands;
     QPointer<MessageLog> m_log;
     QString m_shownKey;
-    QElapsedTimer m_sinceShown;
     bool m_container;
     bool m_fallback;
 };

@@ -5,7 +5,10 @@
 class QKeyEvent;
 class TipHost;
 
-/** Lets the keyboard reach the tip on screen: F1 opens its help, Escape hides it, Ctrl calls it. */
+/**
+ * Calls the tip under the pointer by Ctrl where tips appear only with that held: pressing it is enough, and
+ * nobody has to move the pointer.
+ */
 class TipKeyboard : public QObject
 {
     Q_OBJECT
@@ -17,7 +20,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool handles(const QKeyEvent *event) const;
     void callTip(const QKeyEvent *event);
 
     TipHost *m_host;
