@@ -1,7 +1,9 @@
 #include "qdeclarativeanchors_p.h"
 
+#include "engine/qdeclarativedepth_p.h"
 #include "qdeclarativelayoutmirroring_p.h"
 
+#include <QtCore/QPointer>
 #include <QtQml/qqmlinfo.h>
 #include <QtWidgets/QGraphicsWidget>
 
@@ -366,6 +368,22 @@ void QDeclarativeAnchors::itemBaselineOffsetChanged(QDeclarativeItem *item)
 }
 
 void QDeclarativeAnchors::targetChanged(QGraphicsObject *target, bool horizontal, bool vertical, bool resized)
+{
+    // Whoever is anchored to this item follows it in the same call, and so on down a chain.
+    const QDeclarativeDepth depth;
+    if (!depth.isTooDeep()) {
+        follow(target, horizontal, vertical, resized);
+        return;
+    }
+    const QPointer<QDeclarativeAnchors> self(this);
+    const QPointer<QGraphicsObject> followed(target);
+    QDeclarativeDepth::later([=] {
+        if (self && followed)
+            self->targetChanged(followed, horizontal, vertical, resized);
+    });
+}
+
+void QDeclarativeAnchors::follow(QGraphicsObject *target, bool horizontal, bool vertical, bool resized)
 {
     // Where the parent itself stands makes no difference to its children.
     if (target == m_item->QGraphicsItem::parentItem() && !resized)

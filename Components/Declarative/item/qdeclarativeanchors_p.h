@@ -192,6 +192,7 @@ private:
     void applyVertical();
     qreal linePosition(LineIndex) const;
     void targetChanged(QGraphicsObject *, bool horizontal, bool vertical, bool resized);
+    void follow(QGraphicsObject *, bool horizontal, bool vertical, bool resized);
 
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
     void itemBaselineOffsetChanged(QDeclarativeItem *) override;

@@ -118,9 +118,28 @@ void QDeclarativeItemPrivate::leaveSceneFocus()
     }
 }
 
+/**
+ * Has the items around @p item forget what is inside and not the one with the focus any more.
+ *
+ * Graphics View leaves the visible ones with it where a hidden scope takes the focus over, and reads it after
+ * its end.
+ */
+static void forgetFormerFocus(QGraphicsItem *item)
+{
+    const QGraphicsItem *inside = item;
+    for (QGraphicsItem *around = item->parentItem(); around; around = around->parentItem()) {
+        QGraphicsItem *&held = QGraphicsItemPrivate::get(around)->subFocusItem;
+        if (held && held != QGraphicsItemPrivate::get(inside)->subFocusItem
+            && (held == inside || inside->isAncestorOf(held)))
+            held = nullptr;
+        inside = around;
+    }
+}
+
 void QDeclarativeItemPrivate::dropFocus()
 {
     announcedActiveFocus = false;
+    forgetFormerFocus(q_ptr);
     if (!subFocusItem || !parent)
         return;
     // Graphics View would let the scopes know later, from what is left of the item.
@@ -182,6 +201,7 @@ void QDeclarativeItemPrivate::takeFocus()
     q->QGraphicsItem::setFocus(Qt::OtherFocusReason);
     if (!guard || !scene)
         return;
+    forgetFormerFocus(q);
     // What a handler of the focus that went asked for came later, and counts.
     QGraphicsItem *const wanted = QGraphicsItemPrivate::get(q->topLevelItem())->subFocusItem;
     if (scene->focusItem() && wanted && wanted != scene->focusItem() && wanted->panel() == q->panel())
