@@ -1,8 +1,12 @@
 #include "VTManager.h"
 
 #include "VTBoundedSize_p.h"
+#include "VTCatalogue_p.h"
 #include "VTContext.h"
+#include "VTFoundContent_p.h"
 #include "VTIndex.h"
+#include "VTInterpolation_p.h"
+#include "VTPackageLoader_p.h"
 #include "VTScrollBarComponent.h"
 #include "VTShowLog_p.h"
 #include "VTStyledRectangleComponent.h"
@@ -13,14 +17,10 @@
 #include "VTWidget.h"
 #include "VTXmlElement.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
-#include <QtCore/QQueue>
-#include <QtCore/QRegExp>
 #include <QtCore/QTimer>
-#include <QtCore/QTranslator>
 #include <QtCore/QUrl>
 #include <QtDeclarative/QDeclarativeView>
 #include <QtDeclarative/qdeclarative.h>
@@ -81,19 +81,6 @@ QString describeShown(const VTXmlElement *content, const QString &key)
     return QStringLiteral("shows the fallback \"%1\" of %2").arg(content->attribute(keyAttribute()), source);
 }
 
-// Writes the insertion into what stands before the position, and returns where it starts.
-int putBefore(int position, const QString &insertion, QString *text)
-{
-    if (insertion.size() > position) {
-        const int room = insertion.size() + text->size() - position;
-        *text = QString(room, Qt::Uninitialized) + text->midRef(position);
-        position = room;
-    }
-    const int start = position - insertion.size();
-    std::copy(insertion.cbegin(), insertion.cend(), text->begin() + start);
-    return start;
-}
-
 bool isVisibleWith(const VTWidget *window, const QString &key)
 {
     return window && window->isVisible() && hasKey(contentOf(window), key);
@@ -141,8 +128,7 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     bool filterInstalled = false;
     bool refreshIsDue = false;
     QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
-    QTranslator *translator = nullptr;
-    QString cataloguePath;
+    VTCatalogue catalogue;
     const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
     std::optional<ShowRequest> awaited; ///< until its user interface is loaded
 
@@ -183,40 +169,6 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
         std::reverse(windows.begin(), windows.end());
         return windows;
     }
-};
-
-/** Content on its way from the index into a view: what no view has taken is deleted. */
-struct VTManager::FoundContent
-{
-    FoundContent() = default;
-    ~FoundContent()
-    {
-        if (!taken)
-            delete root;
-    }
-
-    void setElement(VTXmlElement *newElement, VTXmlElement *newRoot)
-    {
-        element = newElement;
-        // Without an element the root that the index handed out may be gone already.
-        root = newElement ? newRoot : nullptr;
-    }
-
-    QString packageFolder() const
-    {
-        QDir folder(directory);
-        for (int level = 1; level < depth && folder.cdUp(); ++level) { }
-        return folder.canonicalPath();
-    }
-
-    QString directory;
-    int depth = 0;
-    QPointer<VTXmlElement> root;
-    QPointer<VTXmlElement> element;
-    bool taken = false;
-
-private:
-    Q_DISABLE_COPY(FoundContent)
 };
 
 VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &dataPaths, VTIndex *index)
@@ -300,51 +252,12 @@ QStringList VTManager::loadedPaths() const
 
 void VTManager::loadDataPath(const QStringList &dataPaths)
 {
-    for (const QString &path : dataPaths) {
-        const QFileInfo folder(path);
-        if (!folder.isDir())
-            continue;
-        const QDir dir(folder.absoluteFilePath());
-        const QString filter = QStringLiteral("*.%1").arg(d->text(PackageSuffix, QStringLiteral("vidtips")));
-        handleMessage(VTMessageInformation,
-                      QStringLiteral("indexing packages (%2) in %1 ").arg(dir.absolutePath(), filter));
-        const QFileInfoList packages = dir.entryInfoList(
-            {filter}, QDir::Dirs | QDir::Readable | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Unsorted);
-        for (const QFileInfo &package : packages)
-            loadPackage(package);
-        const QString canonicalPath = dir.canonicalPath();
-        if (!d->loadedPaths.contains(canonicalPath))
-            d->loadedPaths.prepend(canonicalPath);
-    }
+    VTPackageLoader(this).loadFolders(dataPaths, &d->loadedPaths);
 }
 
 void VTManager::loadPackage(const QFileInfo &package)
 {
-    const QDir dir(package.absoluteFilePath());
-    handleMessage(VTMessageInformation,
-                  QStringLiteral("indexing control files in %1").arg(dir.absolutePath()));
-    QQueue<QFileInfo> folders;
-    folders.enqueue(QFileInfo(dir.absoluteFilePath(d->text(ControlFolder, QStringLiteral("Control")))));
-    while (!folders.isEmpty()) {
-        const QFileInfo folder = folders.dequeue();
-        handleMessage(VTMessageInformation,
-                      QStringLiteral("looking for control files in :%1").arg(folder.absoluteFilePath()));
-        // The filter admits files only, so a package's control files are those of one level.
-        const QFileInfoList entries =
-            QDir(folder.absoluteFilePath())
-                .entryInfoList({QStringLiteral("*.xml")},
-                               QDir::Files | QDir::Readable | QDir::NoSymLinks | QDir::NoDotAndDotDot,
-                               QDir::Unsorted);
-        for (const QFileInfo &entry : entries) {
-            if (entry.isDir()) {
-                folders.enqueue(entry);
-            } else if (entry.isFile()) {
-                handleMessage(VTMessageInformation,
-                              QStringLiteral("found control file :%1").arg(entry.canonicalFilePath()));
-                indexControFile(entry.canonicalFilePath(), package.canonicalFilePath());
-            }
-        }
-    }
+    VTPackageLoader(this).loadPackage(package);
 }
 
 void VTManager::indexControFile(const QString &controlFile, const QString &package)
@@ -405,18 +318,11 @@ QString VTManager::translateString(const QString &text, const QString &context)
         QStringLiteral("%1_%2.qm")
             .arg(d->text(TranslationContext, QStringLiteral("Vidtips")), currentLocale().name());
     const QString path = view->findComponent(folderAttribute, CatalogueFolder, defaultFolder, fileName);
-    if (!d->translator)
-        d->translator = new QTranslator(this);
-    if (path != d->cataloguePath) {
-        const bool found = path != view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder)
-            && QFileInfo(path).isFile();
-        if (!found || !d->translator->load(path)) {
-            d->cataloguePath.clear();
-            return text;
-        }
-        d->cataloguePath = path;
+    if (!d->catalogue.isOf(path)) {
+        const bool isMissing = path == view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
+        d->catalogue.load(isMissing ? QString() : path);
     }
-    return d->translator->translate(context.toUtf8().constData(), text.toUtf8().constData());
+    return d->catalogue.isOf(path) ? d->catalogue.translate(text, context) : text;
 }
 
 QString VTManager::interpolate(const QString &text) const
@@ -426,22 +332,7 @@ QString VTManager::interpolate(const QString &text) const
 
 QString VTManager::interpolate(const QString &text, const QMap<QString, QVariant> &properties) const
 {
-    QRegExp placeholder(QStringLiteral("\\%\\(([-_a-zA-Z0-9]+)\\)s"));
-    QString result = QStringLiteral("");
-    // What is still to be looked at starts here: before it is room for replacements, so that a text of many
-    // placeholders is not moved as a whole for each of them.
-    QString rest = text;
-    int start = 0;
-    for (int at = placeholder.indexIn(rest); at >= 0; at = placeholder.indexIn(rest, start)) {
-        result += rest.midRef(start, at - start);
-        start = at + placeholder.matchedLength();
-        const QString replacement = properties.value(placeholder.cap(1)).toString();
-        if (replacement.isNull())
-            result += placeholder.cap();
-        else
-            start = putBefore(start, replacement, &rest);
-    }
-    return result.isEmpty() && start == 0 ? rest : result + rest.midRef(start);
+    return interpolated(text, properties);
 }
 
 void VTManager::setGlobalProperty(const QString &name, const QVariant &value)
@@ -510,7 +401,7 @@ bool VTManager::refill(VTWidget *window, QObject *object)
     if (!old)
         return false;
     const ShowRequest request{old->attribute(keyAttribute()), d->referencePosition, object, QRect()};
-    FoundContent found;
+    VTFoundContent found;
     find(request.key, found);
     if (!found.element || !found.root)
         return false;
@@ -559,7 +450,7 @@ bool VTManager::show(const QString &key, const QPoint &position, QObject *object
         request.log(QStringLiteral("is on screen already"));
         return true;
     }
-    FoundContent found;
+    VTFoundContent found;
     find(request.key, found);
     if (self && !found.element) {
         const QString fallback = d->text(FallbackKey, QString());
@@ -594,14 +485,14 @@ bool VTManager::keeps(const QString &key, const ShowRequest &request)
     return true;
 }
 
-void VTManager::find(const QString &key, FoundContent &found)
+void VTManager::find(const QString &key, VTFoundContent &found)
 {
     VTXmlElement *root = nullptr;
     VTXmlElement *const element = retrieve(key, found.directory, found.depth, root);
     found.setElement(element, root);
 }
 
-void VTManager::findFallback(const QString &key, FoundContent &found)
+void VTManager::findFallback(const QString &key, VTFoundContent &found)
 {
     if (key.isEmpty() || !d->index)
         return;
@@ -611,7 +502,7 @@ void VTManager::findFallback(const QString &key, FoundContent &found)
     found.setElement(element, root);
 }
 
-bool VTManager::present(const ShowRequest &request, FoundContent &found)
+bool VTManager::present(const ShowRequest &request, VTFoundContent &found)
 {
     const QPointer<VTWidget> window = d->widget;
     const QPointer<VTView> view = window ? window->view() : nullptr;

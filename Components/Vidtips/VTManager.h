@@ -19,6 +19,7 @@ namespace Vidtips {
 class VTView;
 class VTWidget;
 class VTXmlElement;
+struct VTFoundContent;
 
 /**
  * The centre of the library: it loads the content packages, finds and translates content, and decides when a
@@ -196,12 +197,11 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTManager)
-    struct FoundContent;
     struct ShowRequest;
     VIDTIPS_NO_EXPORT bool keeps(const QString &key, const ShowRequest &request);
-    VIDTIPS_NO_EXPORT void find(const QString &key, FoundContent &found);
-    VIDTIPS_NO_EXPORT void findFallback(const QString &key, FoundContent &found);
-    VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, FoundContent &found);
+    VIDTIPS_NO_EXPORT void find(const QString &key, VTFoundContent &found);
+    VIDTIPS_NO_EXPORT void findFallback(const QString &key, VTFoundContent &found);
+    VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, VTFoundContent &found);
     VIDTIPS_NO_EXPORT bool reveal(const ShowRequest &request);
     VIDTIPS_NO_EXPORT void moveOffPopups(const ShowRequest &request);
     VIDTIPS_NO_EXPORT void revealAwaited();

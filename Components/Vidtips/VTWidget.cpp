@@ -2,8 +2,10 @@
 
 #include "VTBoundedSize_p.h"
 #include "VTManager.h"
+#include "VTRemainingWindows_p.h"
 #include "VTShowLog_p.h"
 #include "VTTipContainer_p.h"
+#include "VTTipKeeping_p.h"
 #include "VTTipPlace_p.h"
 #include "VTView.h"
 
@@ -24,43 +26,6 @@ namespace Vidtips {
 namespace {
 
 const qreal fadeInStart = 0.1;
-
-/** Like QWidget::isAncestorOf(), and across windows. */
-bool isOwnedBy(const QWidget *widget, const QWidget *owner)
-{
-    while (widget && widget != owner)
-        widget = widget->parentWidget();
-    return widget;
-}
-
-/** Returns the window that @p widget is in; menus and other popups come and go, so not those. */
-QWidget *lastingWindow(const QWidget *widget)
-{
-    QWidget *window = widget->window();
-    while (window->windowType() == Qt::Popup && window->parentWidget())
-        window = window->parentWidget()->window();
-    return window->windowType() == Qt::Popup ? QApplication::activeWindow() : window;
-}
-
-void deleteRemainingWindows();
-
-struct RemainingWindows
-{
-    // The library may be unloaded before the application ends.
-    ~RemainingWindows() { qRemovePostRoutine(deleteRemainingWindows); }
-
-    QList<QPointer<VTWidget>> windows;
-};
-
-Q_GLOBAL_STATIC(RemainingWindows, remaining)
-
-void deleteRemainingWindows()
-{
-    if (!remaining.exists())
-        return;
-    while (!remaining->windows.isEmpty())
-        delete remaining->windows.takeFirst().data();
-}
 
 } // namespace
 
@@ -172,12 +137,7 @@ VTManager *VTWidget::manager() const
 
 void VTWidget::deleteWithApplication()
 {
-    if (remaining.isDestroyed())
-        return;
-    remaining->windows.removeAll(nullptr);
-    remaining->windows.append(this);
-    qRemovePostRoutine(deleteRemainingWindows);
-    qAddPostRoutine(deleteRemainingWindows);
+    VTRemainingWindows::add(this);
 }
 
 void VTWidget::showWithContent(QObject *reference, const QRect &referenceRect, const QPoint &pos,
@@ -276,7 +236,8 @@ void VTWidget::joinOwner()
 {
     if (parentWidget())
         return;
-    const QWidget *const window = d->reference ? owner() : QApplication::activeModalWidget();
+    const QWidget *const window =
+        d->reference ? VTTipKeeping(this, d->reference).owner() : QApplication::activeModalWidget();
     QWindow *const handle = window ? window->windowHandle() : nullptr;
     // A window that is on its way from the screen cannot change over to another owner.
     if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
@@ -295,7 +256,7 @@ bool VTWidget::belongsTo(const QObject *reference) const
     const auto *const widget = qobject_cast<const QWidget *>(reference);
     if (!widget || !windowHandle() || parentWidget())
         return true;
-    const QWidget *const window = lastingWindow(widget);
+    const QWidget *const window = VTTipKeeping::lastingWindow(widget);
     return windowHandle()->transientParent() == (window ? window->windowHandle() : nullptr);
 }
 
@@ -413,71 +374,14 @@ void VTWidget::contentReservedChanged()
     hide();
     if (!self)
         return;
-    if (canMoveInto(host) && self)
-        moveInto(host, position);
-    else if (self)
-        becomeToolWindow(position);
-}
-
-bool VTWidget::canMoveInto(QWidget *container) const
-{
-    if (!container || container == this || isAncestorOf(container))
-        return false;
-    const QString obstacle = VTTipContainer(container).obstacle();
-    if (obstacle.isEmpty())
-        return true;
-    if (d->manager)
-        d->manager->handleMessage(
-            VTMessageWarning,
-            QStringLiteral(
-                "A kept tip becomes a window by itself, as the one of createWindow() cannot take it in: %1")
-                .arg(obstacle));
-    return false;
-}
-
-QWidget *VTWidget::owner() const
-{
-    QWidget *const window = d->reference ? lastingWindow(d->reference) : nullptr;
-    return window == this ? nullptr : window;
-}
-
-void VTWidget::moveInto(QWidget *container, const QPoint &position)
-{
-    // A host that owns its window by the active one may have hit upon this very tip.
-    if (isOwnedBy(container, this))
-        container->setParent(owner(), container->windowFlags());
-    d->container = VTTipContainer(container);
-    d->container.take(this);
-    const VTXmlElement *const content = d->view ? d->view->content() : nullptr;
-    d->container.setTitle(content ? content->attribute(QStringLiteral("title")) : QString());
-    contentResized();
-    show();
-    const QPointer<VTWidget> self(this);
-    d->container.reveal(position);
-    if (self)
-        takeFocus();
-}
-
-// The user has just asked for it: the keyboard is for the kept tip.
-void VTWidget::takeFocus()
-{
-    if (d->view)
-        d->view->setFocus();
-    activateWindow();
-}
-
-void VTWidget::becomeToolWindow(const QPoint &position)
-{
-    setAttribute(Qt::WA_DeleteOnClose);
-    setParent(owner(),
-              Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
-                  | Qt::WindowCloseButtonHint);
-    setWindowModality(Qt::NonModal);
-    const QObject *const content = d->view ? d->view->content() : nullptr;
-    setWindowTitle(content ? content->property("title").toString() : QString());
-    move(position);
-    show();
-    takeFocus();
+    const VTTipKeeping keeping(this, d->reference);
+    if (keeping.canMoveInto(host) && self) {
+        keeping.prepare(host);
+        d->container = VTTipContainer(host);
+        keeping.moveInto(d->container, position);
+    } else if (self) {
+        keeping.becomeWindow(position);
+    }
 }
 
 void VTWidget::contentResized()

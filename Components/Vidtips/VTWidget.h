@@ -129,11 +129,6 @@ private:
     VIDTIPS_NO_EXPORT void joinOwner();
     VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
     VIDTIPS_NO_EXPORT QRect frameOnScreen() const;
-    VIDTIPS_NO_EXPORT QWidget *owner() const;
-    VIDTIPS_NO_EXPORT bool canMoveInto(QWidget *container) const;
-    VIDTIPS_NO_EXPORT void takeFocus();
-    VIDTIPS_NO_EXPORT void moveInto(QWidget *container, const QPoint &position);
-    VIDTIPS_NO_EXPORT void becomeToolWindow(const QPoint &position);
     VIDTIPS_NO_EXPORT void endFadeOut();
 
     struct Private;

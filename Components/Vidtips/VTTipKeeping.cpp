@@ -1,0 +1,96 @@
+#include "VTTipKeeping_p.h"
+
+#include "VTManager.h"
+#include "VTTipContainer_p.h"
+#include "VTView.h"
+#include "VTWidget.h"
+
+#include <QtWidgets/QApplication>
+
+namespace Vidtips {
+
+namespace {
+
+/** Like QWidget::isAncestorOf(), and across windows. */
+bool isOwnedBy(const QWidget *widget, const QWidget *owner)
+{
+    while (widget && widget != owner)
+        widget = widget->parentWidget();
+    return widget;
+}
+
+} // namespace
+
+QWidget *VTTipKeeping::lastingWindow(const QWidget *widget)
+{
+    QWidget *window = widget->window();
+    while (window->windowType() == Qt::Popup && window->parentWidget())
+        window = window->parentWidget()->window();
+    return window->windowType() == Qt::Popup ? QApplication::activeWindow() : window;
+}
+
+QWidget *VTTipKeeping::owner() const
+{
+    QWidget *const window = m_reference ? lastingWindow(m_reference) : nullptr;
+    return window == m_tip ? nullptr : window;
+}
+
+bool VTTipKeeping::canMoveInto(QWidget *container) const
+{
+    if (!container || container == m_tip || m_tip->isAncestorOf(container))
+        return false;
+    const QString obstacle = VTTipContainer(container).obstacle();
+    if (obstacle.isEmpty())
+        return true;
+    if (VTManager *const manager = m_tip->manager())
+        manager->handleMessage(
+            VTMessageWarning,
+            QStringLiteral(
+                "A kept tip becomes a window by itself, as the one of createWindow() cannot take it in: %1")
+                .arg(obstacle));
+    return false;
+}
+
+// A host that owns its window by the active one may have hit upon this very tip.
+void VTTipKeeping::prepare(QWidget *container) const
+{
+    if (isOwnedBy(container, m_tip))
+        container->setParent(owner(), container->windowFlags());
+}
+
+void VTTipKeeping::moveInto(VTTipContainer container, const QPoint &position) const
+{
+    container.take(m_tip);
+    const VTXmlElement *const content = m_tip->view() ? m_tip->view()->content() : nullptr;
+    container.setTitle(content ? content->attribute(QStringLiteral("title")) : QString());
+    m_tip->contentResized();
+    m_tip->show();
+    const QPointer<VTWidget> guard(m_tip);
+    container.reveal(position);
+    if (guard)
+        takeFocus();
+}
+
+// The user has just asked for it: the keyboard is for the kept tip.
+void VTTipKeeping::takeFocus() const
+{
+    if (m_tip->view())
+        m_tip->view()->setFocus();
+    m_tip->activateWindow();
+}
+
+void VTTipKeeping::becomeWindow(const QPoint &position) const
+{
+    m_tip->setAttribute(Qt::WA_DeleteOnClose);
+    m_tip->setParent(owner(),
+                     Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
+                         | Qt::WindowCloseButtonHint);
+    m_tip->setWindowModality(Qt::NonModal);
+    const QObject *const content = m_tip->view() ? m_tip->view()->content() : nullptr;
+    m_tip->setWindowTitle(content ? content->property("title").toString() : QString());
+    m_tip->move(position);
+    m_tip->show();
+    takeFocus();
+}
+
+} // namespace Vidtips
