@@ -110,7 +110,7 @@ void QDeclarativeRepeater::clear()
 
 void QDeclarativeRepeater::regenerate()
 {
-    if (!isComponentComplete() || work.postpone([this] { makeAnew(); }))
+    if (!isComponentComplete() || work.postpone([this] { regenerate(); }))
         return;
     const QDeclarativeWork::Scope scope(&work);
     makeAnew();
