@@ -98,6 +98,8 @@ void QDeclarativeLoader::clear()
         return;
     QGraphicsObject *const old = loadedItem;
     loadedItem.clear();
+    givesWidth = false;
+    givesHeight = false;
     old->disconnect(this);
     // It goes with the loader at the latest, which may stand nearer to what its bindings name.
     old->QObject::setParent(this);
@@ -168,8 +170,6 @@ QObject *QDeclarativeLoader::createObject()
     if (auto *item = qobject_cast<QGraphicsObject *>(object))
         adopt(item);
     creating->completeCreate();
-    if (loadedItem && creating == component)
-        giveSize();
     return object;
 }
 
@@ -178,44 +178,66 @@ void QDeclarativeLoader::adopt(QGraphicsObject *item)
     loadedItem = item;
     item->setParent(this);
     item->setParentItem(this);
-    exchangeSizes();
-    connect(item, &QGraphicsObject::widthChanged, this, &QDeclarativeLoader::takeSize);
-    connect(item, &QGraphicsObject::heightChanged, this, &QDeclarativeLoader::takeSize);
+    takeSize();
+    noteGivenSize(item);
+    giveSize();
+    connect(item, &QGraphicsObject::widthChanged, this, &QDeclarativeLoader::itemWidthChanged);
+    connect(item, &QGraphicsObject::heightChanged, this, &QDeclarativeLoader::itemHeightChanged);
+}
+
+// An item that is given its size before it has one of its own tells by its implicit size what it would have
+// been.
+void QDeclarativeLoader::noteGivenSize(QGraphicsObject *item)
+{
+    const auto *own = qobject_cast<QDeclarativeItem *>(item);
+    givesWidth = own && widthValid() && !QDeclarativeItemPrivate::get(own)->widthIsSet;
+    givesHeight = own && heightValid() && !QDeclarativeItemPrivate::get(own)->heightIsSet;
+}
+
+void QDeclarativeLoader::itemWidthChanged()
+{
+    if (isSizing)
+        return;
+    givesWidth = false;
+    takeSize();
+}
+
+void QDeclarativeLoader::itemHeightChanged()
+{
+    if (isSizing)
+        return;
+    givesHeight = false;
+    takeSize();
 }
 
 void QDeclarativeLoader::takeSize()
 {
-    if (isSizing)
-        return;
     const QScopedValueRollback<bool> guard(isSizing, true);
     const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(loadedItem.data());
-    setImplicitWidth(d->width());
-    setImplicitHeight(d->height());
+    const auto *own = qobject_cast<QDeclarativeItem *>(loadedItem.data());
+    const qreal newWidth = givesWidth ? own->implicitWidth() : d->width();
+    const qreal newHeight = givesHeight ? own->implicitHeight() : d->height();
+    setImplicitWidth(newWidth);
+    setImplicitHeight(newHeight);
 }
 
 void QDeclarativeLoader::giveSize()
 {
     const QScopedValueRollback<bool> guard(isSizing, true);
-    QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(loadedItem.data());
-    if (widthValid())
-        d->setWidth(width());
-    if (heightValid())
-        d->setHeight(height());
-}
-
-void QDeclarativeLoader::exchangeSizes()
-{
-    if (isSizing || !loadedItem)
-        return;
-    // The implicit size is what the item was before it is given ours.
-    takeSize();
-    giveSize();
+    if (widthValid() && loadedItem)
+        QGraphicsItemPrivate::get(loadedItem.data())->setWidth(width());
+    if (heightValid() && loadedItem)
+        QGraphicsItemPrivate::get(loadedItem.data())->setHeight(height());
 }
 
 void QDeclarativeLoader::geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
-    if (newGeometry.size() != oldGeometry.size())
-        exchangeSizes();
+    // The implicit size is what the item was before it is given ours, and is found out with each move as
+    // well.
+    if (newGeometry != oldGeometry && loadedItem && !isSizing) {
+        takeSize();
+        giveSize();
+    }
     QDeclarativeItem::geometryChanged(newGeometry, oldGeometry);
 }
 

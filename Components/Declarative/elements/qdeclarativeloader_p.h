@@ -63,13 +63,18 @@ private:
     void announce();
     void takeSize();
     void giveSize();
-    void exchangeSizes();
+    void noteGivenSize(QGraphicsObject *);
+    void itemWidthChanged();
+    void itemHeightChanged();
 
     QUrl url;
     QPointer<QQmlComponent> component;
     QPointer<QGraphicsObject> loadedItem;
     bool ownsComponent = false;
     bool isSizing = false;
+    // Whether the item's width, its height, are ours and it has not set them since.
+    bool givesWidth = false;
+    bool givesHeight = false;
 };
 
 QML_DECLARE_TYPE(QDeclarativeLoader)
