@@ -4,7 +4,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaMethod>
 #include <QtCore/QPointer>
-#include <QtCore/QtDebug>
+#include <QtQml/QQmlInfo>
 
 #include <private/qmetaobject_p.h>
 #include <private/qobject_p.h>
@@ -35,7 +35,7 @@ SignalHook engineHook = nullptr;
 void emitLater(QObject *sender, int signal)
 {
     const QPointer<QObject> guard(sender);
-    QDeclarativeDepth::later([guard, signal] {
+    QDeclarativeDepth::later(sender, [guard, signal] {
         QAbstractDeclarativeData *data = guard ? QObjectPrivate::get(guard)->declarativeData : nullptr;
         void *arguments[] = {nullptr};
         if (data)
@@ -56,14 +56,14 @@ void signalEmitted(QAbstractDeclarativeData *data, QObject *sender, int signal, 
 }
 
 /** Lets nothing more come of what is under way, since each of the calls around could begin anew. */
-void breakOff()
+void breakOff(const QObject *object)
 {
     tasks.clear();
     isBrokenOff = true;
     if (std::exchange(isExhausted, true))
         return;
-    qWarning().noquote() << QCoreApplication::translate("QDeclarativeDepth",
-                                                        "Changes bring each other about without end");
+    qmlWarning(object) << QCoreApplication::translate("QDeclarativeDepth",
+                                                      "Changes bring each other about without end");
     auto *dispatcher = QAbstractEventDispatcher::instance();
     QMetaObject::invokeMethod(
         dispatcher, [] { isBrokenOff = isExhausted = false; }, Qt::QueuedConnection);
@@ -104,12 +104,12 @@ bool QDeclarativeDepth::isTooDeep() const
     return levels > (isExhausted ? mostLevels / 10 : mostLevels);
 }
 
-void QDeclarativeDepth::later(std::function<void()> task)
+void QDeclarativeDepth::later(const QObject *object, std::function<void()> task)
 {
     if (done < mostTasks && !isExhausted)
         tasks.push_back(std::move(task));
     else
-        breakOff();
+        breakOff(object);
 }
 
 void QDeclarativeDepth::watchSignals()

@@ -4,6 +4,8 @@
 
 #include <functional>
 
+class QObject;
+
 /**
  * How deep changes are nested that bring each other about.
  *
@@ -22,8 +24,9 @@ public:
     /** Whether what comes next had better wait. */
     bool isTooDeep() const;
 
-    /** Has @p task done once the calls around have returned. */
-    static void later(std::function<void()> task);
+    /** Has @p task done once the calls around have returned; a message that there is no end names @p object.
+     */
+    static void later(const QObject *object, std::function<void()> task);
 
     /** Has signals that QML hears followed no deeper than that from now on. To be called often: it is cheap.
      */

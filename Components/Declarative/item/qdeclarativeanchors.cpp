@@ -377,7 +377,7 @@ void QDeclarativeAnchors::targetChanged(QGraphicsObject *target, bool horizontal
     }
     const QPointer<QDeclarativeAnchors> self(this);
     const QPointer<QGraphicsObject> followed(target);
-    QDeclarativeDepth::later([=] {
+    QDeclarativeDepth::later(m_item, [=] {
         if (self && followed)
             self->targetChanged(followed, horizontal, vertical, resized);
     });
