@@ -83,6 +83,8 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
 VTWidget::~VTWidget()
 {
     setView(nullptr);
+    // Else QWidget's destructor would, and who watches over the tip would ask a window that is half gone.
+    hide();
 }
 
 void VTWidget::checkMousePosition(const QPoint &globalPos)
