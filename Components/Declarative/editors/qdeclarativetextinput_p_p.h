@@ -9,6 +9,8 @@ class QDeclarativeTextInputPrivate : public QDeclarativeTextEditorPrivate
     Q_DECLARE_PUBLIC(QDeclarativeTextInput)
 
 public:
+    static constexpr int cursorWidth = 1; ///< pixels
+
     void init();
     void updateLayout();
     void updateScroll();
