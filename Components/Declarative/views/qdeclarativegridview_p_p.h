@@ -58,13 +58,13 @@ public:
     bool isBeyond(const Item *item, qreal to) const override { return item->position() >= to + lineSize(); }
     qreal centredPosition(qreal start, qreal end) const override;
     void clear() override;
-    qreal rowStep() const override { return qreal(lineSize()) / columns(); }
+    qreal rowStep() const override { return lineSize() / columns(); }
 
     bool isTopToBottom() const { return flow == QDeclarativeGridView::TopToBottom; }
     /** How many cells a line has. */
     int columns() const;
-    int lineSize() const { return isTopToBottom() ? cellWidth : cellHeight; }
-    int columnSize() const { return isTopToBottom() ? cellHeight : cellWidth; }
+    qreal lineSize() const { return isTopToBottom() ? cellWidth : cellHeight; }
+    qreal columnSize() const { return isTopToBottom() ? cellHeight : cellWidth; }
     int columnAt(int index) const;
     QPointF cellPosition(qreal linePosition, int column) const;
     qreal linePositionOf(const QPointF &cell) const;

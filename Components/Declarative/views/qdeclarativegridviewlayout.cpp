@@ -2,6 +2,8 @@
 #include "models/qdeclarativevisualmodel_p.h"
 #include "qdeclarativegridview_p_p.h"
 
+#include <cmath>
+
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
     : highlightX([this](qreal x) {
         const QDeclarativeWork::Scope scope(&work);
@@ -45,9 +47,9 @@ int QDeclarativeGridViewPrivate::columns() const
 QPointF QDeclarativeGridViewPrivate::cellPosition(qreal linePosition, int column) const
 {
     if (isTopToBottom())
-        return {toContent(linePosition, cellWidth), qreal(column * cellHeight)};
+        return {toContent(linePosition, cellWidth), qreal(column) * cellHeight};
     const int place = isRightToLeft() ? columns() - 1 - column : column;
-    return {qreal(place * cellWidth), linePosition};
+    return {qreal(place) * cellWidth, linePosition};
 }
 
 qreal QDeclarativeGridViewPrivate::linePositionOf(const QPointF &cell) const
@@ -163,10 +165,10 @@ void QDeclarativeGridViewPrivate::jump(qreal from, qreal to)
     if (last < 0 && !visibleItems.empty())
         return;
     const int rows = visualModel->count();
-    const int line = int((from - startPosition()) / lineSize());
+    const qreal line = std::trunc((from - startPosition()) / lineSize());
     while (!visibleItems.empty())
         takeVisible(0);
-    visibleIndex = qBound(0, line * columns(), qMax(0, rows - 1));
+    visibleIndex = int(qBound(0.0, line * columns(), qMax(0.0, rows - 1.0)));
     visibleIndex -= visibleIndex % columns();
 }
 
@@ -174,19 +176,19 @@ void QDeclarativeGridViewPrivate::jump(qreal from, qreal to)
 bool QDeclarativeGridViewPrivate::reaches(int cell, qreal to) const
 {
     const int inLine = columns();
-    const qreal ahead = qreal(lineSize()) * (inLine - cell % inLine) / (inLine + 1);
+    const qreal ahead = lineSize() * (inLine - cell % inLine) / (inLine + 1);
     return startPosition() + cell / inLine * lineSize() < to + ahead;
 }
 
 bool QDeclarativeGridViewPrivate::isBefore(const Item *item, qreal from) const
 {
     const int column = static_cast<const QDeclarativeGridItem *>(item)->column;
-    return item->endPosition() + qreal(lineSize()) * (column + 1) / (columns() + 1) <= from;
+    return item->endPosition() + lineSize() * (column + 1) / (columns() + 1) <= from;
 }
 
 qreal QDeclarativeGridViewPrivate::centredPosition(qreal start, qreal) const
 {
-    return start - (int(viewLength()) - lineSize()) / 2;
+    return start - std::trunc((std::trunc(viewLength()) - lineSize()) / 2);
 }
 
 bool QDeclarativeGridViewPrivate::append(qreal to)
