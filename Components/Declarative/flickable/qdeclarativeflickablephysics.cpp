@@ -10,6 +10,7 @@
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -20,6 +21,13 @@ const qreal minimumFlickDistance = 20; // pixels between press and release
 const qint64 sampleAge = 100 * 1000000; // nanoseconds
 const qint64 holdTime = 200 * 1000000; // nanoseconds after which a press drags below the threshold
 const qint64 shortestInterval = 1000000; // nanoseconds; events closer together tell no velocity
+
+/** Returns @p way without its fraction; none in an item that is scaled to nothing, where it is no number. */
+int wholePixels(qreal way)
+{
+    const qreal most = std::numeric_limits<int>::max();
+    return std::isnan(way) ? 0 : int(qBound(-most, way, most));
+}
 
 } // namespace
 
@@ -374,7 +382,8 @@ void QDeclarativeFlickablePrivate::drag(Axis &axis, int way, bool stealing)
     if (!axis.dragged)
         axis.dragStart = way;
     qreal value = axis.pressValue - (way - axis.dragStart);
-    const bool goesOn = boundsBehavior != QDeclarativeFlickable::StopAtBounds || stopAtBounds(axis, way, &value);
+    const bool goesOn =
+        boundsBehavior != QDeclarativeFlickable::StopAtBounds || stopAtBounds(axis, way, &value);
     if (stealing && goesOn) {
         axis.dragged = true;
         dragStarting();
@@ -419,8 +428,8 @@ void QDeclarativeFlickablePrivate::move(const QGraphicsSceneMouseEvent &event)
     const bool stealing = steals;
     const QPointF way = event.pos() - pressPosition;
     const qint64 now = clock.nsecsElapsed();
-    drag(y, int(way.y()), stealing);
-    drag(x, int(way.x()), stealing);
+    drag(y, wholePixels(way.y()), stealing);
+    drag(x, wholePixels(way.x()), stealing);
     // In one direction at a time, also where both begin with the same move.
     if (x.dragged && !x.moving)
         startMovement(x);

@@ -5,6 +5,7 @@
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 
+#include <cmath>
 #include <utility>
 
 QDeclarativeListItem::~QDeclarativeListItem()
@@ -111,8 +112,10 @@ void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
     const qreal end = visibleItems.back()->endPosition() + spacing;
     if (from <= end + step() && to >= visibleItems.front()->position() - step())
         return;
-    const int wanted = last + 1 + int((from - end) / step());
-    const int index = qBound(0, wanted, visualModel->count() - 1);
+    // The view may stand at what is no number, or further away than there are numbers of rows.
+    const qreal rows = (from - end) / step();
+    const qreal wanted = std::isnan(rows) ? 0.0 : last + 1 + std::trunc(rows);
+    const int index = int(qBound(0.0, wanted, visualModel->count() - 1.0));
     while (!visibleItems.empty())
         takeVisible(0);
     noteFirst(index, end + (index - last - 1) * step());

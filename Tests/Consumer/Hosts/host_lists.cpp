@@ -135,7 +135,8 @@ void host_lists::readByReference()
     QDeclarativeListReference things(box.data(), "things", &engine);
     QVERIFY(things.isValid());
     QVERIFY(things.canAppend() && things.canAt() && things.canClear() && things.canCount());
-    QVERIFY(things.append(new Thing));
+    Thing thing;
+    QVERIFY(things.append(&thing));
     QCOMPARE(things.count(), 3);
     QVERIFY(things.clear());
     QCOMPARE(box->m_things.count(), 0);
