@@ -28,7 +28,8 @@ public:
     void setPlaying(bool);
     bool isPaused() const;
     void setPaused(bool);
-    /** The number of the frame shown, from 0; also where playing starts, if set before the item is complete. */
+    /** The number of the frame shown, from 0; also where playing starts, if set before the item is complete.
+     */
     int currentFrame() const;
     void setCurrentFrame(int);
     int frameCount() const;

@@ -107,18 +107,19 @@ const QList<QGraphicsObject *> &QDeclarativeItemPrivate::childList()
 QQmlListProperty<QGraphicsObject> QDeclarativeItemPrivate::children()
 {
     Q_Q(QDeclarativeItem);
-    return {
-        q,
-        nullptr,
-        [](ChildList *list, QGraphicsObject *child) {
-            if (child)
-                child->setParentItem(static_cast<QDeclarativeItem *>(list->object));
-        },
-        [](ChildList *list) { return get(static_cast<QDeclarativeItem *>(list->object))->childList().count(); },
-        [](ChildList *list, int index) {
-            return get(static_cast<QDeclarativeItem *>(list->object))->childList().value(index);
-        },
-        nullptr};
+    return {q,
+            nullptr,
+            [](ChildList *list, QGraphicsObject *child) {
+                if (child)
+                    child->setParentItem(static_cast<QDeclarativeItem *>(list->object));
+            },
+            [](ChildList *list) {
+                return get(static_cast<QDeclarativeItem *>(list->object))->childList().count();
+            },
+            [](ChildList *list, int index) {
+                return get(static_cast<QDeclarativeItem *>(list->object))->childList().value(index);
+            },
+            nullptr};
 }
 
 QQmlListProperty<QObject> QDeclarativeItem::data()
