@@ -350,7 +350,8 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     QVERIFY(pinned->windowFlags() & Qt::WindowCloseButtonHint);
     leaveTip();
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
-    // It has the focus, and only an active window has tips.
+    // It gets the focus, some time after it is on the screen, and only an active window has tips.
+    QVERIFY(QTest::qWaitForWindowActive(pinned));
     m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     QVERIFY(hover(m_second));

@@ -119,10 +119,11 @@ void tst_ManyShows::nothingGrows()
     const ProcessUse after = use();
     qInfo("heap %.3f → %.3f MiB, resident %.1f → %.1f MiB", before.heap, after.heap, before.resident,
           after.resident);
-    QCOMPARE(after.threads, before.threads);
-    QCOMPARE(after.handles, before.handles);
-    QCOMPARE(after.windows, before.windows);
-    QCOMPARE(after.pixmaps, before.pixmaps);
+    QVERIFY(after.threads <= before.threads);
+    QVERIFY(after.handles <= before.handles);
+    QVERIFY(after.windows <= before.windows);
+    // A window's picture may just be made anew; what tips leave behind would be there by the hundred.
+    QVERIFY2(after.pixmaps < before.pixmaps + 10, qPrintable(QString::number(after.pixmaps)));
     // Less than ten bytes a tip.
     QVERIFY2(after.heap - before.heap < 0.05, qPrintable(QString::number(after.heap - before.heap)));
 }
