@@ -498,8 +498,9 @@ void tst_HostileContent::clips()
     auto *const video = root()->findChild<VTVideoComponent *>("video");
     QVERIFY(video);
     video->play();
+    // Not its progress, which is 0 again where playing starts over at the end.
     if (clip == TestClips::truncated())
-        QTRY_VERIFY(video->loadProgress() > 0.0);
+        QTRY_COMPARE(video->status(), VTVideoComponent::Ready);
     else if (!message.isEmpty())
         QTRY_VERIFY(recorder.texts().join('\n').contains(message));
     video->setProgress(0.9);
