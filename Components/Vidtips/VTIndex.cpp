@@ -2,10 +2,10 @@
 
 #include "VTContext.h"
 #include "VTControlFile_p.h"
+#include "VTEntryParser_p.h"
 #include "VTParseRecord_p.h"
 #include "VTShowLog_p.h"
 #include "VTXmlElement.h"
-#include "VTXmlParser.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
@@ -17,7 +17,6 @@
 #include <QtCore/QRegExp>
 #include <QtCore/QSet>
 #include <QtCore/QVector>
-#include <QtXml/QXmlInputSource>
 
 QT_WARNING_DISABLE_DEPRECATED
 
@@ -25,84 +24,14 @@ namespace Vidtips {
 
 namespace {
 
-constexpr int generateTree = VTXmlParser::GenerateElement | VTXmlParser::GenerateSubtree;
-constexpr int skipTree = VTXmlParser::SkipElement | VTXmlParser::SkipSubtree;
-
 QString packageSuffix(const VTContext &context)
 {
     return context.get(PackageSuffix, QStringLiteral("vidtips")).toString();
 }
 
-/** What a kind of file is made of. */
-struct Format
+VTEntryParser entriesOf(const QString &key)
 {
-    const char *documentElement;
-    const char *entry;
-    const char *keyAttribute; ///< of an entry
-};
-constexpr Format contentFormat{"vidtips", "vidtip", "key"};
-constexpr Format keyDataFormat{"vidtipkeys", "key", "name"};
-
-/** The entries that are looked for. */
-struct Request
-{
-    const Format &format;
-    QString key;
-};
-
-int requestFilter(const QString &qName, const QXmlAttributes &atts, void *userData)
-{
-    const auto *const request = static_cast<const Request *>(userData);
-    if (qName == QLatin1String(request->format.entry)) {
-        const QString key = atts.value(QLatin1String(request->format.keyAttribute));
-        return key == request->key ? generateTree : skipTree;
-    }
-    return qName == QLatin1String(request->format.documentElement) ? VTXmlParser::GenerateElement : skipTree;
-}
-
-/** A parser that knows whether it came to an end without an error. */
-class Parser : public VTXmlParser
-{
-public:
-    using VTXmlParser::VTXmlParser;
-
-    bool fatalError(const QXmlParseException &exception) override
-    {
-        hasFailed = true;
-        return VTXmlParser::fatalError(exception);
-    }
-
-    bool hasFailed = false;
-};
-
-struct Parsed
-{
-    VTXmlElement *root = nullptr; ///< the document element's object, which the caller owns, or null
-    bool isComplete = false; ///< whether the whole file was read without an error
-};
-
-Parsed parse(QIODevice &file, Request request,
-             VTXmlParser::ShouldGenerateElementFunction filter = &requestFilter)
-{
-    Parser parser(filter, &request);
-    const QList<QObject *> results = parser.read(QXmlInputSource(&file));
-    // An entry inside an element without an object belongs to nobody.
-    qDeleteAll(parser.detachedObjects());
-    auto *root = results.isEmpty() ? nullptr : qobject_cast<VTXmlElement *>(results.constFirst());
-    // An entry may be the document element itself, and have another entry's object inside.
-    if (root && root->getTagName() != QLatin1String(request.format.documentElement)) {
-        delete root;
-        root = nullptr;
-    }
-    return {root, !parser.hasFailed};
-}
-
-// Returns the first entry of the document element, or null. A document element within the document element
-// has an object too, and is no entry.
-VTXmlElement *firstEntry(const VTXmlElement *root, const Format &format)
-{
-    auto *const element = qobject_cast<VTXmlElement *>(root->children().value(0));
-    return element && element->getTagName() == QLatin1String(format.entry) ? element : nullptr;
+    return {VTEntryParser::contentFormat, key};
 }
 
 QString localeOf(const VTXmlElement *root)
@@ -116,13 +45,12 @@ QString obstacleIn(const QString &path, const QString &key)
     QFile file(path);
     if (!openRegular(file))
         return QStringLiteral("cannot be read");
-    const Parsed parsed = parse(file, {contentFormat, key});
-    const std::unique_ptr<VTXmlElement> root(parsed.root);
-    const int entries = root ? root->children().size() : 0;
+    const VTEntryParser::Result parsed = entriesOf(key).read(file);
+    const int entries = parsed.root ? parsed.root->children().size() : 0;
     if (entries > 1)
         return QStringLiteral("has the key %1 times").arg(entries);
     if (entries == 1)
-        return QStringLiteral("has it for %1").arg(localeOf(root.get()));
+        return QStringLiteral("has it for %1").arg(localeOf(parsed.root.get()));
     return parsed.isComplete ? QString() : QStringLiteral("is malformed");
 }
 
@@ -193,7 +121,7 @@ void VTIndex::Private::append(const QString &path, int depth)
     knownFiles.insert({path, depth});
 }
 
-// Returns what the control file has of the key, as parse() does. Null also where the record tells that
+// Returns what the control file has of the key, as the parser does. Null also where the record tells that
 // there cannot be an entry, or that it is for another locale.
 VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
 {
@@ -201,16 +129,16 @@ VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString
     if (!openRegular(file))
         return nullptr;
     if (file.size() > VTParseRecord::sizeLimit)
-        return parse(file, {contentFormat, key}).root;
+        return entriesOf(key).read(file).root.release();
     VTParseRecord::File content(path, file.readAll());
     if (record.isOfOtherLocale(content, locale) || record.rulesOut(content, key))
         return nullptr;
     QBuffer buffer(&content.bytes);
     buffer.open(QIODevice::ReadOnly);
-    const Parsed parsed = parse(buffer, {contentFormat, key});
+    VTEntryParser::Result parsed = entriesOf(key).read(buffer);
     if (parsed.isComplete)
-        record.remember(content, localeOf(parsed.root));
-    return parsed.root;
+        record.remember(content, localeOf(parsed.root.get()));
+    return parsed.root.release();
 }
 
 // Every file that has something to say of the key, and as many of the others as can be read in one line.
@@ -317,8 +245,7 @@ QStringList VTIndex::keys()
         QFile content(file.path);
         if (!openRegular(content))
             continue;
-        const std::unique_ptr<VTXmlElement> root(
-            parse(content, {contentFormat, {}}, &indexDataShouldGenerateElement).root);
+        const auto root = entriesOf({}).read(content, &indexDataShouldGenerateElement).root;
         if (!root)
             continue;
         for (const QObject *child : root->children()) {
@@ -369,7 +296,7 @@ VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, cons
     root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key, locale);
     if (!root)
         return nullptr;
-    VTXmlElement *const element = firstEntry(root, contentFormat);
+    VTXmlElement *const element = entriesOf(key).firstEntry(root);
     if (!element || root->children().size() != 1) {
         delete root;
         root = nullptr;
@@ -395,8 +322,9 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
     QFile file(keyDataFile);
     if (!openRegular(file))
         return;
-    const std::unique_ptr<VTXmlElement> root(parse(file, {keyDataFormat, key}).root);
-    const VTXmlElement *const data = root ? firstEntry(root.get(), keyDataFormat) : nullptr;
+    VTEntryParser parser(VTEntryParser::keyDataFormat, key);
+    const VTEntryParser::Result parsed = parser.read(file);
+    const VTXmlElement *const data = parser.firstEntry(parsed.root.get());
     if (!data)
         return;
     const QStringList names = data->attributeNames();

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "VTXmlElement.h"
+#include "VTXmlParser.h"
+
+#include <QtCore/QString>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QIODevice;
+QT_END_NAMESPACE
+
+namespace Vidtips {
+
+/** Reads the entries that a file has for one key. */
+class VTEntryParser
+{
+public:
+    /** What a kind of file is made of. */
+    struct Format
+    {
+        const char *documentElement;
+        const char *entry;
+        const char *keyAttribute; ///< of an entry
+    };
+    static constexpr Format contentFormat{"vidtips", "vidtip", "key"}; ///< of control files
+    static constexpr Format keyDataFormat{"vidtipkeys", "key", "name"}; ///< of the key-data file
+
+    /** What a file gave. */
+    struct Result
+    {
+        std::unique_ptr<VTXmlElement> root; ///< the document element's object, or null
+        bool isComplete = false; ///< whether the whole file was read without an error
+    };
+
+    /** Makes a parser for the entries with @p key in a file of the kind @p format, which must outlive it. */
+    VTEntryParser(const Format &format, const QString &key);
+
+    /**
+     * Reads @p file, which is open, to its end or its first error. Without a @p filter there are objects for
+     * the document element and for the entries with the key, complete; it is not told of the key.
+     *
+     * The root is null as well where an entry is the document element itself.
+     */
+    Result read(QIODevice &file, VTXmlParser::ShouldGenerateElementFunction filter = nullptr);
+
+    /** Returns the first entry of @p root, or null when its first child is none. */
+    VTXmlElement *firstEntry(const VTXmlElement *root) const;
+
+private:
+    static int filterByKey(const QString &qName, const QXmlAttributes &atts, void *parser);
+
+    const Format &m_format;
+    const QString m_key;
+};
+
+} // namespace Vidtips
