@@ -3,114 +3,36 @@
 #include "VTBoundedSize_p.h"
 #include "VTCatalogue_p.h"
 #include "VTContext.h"
-#include "VTFoundContent_p.h"
 #include "VTIndex.h"
 #include "VTInterpolation_p.h"
 #include "VTPackageLoader_p.h"
-#include "VTScrollBarComponent.h"
+#include "VTQmlTypes_p.h"
+#include "VTReservations_p.h"
 #include "VTShowLog_p.h"
-#include "VTStyledRectangleComponent.h"
-#include "VTSurroundings_p.h"
+#include "VTTipContent_p.h"
+#include "VTTipShowing_p.h"
 #include "VTTipWatch_p.h"
-#include "VTVideoComponent.h"
 #include "VTView.h"
 #include "VTWidget.h"
 #include "VTXmlElement.h"
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
-#include <QtDeclarative/QDeclarativeView>
-#include <QtDeclarative/qdeclarative.h>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
 
-#include <algorithm>
-#include <optional>
-
 namespace Vidtips {
-
-namespace {
-
-const char importUri[] = "com.corvale.vidtips.qml";
-
-void registerDeclarativeTypes()
-{
-    qmlRegisterType<VTVideoComponent>(importUri, 1, 0, "VTVideoComponent");
-    qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
-    qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
-    qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
-}
-
-/**
- * Has the declarative module make what it makes once in a process, which takes longer than showing a tip
- * does: its first view registers all element types.
- */
-void prepareDeclarativeModule()
-{
-    static bool isPrepared = false;
-    if (!isPrepared)
-        QDeclarativeView();
-    isPrepared = true;
-}
-
-QString keyAttribute()
-{
-    return QStringLiteral("key");
-}
-
-VTXmlElement *contentOf(const VTWidget *window)
-{
-    return window && window->view() ? window->view()->content() : nullptr;
-}
-
-bool hasKey(const VTXmlElement *content, const QString &key)
-{
-    return content && content->hasAttribute(keyAttribute()) && content->attribute(keyAttribute()) == key;
-}
-
-QString describeShown(const VTXmlElement *content, const QString &key)
-{
-    const QString file = content->attribute(QStringLiteral("VTLocation"));
-    const QString source = file.isEmpty() ? QStringLiteral("content that is in no file") : file;
-    if (hasKey(content, key))
-        return QStringLiteral("shows %1").arg(source);
-    return QStringLiteral("shows the fallback \"%1\" of %2").arg(content->attribute(keyAttribute()), source);
-}
-
-bool isVisibleWith(const VTWidget *window, const QString &key)
-{
-    return window && window->isVisible() && hasKey(contentOf(window), key);
-}
-
-} // namespace
-
-/** What a call of show() asks for. The host's callbacks may delete the object meanwhile. */
-struct VTManager::ShowRequest
-{
-    QString key;
-    QPoint position;
-    QPointer<QObject> object;
-    QRect rect;
-
-    QWidget *widget() const { return qobject_cast<QWidget *>(object.data()); }
-
-    void log(const QString &decision) const
-    {
-        qCDebug(showLog, "\"%s\" at %d,%d for %s: %s", qUtf8Printable(key), position.x(), position.y(),
-                qUtf8Printable(describe(object)), qUtf8Printable(decision));
-    }
-};
 
 struct VIDTIPS_NO_EXPORT VTManager::Private
 {
-    Private(VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
+    Private(VTManager *manager, VTInterface *host, const VTContext &settings, const QStringList &dataPaths)
         : host(host)
         , searchPaths(dataPaths)
         , context(settings)
+        , showing(manager, watch)
     {
     }
 
@@ -120,59 +42,29 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     VTContext context;
     QPointer<VTWidget> widget;
     QPointer<VTIndex> index;
-    QPointer<QObject> referenceObject;
-    QRect referenceRect;
-    QPoint referencePosition;
-    QList<QPointer<VTWidget>> reservations;
+    VTReservations reservations;
     QMap<QString, QVariant> globalProperties;
     bool filterInstalled = false;
     bool refreshIsDue = false;
     QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
     VTCatalogue catalogue;
     const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
-    std::optional<ShowRequest> awaited; ///< until its user interface is loaded
+    VTTipShowing showing;
 
     QString text(contextKey key, const QString &defaultValue) const
     {
         return context.get(key, defaultValue).toString();
     }
 
-    /** Returns what keeps every tip from being shown; empty for nothing. */
-    QString obstacle() const
-    {
-        if (context.get(TipsOff, false).toBool())
-            return QStringLiteral("TipsOff is set");
-        const int required = context.get(RequiredModifiers, 0).toInt();
-        const int held = int(QGuiApplication::keyboardModifiers());
-        if (required == 0 || held == required)
-            return {};
-        return QStringLiteral("RequiredModifiers is 0x%1, and 0x%2 are held")
-            .arg(QString::number(required, 16), QString::number(held, 16));
-    }
-
     VTXmlElement *contentOnScreen(const QString &key) const
     {
-        if (hasKey(contentOf(widget), key))
-            return contentOf(widget);
-        for (const QPointer<VTWidget> &window : reservations) {
-            if (hasKey(contentOf(window), key))
-                return contentOf(window);
-        }
-        return nullptr;
-    }
-
-    /** Returns the reserved windows, last first, and forgets those that are gone. */
-    QList<QPointer<VTWidget>> reservedWindows()
-    {
-        reservations.removeAll(nullptr);
-        QList<QPointer<VTWidget>> windows = reservations;
-        std::reverse(windows.begin(), windows.end());
-        return windows;
+        VTXmlElement *const content = contentOf(widget);
+        return hasKey(content, key) ? content : reservations.contentWithKey(key);
     }
 };
 
 VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &dataPaths, VTIndex *index)
-    : d(new Private(host, context, dataPaths))
+    : d(new Private(this, host, context, dataPaths))
 {
     d->index = index ? index : new VTIndex(&d->context, dataPaths);
     d->index->open();
@@ -186,7 +78,7 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
     loadDataPath(dataPaths);
     handleMessage(VTMessageInformation,
                   QStringLiteral("Indexed packages in %1 seconds").arg(timer.elapsed() / 1000.0));
-    registerDeclarativeTypes();
+    registerQmlTypes();
     if (d->context.get(InstallEventFilter, false).toBool()) {
         QCoreApplication::instance()->installEventFilter(this);
         d->filterInstalled = true;
@@ -206,9 +98,7 @@ VTManager::~VTManager()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows)
         window->setAttribute(Qt::WA_AlwaysShowToolTips, false);
-    const QList<QPointer<VTWidget>> reserved = d->reservedWindows();
-    for (const QPointer<VTWidget> &window : reserved)
-        window->deleteWithApplication();
+    d->reservations.deleteWithApplication();
     if (!d->widget)
         return;
     d->widget->deleteWithApplication();
@@ -370,14 +260,14 @@ void VTManager::refresh()
 {
     const QPointer<VTManager> self(this);
     const QPointer<VTWidget> window = d->widget;
-    if (isVisible() && !refill(window, d->referenceObject) && self && window)
+    if (isVisible() && !d->showing.refill(window, d->showing.shown().object) && self && window)
         window->hide();
     if (!self)
         return;
-    const QList<QPointer<VTWidget>> reserved = d->reservedWindows();
+    const QList<QPointer<VTWidget>> reserved = d->reservations.windows();
     for (const QPointer<VTWidget> &kept : reserved) {
         if (self && kept)
-            refill(kept, nullptr);
+            d->showing.refill(kept, nullptr);
     }
 }
 
@@ -394,25 +284,6 @@ void VTManager::refreshLater()
     QMetaObject::invokeMethod(this, refreshNow, Qt::QueuedConnection);
 }
 
-bool VTManager::refill(VTWidget *window, QObject *object)
-{
-    const QPointer<VTWidget> guard(window);
-    const VTXmlElement *const old = contentOf(window);
-    if (!old)
-        return false;
-    const ShowRequest request{old->attribute(keyAttribute()), d->referencePosition, object, QRect()};
-    VTFoundContent found;
-    find(request.key, found);
-    if (!found.element || !found.root)
-        return false;
-    rewriteShortcut(request, found.element);
-    if (!guard || !found.element)
-        return false;
-    found.taken = true;
-    guard->refill(found.element, found.packageFolder());
-    return true;
-}
-
 void VTManager::setAskingView(VTView *view)
 {
     d->askingView = view;
@@ -420,210 +291,22 @@ void VTManager::setAskingView(VTView *view)
 
 QObject *VTManager::referenceObject() const
 {
-    return isVisible() ? d->referenceObject : nullptr;
+    return isVisible() ? d->showing.shown().object : nullptr;
 }
 
 QPoint VTManager::referencePosition() const
 {
-    return d->referencePosition;
+    return d->showing.shown().position;
 }
 
 QRect VTManager::referenceRect() const
 {
-    return isVisible() ? d->referenceRect : QRect();
+    return isVisible() ? d->showing.shown().rect : QRect();
 }
 
 bool VTManager::show(const QString &key, const QPoint &position, QObject *object, const QRect &rect)
 {
-    const ShowRequest request{key, position, object, rect};
-    const QString obstacle = d->obstacle();
-    if (!obstacle.isEmpty()) {
-        request.log(QStringLiteral("not shown, as %1").arg(obstacle));
-        return false;
-    }
-    const QPointer<VTManager> self(this);
-    initializeTooltipWindow(nullptr);
-    if (!self)
-        return false;
-    d->awaited.reset();
-    if (keeps(request.key, request)) {
-        request.log(QStringLiteral("is on screen already"));
-        return true;
-    }
-    VTFoundContent found;
-    find(request.key, found);
-    if (self && !found.element) {
-        const QString fallback = d->text(FallbackKey, QString());
-        if (!fallback.isEmpty() && keeps(fallback, request)) {
-            request.log(QStringLiteral("has no content, and the fallback is on screen already"));
-            return true;
-        }
-        findFallback(fallback, found);
-    }
-    if (!self)
-        return false;
-    if (!found.element || !found.root)
-        return keepOrHide(request);
-    // A window that is on screen cannot change over to another owner.
-    if (d->widget && d->widget->isVisible() && !d->widget->belongsTo(request.object))
-        d->widget->hide();
-    if (!self)
-        return false;
-    if (d->host)
-        d->host->notification(VTNotificationShown, QStringLiteral(""), request.key);
-    return self && present(request, found);
-}
-
-// A tip that is on screen stays, also when it was about to go, and goes with the command that was named last.
-bool VTManager::keeps(const QString &key, const ShowRequest &request)
-{
-    if (!isVisibleWith(d->widget, key) || !d->widget->belongsTo(request.object))
-        return false;
-    if (request.object)
-        d->watch->begin(d->widget, request.object, request.rect, request.position);
-    d->widget->stopFadeOut();
-    return true;
-}
-
-void VTManager::find(const QString &key, VTFoundContent &found)
-{
-    VTXmlElement *root = nullptr;
-    VTXmlElement *const element = retrieve(key, found.directory, found.depth, root);
-    found.setElement(element, root);
-}
-
-void VTManager::findFallback(const QString &key, VTFoundContent &found)
-{
-    if (key.isEmpty() || !d->index)
-        return;
-    VTXmlElement *root = nullptr;
-    const QLocale locale(d->text(UserInterfaceLocale, QStringLiteral("en_US")));
-    VTXmlElement *const element = d->index->retrieve(key, locale, found.directory, found.depth, root);
-    found.setElement(element, root);
-}
-
-bool VTManager::present(const ShowRequest &request, VTFoundContent &found)
-{
-    const QPointer<VTWidget> window = d->widget;
-    const QPointer<VTView> view = window ? window->view() : nullptr;
-    const QPointer<VTXmlElement> content = found.element;
-    if (!view || !content)
-        return false;
-    found.taken = true;
-    window->stopFadeOut();
-    if (window->isVisible() && view->content() == content) {
-        d->watch->begin(window, request.object, request.rect, request.position);
-        return true;
-    }
-    const QPointer<VTManager> self(this);
-    const QPointer<VTXmlElement> old = view->content() == content ? nullptr : view->content();
-    const QPoint point = tooltipPosition(request.position, request.widget());
-    view->setContent(content);
-    rewriteShortcut(request, content);
-    const bool current = self && view && content && window == d->widget;
-    request.log(current ? describeShown(content, request.key)
-                        : QStringLiteral("not shown, as the host has done something else meanwhile"));
-    if (current) {
-        d->referenceObject = request.object;
-        d->referenceRect = request.rect;
-        d->referencePosition = request.position;
-    }
-    const bool filled =
-        current && window->fill(request.object, request.rect, point, content, found.packageFolder());
-    if (view)
-        view->releaseContent(old);
-    else
-        VTView::deleteContent(old);
-    if (filled && self && view && window == d->widget && view->content() == content)
-        return reveal(request);
-    return current || (self && d->widget && d->widget->isVisible());
-}
-
-// What cannot be filled is not shown: where the full user interface does not load, the simple one may.
-bool VTManager::reveal(const ShowRequest &request)
-{
-    const QPointer<VTManager> self(this);
-    const QPointer<VTWidget> window = d->widget;
-    const QPointer<VTView> view = window->view();
-    const QFileInfo simple(view->simpleRootFilePath());
-    if (!view->rootObject() && !view->isWaiting() && simple.isFile()) {
-        view->loadQML(simple.absoluteFilePath());
-        if (view)
-            view->fitToContent();
-    }
-    if (!self || !view || window != d->widget)
-        return self && d->widget && d->widget->isVisible();
-    if (view->isWaiting()) {
-        d->awaited = request;
-    } else if (!view->rootObject() && view->status() == VTView::Error) {
-        withdraw();
-    } else {
-        moveOffPopups(request);
-        window->reveal();
-        if (self && window && window == d->widget && window->isVisible())
-            d->watch->begin(window, request.object, request.rect, request.position);
-    }
-    return true;
-}
-
-// A menu without its entries is of no use; everything else may be covered unless the host wants it otherwise.
-void VTManager::moveOffPopups(const ShowRequest &request)
-{
-    const QPoint begin = tooltipPosition(request.position, request.widget()) - request.position;
-    const auto around =
-        surroundingsOf(request.object, request.rect, request.position, {begin.x(), begin.y()});
-    if (!around.popups.isNull() && !around.screen.isNull())
-        d->widget->move(VTPlacement::placed(d->widget->size(), around).topLeft());
-}
-
-void VTManager::revealAwaited()
-{
-    if (!d->awaited || !d->widget || !d->widget->view() || d->widget->view()->isWaiting())
-        return;
-    const ShowRequest request = *d->awaited;
-    d->awaited.reset();
-    reveal(request);
-}
-
-// The host has heard that there is content, and hears that it is not on screen.
-void VTManager::withdraw()
-{
-    if (d->widget->isVisible())
-        d->widget->hide();
-    else
-        d->widget->view()->notification(VTNotificationHidden, QStringLiteral("hide"));
-}
-
-void VTManager::rewriteShortcut(const ShowRequest &request, VTXmlElement *content)
-{
-    if (!d->host)
-        return;
-    const QPointer<VTXmlElement> guard(content);
-    const QString attribute = QStringLiteral("shortcut");
-    const QString shortcut =
-        d->host->shortCutForObject(request.key, request.object, content->attribute(attribute));
-    if (guard && !shortcut.isEmpty())
-        content->setAttribute(attribute, shortcut);
-}
-
-bool VTManager::keepOrHide(const ShowRequest &request)
-{
-    VTWidget *const window = d->widget;
-    const QString reason =
-        request.key.isEmpty() ? QStringLiteral("it has no key") : QStringLiteral("there is no content");
-    if (!window || !window->isVisible()) {
-        request.log(QStringLiteral("not shown, as %1").arg(reason));
-        return false;
-    }
-    const QWidget *const widget = request.widget();
-    const bool stays = window->isSafe(request.position) && (!widget || widget->toolTip().isEmpty());
-    request.log(
-        QStringLiteral("not shown, as %1; the tip on screen %2")
-            .arg(reason, stays ? QStringLiteral("stays, as the pointer is near") : QStringLiteral("goes")));
-    if (stays)
-        return true;
-    window->hideAnimated();
-    return false;
+    return d->showing.show({key, position, object, rect});
 }
 
 QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
@@ -644,7 +327,7 @@ void VTManager::initializeTooltipWindow(QWidget *parent)
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);
-    connect(view, &VTView::statusChanged, this, &VTManager::revealAwaited);
+    connect(view, &VTView::statusChanged, this, [this] { d->showing.revealAwaited(); });
     connect(&d->context, &VTContext::settingDidChange, view, &VTView::managerContextSettingDidChange);
     d->widget->setView(view);
 }
@@ -658,9 +341,7 @@ bool VTManager::reserve(VTWidget *window, QWidget *&hostWindow)
     if (!self || window != d->widget)
         return false;
     hostWindow = container;
-    // The windows that users have closed since.
-    d->reservations.removeAll(nullptr);
-    d->reservations.append(window);
+    d->reservations.add(window);
     d->watch->end();
     d->widget = nullptr;
     initializeTooltipWindow(nullptr);
@@ -669,22 +350,12 @@ bool VTManager::reserve(VTWidget *window, QWidget *&hostWindow)
 
 void VTManager::raise()
 {
-    const QList<QPointer<VTWidget>> windows = d->reservedWindows();
-    for (const QPointer<VTWidget> &window : windows) {
-        if (window)
-            window->raise();
-    }
+    d->reservations.raise();
 }
 
 void VTManager::setStayOnTop(bool on)
 {
-    const QList<QPointer<VTWidget>> windows = d->reservedWindows();
-    for (const QPointer<VTWidget> &window : windows) {
-        if (window)
-            window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
-        if (window)
-            window->show();
-    }
+    d->reservations.setStayOnTop(on);
 }
 
 // Who hears of the tip's end may destroy the manager.
@@ -734,7 +405,7 @@ bool VTManager::showForEvent(QObject *watched, const QPoint &position)
     const QString key = keyAt(watched, position, rect);
     const bool shown = self && object && show(key, position, object, rect);
     // Of a tip that could not be filled, the plain one is left.
-    const bool isThere = shown && self && (d->awaited || (d->widget && d->widget->isVisible()));
+    const bool isThere = shown && self && (d->showing.isAwaiting() || isVisible());
     return isThere || (watched && !object);
 }
 

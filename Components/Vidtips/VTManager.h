@@ -19,7 +19,6 @@ namespace Vidtips {
 class VTView;
 class VTWidget;
 class VTXmlElement;
-struct VTFoundContent;
 
 /**
  * The centre of the library: it loads the content packages, finds and translates content, and decides when a
@@ -197,24 +196,13 @@ protected:
 
 private:
     Q_DISABLE_COPY(VTManager)
-    struct ShowRequest;
-    VIDTIPS_NO_EXPORT bool keeps(const QString &key, const ShowRequest &request);
-    VIDTIPS_NO_EXPORT void find(const QString &key, VTFoundContent &found);
-    VIDTIPS_NO_EXPORT void findFallback(const QString &key, VTFoundContent &found);
-    VIDTIPS_NO_EXPORT bool present(const ShowRequest &request, VTFoundContent &found);
-    VIDTIPS_NO_EXPORT bool reveal(const ShowRequest &request);
-    VIDTIPS_NO_EXPORT void moveOffPopups(const ShowRequest &request);
-    VIDTIPS_NO_EXPORT void revealAwaited();
-    VIDTIPS_NO_EXPORT void withdraw();
-    VIDTIPS_NO_EXPORT void rewriteShortcut(const ShowRequest &request, VTXmlElement *content);
     VIDTIPS_NO_EXPORT bool watchesOver(QObject *watched, QEvent *event);
     VIDTIPS_NO_EXPORT bool hideForEvent(QObject *watched, QMouseEvent *event);
     VIDTIPS_NO_EXPORT bool showForEvent(QObject *watched, const QPoint &position);
-    VIDTIPS_NO_EXPORT bool keepOrHide(const ShowRequest &request);
+    friend class VTTipShowing;
     friend class VTView;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT void refreshLater();
-    VIDTIPS_NO_EXPORT bool refill(VTWidget *window, QObject *object);
     VIDTIPS_NO_EXPORT void setAskingView(VTView *view);
 
     struct Private;

@@ -2,6 +2,7 @@
 
 #include "VTManager.h"
 #include "VTTipContainer_p.h"
+#include "VTTipContent_p.h"
 #include "VTView.h"
 #include "VTWidget.h"
 
@@ -61,7 +62,7 @@ void VTTipKeeping::prepare(QWidget *container) const
 void VTTipKeeping::moveInto(VTTipContainer container, const QPoint &position) const
 {
     container.take(m_tip);
-    const VTXmlElement *const content = m_tip->view() ? m_tip->view()->content() : nullptr;
+    const VTXmlElement *const content = contentOf(m_tip);
     container.setTitle(content ? content->attribute(QStringLiteral("title")) : QString());
     m_tip->contentResized();
     m_tip->show();
@@ -86,7 +87,7 @@ void VTTipKeeping::becomeWindow(const QPoint &position) const
                      Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
                          | Qt::WindowCloseButtonHint);
     m_tip->setWindowModality(Qt::NonModal);
-    const QObject *const content = m_tip->view() ? m_tip->view()->content() : nullptr;
+    const QObject *const content = contentOf(m_tip);
     m_tip->setWindowTitle(content ? content->property("title").toString() : QString());
     m_tip->move(position);
     m_tip->show();

@@ -188,7 +188,7 @@ private:
     VIDTIPS_NO_EXPORT void warn(const QString &message);
     VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
-    friend class VTManager;
+    friend class VTTipShowing;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;

@@ -114,7 +114,7 @@ private:
     VIDTIPS_NO_EXPORT void retitle(const QString &oldTitle);
     VIDTIPS_NO_EXPORT void changeEvent(QEvent *event) override;
     // The manager stands above the operations that everybody may call, and acts before they do.
-    friend class VTManager;
+    friend class VTTipShowing;
     friend class VTTipWatch;
     VIDTIPS_NO_EXPORT bool fadesOut() const;
     VIDTIPS_NO_EXPORT void stopFadeOut();

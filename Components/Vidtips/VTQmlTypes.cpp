@@ -1,0 +1,35 @@
+#include "VTQmlTypes_p.h"
+
+#include "VTScrollBarComponent.h"
+#include "VTStyledRectangleComponent.h"
+#include "VTVideoComponent.h"
+#include "VTXmlElement.h"
+
+#include <QtDeclarative/QDeclarativeView>
+#include <QtDeclarative/qdeclarative.h>
+
+namespace Vidtips {
+
+namespace {
+
+const char importUri[] = "com.corvale.vidtips.qml";
+
+} // namespace
+
+void registerQmlTypes()
+{
+    qmlRegisterType<VTVideoComponent>(importUri, 1, 0, "VTVideoComponent");
+    qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
+    qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
+    qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
+}
+
+void prepareDeclarativeModule()
+{
+    static bool isPrepared = false;
+    if (!isPrepared)
+        QDeclarativeView();
+    isPrepared = true;
+}
+
+} // namespace Vidtips

@@ -1,0 +1,61 @@
+#include "VTReservations_p.h"
+
+#include "VTTipContent_p.h"
+#include "VTWidget.h"
+
+#include <algorithm>
+
+namespace Vidtips {
+
+void VTReservations::add(VTWidget *window)
+{
+    // The windows that users have closed since.
+    m_windows.removeAll(nullptr);
+    m_windows.append(window);
+}
+
+QList<QPointer<VTWidget>> VTReservations::windows()
+{
+    m_windows.removeAll(nullptr);
+    QList<QPointer<VTWidget>> windows = m_windows;
+    std::reverse(windows.begin(), windows.end());
+    return windows;
+}
+
+VTXmlElement *VTReservations::contentWithKey(const QString &key) const
+{
+    for (const QPointer<VTWidget> &window : m_windows) {
+        if (hasKey(contentOf(window), key))
+            return contentOf(window);
+    }
+    return nullptr;
+}
+
+void VTReservations::raise()
+{
+    const QList<QPointer<VTWidget>> raised = windows();
+    for (const QPointer<VTWidget> &window : raised) {
+        if (window)
+            window->raise();
+    }
+}
+
+void VTReservations::setStayOnTop(bool on)
+{
+    const QList<QPointer<VTWidget>> changed = windows();
+    for (const QPointer<VTWidget> &window : changed) {
+        if (window)
+            window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
+        if (window)
+            window->show();
+    }
+}
+
+void VTReservations::deleteWithApplication()
+{
+    const QList<QPointer<VTWidget>> remaining = windows();
+    for (const QPointer<VTWidget> &window : remaining)
+        window->deleteWithApplication();
+}
+
+} // namespace Vidtips

@@ -1,0 +1,32 @@
+#include "VTTipContent_p.h"
+
+#include "VTView.h"
+#include "VTWidget.h"
+
+namespace Vidtips {
+
+namespace {
+
+QString keyAttribute()
+{
+    return QStringLiteral("key");
+}
+
+} // namespace
+
+VTXmlElement *contentOf(const VTWidget *window)
+{
+    return window && window->view() ? window->view()->content() : nullptr;
+}
+
+QString keyOf(const VTXmlElement &content)
+{
+    return content.attribute(keyAttribute());
+}
+
+bool hasKey(const VTXmlElement *content, const QString &key)
+{
+    return content && content->hasAttribute(keyAttribute()) && keyOf(*content) == key;
+}
+
+} // namespace Vidtips
