@@ -5,6 +5,7 @@
 #include "VTRemainingWindows_p.h"
 #include "VTShowLog_p.h"
 #include "VTTipContainer_p.h"
+#include "VTTipFade_p.h"
 #include "VTTipKeeping_p.h"
 #include "VTTipPlace_p.h"
 #include "VTView.h"
@@ -12,7 +13,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
-#include <QtCore/QPropertyAnimation>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
 #include <QtGui/QMoveEvent>
@@ -23,12 +23,6 @@
 
 namespace Vidtips {
 
-namespace {
-
-const qreal fadeInStart = 0.1;
-
-} // namespace
-
 struct VIDTIPS_NO_EXPORT VTWidget::Private
 {
     QPointer<VTView> view;
@@ -36,24 +30,15 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QRect referenceRect;
     bool referenceIsAway = false;
     VTTipPlace place;
-    QPropertyAnimation *animation = nullptr;
+    VTTipFade *fade = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
     VTTipContainer container;
     bool handedOver = false;
-    bool fadedOut = false;
 
     QVariant setting(contextKey key, const QVariant &defaultValue) const
     {
         return manager ? manager->context().get(key, defaultValue) : defaultValue;
-    }
-
-    void fade(qreal from, qreal to, int duration)
-    {
-        animation->setDuration(duration);
-        animation->setStartValue(from);
-        animation->setEndValue(to);
-        animation->start();
     }
 };
 
@@ -64,9 +49,7 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
     d->reference = reference;
     d->referenceRect = referenceRect;
     d->manager = manager;
-    d->animation = new QPropertyAnimation(this);
-    d->animation->setPropertyName("windowOpacity");
-    d->animation->setTargetObject(this);
+    d->fade = new VTTipFade(this);
     d->timer = new QTimer(this);
     d->timer->setSingleShot(true);
     if (!d->setting(UseToolWindow, false).toBool())
@@ -74,6 +57,7 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_X11DoNotAcceptFocus);
+    connect(d->fade, &VTTipFade::fadedOut, this, &VTWidget::hideAnimationFinished);
     connect(d->timer, &QTimer::timeout, this, [this] {
         qCDebug(showLog, "the tip goes, as the pointer has been away for %d ms", d->timer->interval());
         hideAnimated();
@@ -281,52 +265,35 @@ void VTWidget::showAnimated()
         show();
         return;
     }
-    setWindowOpacity(fadeInStart);
+    setWindowOpacity(VTTipFade::faint);
     show();
     contentResized();
-    d->fade(fadeInStart, 1.0, duration);
+    d->fade->fadeIn(duration);
 }
 
 void VTWidget::hideAnimated()
 {
-    if (!isVisible() || d->fadedOut || d->animation->state() != QAbstractAnimation::Stopped)
+    if (!isVisible() || d->fade->isAtWork())
         return;
     const int duration = d->setting(HideDuration, 300).toInt();
     if (duration <= 0) {
         hideAnimationFinished();
         return;
     }
-    connect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut, Qt::UniqueConnection);
-    d->fade(windowOpacity(), 0.0, duration);
+    d->fade->fadeOut(duration);
     d->timer->stop();
-}
-
-// All animations advance together, also when the QML starts one; it may be within a change of its state then,
-// which could not be reset.
-void VTWidget::endFadeOut()
-{
-    d->fadedOut = true;
-    const auto hideIfStillShown = [this] {
-        if (d->fadedOut)
-            hideAnimationFinished();
-    };
-    QMetaObject::invokeMethod(this, hideIfStillShown, Qt::QueuedConnection);
 }
 
 bool VTWidget::fadesOut() const
 {
-    const bool isRunning = d->animation->state() != QAbstractAnimation::Stopped;
-    return d->fadedOut || (isRunning && d->animation->endValue().toReal() == 0.0);
+    return d->fade->fadesOut();
 }
 
 void VTWidget::stopFadeOut()
 {
     if (!fadesOut())
         return;
-    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut);
-    d->fadedOut = false;
-    d->animation->stop();
-    setWindowOpacity(1.0);
+    d->fade->cancel();
     // The countdown had led to the fade, and with it ended.
     if (!isSafe(QCursor::pos()))
         setTimer();
@@ -366,10 +333,8 @@ void VTWidget::contentReservedChanged()
     d->timer->stop();
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     setAttribute(Qt::WA_X11DoNotAcceptFocus, false);
-    if (d->fadedOut || d->animation->state() != QAbstractAnimation::Stopped) {
-        d->animation->stop();
-        setWindowOpacity(1.0);
-    }
+    if (d->fade->isAtWork())
+        d->fade->cancel();
     // Changing the parent hides the window, and the host, which hears of that, may destroy either parent.
     const QPointer<QWidget> host(container);
     const QPoint position = pos();
@@ -455,10 +420,8 @@ void VTWidget::showEvent(QShowEvent *event)
 
 void VTWidget::hideEvent(QHideEvent *)
 {
-    disconnect(d->animation, &QPropertyAnimation::finished, this, &VTWidget::endFadeOut);
-    d->fadedOut = false;
     // A fade that went on would take the next tip with it.
-    d->animation->stop();
+    d->fade->stop();
     // Movement during a fade-out may have started it again, and it would hide the next tip.
     d->timer->stop();
     if (d->view)

@@ -129,7 +129,6 @@ private:
     VIDTIPS_NO_EXPORT void joinOwner();
     VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
     VIDTIPS_NO_EXPORT QRect frameOnScreen() const;
-    VIDTIPS_NO_EXPORT void endFadeOut();
 
     struct Private;
     std::unique_ptr<Private> const d;
