@@ -185,7 +185,7 @@ bool VTTipShowing::reveal(const VTShowRequest &request)
         return self && m_manager->isVisible();
     if (view->isWaiting()) {
         m_awaited = request;
-    } else if (!view->rootObject() && view->status() == VTView::Error) {
+    } else if (!view->rootObject()) {
         withdraw();
     } else {
         moveOffPopups(request);

@@ -19,8 +19,8 @@ private slots:
     void init();
     void fadingTipGivesWay_data();
     void fadingTipGivesWay();
-    void brokenUserInterface_data();
-    void brokenUserInterface();
+    void unusableUserInterface_data();
+    void unusableUserInterface();
     void userInterfaceThatBreaksLater();
     void plainToolTipIsLeftOfABrokenOne();
     void sameKeyInAnotherWindow();
@@ -62,36 +62,49 @@ void tst_VTManagerFilling::fadingTipGivesWay()
     QTRY_VERIFY(!session.window()->isVisible());
 }
 
-void tst_VTManagerFilling::brokenUserInterface_data()
+void tst_VTManagerFilling::unusableUserInterface_data()
 {
+    QTest::addColumn<bool>("isMissing");
     QTest::addColumn<bool>("hasSimple");
-    QTest::newRow("with a simple one") << true;
-    QTest::newRow("without another") << false;
+    QTest::newRow("broken, with a simple one") << false << true;
+    QTest::newRow("broken, without another") << false << false;
+    QTest::newRow("missing, with a simple one") << true << true;
+    QTest::newRow("missing, without another") << true << false;
 }
 
-void tst_VTManagerFilling::brokenUserInterface()
+void tst_VTManagerFilling::unusableUserInterface()
 {
+    QFETCH(bool, isMissing);
     QFETCH(bool, hasSimple);
-    packages->write("Basic.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.0\nItem { nothing: 1 }\n");
+    const QString path =
+        packages->write("Basic.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.0\nItem { nothing: 1 }\n");
+    if (isMissing)
+        QVERIFY(QFile::remove(path));
     if (hasSimple)
         packages->write("Basic.vidtips/ui/SimpleTooltip.qml",
                         "import QtQuick 1.0\nItem { width: 30; height: 20 }\n");
     TestSession session({packages->path()});
+    session.set(MessageThreshold, int(VTMessageDebug));
     for (int i = 0; i < 2; ++i) {
+        session.host->messages.clear();
         QVERIFY(session.host->show("cut", {}, nullptr));
         QCOMPARE(session.window()->isVisible(), hasSimple);
         QCOMPARE(session.host->notificationTexts(),
                  hasSimple ? QStringList{"0 cut"} : (QStringList{"0 cut", "6 cut"}));
+        if (isMissing)
+            QCOMPARE(session.host->messages,
+                     (QList<QPair<int, QString>>{
+                         {400, "Can't find :" + QDir::current().absoluteFilePath("ui/VidtipsUI.qml")}}));
         session.window()->hide();
         session.host->notifications.clear();
     }
     QVERIFY(session.host->show("other", {}, nullptr));
     QVERIFY(session.window()->isVisible());
     QCOMPARE(session.view()->rootObject()->objectName(), QString("other"));
-    // Takes the place of one that is on screen.
+    // Takes the place of one that is on screen. A missing one leaves the user interface as it is.
     session.host->notifications.clear();
     QVERIFY(session.host->show("cut", {}, nullptr));
-    QCOMPARE(session.window()->isVisible(), hasSimple);
+    QCOMPARE(session.window()->isVisible(), hasSimple || isMissing);
 }
 
 // The host answers a handler of the QML by showing a tip whose user interface can only be loaded afterwards.

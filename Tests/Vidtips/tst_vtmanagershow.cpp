@@ -382,6 +382,7 @@ void tst_VTManagerShow::elementOfACacheIsShownAgain()
 {
     VTContext settings;
     CachingIndex index(&settings, true);
+    index.root()->setAttribute("ui", packages->filePath("Basic.vidtips/ui/Other.qml"));
     TestHost host(settings, {}, &index);
     QVERIFY(host.show("cut", {}, nullptr));
     VTWidget *const window = host.manager()->widget();
