@@ -85,6 +85,8 @@ bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::Hide:
+        if (event->spontaneous())
+            return handleTakenAway();
         end();
         break;
     case QEvent::Enter:
@@ -97,6 +99,17 @@ bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)
         break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+// What window managers hide with its window would come back with it. The tip is hidden, and tells so, in
+// place of the event; what is minimised would be so at its next coming.
+bool VTTipWatch::handleTakenAway()
+{
+    const QPointer<VTWidget> tip = m_tip;
+    endTip("the window manager has taken it from the screen");
+    if (tip)
+        tip->setWindowState(tip->windowState() & ~Qt::WindowMinimized);
+    return true;
 }
 
 void VTTipWatch::pointerMoved(const QWidget *widget, const QPoint &position)

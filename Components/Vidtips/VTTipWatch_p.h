@@ -57,6 +57,7 @@ private:
     void handleGone();
     void endTip(const char *reason);
     void handlePassedOn();
+    bool handleTakenAway();
     void handleApplicationEvent(const QWidget *widget, const QEvent *event);
 
     QPointer<VTWidget> m_tip;

@@ -4,6 +4,7 @@
 #include <QtCore/QTimer>
 #include <QtCore/QVariantAnimation>
 #include <QtGui/QScreen>
+#include <QtGui/qpa/qwindowsysteminterface.h>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
@@ -92,6 +93,7 @@ private slots:
     void goesWhenTheMenuGoesOn();
     void goesWithTheMenu();
     void goesWhenThePointerLeavesThroughItOntoTheDesktop();
+    void goesWhenItIsTakenFromTheScreen();
     void staysWhileThePointerIsInIt();
     void staysWhenTheWindowMovesWithThePointer();
     void anotherRowOfTheSameViewIsAnotherCommand();
@@ -317,6 +319,20 @@ void tst_ComingAndGoing::goesWhenThePointerLeavesThroughItOntoTheDesktop()
     withShortCountdown(m_host->host()->context());
     QVERIFY(RealPointer::jumpTo({300, 40}));
     QTRY_VERIFY(!m_host->isShown());
+}
+
+// KWin minimises the tips of windows that are not the active one, and brings them back with these.
+void tst_ComingAndGoing::goesWhenItIsTakenFromTheScreen()
+{
+    start();
+    QVERIFY(m_host->hover(m_host->plain));
+    using Delivery = QWindowSystemInterface::SynchronousDelivery;
+    QWindowSystemInterface::handleWindowStateChanged<Delivery>(m_host->tip()->windowHandle(),
+                                                               Qt::WindowMinimized);
+    QVERIFY(!m_host->isShown());
+    QCOMPARE(m_host->host()->notificationTexts(), (QStringList{"0 plain", "6 plain"}));
+    QVERIFY(!m_host->tip()->isMinimized());
+    QVERIFY(m_host->hover(m_host->other));
 }
 
 void tst_ComingAndGoing::staysWhileThePointerIsInIt()
