@@ -131,7 +131,7 @@ void ForeignHost::makeWindow()
     // later.
     for (QWidget *const next : {secondWindow, static_cast<QWidget *>(window)}) {
         next->activateWindow();
-        if (!QTest::qWaitForWindowActive(next, RealPointer::patience))
+        if (!RealPointer::waitForWindow(next))
             qWarning("the windows did not come up");
     }
 }
@@ -198,8 +198,8 @@ QDialog *ForeignHost::openDialog(QWidget *parent, Qt::WindowModality modality, c
     dialog->show();
     // Window managers do so, but not every screen has one.
     dialog->activateWindow();
-    if (!QTest::qWaitForWindowActive(dialog, RealPointer::patience))
-        qWarning("the dialog %s did not become active", qPrintable(buttonName));
+    if (!RealPointer::waitForWindow(dialog))
+        qWarning("the dialog %s did not come up", qPrintable(buttonName));
     return dialog;
 }
 
@@ -243,19 +243,14 @@ QString ForeignHost::shownKey() const
     return isShown() && m_session->content() ? m_session->content()->attribute("key") : QString();
 }
 
-// A window that has been asked for is on the screen some time later.
-bool ForeignHost::isOnScreen() const
-{
-    const QWidget *const there = isShown() ? QApplication::widgetAt(RealPointer::center(tip())) : nullptr;
-    return there && there->window() == tip();
-}
-
 bool ForeignHost::hover(const QPoint &position, const QString &key)
 {
-    const auto hasCome = [&] { return shownKey() == key && isOnScreen(); };
+    const auto hasCome = [&] { return shownKey() == key && RealPointer::isOnScreen(tip()); };
     if (RealPointer::moveTo(position) && QTest::qWaitFor(hasCome, RealPointer::patience))
         return true;
-    qWarning() << "no tip of" << key << "on the screen; shown:" << shownKey();
+    qWarning() << "no tip of" << key << "on the screen; shown:" << shownKey() << "pointer:" << QCursor::pos()
+               << "to be at" << position << "over" << QApplication::widgetAt(position) << "in"
+               << QApplication::activeWindow();
     if (isShown())
         qWarning() << "tip at" << tip()->geometry() << "for the X server at" << RealPointer::placeOf(tip())
                    << "covered by" << QApplication::widgetAt(RealPointer::center(tip()));

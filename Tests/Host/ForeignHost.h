@@ -82,7 +82,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool isOnScreen() const;
     void writeContent();
     void makeWindow();
     void makeViews(QWidget *page);

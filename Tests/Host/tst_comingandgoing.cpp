@@ -142,7 +142,7 @@ void tst_ComingAndGoing::everyPlaceHasItsTip()
     QVERIFY(m_host->hover(m_host->embedded));
     QVERIFY(m_host->hover(m_host->scrollArea->findChild<QPushButton *>("scrolled")));
     m_host->secondWindow->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->secondWindow));
+    QVERIFY(RealPointer::waitForWindow(m_host->secondWindow));
     QVERIFY(m_host->hover(m_host->farther));
     // From the first window, which is not active any more, it has not come along.
     QVERIFY(m_host->host()->notificationTexts().contains("6 scrolled"));

@@ -26,7 +26,7 @@ void tst_Desktops::tipOfAWindowOnAnotherDesktop()
     QVERIFY(RealPointer::xdotool({"set_desktop_for_window", window, "1"}));
     QVERIFY(RealPointer::xdotool({"set_desktop", "1"}));
     host.window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(host.window));
+    QVERIFY(RealPointer::waitForWindow(host.window));
     QVERIFY(host.hover(host.other));
     const QPoint inTip = host.tip()->mapToGlobal(QPoint(80, 90));
     QTRY_COMPARE_WITH_TIMEOUT(RealPointer::colorAt(inTip), QColor("#2060c0"), RealPointer::patience);

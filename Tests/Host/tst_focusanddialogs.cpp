@@ -137,7 +137,7 @@ void tst_FocusAndDialogs::keptTipTakesTheFocus()
     QTRY_VERIFY(m_host->tip() != kept);
     QTRY_VERIFY(kept->isActiveWindow());
     m_host->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->window));
+    QVERIFY(RealPointer::waitForWindow(m_host->window));
     QVERIFY(RealPointer::click(kept->mapToGlobal(QPoint(120, 40))));
     QTRY_VERIFY(kept->isActiveWindow());
     QTRY_VERIFY(m_host->host()->notificationTexts().contains("20 plain"));
@@ -165,7 +165,7 @@ void tst_FocusAndDialogs::worksIn(QWidget *window, const QString &key)
     QVERIFY(kept->isVisible());
     kept->close();
     window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window));
+    QVERIFY(RealPointer::waitForWindow(window));
 }
 
 void tst_FocusAndDialogs::dialogs_data()
@@ -191,7 +191,7 @@ void tst_FocusAndDialogs::nestedDialogs()
     worksIn(inner, "asked again");
     inner->close();
     outer->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(outer));
+    QVERIFY(RealPointer::waitForWindow(outer));
     worksIn(outer, "asked");
 }
 
@@ -217,7 +217,7 @@ void tst_FocusAndDialogs::tipOfADialogAndThenOfTheWindow()
     delete dialog;
     QTRY_VERIFY(!m_host->isShown());
     m_host->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->window));
+    QVERIFY(RealPointer::waitForWindow(m_host->window));
     QVERIFY(m_host->hover(m_host->other));
     QVERIFY(RealPointer::click(button()));
     QTRY_VERIFY(m_host->host()->notificationTexts().contains("20 other"));
@@ -235,14 +235,14 @@ void tst_FocusAndDialogs::aboveItsWindow()
     QFETCH(bool, fullScreen);
     // The tip's window is older than the one that it is to stand above.
     m_host->secondWindow->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->secondWindow));
+    QVERIFY(RealPointer::waitForWindow(m_host->secondWindow));
     QVERIFY(m_host->hover(m_host->farther));
     m_host->window->hide();
     if (!fullScreen)
         m_host->window->setWindowFlag(Qt::WindowStaysOnTopHint);
     fullScreen ? m_host->window->showFullScreen() : m_host->window->show();
     m_host->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_host->window));
+    QVERIFY(RealPointer::waitForWindow(m_host->window));
     QVERIFY(m_host->hover(m_host->plain));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
     m_host->picture(QTest::currentDataTag());

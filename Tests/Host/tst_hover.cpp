@@ -77,7 +77,6 @@ private:
     void startSession(const std::function<void(VTContext &)> &configure = {});
     QPushButton *addCommand(const QString &key, const QPoint &position);
     void pointAt(const QWidget *widget);
-    bool isOnScreen() const;
     bool hover(const QWidget *widget);
     void leaveTip();
     bool isCountingDown() const;
@@ -116,7 +115,7 @@ void tst_Hover::init()
     QCursor::setPos(900, 700);
     m_window->show();
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(RealPointer::waitForWindow(m_window.get()));
 }
 
 void tst_Hover::cleanup()
@@ -154,20 +153,13 @@ void tst_Hover::pointAt(const QWidget *widget)
     QCursor::setPos(center);
 }
 
-// A window that has been asked for is on the screen some time later.
-bool tst_Hover::isOnScreen() const
-{
-    const QWidget *const there = QApplication::widgetAt(RealPointer::center(tip()));
-    return there && there->window() == tip();
-}
-
 bool tst_Hover::hover(const QWidget *widget)
 {
     pointAt(widget);
     return QTest::qWaitFor(
         [&] {
-            return tip() && tip()->isVisible() && m_session->content()
-                && m_session->content()->attribute("key") == widget->objectName() && isOnScreen();
+            return tip() && RealPointer::isOnScreen(tip()) && m_session->content()
+                && m_session->content()->attribute("key") == widget->objectName();
         },
         RealPointer::patience);
 }
@@ -351,9 +343,9 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     leaveTip();
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
     // It gets the focus, some time after it is on the screen, and only an active window has tips.
-    QVERIFY(QTest::qWaitForWindowActive(pinned));
+    QVERIFY(RealPointer::waitForWindow(pinned));
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(RealPointer::waitForWindow(m_window.get()));
     QVERIFY(hover(m_second));
     QVERIFY(pinned->isVisible());
     pinned->close();

@@ -141,7 +141,7 @@ void tst_Keeping::init()
     m_session = std::make_unique<TestSession>(QStringList{m_packages->path()}, settings);
     m_window->show();
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(RealPointer::waitForWindow(m_window.get()));
 }
 
 void tst_Keeping::cleanup()

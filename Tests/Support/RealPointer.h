@@ -7,6 +7,7 @@
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 
 /**
@@ -67,6 +68,22 @@ inline bool type(const QString &key)
 inline QPoint center(const QWidget *widget)
 {
     return widget->mapToGlobal(widget->rect().center());
+}
+
+/** Tells whether the pointer would reach @p window: one that has been asked for is on the screen some time
+ * later. */
+inline bool isOnScreen(const QWidget *window)
+{
+    const QWidget *const there = window->isVisible() ? QApplication::widgetAt(center(window)) : nullptr;
+    return there && there->window() == window;
+}
+
+/** Waits until @p window has the keyboard and can be reached; a pointer that is there before sends no
+ * movement. */
+inline bool waitForWindow(QWidget *window)
+{
+    return QTest::qWaitForWindowActive(window, patience)
+        && QTest::qWaitFor([=] { return isOnScreen(window); }, patience);
 }
 
 /** Returns where the window is for the X server, whatever the program believes. */
