@@ -26,6 +26,8 @@ public:
     }
 
     void setValue(qreal) override;
+    /** Puts the content there as it is: a view makes no items for what comes to be seen. */
+    void place(qreal);
 
     /** Where the content is seen to be: it stands at whole pixels. */
     qreal wholeValue() const;
@@ -92,7 +94,8 @@ public:
     qreal contentSize(const Axis &) const;
     bool canFlick(const Axis &) const;
     bool isFlickingFast() const;
-    void axisMoved(Axis &, qreal before);
+    void axisPlaced(Axis &, qreal before);
+    void axisMoved(Axis &);
     void updateVelocity(Axis &, qreal way);
     qint64 lineTime() const { return timeLine.time() * qint64(1000000); }
     void placeContent();

@@ -33,9 +33,15 @@ int wholePixels(qreal way)
 
 void QDeclarativeFlickableAxis::setValue(qreal value)
 {
+    place(value);
+    flickable->axisMoved(*this);
+}
+
+void QDeclarativeFlickableAxis::place(qreal value)
+{
     const qreal before = wholeValue();
     QQuickTimeLineValue::setValue(value);
-    flickable->axisMoved(*this, before);
+    flickable->axisPlaced(*this, before);
 }
 
 qreal QDeclarativeFlickableAxis::wholeValue() const
@@ -109,7 +115,7 @@ bool QDeclarativeFlickablePrivate::isFlickingFast() const
         && (qAbs(x.velocity) > heldFlickVelocity || qAbs(y.velocity) > heldFlickVelocity);
 }
 
-void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
+void QDeclarativeFlickablePrivate::axisPlaced(Axis &axis, qreal before)
 {
     Q_Q(QDeclarativeFlickable);
     placeContent();
@@ -120,6 +126,10 @@ void QDeclarativeFlickablePrivate::axisMoved(Axis &axis, qreal before)
         else
             Q_EMIT q->contentYChanged();
     }
+}
+
+void QDeclarativeFlickablePrivate::axisMoved(Axis &axis)
+{
     viewportMoved(axis);
     updateBounds();
 }
@@ -204,7 +214,8 @@ void QDeclarativeFlickablePrivate::settle(Axis &axis, qreal target, FixupMode mo
     if (axis.value() == target)
         return;
     if (mode == Immediate) {
-        axis.setValue(target);
+        axis.place(target);
+        updateBounds();
         return;
     }
     const qreal half = (axis.value() + target) / 2;

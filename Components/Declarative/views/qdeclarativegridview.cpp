@@ -89,27 +89,33 @@ void QDeclarativeGridView::setSnapMode(SnapMode mode)
 void QDeclarativeGridView::moveCurrentIndexUp()
 {
     Q_D(QDeclarativeGridView);
-    d->step(d->isTopToBottom() ? -1 : -d->columns());
+    d->goBack(d->isTopToBottom() ? 1 : d->columns());
 }
 
 void QDeclarativeGridView::moveCurrentIndexDown()
 {
     Q_D(QDeclarativeGridView);
-    d->step(d->isTopToBottom() ? 1 : d->columns());
+    d->goForth(d->isTopToBottom() ? 1 : d->columns());
 }
 
 void QDeclarativeGridView::moveCurrentIndexLeft()
 {
     Q_D(QDeclarativeGridView);
     const int by = d->isTopToBottom() ? d->columns() : 1;
-    d->step(d->isRightToLeft() ? by : -by);
+    if (d->isRightToLeft())
+        d->goForth(by);
+    else
+        d->goBack(by);
 }
 
 void QDeclarativeGridView::moveCurrentIndexRight()
 {
     Q_D(QDeclarativeGridView);
     const int by = d->isTopToBottom() ? d->columns() : 1;
-    d->step(d->isRightToLeft() ? -by : by);
+    if (d->isRightToLeft())
+        d->goBack(by);
+    else
+        d->goForth(by);
 }
 
 void QDeclarativeGridView::keyPressEvent(QKeyEvent *event)

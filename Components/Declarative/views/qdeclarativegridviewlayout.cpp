@@ -2,6 +2,7 @@
 #include "models/qdeclarativevisualmodel_p.h"
 #include "qdeclarativegridview_p_p.h"
 
+#include <algorithm>
 #include <cmath>
 
 QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
@@ -9,13 +10,11 @@ QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
         const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             highlightItem->setX(x);
-        highlightMoved();
     })
     , highlightY([this](qreal y) {
         const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             highlightItem->setY(y);
-        highlightMoved();
     })
 {
     direction = QDeclarativeFlickable::VerticalFlick;
@@ -71,56 +70,95 @@ void QDeclarativeGridViewPrivate::place(Item *item, qreal linePosition, int colu
     item->item->setPos(cellPosition(linePosition, column));
 }
 
-/** Puts an item into the cell that counts @p cell from the first. */
-void QDeclarativeGridViewPrivate::placeInCell(Item *item, int cell) const
+/** The cell that is @p by cells further in reading order. */
+QDeclarativeGridViewPrivate::Cell QDeclarativeGridViewPrivate::cellAfter(const Cell &cell, int by) const
 {
-    place(item, startPosition() + cell / columns() * lineSize(), cell % columns());
+    const int inLine = columns();
+    const int ahead = cell.column + by;
+    const int column = (ahead % inLine + inLine) % inLine;
+    return {cell.line + (ahead - column) / inLine * lineSize(), column};
+}
+
+QDeclarativeGridViewPrivate::Cell QDeclarativeGridViewPrivate::cellOf(const Item *item) const
+{
+    return {item->position(), static_cast<const QDeclarativeGridItem *>(item)->column};
+}
+
+void QDeclarativeGridViewPrivate::place(Item *item, const Cell &cell) const
+{
+    place(item, cell.line, cell.column);
 }
 
 void QDeclarativeGridViewPrivate::setItemPosition(Item *item, qreal position)
 {
-    place(item, position, columnAt(item->index));
+    place(item, position, cellAt(item->index).column);
 }
 
-/** The column of a row; of one behind the visible items, as if the last of these ended its line. */
-int QDeclarativeGridViewPrivate::columnAt(int index) const
+/**
+ * The cell of a row, as far from that of an item as the row is.
+ *
+ * The column of a row behind the items counts as if the last of these ended its line.
+ */
+QDeclarativeGridViewPrivate::Cell QDeclarativeGridViewPrivate::cellAt(int index) const
 {
+    if (const Item *item = visibleItem(index))
+        return cellOf(item);
+    const int inLine = columns();
+    if (visibleItems.empty()) {
+        const int lines = index / inLine - (firstLineIsKnown ? visibleIndex / inLine : 0);
+        return {(firstLineIsKnown ? firstLine : headerSize()) + lines * lineSize(), qMax(0, index) % inLine};
+    }
+    if (index < visibleIndex)
+        return cellAfter(cellOf(visibleItems.front().get()), index - visibleIndex);
     const int last = lastVisibleIndex();
-    if (last < 0 || index <= last)
-        return qMax(0, index) % columns();
-    const int back = columns() - 1 - (index - last - 1) % columns();
-    return static_cast<const QDeclarativeGridItem *>(visibleItems.back().get())->column - back;
+    const int by = index - (last >= 0 ? last : visibleIndex - 1);
+    const Cell end = cellOf(visibleItems.back().get());
+    return {cellAfter(end, by).line, end.column + (by - 1) % inLine - inLine + 1};
 }
 
 qreal QDeclarativeGridViewPrivate::positionAt(int index) const
 {
-    return startPosition() + index / columns() * lineSize();
+    return cellAt(index).line;
 }
 
 qreal QDeclarativeGridViewPrivate::startPosition() const
 {
-    return originIsKnown ? origin : headerSize();
+    return visibleItems.empty() ? 0
+                                : visibleItems.front()->position() - visibleIndex / columns() * lineSize();
 }
 
 qreal QDeclarativeGridViewPrivate::endPosition() const
 {
     const int rows = visualModel->count();
-    const qreal end = startPosition() + (rows + columns() - 1) / columns() * lineSize();
-    // Items that delay their removal still take their cells.
-    return visibleItems.empty() ? end : qMax(end, visibleItems.back()->endPosition());
+    return rows > 0 ? positionAt(rows - 1) + lineSize() : 0;
 }
 
-void QDeclarativeGridViewPrivate::clear()
+/** Puts the view to where the position is, and to its beginning across that. */
+void QDeclarativeGridViewPrivate::setViewPosition(qreal position)
 {
-    QDeclarativeItemViewPrivate::clear();
-    originIsKnown = false;
+    QDeclarativeItemViewPrivate::setViewPosition(position);
+    moveTo(isTopToBottom() ? y : x, 0);
 }
 
-void QDeclarativeGridViewPrivate::viewMoved()
+void QDeclarativeGridViewPrivate::placePart(QDeclarativeItem *part, qreal position) const
 {
-    // Header and footer meet when the last row goes.
-    if (visibleItems.empty())
-        placeParts();
+    placeAt(part, position);
+    if (isTopToBottom())
+        part->setY(0);
+    else
+        part->setX(isRightToLeft() ? columns() * cellWidth - part->width() : 0);
+}
+
+QDeclarativeGridViewPrivate::Span QDeclarativeGridViewPrivate::followed() const
+{
+    const qreal start = highlightItem ? highlightPosition() : currentItem->position();
+    return {start, start + lineSize()};
+}
+
+void QDeclarativeGridViewPrivate::placeCurrent()
+{
+    if (currentItem && currentIndex >= 0)
+        place(currentItem.get(), cellAt(currentIndex));
 }
 
 void QDeclarativeGridViewPrivate::cellsChanged()
@@ -131,59 +169,102 @@ void QDeclarativeGridViewPrivate::cellsChanged()
         layoutWhenIdle();
 }
 
-void QDeclarativeGridViewPrivate::noRowsLeft(int index, qreal)
+void QDeclarativeGridViewPrivate::noRowsLeft(int)
 {
-    const int rows = visualModel->count();
-    visibleIndex = rows > 0 ? qMin(index, rows - 1) : 0;
-    visibleIndex -= visibleIndex % columns();
-    if (rows == 0)
-        originIsKnown = false;
+    timeLine.clear();
+    visibleIndex = 0;
+    setViewPosition(0);
+    placeParts();
 }
 
-/** Keeps the first visible line where it is when rows above it went. */
-void QDeclarativeGridViewPrivate::rowsRemoved(int firstBefore)
+bool QDeclarativeGridViewPrivate::addVisible(qreal from, qreal to, bool isBuffer)
 {
-    if (lastVisibleIndex() < 0 || firstBefore == visibleIndex)
-        return;
-    origin = startPosition() + (firstBefore / columns() - visibleIndex / columns()) * lineSize();
-    originIsKnown = true;
-}
-
-bool QDeclarativeGridViewPrivate::addVisible(qreal from, qreal to)
-{
-    jump(from, to);
-    const bool appended = append(to);
-    return prepend(from) || appended;
+    if (!isBuffer)
+        jump(from, to);
+    const int most = isBuffer ? 1 : visualModel->count();
+    const bool appended = append(to, most);
+    return prepend(from, most) || appended;
 }
 
 /** Gives up all items if the view has gone further than a line from them. */
 void QDeclarativeGridViewPrivate::jump(qreal from, qreal to)
 {
-    const int last = lastVisibleIndex();
-    if (last >= 0 && from <= positionAt(last) + 2 * lineSize() && to >= positionAt(visibleIndex) - lineSize())
+    if (visibleItems.empty())
         return;
-    if (last < 0 && !visibleItems.empty())
+    const qreal line = cellAfter(cellOf(visibleItems.back().get())).line;
+    if (from <= line + 2 * lineSize() && to >= positionAt(visibleIndex) - lineSize())
         return;
-    const int rows = visualModel->count();
-    const qreal line = std::trunc((from - startPosition()) / lineSize());
+    // The view may stand further away than there are numbers of rows.
+    const qreal lines = std::trunc((from - (line + lineSize())) / lineSize());
+    const qreal wanted = std::isnan(lines) ? 0.0 : lastVisibleIndex() + 1 + lines * columns();
+    const int index = lineStart(int(qBound(0.0, wanted, visualModel->count() - 1.0)));
     while (!visibleItems.empty())
         takeVisible(0);
-    visibleIndex = int(qBound(0.0, line * columns(), qMax(0.0, rows - 1.0)));
-    visibleIndex -= visibleIndex % columns();
+    visibleIndex = index;
 }
 
 /** Tells whether a cell is to have an item: those of the line after the last in view come one by one. */
-bool QDeclarativeGridViewPrivate::reaches(int cell, qreal to) const
+bool QDeclarativeGridViewPrivate::reaches(const Cell &cell, qreal to) const
 {
     const int inLine = columns();
-    const qreal ahead = lineSize() * (inLine - cell % inLine) / (inLine + 1);
-    return startPosition() + cell / inLine * lineSize() < to + ahead;
+    return cell.line <= to + lineSize() * (inLine - cell.column) / (inLine + 1);
 }
 
 bool QDeclarativeGridViewPrivate::isBefore(const Item *item, qreal from) const
 {
-    const int column = static_cast<const QDeclarativeGridItem *>(item)->column;
-    return item->endPosition() + lineSize() * (column + 1) / (columns() + 1) <= from;
+    const qreal ahead = lineSize() * (cellOf(item).column + 1) / (columns() + 1);
+    return item->endPosition() - 1 < from - ahead;
+}
+
+bool QDeclarativeGridViewPrivate::isBeyond(const Item *item, qreal to) const
+{
+    const int inLine = columns();
+    return item->position() > to + lineSize() * (inLine - cellOf(item).column) / (inLine + 1);
+}
+
+bool QDeclarativeGridViewPrivate::append(qreal to, int most)
+{
+    const int last = lastVisibleIndex();
+    int index = last >= 0 ? last + 1 : visibleIndex;
+    const int first = index;
+    Cell cell = visibleItems.empty() ? cellAt(index) : cellAfter(cellOf(visibleItems.back().get()));
+    for (; index < visualModel->count() && reaches(cell, to) && index - first < most;
+         ++index, cell = cellAfter(cell)) {
+        auto item = createRow(index);
+        if (!item)
+            break;
+        place(item.get(), cell);
+        visibleItems.push_back(std::move(item));
+    }
+    firstLineIsKnown = false;
+    return index != first;
+}
+
+bool QDeclarativeGridViewPrivate::prepend(qreal from, int most)
+{
+    if (visibleItems.empty())
+        return false;
+    const int before = visibleIndex;
+    const int inLine = columns();
+    Cell cell = cellOf(visibleItems.front().get());
+    while (visibleIndex > 0 && before - visibleIndex < most) {
+        cell = cellAfter(cell, -1);
+        if (cell.line + lineSize() - 1 < from - lineSize() * (cell.column + 1) / (inLine + 1))
+            break;
+        auto item = createRow(visibleIndex - 1);
+        if (!item)
+            break;
+        --visibleIndex;
+        place(item.get(), cell);
+        visibleItems.insert(visibleItems.begin(), std::move(item));
+    }
+    return visibleIndex != before;
+}
+
+void QDeclarativeGridViewPrivate::setPlaceOfFirst(qreal place)
+{
+    firstLine = place;
+    firstLineIsKnown = true;
 }
 
 qreal QDeclarativeGridViewPrivate::centredPosition(qreal start, qreal) const
@@ -191,70 +272,83 @@ qreal QDeclarativeGridViewPrivate::centredPosition(qreal start, qreal) const
     return start - std::trunc((std::trunc(viewLength()) - lineSize()) / 2);
 }
 
-bool QDeclarativeGridViewPrivate::append(qreal to)
+void QDeclarativeGridViewPrivate::updateAverage()
 {
-    const int last = lastVisibleIndex();
-    int index = last >= 0 ? last + 1 : visibleIndex;
-    const int first = index;
-    int cell = visibleIndex + int(visibleItems.size());
-    for (; index < visualModel->count() && reaches(cell, to); ++index, ++cell) {
-        auto item = createRow(index);
-        if (!item)
-            break;
-        placeInCell(item.get(), cell);
-        visibleItems.push_back(std::move(item));
-    }
-    return index != first;
-}
-
-bool QDeclarativeGridViewPrivate::prepend(qreal from)
-{
-    const int before = visibleIndex;
-    while (visibleIndex > 0 && !visibleItems.empty() && positionAt(visibleIndex - 1) + lineSize() > from) {
-        auto item = createRow(visibleIndex - 1);
-        if (!item)
-            break;
-        --visibleIndex;
-        placeInCell(item.get(), visibleIndex);
-        visibleItems.insert(visibleItems.begin(), std::move(item));
-    }
-    return visibleIndex != before;
+    averageSize = lineSize();
 }
 
 void QDeclarativeGridViewPrivate::placeVisible()
 {
-    averageSize = lineSize();
-    int cell = visibleIndex;
-    for (const auto &item : visibleItems)
-        placeInCell(item.get(), cell++);
+    if (visibleItems.empty())
+        return;
+    Cell cell{visibleItems.front()->position(), visibleIndex % columns()};
+    for (const auto &item : visibleItems) {
+        place(item.get(), cell);
+        cell = cellAfter(cell);
+    }
 }
 
-void QDeclarativeGridViewPrivate::rowsInserted(int index, int count)
+void QDeclarativeGridViewPrivate::finishLayout()
 {
-    const int last = lastVisibleIndex();
-    if (last < 0)
-        return;
-    const int slot = renumberForInsert(index, count);
-    if (index < visibleIndex) {
-        const qreal position = positionAt(visibleIndex);
-        visibleIndex += count;
-        origin = position - visibleIndex / columns() * lineSize();
-        originIsKnown = true;
-        return;
+    moveReason = Other;
+    placeParts();
+    updateContentSize();
+    fixup(mainAxis(), Immediate);
+}
+
+/** The slot of the visible items that the row takes or would take. */
+int QDeclarativeGridViewPrivate::slotFrom(int index) const
+{
+    const auto isBefore = [index](const auto &item) { return item->index < index; };
+    const auto found = std::find_if_not(visibleItems.begin(), visibleItems.end(), isBefore);
+    return int(found - visibleItems.begin());
+}
+
+/** The cell that the row at @p slot stands in, or would stand in. */
+QDeclarativeGridViewPrivate::Cell QDeclarativeGridViewPrivate::cellOfSlot(int slot) const
+{
+    if (visibleItems.empty())
+        return {headerSize(), 0};
+    if (slot < int(visibleItems.size()))
+        return cellOf(visibleItems[slot].get());
+    return cellAfter(cellOf(visibleItems.back().get()));
+}
+
+bool QDeclarativeGridViewPrivate::rowsInserted(int index, int count, AddedItems *added)
+{
+    const bool joins = visibleItems.empty() || visibleItem(index) || index == lastVisibleIndex() + 1;
+    for (const auto &item : visibleItems) {
+        if (item->index >= index)
+            item->index += count;
     }
-    if (index > last + 1)
-        return;
-    const qreal to = viewPosition() + viewLength() + cacheLength();
-    int made = 0;
-    for (; made < count && reaches(visibleIndex + slot + made, to); ++made) {
-        auto item = createRow(index + made);
+    if (joins)
+        insertCells(index, count, added);
+    else if (index <= visibleIndex)
+        visibleIndex += count;
+    return joins;
+}
+
+/** Makes items for the new rows that have room in the view; these push what follows out of its cells. */
+void QDeclarativeGridViewPrivate::insertCells(int index, int count, AddedItems *added)
+{
+    const qreal to = viewPosition() + viewLength() - 1 + cacheLength();
+    const int end = index + count;
+    int slot = slotFrom(index);
+    for (Cell cell = cellOfSlot(slot); index < end && reaches(cell, to); cell = cellAfter(cell)) {
+        auto item = createRow(index);
         if (!item)
             break;
-        placeInCell(item.get(), visibleIndex + slot + made);
-        visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
+        place(item.get(), cell);
+        added->append(item->attached);
+        visibleItems.insert(visibleItems.begin() + slot, std::move(item));
+        ++index;
+        ++slot;
     }
-    if (made < count)
-        dropBehind(slot, made, count);
+    // What comes after rows that have no room is not in view.
+    if (index < end)
+        dropFrom(slot);
+    visibleIndex = 0;
+    noteFirstRow();
 }
 
 void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)
@@ -273,18 +367,15 @@ void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)
 void QDeclarativeGridViewPrivate::placeHighlight()
 {
     highlightTimeLine.clear();
-    highlightItem->setSize(QSizeF(currentItem->item->width(), currentItem->item->height()));
-    const auto *row = static_cast<const QDeclarativeGridItem *>(currentRow());
-    highlightItem->setPos(cellPosition(row->linePosition, row->column));
+    highlightItem->setPos(currentItem->item->pos());
 }
 
 void QDeclarativeGridViewPrivate::moveHighlight()
 {
-    const auto *row = static_cast<const QDeclarativeGridItem *>(currentRow());
-    highlightItem->setSize(QSizeF(row->item->width(), row->item->height()));
-    const QPointF target = cellPosition(row->linePosition, row->column);
-    moveValue(&highlightX, highlightItem->x(), target.x(), highlightMoveDuration, -1);
-    moveValue(&highlightY, highlightItem->y(), target.y(), highlightMoveDuration, -1);
+    const QDeclarativeItem *item = currentItem->item;
+    moveValue(&highlightX, highlightItem->x(), item->x(), highlightMoveDuration, -1);
+    moveValue(&highlightY, highlightItem->y(), item->y(), highlightMoveDuration, -1);
+    highlightItem->setSize(QSizeF(item->width(), item->height()));
 }
 
 void QDeclarativeGridViewPrivate::setHighlightPosition(qreal position)
@@ -327,16 +418,28 @@ qreal QDeclarativeGridViewPrivate::flickTarget(qreal natural, qreal velocity) co
     return snapPosition(pressed) + (velocity > 0 ? lineSize() : -lineSize());
 }
 
-/** Moves the current row by @p by rows, from one end to the other where the keys wrap. */
-void QDeclarativeGridViewPrivate::step(int by)
+/** What lies between the items belongs to their cells. */
+bool QDeclarativeGridViewPrivate::contains(const Item *item, const QPointF &point) const
 {
-    Q_Q(QDeclarativeGridView);
-    const int rows = q->count();
-    const int target = currentIndex + by;
-    if (rows <= 0)
+    return QRectF(item->item->pos(), QSizeF(cellWidth, cellHeight)).contains(point);
+}
+
+/** Makes the row that is @p by rows before the current one that, from one end to the other where keys wrap.
+ */
+void QDeclarativeGridViewPrivate::goBack(int by)
+{
+    const int rows = visualModel->count();
+    if (rows == 0 || (currentIndex < by && !wraps))
         return;
-    if (target >= 0 && target < rows)
-        q->setCurrentIndex(target);
-    else if (wraps)
-        q->setCurrentIndex(by < 0 ? rows - 1 : 0);
+    const int index = currentIndex - by;
+    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : rows - 1);
+}
+
+void QDeclarativeGridViewPrivate::goForth(int by)
+{
+    const int rows = visualModel->count();
+    if (rows == 0 || (currentIndex >= rows - by && !wraps))
+        return;
+    const int index = currentIndex + by;
+    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : 0);
 }

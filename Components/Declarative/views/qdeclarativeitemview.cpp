@@ -56,10 +56,6 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
     connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
             [d](const QQmlChangeSet &changes, bool reset) { d->applyChanges(changes, reset); });
     connect(&d->timeLine, &QQuickTimeLine::completed, this, [d] { d->releaseDeferred(); });
-    connect(&d->highlightTimeLine, &QQuickTimeLine::completed, this, [d] {
-        if (std::exchange(d->followsHighlight, false))
-            d->releaseDeferred();
-    });
     connect(d->visualModel, &QDeclarativeVisualModel::createdItem, this, [d](int index) {
         if (index == d->requestedIndex)
             d->isNewItem = true;
@@ -92,6 +88,7 @@ void QDeclarativeItemView::setModel(const QVariant &model)
     if (model == this->model() || d->work.postpone([=] { setModel(model); }))
         return;
     const QDeclarativeWork::Scope scope(&d->work);
+    d->keptChanges.clear();
     d->clear();
     d->keptChanges.clear();
     {
@@ -101,15 +98,14 @@ void QDeclarativeItemView::setModel(const QVariant &model)
     }
     d->setViewPosition(0);
     if (isComponentComplete()) {
-        d->layout();
-        const bool keeps = d->currentIndex >= 0 && d->currentIndex < count();
-        if ((keeps || !d->currentIsCleared) && count() > 0) {
-            d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
-            d->updateCurrent(keeps ? d->currentIndex : 0);
-        }
+        d->refill();
+        if ((d->currentIndex >= count() || d->currentIndex < 0) && !d->currentIsCleared)
+            d->currentIndex = 0;
+        d->showCurrent();
+        d->updateContentSize();
     }
-    d->announce(&QDeclarativeItemView::modelChanged);
     d->announce(&QDeclarativeItemView::countChanged);
+    d->announce(&QDeclarativeItemView::modelChanged);
 }
 
 QQmlComponent *QDeclarativeItemView::delegate() const
@@ -124,14 +120,18 @@ void QDeclarativeItemView::setDelegate(QQmlComponent *delegate)
     if (delegate == this->delegate() || d->work.postpone([=] { setDelegate(guard); }))
         return;
     const QDeclarativeWork::Scope scope(&d->work);
+    d->keptChanges.clear();
     d->clear();
     d->keptChanges.clear();
     {
         const QSignalBlocker blocker(d->visualModel);
         d->visualModel->setDelegate(delegate);
     }
-    if (isComponentComplete())
-        d->regenerate();
+    if (isComponentComplete()) {
+        d->refill();
+        d->showCurrent();
+        d->updateContentSize();
+    }
     d->announce(&QDeclarativeItemView::delegateChanged);
 }
 
@@ -147,11 +147,13 @@ void QDeclarativeItemView::setCurrentIndex(int index)
         return;
     const QDeclarativeWork::Scope scope(&d->work);
     d->currentIsCleared = index == -1;
-    if (isComponentComplete() && d->visualModel->isValid()) {
+    if (index == d->currentIndex)
+        return;
+    if (isComponentComplete() && d->hasRows()) {
         d->flushLayout();
         d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
         d->updateCurrent(index);
-    } else if (index != d->currentIndex) {
+    } else {
         d->currentIndex = index;
         Q_EMIT currentIndexChanged();
     }
@@ -363,6 +365,7 @@ void QDeclarativeItemView::setFooter(QQmlComponent *component)
     if (isComponentComplete()) {
         d->recreate(&d->footerItem, component);
         d->QDeclarativeFlickablePrivate::fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
+        d->refill();
     }
     d->announce(&QDeclarativeItemView::footerChanged);
 }
@@ -387,45 +390,7 @@ void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
         || d->work.postpone([=] { positionViewAtIndex(index, mode); }))
         return;
     const QDeclarativeWork::Scope scope(&d->work);
-    d->flushLayout();
-    d->moveReason = QDeclarativeItemViewPrivate::Other;
-    d->timeLine.reset(d->mainAxis());
-    const qreal now = d->viewPosition();
-    if (!d->visibleItem(index))
-        d->setViewPosition(d->boundedPosition(d->positionAt(index)));
-    const auto *item = d->visibleItem(index);
-    const qreal start = item ? item->position() : d->positionAt(index);
-    const qreal end = start + (item ? item->size() : d->averageSize);
-    const qreal length = d->viewLength();
-    const qreal beginning = start - (index == 0 ? d->headerSize() : 0);
-    const qreal ending = end + (index == count() - 1 ? d->footerSize() : 0) - length;
-    qreal position = now;
-    switch (mode) {
-    case Beginning:
-        position = beginning;
-        break;
-    case Center:
-        position = d->centredPosition(start, end);
-        break;
-    case End:
-        position = ending;
-        break;
-    case Visible:
-        if (start > now + length)
-            position = ending;
-        else if (end <= now)
-            position = beginning;
-        break;
-    case Contain:
-        if (end >= now + length)
-            position = ending;
-        if (start < position)
-            position = beginning;
-        break;
-    }
-    d->setViewPosition(d->boundedPosition(position));
-    d->refill();
-    d->fixup(d->mainAxis(), QDeclarativeFlickablePrivate::Immediate);
+    d->showRow(index, PositionMode(mode));
 }
 
 void QDeclarativeItemView::positionViewAtBeginning()
@@ -450,7 +415,7 @@ int QDeclarativeItemView::indexAt(qreal x, qreal y) const
 {
     Q_D(const QDeclarativeItemView);
     for (const auto &item : d->visibleItems) {
-        if (item->index >= 0 && item->contains(QPointF(x, y)))
+        if (item->index >= 0 && d->contains(item.get(), QPointF(x, y)))
             return item->index;
     }
     return -1;
@@ -468,12 +433,13 @@ void QDeclarativeItemView::componentComplete()
     // From right to left, the first row is at the view's right edge, wherever that came to be.
     if (d->runsBackwards())
         d->setViewPosition(0);
-    d->layout();
-    if (!d->visualModel->isValid())
+    if (!d->hasRows())
         return;
-    d->moveReason = QDeclarativeItemViewPrivate::SetIndex;
-    if (count() > 0 || d->currentIndex >= 0)
-        d->updateCurrent(d->currentIndex < 0 && !d->currentIsCleared ? 0 : d->currentIndex);
+    d->refill();
+    if (d->currentIndex < 0 && !d->currentIsCleared)
+        d->currentIndex = 0;
+    d->showCurrent();
+    d->fixupPosition();
 }
 
 bool QDeclarativeItemView::event(QEvent *event)
@@ -482,6 +448,8 @@ bool QDeclarativeItemView::event(QEvent *event)
     if (event->type() != QEvent::LayoutRequest)
         return QDeclarativeFlickable::event(event);
     d->flushLayout();
+    if (std::exchange(d->fillScheduled, false))
+        d->refill();
     return true;
 }
 
@@ -491,6 +459,6 @@ void QDeclarativeItemView::geometryChanged(const QRectF &now, const QRectF &befo
     if (isComponentComplete() && d->runsBackwards() && now.width() != before.width())
         d->moveTo(d->x, d->x.value() + before.width() - now.width());
     QDeclarativeFlickable::geometryChanged(now, before);
-    if (isComponentComplete() && now.size() != before.size())
-        d->relayout();
+    if (d->isLaidOutIn(now.size(), before.size()))
+        d->scheduleLayout();
 }

@@ -24,11 +24,7 @@ public:
 
     virtual qreal position() const = 0;
     virtual qreal size() const = 0;
-    qreal endPosition() const { return position() + size(); }
-    bool contains(const QPointF &point) const
-    {
-        return QRectF(item->pos(), QSizeF(item->width(), item->height())).contains(point);
-    }
+    virtual qreal endPosition() const { return position() + size(); }
 
     QDeclarativeItem *const item;
     QDeclarativeItemViewAttached *attached = nullptr;
@@ -73,19 +69,21 @@ public:
     virtual qreal positionAt(int index) const = 0;
     virtual qreal startPosition() const = 0;
     virtual qreal endPosition() const = 0;
-    /** Makes the items between @p from and @p to; tells whether there are new ones. */
-    virtual bool addVisible(qreal from, qreal to) = 0;
-    /** Makes the items that were left out among the visible ones. */
-    virtual void addSkipped() { }
+    /** Makes the items between @p from and @p to, or the next one at both ends; tells whether there are new.
+     */
+    virtual bool addVisible(qreal from, qreal to, bool isBuffer) = 0;
     /** Gives up the items that lie outside; tells whether there were any. */
     bool removeInvisible(qreal from, qreal to);
     /** Moves the visible items to where they belong. */
     virtual void placeVisible() = 0;
-    /** Takes note of new rows, and makes items for those that show. */
-    virtual void rowsInserted(int index, int count) = 0;
+    using AddedItems = QVector<QPointer<QDeclarativeItemViewAttached>>;
+    /** Takes note of new rows, and makes items for those that show; tells whether any may show. */
+    virtual bool rowsInserted(int index, int count, AddedItems *) = 0;
     virtual void rowsMoved(int from, int to, int count) = 0;
-    /** Called when the last of the visible items went that have a row. */
-    virtual void noRowsLeft(int index, qreal position) = 0;
+    /** Called when the last of the visible items went, with the row @p index. */
+    virtual void noRowsLeft(int index) = 0;
+    /** Called after rows went that took @p above before @p first, which was the first in view, or null. */
+    virtual void rowsRemoved(const Item * /*first*/, qreal /*above*/) { }
     /** Brings the highlight to the current item, at once or at its speed. */
     virtual void placeHighlight() = 0;
     virtual void moveHighlight() = 0;
@@ -95,21 +93,31 @@ public:
     /** The same for a view that would by itself run on to @p natural. */
     virtual qreal flickTarget(qreal natural, qreal) const { return natural; }
     virtual void viewMoved() { }
-    /** Called after rows went, where @p firstBefore was the first row among the visible items. */
-    virtual void rowsRemoved(int /*firstBefore*/) { }
-    /** Where the row stands that comes after the first one along the scrolled direction. */
-    virtual qreal secondPosition() const { return positionAt(1); }
-    virtual qreal emptyContentSize() const { return 1; }
-    /** How long a row is without what stands before it. */
-    virtual qreal rowLength(const Item *row) const { return lengthOf(row->item); }
+    /** Where the first row ends. */
+    virtual qreal firstEnd() const = 0;
+    /** A piece of the scrolled direction. */
+    struct Span
+    {
+        qreal start;
+        qreal end;
+
+        qreal length() const { return end - start; }
+    };
+    /** What the view follows: the highlight, or the current item where there is none. */
+    virtual Span followed() const = 0;
+    virtual void placeCurrent() = 0;
+    /** Estimates anew where the current item is that is not in view. */
+    virtual void placeUnseenCurrent() { }
+    /** Whether content shorter than the view stands at the view's far end. */
+    virtual bool keepsEndInView() const { return false; }
+    virtual bool contains(const Item *, const QPointF &) const;
+    virtual bool isLaidOutIn(const QSizeF &now, const QSizeF &before) const;
     virtual qreal highlightPosition() const { return placeOf(highlightItem); }
     virtual qreal highlightSize() const { return lengthOf(highlightItem); }
     virtual void setHighlightPosition(qreal position) { placeAt(highlightItem, position); }
     /** Tells whether an item lies so far before @p from, or beyond @p to, that the view gives it up. */
-    virtual bool isBefore(const Item *item, qreal from) const { return item->endPosition() <= from; }
+    virtual bool isBefore(const Item *item, qreal from) const { return item->endPosition() - 1 < from; }
     virtual bool isBeyond(const Item *item, qreal to) const { return item->position() > to; }
-    /** Where the view stands when what is between @p start and @p end is in its middle. */
-    virtual qreal centredPosition(qreal start, qreal end) const { return (start + end - viewLength()) / 2; }
     /** The row that a highlight at @p position is about, or -1. */
     virtual int rowUnder(qreal position) const;
     virtual void itemMade(Item *) { }
@@ -130,7 +138,7 @@ public:
         return runsBackwards() ? -position - length : position;
     }
     qreal viewPosition() const { return toContent(mainAxis().wholeValue(), viewLength()); }
-    void setViewPosition(qreal);
+    virtual void setViewPosition(qreal);
     qreal placeOf(const QDeclarativeItem *) const;
     qreal lengthOf(const QDeclarativeItem *) const;
     void placeAt(QDeclarativeItem *, qreal position) const;
@@ -141,6 +149,8 @@ public:
     qreal boundedPosition(qreal position) const;
     bool hasRange() const;
     bool isStrict() const;
+    qreal rangeBegin() const;
+    qreal rangeEnd() const;
 
     qreal travelStart(const Axis &) const override;
     qreal travelEnd(const Axis &) const override;
@@ -160,41 +170,66 @@ public:
     void releaseItem(std::unique_ptr<Item>);
     bool isUsed(const QDeclarativeItem *) const;
     void takeVisible(int slot);
+    void dropBeyond(qreal to);
+    void dropFrom(int slot);
     Item *visibleItem(int index) const;
     Item *firstVisibleItem() const;
     int lastVisibleIndex() const;
     virtual void clear();
-    /** The current item, in the list of the visible ones where it is among them. */
-    Item *currentRow() const;
+    bool hasRows() const;
     void regenerate();
+    void visibleChanged();
+    void jumpTo(int index);
+    void showRow(int index, QDeclarativeItemView::PositionMode);
+    /** Where the view is to be to show an item in the given way, when it was at @p now. */
+    qreal shownPosition(const Item &, QDeclarativeItemView::PositionMode, qreal now) const;
+    qreal beginningWith(const Item &) const;
+    qreal endingWith(const Item &) const;
+    /** Where the view stands when what is between @p start and @p end is in its middle. */
+    virtual qreal centredPosition(qreal start, qreal end) const { return (start + end - viewLength()) / 2; }
+    /** Called when the items are in place. */
+    virtual void finishLayout();
+    virtual void placePart(QDeclarativeItem *part, qreal position) const { placeAt(part, position); }
+    /** The first row of the line that holds the row. */
+    virtual int lineStart(int index) const { return index; }
+    /** Where the row visibleIndex goes while no row has an item. */
+    virtual qreal placeOfFirst() const { return 0; }
+    virtual void setPlaceOfFirst(qreal) { }
+    void showCurrent();
+    bool isMoving() const { return x.moving || y.moving; }
+    void settleAt(qreal position, FixupMode);
+    virtual void updateAverage() = 0;
+    /** Makes the item of a row that is to be the current one. */
+    virtual std::unique_ptr<Item> createCurrent(int index) { return createItem(index); }
+    virtual void currentMade() { }
+    /** Where the current item stands by itself, without what heads it. */
+    virtual qreal currentPosition() const { return currentItem->position(); }
+    /** Puts the highlight where the current row begins; across the scrolled direction it stays. */
+    void jumpHighlight();
+    /** Called when the view was put somewhere while the highlight follows the current item. */
+    virtual void highlightPositioned() { jumpHighlight(); }
     void refill();
     void fillView();
     void releaseDeferred();
     void layout();
-    void relayout();
     void layoutWhenIdle();
     void scheduleLayout();
+    void scheduleFill();
     void flushLayout();
-    void placeCurrent();
     void updateContentSize();
     void updateCurrent(int index);
     void updateHighlight();
     void createHighlight();
-    bool trackHighlight();
-    /** To be called with each step of the highlight's movement. */
-    void highlightMoved();
+    void trackHighlight();
+    void fixupPosition();
+    qreal trackedPosition() const;
+    qreal nearestPosition(const Span &, const Span &) const;
+    qreal rangePosition(const Span &) const;
     void moveValue(QDeclarativeHighlightValue *, qreal from, qreal to, int duration, qreal speed);
     void followView();
     void setCurrent(std::unique_ptr<Item>);
     void removeDelayed();
 
-    /** What a change of the model has to make known once the items are in place. */
-    struct Changes
-    {
-        QVector<QPair<int, int>> inserted; ///< rows from, and up to but not with
-        int lostCurrent = -1; ///< where the current row was that is gone
-        bool currentMoved = false;
-    };
     /** The visible items while rows move: by the new numbers of the rows, or by slots where these are gone.
      */
     struct MovedItems
@@ -202,23 +237,25 @@ public:
         std::map<int, std::unique_ptr<Item>> rows;
         std::vector<std::pair<int, std::unique_ptr<Item>>> detached;
     };
-    int renumberForInsert(int index, int count);
-    void dropBehind(int slot, int made, int count);
     static int indexAfterMove(int index, int from, int to, int count);
     MovedItems takeForMove(int from, int to, int count);
     Item *appendMoved(MovedItems *, int index);
     void finishMove(MovedItems);
     void applyChanges(const QQmlChangeSet &, bool reset);
     void applyKeptChanges();
-    void changeRows(const QQmlChangeSet &, Changes *);
+    void changeRows(const QQmlChangeSet &, int *rows);
     void resetRows();
-    void insertRows(int index, int count, Changes *);
-    void removeRows(int index, int count, Changes *);
-    void moveRows(int from, int to, int count, Changes *);
+    void insertRows(int index, int count, int *rows);
+    void removeRows(int index, int count, int *rows);
+    void moveRows(int from, int to, int count);
+    void currentRowRemoved(int index, int count, int rows);
     void detachRow(Item *);
-    void finishChanges(const Changes &);
+    void releaseParted();
+    void noteFirstRow();
     void recreate(QPointer<QDeclarativeItem> *part, QQmlComponent *);
     void placeParts();
+    void placeHeader();
+    void placeFooter();
 
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
     void itemDestroyed(QDeclarativeItem *) override;
@@ -255,11 +292,10 @@ public:
     bool isNewItem = false;
     bool hasTooManyRows = false; ///< some were left out, which has been told
     bool layingOut = false; ///< the visible items must stay as they are
-    bool hasJumped = false; ///< all items were given up, for others where these were expected
+    bool inMovement = false; ///< the view looks after the rows that come into view
     bool movesInLayout = false; ///< the view went elsewhere while items were placed
     bool layoutScheduled = false;
+    bool fillScheduled = false;
     bool lazyRelease = false;
     bool deferredRelease = false;
-    bool highlightJumps = false; ///< the highlight goes to its row without a movement
-    bool followsHighlight = false; ///< the view has moved with the highlight that is on its way
 };

@@ -69,38 +69,53 @@ void QDeclarativeItemViewPrivate::applyChanges(const QQmlChangeSet &changes, boo
         resetRows();
         return;
     }
-    Changes done;
     moveReason = Other;
-    {
-        const QScopedValueRollback<bool> guard(layingOut, true);
-        const RowMove move = moveOf(changes);
-        if (move.count > 0)
-            moveRows(move.from, move.to, move.count, &done);
-        else
-            changeRows(changes, &done);
+    int rows = visualModel->count() - changes.difference();
+    const RowMove move = moveOf(changes);
+    if (move.count > 0) {
+        moveRows(move.from, move.to, move.count);
+    } else {
+        changeRows(changes, &rows);
     }
-    finishChanges(done);
     if (changes.difference() != 0)
         announce(&QDeclarativeItemView::countChanged);
 }
 
-void QDeclarativeItemViewPrivate::changeRows(const QQmlChangeSet &changes, Changes *done)
+void QDeclarativeItemViewPrivate::changeRows(const QQmlChangeSet &changes, int *rows)
 {
     for (const auto &change : changes.removes())
-        removeRows(change.index, change.count, done);
+        removeRows(change.index, change.count, rows);
     for (const auto &change : changes.inserts())
-        insertRows(change.index, change.count, done);
+        insertRows(change.index, change.count, rows);
+    // Rows that changed may be in other sections.
+    if (!changes.changes().isEmpty())
+        scheduleLayout();
 }
 
-void QDeclarativeItemViewPrivate::insertRows(int index, int count, Changes *done)
+/** Of @p rows rows so far. */
+void QDeclarativeItemViewPrivate::insertRows(int index, int count, int *rows)
 {
-    if (currentItem && index <= currentIndex) {
-        currentIndex += count;
-        currentItem->index = currentIndex;
-        done->currentMoved = true;
+    Q_Q(QDeclarativeItemView);
+    AddedItems added;
+    {
+        const QScopedValueRollback<bool> guard(layingOut, true);
+        rowsInserted(index, count, &added);
     }
-    rowsInserted(index, count);
-    done->inserted.append({index, index + count});
+    scheduleLayout();
+    if (*rows > 0 && currentIndex >= index) {
+        currentIndex += count;
+        if (currentItem)
+            currentItem->index = currentIndex;
+        placeCurrent();
+        Q_EMIT q->currentIndexChanged();
+    } else if (*rows == 0 && (currentIndex == 0 || (currentIndex < 0 && !currentIsCleared))) {
+        updateCurrent(0);
+    }
+    *rows += count;
+    for (const auto &attached : qAsConst(added)) {
+        if (attached)
+            Q_EMIT attached->add();
+    }
 }
 
 /** Keeps the item of a row that is gone for as long as its delegate wants to stay. */
@@ -119,11 +134,22 @@ void QDeclarativeItemViewPrivate::takeVisible(int slot)
     releaseItem(std::move(item));
 }
 
-void QDeclarativeItemViewPrivate::removeRows(int index, int count, Changes *done)
+void QDeclarativeItemViewPrivate::noteFirstRow()
 {
-    const qreal position = visibleItems.empty() ? 0 : visibleItems.front()->position();
-    const bool hadRows = lastVisibleIndex() >= 0;
-    QVector<QPointer<QDeclarativeItemViewAttached>> leaving;
+    for (const auto &item : visibleItems) {
+        if (item->index < 0)
+            continue;
+        visibleIndex = item->index;
+        return;
+    }
+}
+
+void QDeclarativeItemViewPrivate::removeRows(int index, int count, int *rows)
+{
+    *rows -= count;
+    const Item *first = firstVisibleItem();
+    const qreal firstPlace = first ? first->position() : 0;
+    AddedItems leaving;
     for (const auto &item : visibleItems) {
         if (item->index >= index && item->index < index + count)
             leaving.append(item->attached);
@@ -132,52 +158,63 @@ void QDeclarativeItemViewPrivate::removeRows(int index, int count, Changes *done
         if (attached)
             Q_EMIT attached->remove();
     }
-    for (int slot = int(visibleItems.size()) - 1; slot >= 0; --slot) {
+    qreal above = 0;
+    for (int slot = 0; slot < int(visibleItems.size());) {
         Item *item = visibleItems[slot].get();
         if (item->index >= index + count)
             item->index -= count;
-        else if (item->index >= index && item->attached->delayRemove())
+        if (item->index < index || item->index >= index + count || !leaving.contains(item->attached)) {
+            ++slot;
+        } else if (item->attached->delayRemove()) {
             detachRow(item);
-        else if (item->index >= index)
-            takeVisible(slot);
+            ++slot;
+        } else {
+            if (item == first)
+                first = nullptr;
+            if (first && item->position() < firstPlace)
+                above += item->size();
+            partedItems.push_back(std::move(visibleItems[slot]));
+            visibleItems.erase(visibleItems.begin() + slot);
+        }
     }
-    const int firstBefore = visibleIndex;
-    if (lastVisibleIndex() < 0 && hadRows)
-        noRowsLeft(index, position);
-    else if (index < visibleIndex)
-        visibleIndex -= qMin(count, visibleIndex - index);
-    rowsRemoved(firstBefore);
-    if (currentIndex >= index + count && currentItem) {
+    rowsRemoved(first, above);
+    currentRowRemoved(index, count, *rows);
+    noteFirstRow();
+    if (!leaving.isEmpty() && visibleItems.empty())
+        noRowsLeft(index);
+    releaseParted();
+    if (!leaving.isEmpty())
+        scheduleLayout();
+}
+
+void QDeclarativeItemViewPrivate::currentRowRemoved(int index, int count, int rows)
+{
+    Q_Q(QDeclarativeItemView);
+    if (currentIndex >= index + count) {
         currentIndex -= count;
-        currentItem->index = currentIndex;
-        done->currentMoved = true;
-    } else if (currentIndex >= index && currentItem) {
-        currentItem->attached->setIsCurrentItem(false);
+        if (currentItem)
+            currentItem->index = currentIndex;
+        Q_EMIT q->currentIndexChanged();
+    } else if (currentIndex >= index) {
+        if (currentItem)
+            currentItem->attached->setIsCurrentItem(false);
         releaseItem(std::move(currentItem));
-        done->lostCurrent = index;
+        currentIndex = -1;
+        if (rows > 0)
+            updateCurrent(qMin(index, rows - 1));
+        else
+            Q_EMIT q->currentIndexChanged();
     }
 }
 
-/** Makes place for new rows in the numbers of the visible ones, and returns the slot that is theirs. */
-int QDeclarativeItemViewPrivate::renumberForInsert(int index, int count)
+/** Parts with the items that left the view with a change. */
+void QDeclarativeItemViewPrivate::releaseParted()
 {
-    int slot = 0;
-    while (slot < int(visibleItems.size()) && visibleItems[slot]->index < index)
-        ++slot;
-    for (const auto &item : visibleItems) {
-        if (item->index >= index)
-            item->index += count;
+    while (!partedItems.empty()) {
+        auto item = std::move(partedItems.back());
+        partedItems.pop_back();
+        releaseItem(std::move(item));
     }
-    return slot;
-}
-
-/** Gives up what comes after new rows at @p slot of which only @p made, not all @p count, have room. */
-void QDeclarativeItemViewPrivate::dropBehind(int slot, int made, int count)
-{
-    while (int(visibleItems.size()) > slot + made && visibleItems.size() > 1)
-        takeVisible(int(visibleItems.size()) - 1);
-    if (made == 0 && slot == 0)
-        visibleIndex += count;
 }
 
 int QDeclarativeItemViewPrivate::indexAfterMove(int index, int from, int to, int count)
@@ -232,61 +269,32 @@ void QDeclarativeItemViewPrivate::finishMove(MovedItems items)
         partedItems.push_back(std::move(left.second));
 }
 
-void QDeclarativeItemViewPrivate::moveRows(int from, int to, int count, Changes *done)
+void QDeclarativeItemViewPrivate::moveRows(int from, int to, int count)
 {
-    rowsMoved(from, to, count);
-    if (!currentItem)
-        return;
-    const int current = indexAfterMove(currentIndex, from, to, count);
-    done->currentMoved = current != currentIndex;
-    currentIndex = current;
-    currentItem->index = current;
-}
-
-void QDeclarativeItemViewPrivate::finishChanges(const Changes &done)
-{
-    const int rows = visualModel->count();
-    if (done.lostCurrent >= 0) {
-        currentIndex = -1;
-        updateCurrent(qMin(done.lostCurrent, rows - 1));
-    } else if (done.currentMoved) {
-        Q_EMIT q_func()->currentIndexChanged();
-    } else if (!currentItem && currentIndex < 0 && !currentIsCleared && rows > 0) {
-        updateCurrent(0);
+    Q_Q(QDeclarativeItemView);
+    {
+        const QScopedValueRollback<bool> guard(layingOut, true);
+        rowsMoved(from, to, count);
     }
-    while (!partedItems.empty()) {
-        auto item = std::move(partedItems.back());
-        partedItems.pop_back();
-        releaseItem(std::move(item));
+    if (currentItem) {
+        const int current = indexAfterMove(currentIndex, from, to, count);
+        const bool changes = current != currentIndex;
+        currentIndex = current;
+        currentItem->index = current;
+        if (changes)
+            Q_EMIT q->currentIndexChanged();
     }
+    placeCurrent();
+    releaseParted();
     layout();
-    if (!isPressed && !mainAxis().moving)
-        QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
-    // The rows that were placed may have told that the view stood beyond them.
-    refill();
-    QVector<QPointer<QDeclarativeItemViewAttached>> added;
-    for (const auto &item : visibleItems) {
-        for (const auto &rows : done.inserted) {
-            if (item->index >= rows.first && item->index < rows.second)
-                added.append(item->attached);
-        }
-    }
-    for (const auto &attached : qAsConst(added)) {
-        if (attached)
-            Q_EMIT attached->add();
-    }
 }
 
 void QDeclarativeItemViewPrivate::resetRows()
 {
-    const int current = currentIndex;
     clear();
     setViewPosition(0);
-    layout();
-    moveReason = SetIndex;
-    const int rows = visualModel->count();
-    if (visualModel->isValid() && rows > 0 && (current >= 0 || !currentIsCleared))
-        updateCurrent(qBound(0, current, rows - 1));
+    refill();
+    showCurrent();
     announce(&QDeclarativeItemView::countChanged);
 }
 
@@ -314,5 +322,7 @@ void QDeclarativeItemViewPrivate::removeDelayed()
         if (item->index < 0 && !item->attached->delayRemove())
             takeVisible(slot);
     }
+    if (visibleItems.empty())
+        updateContentSize();
     layout();
 }

@@ -3,7 +3,6 @@
 #include "qdeclarativeitemview_p_p.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QEasingCurve>
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/QQmlComponent>
@@ -13,6 +12,7 @@
 
 // More than any screen shows, and as many as are made well within a second.
 static const int mostRows = 10000;
+static const int mostPasses = 10; // in which the view finds its place
 
 QDeclarativeItemViewPrivate::QDeclarativeItemViewPrivate()
     : work([this] { dropRows(); })
@@ -24,11 +24,6 @@ QDeclarativeItemViewPrivate::~QDeclarativeItemViewPrivate() = default;
 bool QDeclarativeItemViewPrivate::isRightToLeft() const
 {
     return (layoutDirection == Qt::RightToLeft) != isMirrored();
-}
-
-void QDeclarativeItemViewPrivate::setViewPosition(qreal position)
-{
-    moveTo(mainAxis(), toContent(position, viewLength()));
 }
 
 qreal QDeclarativeItemViewPrivate::lengthOf(const QDeclarativeItem *item) const
@@ -44,90 +39,10 @@ qreal QDeclarativeItemViewPrivate::placeOf(const QDeclarativeItem *item) const
 void QDeclarativeItemViewPrivate::placeAt(QDeclarativeItem *item, qreal position) const
 {
     const qreal place = toContent(position, lengthOf(item));
-    item->setPos(scrolled() == Qt::Horizontal ? QPointF(place, 0) : QPointF(0, place));
-}
-
-bool QDeclarativeItemViewPrivate::hasRange() const
-{
-    return rangeMode != QDeclarativeItemView::NoHighlightRange && highlightBegin <= highlightEnd;
-}
-
-bool QDeclarativeItemViewPrivate::isStrict() const
-{
-    return hasRange() && rangeMode == QDeclarativeItemView::StrictlyEnforceRange;
-}
-
-qreal QDeclarativeItemViewPrivate::leastPosition() const
-{
-    const qreal least = startPosition() - headerSize();
-    if (!isStrict() || visualModel->count() == 0)
-        return least;
-    return qMin(least - highlightBegin, secondPosition() - highlightEnd);
-}
-
-qreal QDeclarativeItemViewPrivate::greatestPosition() const
-{
-    if (!isStrict() || visualModel->count() == 0)
-        return qMax(leastPosition(), endPosition() + footerSize() - viewLength());
-    const qreal lastAtBegin = positionAt(visualModel->count() - 1) - highlightBegin;
-    const qreal lastAtEnd = highlightEnd != highlightBegin ? endPosition() - highlightEnd : lastAtBegin;
-    return qMax(leastPosition(), qMax(lastAtBegin, lastAtEnd));
-}
-
-qreal QDeclarativeItemViewPrivate::boundedPosition(qreal position) const
-{
-    return qMax(leastPosition(), qMin(position, greatestPosition()));
-}
-
-qreal QDeclarativeItemViewPrivate::travelStart(const Axis &axis) const
-{
-    if (axis.orientation != scrolled())
-        return QDeclarativeFlickablePrivate::travelStart(axis);
-    return toContent(runsBackwards() ? greatestPosition() : leastPosition(), viewLength());
-}
-
-qreal QDeclarativeItemViewPrivate::travelEnd(const Axis &axis) const
-{
-    if (axis.orientation != scrolled())
-        return QDeclarativeFlickablePrivate::travelEnd(axis);
-    return toContent(runsBackwards() ? leastPosition() : greatestPosition(), viewLength());
-}
-
-void QDeclarativeItemViewPrivate::fixup(Axis &axis, FixupMode mode)
-{
-    if (mode == Immediate || axis.orientation != scrolled() || visibleItems.empty()) {
-        QDeclarativeFlickablePrivate::fixup(axis, mode);
-        return;
-    }
-    const qreal now = viewPosition();
-    qreal target = now;
-    if (snaps()) {
-        target = snapPosition(now);
-    } else if (isStrict() && currentItem) {
-        target = qMin(target, currentItem->position() - highlightBegin);
-        target = qMax(target,
-                      currentItem->endPosition() - qMax(highlightEnd, highlightBegin + currentItem->size()));
-    }
-    settle(axis, toContent(boundedPosition(target), viewLength()), mode);
-}
-
-bool QDeclarativeItemViewPrivate::flick(Axis &axis, qreal velocity)
-{
-    if (!snaps() || axis.orientation != scrolled() || deceleration <= 0)
-        return QDeclarativeFlickablePrivate::flick(axis, velocity);
-    const qreal limited = qBound(-maximumVelocity, velocity, maximumVelocity);
-    const qreal along = runsBackwards() ? -limited : limited;
-    const qreal natural = along * qAbs(along) / (2 * deceleration);
-    const qreal target = boundedPosition(flickTarget(viewPosition() + natural, along));
-    const qreal way = toContent(target, viewLength()) - axis.value();
-    if (way == 0 || (way > 0) != (limited > 0))
-        return false;
-    return runOutTo(axis, limited, way);
-}
-
-void QDeclarativeItemViewPrivate::dragStarting()
-{
-    moveReason = Mouse;
+    if (scrolled() == Qt::Horizontal)
+        item->setX(place);
+    else
+        item->setY(place);
 }
 
 void QDeclarativeItemViewPrivate::mirrorChange()
@@ -137,48 +52,6 @@ void QDeclarativeItemViewPrivate::mirrorChange()
         return;
     const QDeclarativeWork::Scope scope(&work);
     regenerate();
-}
-
-void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
-{
-    if (!componentIsComplete || axis.orientation != scrolled())
-        return;
-    if (layingOut) {
-        movesInLayout = true;
-        return;
-    }
-    const QDeclarativeWork::Scope scope(&work);
-    lazyRelease = true;
-    refill();
-    if (axis.flicking)
-        moveReason = Mouse;
-    followView();
-    viewMoved();
-}
-
-/** Where the highlight may not leave its range, the view's movement changes the current item. */
-void QDeclarativeItemViewPrivate::followView()
-{
-    if (moveReason == SetIndex || !isStrict() || !highlightItem || !currentItem)
-        return;
-    qreal place = highlightPosition();
-    place = qMin(place, viewPosition() + highlightEnd - highlightSize());
-    place = qMax(place, viewPosition() + highlightBegin);
-    highlightTimeLine.clear();
-    setHighlightPosition(place);
-    const int row = rowUnder(place);
-    if (row >= 0 && row != currentIndex)
-        updateCurrent(row);
-}
-
-int QDeclarativeItemViewPrivate::rowUnder(qreal position) const
-{
-    for (const auto &item : visibleItems) {
-        const qreal half = item->size() / 2;
-        if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
-            return item->index;
-    }
-    return -1;
 }
 
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(int index)
@@ -293,10 +166,9 @@ QDeclarativeViewItem *QDeclarativeItemViewPrivate::firstVisibleItem() const
     return visibleItems.empty() ? nullptr : visibleItems.front().get();
 }
 
-QDeclarativeViewItem *QDeclarativeItemViewPrivate::currentRow() const
+bool QDeclarativeItemViewPrivate::hasRows() const
 {
-    Item *visible = visibleItem(currentIndex);
-    return visible ? visible : currentItem.get();
+    return visualModel->isValid() && visualModel->count() > 0;
 }
 
 int QDeclarativeItemViewPrivate::lastVisibleIndex() const
@@ -325,19 +197,16 @@ void QDeclarativeItemViewPrivate::clear()
     averageSize = 0;
 }
 
-/** Makes everything anew, for another delegate or direction. */
+/** Makes everything anew, for another direction. */
 void QDeclarativeItemViewPrivate::regenerate()
 {
+    recreate(&headerItem, headerComponent);
+    recreate(&footerItem, footerComponent);
     clear();
     setViewPosition(0);
-    layout();
-    placeParts();
-    if (visualModel->isValid() && currentIndex >= 0) {
-        moveReason = Other;
-        updateCurrent(currentIndex);
-    }
-    QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
-    updateBounds();
+    refill();
+    moveReason = Other;
+    updateCurrent(currentIndex);
 }
 
 void QDeclarativeItemViewPrivate::scheduleLayout()
@@ -347,6 +216,13 @@ void QDeclarativeItemViewPrivate::scheduleLayout()
         return;
     layoutScheduled = true;
     QCoreApplication::postEvent(q, new QEvent(QEvent::LayoutRequest));
+}
+
+/** Has the next row beyond what is seen made in a while, and nothing moved. */
+void QDeclarativeItemViewPrivate::scheduleFill()
+{
+    if (!std::exchange(fillScheduled, true))
+        QCoreApplication::postEvent(q_func(), new QEvent(QEvent::LayoutRequest), Qt::LowEventPriority);
 }
 
 void QDeclarativeItemViewPrivate::flushLayout()
@@ -362,26 +238,6 @@ void QDeclarativeItemViewPrivate::layoutWhenIdle()
         layout();
 }
 
-/** Lays out for another size. */
-void QDeclarativeItemViewPrivate::relayout()
-{
-    if (work.postpone([this] { relayout(); }))
-        return;
-    layout();
-    QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
-}
-
-void QDeclarativeItemViewPrivate::placeCurrent()
-{
-    if (!currentItem || currentIndex < 0)
-        return;
-    for (const auto &item : visibleItems) {
-        if (item->item == currentItem->item)
-            return;
-    }
-    setItemPosition(currentItem.get(), positionAt(currentIndex));
-}
-
 void QDeclarativeItemViewPrivate::layout()
 {
     if (!componentIsComplete || layingOut) {
@@ -390,61 +246,96 @@ void QDeclarativeItemViewPrivate::layout()
     }
     const QDeclarativeWork::Scope scope(&work);
     layoutScheduled = false;
-    if (visibleItems.empty() && visualModel->count() == 0) {
-        if (visualModel->isValid()) {
-            visibleIndex = 0;
-            setViewPosition(0);
-            updateContentSize();
-        }
-        viewMoved();
+    if (!hasRows() && visibleItems.empty()) {
+        clear();
+        setViewPosition(0);
         return;
     }
     {
         const QScopedValueRollback<bool> guard(layingOut, true);
         placeVisible();
-        placeCurrent();
+        placeUnseenCurrent();
     }
     lazyRelease = false;
     refill();
     updateHighlight();
-    updateContentSize();
+    finishLayout();
     viewMoved();
+}
+
+void QDeclarativeItemViewPrivate::finishLayout()
+{
+    if (!isMoving() && !isPressed) {
+        fixupPosition();
+        refill();
+    }
+    placeParts();
+    updateContentSize();
+}
+
+/** Tells whether the item is at @p point of the content. */
+bool QDeclarativeItemViewPrivate::contains(const Item *item, const QPointF &point) const
+{
+    return QRectF(item->item->pos(), QSizeF(item->item->width(), item->item->height())).contains(point);
+}
+
+/** Tells whether the change of the view's size concerns its rows. */
+bool QDeclarativeItemViewPrivate::isLaidOutIn(const QSizeF &now, const QSizeF &before) const
+{
+    return scrolled() == Qt::Horizontal ? now.width() != before.width() : now.height() != before.height();
 }
 
 void QDeclarativeItemViewPrivate::refill()
 {
-    if (!visualModel->isValid() || layingOut)
+    if (!hasRows() || !componentIsComplete || layingOut)
         return;
     const QDeclarativeWork::Scope scope(&work);
-    hasJumped = false;
-    movesInLayout = false;
-    fillView();
-    // Where the view went, rows that are shorter than was expected bring it back to where some are missing.
-    if (hasJumped && movesInLayout)
+    // Where the view went, rows of another length than was expected may bring it back.
+    for (int pass = 0; pass < mostPasses; ++pass) {
+        movesInLayout = false;
+        const qreal before = viewPosition();
         fillView();
+        if (!movesInLayout) {
+            // Back within the bounds after a jump to the current row, rows may be missing before that.
+            if (moveReason == SetIndex && viewPosition() != before)
+                scheduleFill();
+            return;
+        }
+        lazyRelease = true;
+    }
 }
 
 void QDeclarativeItemViewPrivate::fillView()
 {
     const QScopedValueRollback<bool> guard(layingOut, true);
-    const qreal from = viewPosition() - cacheLength();
-    const qreal to = viewPosition() + viewLength() + cacheLength();
-    bool changed = addVisible(from, to);
+    const qreal from = viewPosition();
+    const qreal to = viewPosition() + viewLength() - 1;
+    bool changed = addVisible(from, to, false);
     // While the view moves, items are not destroyed in the frame in which others are made.
     if (!lazyRelease || !changed || deferredRelease) {
-        changed = removeInvisible(from, to) || changed;
+        changed = removeInvisible(from - cacheLength(), to + cacheLength()) || changed;
         deferredRelease = false;
     } else {
         deferredRelease = true;
     }
     lazyRelease = false;
-    if (changed) {
-        placeVisible();
-        placeCurrent();
+    // What is not seen yet is made one by one while nothing else is.
+    if (!changed && cacheBuffer > 0 && addVisible(from - cacheLength(), to + cacheLength(), true)) {
+        changed = true;
+        scheduleFill();
     }
-    placeParts();
     if (changed)
-        updateContentSize();
+        visibleChanged();
+}
+
+/** Puts right what depends on which items there are. */
+void QDeclarativeItemViewPrivate::visibleChanged()
+{
+    updateAverage();
+    placeUnseenCurrent();
+    viewMoved();
+    placeParts();
+    updateContentSize();
 }
 
 /** Gives up what the last frame of a movement left over. */
@@ -456,128 +347,7 @@ void QDeclarativeItemViewPrivate::releaseDeferred()
 
 void QDeclarativeItemViewPrivate::updateContentSize()
 {
-    if (!visualModel->isValid() && visibleItems.empty())
-        return;
-    const bool isEmpty = visibleItems.empty() || visualModel->count() == 0;
-    setContentSize(mainAxis(), isEmpty ? emptyContentSize() : endPosition() - startPosition());
-}
-
-void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)
-{
-    std::swap(item, currentItem);
-    if (item && (!currentItem || item->item != currentItem->item))
-        item->attached->setIsCurrentItem(false);
-    if (currentItem) {
-        if (visibleItems.empty())
-            averageSize = QDeclarativeRounding::bounded(currentItem->size());
-        if (currentIndex > visibleIndex && currentIndex < lastVisibleIndex() && !visibleItem(currentIndex))
-            addSkipped();
-        placeCurrent();
-        currentItem->item->setFocus(true);
-        currentItem->attached->setIsCurrentItem(true);
-    }
-    updateHighlight();
-    Q_EMIT q_func()->currentIndexChanged();
-    releaseItem(std::move(item));
-}
-
-void QDeclarativeItemViewPrivate::updateCurrent(int index)
-{
-    if (currentItem && index == currentIndex) {
-        updateHighlight();
-        return;
-    }
-    const QDeclarativeWork::Scope scope(&work);
-    if (!keptChanges.isEmpty()) {
-        work.postpone([=] { updateCurrent(index); });
-        return;
-    }
-    auto item = index >= 0 ? createItem(index) : nullptr;
-    currentIndex = index;
-    setCurrent(std::move(item));
-}
-
-void QDeclarativeItemViewPrivate::createHighlight()
-{
-    const bool had = highlightItem;
-    highlightTimeLine.clear();
-    discard(highlightItem);
-    highlightItem = nullptr;
-    if (currentItem)
-        highlightItem =
-            highlightComponent ? createPart(highlightComponent, content) : new QDeclarativeItem(content);
-    if (highlightItem) {
-        highlightItem->setParentItem(content);
-        placeHighlight();
-    }
-    if (had || highlightItem)
-        Q_EMIT q_func()->highlightItemChanged();
-}
-
-void QDeclarativeItemViewPrivate::updateHighlight()
-{
-    Q_Q(QDeclarativeItemView);
-    if (bool(currentItem) != bool(highlightItem))
-        createHighlight();
-    if (currentItem && highlightItem && highlightFollows && !q->isMoving())
-        moveHighlight();
-    trackHighlight();
-}
-
-void QDeclarativeItemViewPrivate::moveValue(QDeclarativeHighlightValue *value, qreal from, qreal to,
-                                            int duration, qreal speed)
-{
-    highlightTimeLine.reset(*value);
-    if (from == to)
-        return;
-    value->QQuickTimeLineValue::setValue(from);
-    const int bySpeed = speed > 0 ? QDeclarativeRounding::bounded(qAbs(to - from) * 1000 / speed) : -1;
-    int time = duration >= 0 ? duration : bySpeed;
-    if (duration >= 0 && bySpeed >= 0)
-        time = qMin(duration, bySpeed);
-    highlightJumps = time <= 0;
-    if (highlightJumps)
-        value->setValue(to);
-    else
-        highlightTimeLine.move(*value, to, QEasingCurve(QEasingCurve::InOutQuad), time);
-}
-
-/** Moves the view after the highlight when the current row was set; tells whether it moved. */
-bool QDeclarativeItemViewPrivate::trackHighlight()
-{
-    if (moveReason != SetIndex || !currentItem || visibleItems.empty())
-        return false;
-    const bool isHighlight = highlightItem && highlightFollows;
-    const Item *row = currentRow();
-    const qreal gap = row->size() - rowLength(row); // a heading before the item itself
-    const qreal start = qCeil(isHighlight ? highlightPosition() : row->position() + gap);
-    const qreal end = start + (isHighlight ? highlightSize() : rowLength(row));
-    const qreal now = viewPosition();
-    const qreal length = viewLength();
-    qreal position = now;
-    if (hasRange()) {
-        position = qMax(position, end - highlightEnd);
-        position = qMin(position, start - highlightBegin);
-        if (!isStrict())
-            position = boundedPosition(position);
-    } else if (start - gap < now && row->position() < now) {
-        position = qMax(start - gap, row->position());
-    } else if (end >= now + length && row->endPosition() >= now + length) {
-        position = qMin(end, row->endPosition()) - length;
-        if (end - start > length)
-            position = start;
-    }
-    if (position == now)
-        return false;
-    setViewPosition(position);
-    return true;
-}
-
-// On the last step of a movement, which may be the only one, the time line is no longer active.
-void QDeclarativeItemViewPrivate::highlightMoved()
-{
-    if (trackHighlight())
-        followsHighlight = !highlightJumps;
+    setContentSize(mainAxis(), endPosition() - startPosition());
 }
 
 /** Replaces the header or the footer. */
@@ -598,24 +368,54 @@ void QDeclarativeItemViewPrivate::recreate(QPointer<QDeclarativeItem> *part, QQm
 void QDeclarativeItemViewPrivate::placeParts()
 {
     if (headerItem)
-        placeAt(headerItem, startPosition() - headerSize());
+        placeHeader();
     if (footerItem)
-        placeAt(footerItem, endPosition());
+        placeFooter();
+}
+
+/** While the first row has no item, where it stands is a guess that only brings the header closer. */
+void QDeclarativeItemViewPrivate::placeHeader()
+{
+    if (visibleItems.empty()) {
+        setPlaceOfFirst(headerSize());
+        placePart(headerItem, 0);
+        return;
+    }
+    const qreal start = startPosition();
+    const qreal place = start - headerSize();
+    if (visibleIndex == 0 || viewPosition() <= start || placeOf(headerItem) > place)
+        placePart(headerItem, place);
+}
+
+void QDeclarativeItemViewPrivate::placeFooter()
+{
+    if (visibleItems.empty()) {
+        placePart(footerItem, placeOfFirst());
+        return;
+    }
+    const qreal end = endPosition();
+    if (lastVisibleIndex() == visualModel->count() - 1 || end <= viewPosition() + itemHeight
+        || placeOf(footerItem) < end)
+        placePart(footerItem, end);
 }
 
 void QDeclarativeItemViewPrivate::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
                                                       const QRectF &before)
 {
-    if (now.size() == before.size() || !componentIsComplete)
+    if (!componentIsComplete)
         return;
-    if (item == headerItem || item == footerItem) {
-        placeParts();
-        if (!isPressed && !mainAxis().moving && !layingOut)
-            QDeclarativeFlickablePrivate::fixup(mainAxis(), Immediate);
-        updateBounds();
+    if (item == highlightItem) {
+        trackHighlight();
         return;
     }
-    scheduleLayout();
+    const bool isResized =
+        scrolled() == Qt::Horizontal ? now.width() != before.width() : now.height() != before.height();
+    if (isResized)
+        scheduleLayout();
+    if (isResized && (item == headerItem || item == footerItem))
+        placeParts();
+    if (currentItem && currentItem->item == item && now.size() != before.size())
+        updateHighlight();
 }
 
 bool QDeclarativeItemViewPrivate::removeInvisible(qreal from, qreal to)
@@ -628,8 +428,21 @@ bool QDeclarativeItemViewPrivate::removeInvisible(qreal from, qreal to)
         takeVisible(0);
         visibleIndex = qMax(visibleIndex, visibleItems.front()->index);
     }
+    dropBeyond(to);
+    return visibleItems.size() != before;
+}
+
+/** Gives up the items after @p to, but for the only one and those that delay their removal. */
+void QDeclarativeItemViewPrivate::dropBeyond(qreal to)
+{
     while (visibleItems.size() > 1 && isBeyond(visibleItems.back().get(), to)
            && !visibleItems.back()->attached->delayRemove())
         takeVisible(int(visibleItems.size()) - 1);
-    return visibleItems.size() != before;
+}
+
+/** Gives up the items from @p slot on. */
+void QDeclarativeItemViewPrivate::dropFrom(int slot)
+{
+    while (int(visibleItems.size()) > slot)
+        takeVisible(int(visibleItems.size()) - 1);
 }

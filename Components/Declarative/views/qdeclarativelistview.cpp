@@ -72,7 +72,6 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
         const QDeclarativeWork::Scope scope(&work);
         if (highlightItem)
             placeAt(highlightItem, place);
-        highlightMoved();
     })
     , highlightLength([this](qreal length) {
         if (!highlightItem)
@@ -85,7 +84,6 @@ QDeclarativeListViewPrivate::QDeclarativeListViewPrivate()
             highlightItem->setHeight(length);
         if (runsBackwards())
             placeAt(highlightItem, place);
-        highlightMoved();
     })
 {
     direction = QDeclarativeFlickable::VerticalFlick;

@@ -16,6 +16,7 @@ public:
 
     qreal position() const override { return view->placeOf(heading ? heading.data() : item); }
     qreal size() const override { return view->lengthOf(item) + headingSize(); }
+    qreal endPosition() const override { return view->placeOf(item) + qMax<qreal>(1, view->lengthOf(item)); }
     qreal headingSize() const { return heading ? view->lengthOf(heading) : 0; }
 
     const QDeclarativeItemViewPrivate *const view;
@@ -37,14 +38,15 @@ public:
     qreal positionAt(int index) const override;
     qreal startPosition() const override;
     qreal endPosition() const override;
-    bool addVisible(qreal from, qreal to) override;
+    bool addVisible(qreal from, qreal to, bool isBuffer) override;
     void placeVisible() override;
-    void rowsInserted(int index, int count) override;
-    void rowsRemoved(int firstBefore) override;
+    bool rowsInserted(int index, int count, AddedItems *) override;
     void rowsMoved(int from, int to, int count) override;
-    void noRowsLeft(int index, qreal position) override;
+    void noRowsLeft(int index) override;
+    void rowsRemoved(const Item *first, qreal above) override;
     void placeHighlight() override;
     void moveHighlight() override;
+    void highlightPositioned() override { placeHighlight(); }
     bool snaps() const override { return snapMode != QDeclarativeListView::NoSnap; }
     qreal snapPosition(qreal position) const override;
     qreal flickTarget(qreal natural, qreal velocity) const override;
@@ -52,20 +54,33 @@ public:
     void itemMade(Item *) override;
     void rowMade(Item *item) override { updateHeading(item); }
     qreal rowStep() const override { return step(); }
+    std::unique_ptr<Item> createCurrent(int index) override;
+    void currentMade() override;
+    qreal currentPosition() const override { return placeOf(currentItem->item); }
+    qreal firstEnd() const override;
+    Span followed() const override;
+    void placeCurrent() override;
+    void placeUnseenCurrent() override;
+    void updateAverage() override;
+    qreal placeOfFirst() const override { return firstPosition; }
+    void setPlaceOfFirst(qreal place) override { firstPosition = place; }
     qreal travelEnd(const Axis &) const override;
 
     qreal step() const { return averageSize + spacing; }
-    const Item *firstKept(int from, int count) const;
-    void addSkipped() override;
-    bool append(qreal to);
-    bool prepend(qreal from);
+    bool append(qreal to, int most);
+    bool prepend(qreal from, int most);
     void jump(qreal from, qreal to);
     void clear() override;
+    int slotFor(int index) const;
+    qreal placeOfSlot(int slot) const;
     void insertAbove(int slot, int index, int count);
-    void insertBelow(int slot, int index, int count);
+    void insertBelow(int slot, int index, int count, AddedItems *);
+    void shift(Item *, qreal by);
     int snapIndex(qreal position) const;
     qreal rangeOffset() const { return hasRange() ? highlightBegin : 0; }
-    void noteFirst(int index, qreal position);
+    const Item *lastRow() const;
+    const Item *firstKept(int from, int count) const;
+    void addSkipped();
 
     QString sectionAt(int index) const;
     void watchSections();
@@ -83,7 +98,6 @@ public:
     int highlightResizeDuration = -1;
     qreal spacing = 0;
     qreal firstPosition = 0; ///< of the row visibleIndex while no row has an item
-    bool firstIsKnown = false;
     bool skipsRows = false; ///< rows among the visible ones have no item
     QDeclarativeListView::Orientation orientation = QDeclarativeListView::Vertical;
     QDeclarativeListView::SnapMode snapMode = QDeclarativeListView::NoSnap;

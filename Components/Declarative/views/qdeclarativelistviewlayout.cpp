@@ -38,69 +38,72 @@ qreal QDeclarativeListViewPrivate::travelEnd(const Axis &axis) const
     return axis.orientation == scrolled() ? QDeclarativeItemViewPrivate::travelEnd(axis) : -viewSize(axis);
 }
 
+const QDeclarativeViewItem *QDeclarativeListViewPrivate::lastRow() const
+{
+    return visibleItem(lastVisibleIndex());
+}
+
 qreal QDeclarativeListViewPrivate::positionAt(int index) const
 {
     if (const Item *item = visibleItem(index))
         return item->position();
-    const int last = lastVisibleIndex();
-    if (last < 0)
-        return (firstIsKnown ? firstPosition : headerSize()) + (index - visibleIndex) * step();
+    if (visibleItems.empty())
+        return 0;
+    const qreal front = visibleItems.front()->position();
+    if (index < visibleIndex && index == currentIndex && currentItem)
+        return front - (visibleIndex - index - 1) * step() - currentItem->size() - spacing;
+    if (index < visibleIndex)
+        return front - (visibleIndex - index) * step();
+    const int last = qMax(lastVisibleIndex(), visibleIndex);
     if (index > last)
         return visibleItems.back()->endPosition() + spacing + (index - last - 1) * step();
-    const qreal front = visibleItems.front()->position();
-    if (index == currentIndex && currentItem)
-        return front - (visibleIndex - index - 1) * step() - currentItem->size() - spacing;
-    return front - (visibleIndex - index) * step();
+    const Item *before = visibleItem(index - 1);
+    return before ? before->endPosition() + spacing : front + (index - visibleIndex) * step();
+}
+
+qreal QDeclarativeListViewPrivate::firstEnd() const
+{
+    if (const Item *item = visibleItem(0))
+        return item->endPosition();
+    if (visibleItems.empty())
+        return 1;
+    if (visibleIndex > 0)
+        return visibleItems.front()->position() - (visibleIndex - 1) * step() - spacing;
+    return visibleItems.back()->endPosition();
 }
 
 qreal QDeclarativeListViewPrivate::startPosition() const
 {
-    if (!visibleItems.empty())
-        return visibleItems.front()->position() - visibleIndex * step();
-    return visualModel->count() > 0 ? positionAt(0) : headerSize();
+    return visibleItems.empty() ? 0 : visibleItems.front()->position() - visibleIndex * step();
 }
 
 qreal QDeclarativeListViewPrivate::endPosition() const
 {
+    if (visibleItems.empty())
+        return 1;
     const int last = lastVisibleIndex();
-    const int rows = visualModel->count();
-    if (last >= 0)
-        return visibleItems.back()->endPosition() + (rows - 1 - last) * step();
-    if (!visibleItems.empty())
-        return visibleItems.back()->endPosition();
-    return startPosition() + qMax<qreal>(0, rows * step() - spacing);
+    // Where no item has a row any more, what stood before them is taken to stand after them.
+    const int left = last >= 0 ? visualModel->count() - last - 1 : int(visibleItems.size()) - visibleIndex;
+    return visibleItems.back()->endPosition() + left * step();
 }
 
 void QDeclarativeListViewPrivate::clear()
 {
     QDeclarativeItemViewPrivate::clear();
-    firstIsKnown = false;
+    firstPosition = headerSize();
 }
 
-void QDeclarativeListViewPrivate::noteFirst(int index, qreal position)
-{
-    visibleIndex = index;
-    firstPosition = position;
-    firstIsKnown = true;
-}
-
-void QDeclarativeListViewPrivate::noRowsLeft(int index, qreal position)
-{
-    const int rows = visualModel->count();
-    if (rows > 0)
-        noteFirst(qMin(index, rows - 1), position);
-    else
-        visibleIndex = 0;
-    firstIsKnown = rows > 0;
-}
-
-bool QDeclarativeListViewPrivate::addVisible(qreal from, qreal to)
+bool QDeclarativeListViewPrivate::addVisible(qreal from, qreal to, bool isBuffer)
 {
     if (lazyRelease)
         addSkipped();
-    jump(from, to);
-    const bool appended = append(to);
-    return prepend(from) || appended;
+    if (!visibleItems.empty())
+        firstPosition = visibleItems.front()->position();
+    if (!isBuffer)
+        jump(from, to);
+    const int most = isBuffer ? 1 : visualModel->count();
+    const bool appended = append(to, most);
+    return prepend(from, most) || appended;
 }
 
 /** Gives up all items if the view has gone further than a row from them, and estimates where it is. */
@@ -110,49 +113,59 @@ void QDeclarativeListViewPrivate::jump(qreal from, qreal to)
     if (last < 0 || step() <= 0)
         return;
     const qreal end = visibleItems.back()->endPosition() + spacing;
-    if (from <= end + step() && to >= visibleItems.front()->position() - step())
+    if (from <= end - 1 + step() && to >= firstPosition - step())
         return;
     // The view may stand at what is no number, or further away than there are numbers of rows.
-    const qreal rows = (from - end) / step();
+    const qreal rows = (from - end + 1) / step();
     const qreal wanted = std::isnan(rows) ? 0.0 : last + 1 + std::trunc(rows);
-    const int index = int(qBound(0.0, wanted, visualModel->count() - 1.0));
+    visibleIndex = int(qBound(0.0, wanted, visualModel->count() - 1.0));
     while (!visibleItems.empty())
         takeVisible(0);
-    noteFirst(index, end + (index - last - 1) * step());
-    hasJumped = true;
+    firstPosition = end + (visibleIndex - last - 1) * step();
 }
 
-/** Makes the rows that a move left out. */
-void QDeclarativeListViewPrivate::addSkipped()
+/** The current row counts with its section's heading, which stands unseen where it has one in the view. */
+std::unique_ptr<QDeclarativeViewItem> QDeclarativeListViewPrivate::createCurrent(int index)
 {
-    if (!std::exchange(skipsRows, false))
-        return;
-    int next = visibleIndex;
-    for (int slot = 0; slot < int(visibleItems.size()); ++slot) {
-        if (visibleItems[slot]->index < 0)
-            continue;
-        auto item = next < visibleItems[slot]->index ? createRow(next) : nullptr;
-        if (item)
-            visibleItems.insert(visibleItems.begin() + slot, std::move(item));
-        next = visibleItems[slot]->index + 1;
-    }
-    placeVisible();
+    addSkipped();
+    auto item = createRow(index);
+    if (item && static_cast<QDeclarativeListItem *>(item.get())->heading)
+        static_cast<QDeclarativeListItem *>(item.get())->heading->setVisible(false);
+    return item;
 }
 
-bool QDeclarativeListViewPrivate::append(qreal to)
+void QDeclarativeListViewPrivate::currentMade()
+{
+    if (visibleItems.empty())
+        averageSize = QDeclarativeRounding::bounded(currentItem->size());
+}
+
+void QDeclarativeListViewPrivate::placeUnseenCurrent()
+{
+    if (currentIndex < 0 || !currentItem || visibleItem(currentIndex))
+        return;
+    setItemPosition(currentItem.get(), positionAt(currentIndex));
+    updateHighlight();
+}
+
+/** Estimates where the current row is, which becomes known when it is in view. */
+void QDeclarativeListViewPrivate::placeCurrent()
+{
+    if (!currentItem || currentIndex < 0)
+        return;
+    const bool isNext = currentIndex == visibleIndex - 1 && !visibleItems.empty();
+    setItemPosition(currentItem.get(),
+                    isNext ? visibleItems.front()->position() - currentItem->size() - spacing
+                           : positionAt(currentIndex));
+}
+
+bool QDeclarativeListViewPrivate::append(qreal to, int most)
 {
     const int last = lastVisibleIndex();
-    int index = visibleIndex;
-    qreal position = 0;
-    if (visibleItems.empty()) {
-        position = firstIsKnown ? firstPosition : headerSize();
-    } else {
-        if (last >= 0)
-            index = last + 1;
-        position = visibleItems.back()->endPosition() + spacing;
-    }
-    const int first = index;
-    for (; index < visualModel->count() && position <= to; ++index) {
+    const int first = last >= 0 ? last + 1 : visibleIndex;
+    qreal position = visibleItems.empty() ? firstPosition : visibleItems.back()->endPosition() + spacing;
+    int index = first;
+    for (; index < visualModel->count() && position <= to && index - first < most; ++index) {
         auto item = createRow(index);
         if (!item)
             break;
@@ -163,18 +176,30 @@ bool QDeclarativeListViewPrivate::append(qreal to)
     return index != first;
 }
 
-bool QDeclarativeListViewPrivate::prepend(qreal from)
+bool QDeclarativeListViewPrivate::prepend(qreal from, int most)
 {
     const int before = visibleIndex;
-    while (visibleIndex > 0 && !visibleItems.empty() && visibleItems.front()->position() - spacing > from) {
+    while (visibleIndex > 0 && visibleIndex <= visualModel->count() && firstPosition > from
+           && before - visibleIndex < most) {
         auto item = createRow(visibleIndex - 1);
         if (!item)
             break;
-        setItemPosition(item.get(), visibleItems.front()->position() - spacing - item->size());
-        visibleItems.insert(visibleItems.begin(), std::move(item));
         --visibleIndex;
+        firstPosition -= item->size() + spacing;
+        setItemPosition(item.get(), firstPosition);
+        visibleItems.insert(visibleItems.begin(), std::move(item));
     }
     return visibleIndex != before;
+}
+
+void QDeclarativeListViewPrivate::updateAverage()
+{
+    if (visibleItems.empty())
+        return;
+    qreal sum = 0;
+    for (const auto &item : visibleItems)
+        sum += item->size();
+    averageSize = QDeclarativeRounding::bounded(sum / visibleItems.size());
 }
 
 void QDeclarativeListViewPrivate::placeVisible()
@@ -183,158 +208,32 @@ void QDeclarativeListViewPrivate::placeVisible()
         return;
     updateSections();
     qreal position = visibleItems.front()->position();
-    qreal sum = 0;
     for (const auto &item : visibleItems) {
         setItemPosition(item.get(), position);
         position += item->size() + spacing;
-        sum += item->size();
     }
-    averageSize = QDeclarativeRounding::bounded(sum / visibleItems.size());
-}
-
-void QDeclarativeListViewPrivate::rowsInserted(int index, int count)
-{
-    const int last = lastVisibleIndex();
-    if (last < 0)
-        return;
-    const int slot = renumberForInsert(index, count);
-    if (index < visibleIndex) {
-        visibleIndex += count;
-        return;
-    }
-    if (index > last + 1)
-        return;
-    const bool atEnd = slot == int(visibleItems.size());
-    const qreal position =
-        atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
-    if (position < viewPosition())
-        insertAbove(slot, index, count);
-    else
-        insertBelow(slot, index, count);
-}
-
-void QDeclarativeListViewPrivate::rowsRemoved(int)
-{
-    for (const auto &item : visibleItems) {
-        if (item->index < 0)
-            continue;
-        visibleIndex = item->index;
-        return;
-    }
-}
-
-/** Makes items for new rows that stand above what is seen, which stays where it is. */
-void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
-{
-    const bool atEnd = slot == int(visibleItems.size());
-    const qreal start = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
-    const qreal from = viewPosition() - cacheLength();
-    qreal position = start;
-    int made = 0;
-    for (; made < count && position > from; ++made) {
-        auto item = createRow(index + count - 1 - made);
-        if (!item)
-            break;
-        position -= item->size() + spacing;
-        setItemPosition(item.get(), position);
-        visibleItems.insert(visibleItems.begin() + slot, std::move(item));
-    }
-    if (made < count || slot == 0) {
-        for (; slot > 0; --slot)
-            takeVisible(0);
-        visibleIndex = index + count - made;
-    } else {
-        Item *front = visibleItems.front().get();
-        setItemPosition(front, front->position() - (start - position));
-    }
-}
-
-void QDeclarativeListViewPrivate::insertBelow(int slot, int index, int count)
-{
-    const bool atEnd = slot == int(visibleItems.size());
-    qreal position = atEnd ? visibleItems.back()->endPosition() + spacing : visibleItems[slot]->position();
-    const qreal to = viewPosition() + viewLength() + cacheLength();
-    int made = 0;
-    for (; made < count && position <= to; ++made) {
-        auto item = createRow(index + made);
-        if (!item)
-            break;
-        setItemPosition(item.get(), position);
-        position += item->size() + spacing;
-        visibleItems.insert(visibleItems.begin() + slot + made, std::move(item));
-    }
-    if (made < count)
-        dropBehind(slot, made, count);
-}
-
-/** The first row in view that is not among those that move, or null. */
-const QDeclarativeViewItem *QDeclarativeListViewPrivate::firstKept(int from, int count) const
-{
-    for (const auto &item : visibleItems) {
-        const bool moves = item->index >= from && item->index < from + count;
-        if (item->index >= 0 && !moves && item->endPosition() > viewPosition())
-            return item.get();
-    }
-    return nullptr;
-}
-
-/**
- * Moves rows within the visible items.
- *
- * The first row in view stays where it is, or leaves its place to one that moves there. When it moves itself,
- * the next one takes its place, unless the very first row goes behind all that show. Of several rows
- * that move up at once only the first shows at its new place, and the current one, which has an item anyway;
- * the rest come when the view next makes items.
- */
-void QDeclarativeListViewPrivate::rowsMoved(int from, int to, int count)
-{
-    if (lastVisibleIndex() < 0)
-        return;
-    const Item *first = firstVisibleItem();
-    const int firstIndex = qMax(first->index, visibleIndex);
-    const qreal frontPosition = visibleItems.front()->position();
-    const Item *kept = firstKept(from, count);
-    const bool keepsPlace = kept && (kept == first || (firstIndex == 0 && lastVisibleIndex() <= to));
-    const qreal position = (keepsPlace ? kept : first)->position();
-    int index = kept ? indexAfterMove(kept->index, from, to, count) : firstIndex;
-    if (kept == first && to < from && to == firstIndex)
-        index = to;
-    MovedItems items = takeForMove(from, to, count);
-    skipsRows = to < from && count > 1;
-    const int current = currentItem ? indexAfterMove(currentIndex, from, to, count) : -1;
-    qreal above = 0;
-    int start = index;
-    for (; items.rows.count(start - 1) > 0; --start)
-        above += items.rows[start - 1]->size() + spacing;
-    const qreal end = viewPosition() + viewLength() + cacheLength();
-    qreal next = position - above;
-    for (int row = start; row < visualModel->count() && (next <= end || items.rows.count(row) > 0); ++row) {
-        if (skipsRows && row > to && row < to + count && row != current)
-            continue;
-        const Item *item = appendMoved(&items, row);
-        if (!item)
-            break;
-        next += item->size() + spacing;
-    }
-    finishMove(std::move(items));
-    if (lastVisibleIndex() < 0) {
-        noRowsLeft(visibleIndex, frontPosition);
-        return;
-    }
-    visibleIndex = start;
-    setItemPosition(visibleItems.front().get(), position - above);
+    updateAverage();
 }
 
 void QDeclarativeListViewPrivate::placeHighlight()
 {
     highlightTimeLine.clear();
-    const bool isHorizontal = scrolled() == Qt::Horizontal;
     const QDeclarativeItem *item = currentItem->item;
-    if (isHorizontal)
+    if (scrolled() == Qt::Horizontal)
         highlightItem->setWidth(item->width());
     else
         highlightItem->setHeight(item->height());
     placeAt(highlightItem, placeOf(item));
+}
+
+/** The highlight takes the place of the row alone; the heading before that is to be seen, too. */
+QDeclarativeListViewPrivate::Span QDeclarativeListViewPrivate::followed() const
+{
+    if (!highlightItem)
+        return {currentItem->position(), currentItem->endPosition()};
+    const qreal place = placeOf(highlightItem);
+    const qreal heading = static_cast<const QDeclarativeListItem *>(currentItem.get())->headingSize();
+    return {qCeil(place) - heading, place + qMax<qreal>(1, lengthOf(highlightItem))};
 }
 
 void QDeclarativeListViewPrivate::moveHighlight()
@@ -374,81 +273,4 @@ qreal QDeclarativeListViewPrivate::flickTarget(qreal natural, qreal velocity) co
     const qreal pressed = toContent(mainAxis().pressValue, viewLength());
     const int index = snapIndex(pressed + rangeOffset()) + (velocity > 0 ? 1 : -1);
     return positionAt(qBound(0, index, visualModel->count() - 1)) - rangeOffset();
-}
-
-QString QDeclarativeListViewPrivate::sectionAt(int index) const
-{
-    if (!section || section->property().isEmpty() || index < 0 || index >= visualModel->count())
-        return {};
-    return section->sectionOf(visualModel->instance()->stringValue(index, section->property()));
-}
-
-void QDeclarativeListViewPrivate::itemMade(Item *item)
-{
-    static_cast<QDeclarativeListViewAttached *>(item->attached)
-        ->setSections(sectionAt(item->index - 1), sectionAt(item->index), sectionAt(item->index + 1));
-}
-
-void QDeclarativeListViewPrivate::updateSections()
-{
-    for (const auto &item : visibleItems) {
-        if (item->index < 0)
-            continue;
-        static_cast<QDeclarativeListViewAttached *>(item->attached)
-            ->setSections(sectionAt(item->index - 1), sectionAt(item->index), sectionAt(item->index + 1));
-        updateHeading(item.get());
-    }
-}
-
-/** Gives the first row of a section its heading, and takes it from a row that is that no more. */
-void QDeclarativeListViewPrivate::updateHeading(Item *item)
-{
-    Q_Q(QDeclarativeListView);
-    auto *listItem = static_cast<QDeclarativeListItem *>(item);
-    const auto *attached = static_cast<QDeclarativeListViewAttached *>(item->attached);
-    const bool wants = section && section->delegate() && !section->property().isEmpty()
-        && attached->section() != attached->previousSection();
-    const qreal position = item->position();
-    if (listItem->heading && (!wants || listItem->headingSection != attached->section()))
-        dropHeading(listItem);
-    if (!wants || listItem->heading)
-        return;
-    auto *context = new QQmlContext(qmlContext(q));
-    context->setContextProperty(QStringLiteral("section"), attached->section());
-    listItem->heading = createPart(section->delegate(), content, context);
-    listItem->headingSection = attached->section();
-    if (listItem->heading)
-        listItem->heading->setZValue(1);
-    setItemPosition(item, position);
-}
-
-void QDeclarativeListViewPrivate::dropHeading(QDeclarativeListItem *item)
-{
-    discard(item->heading);
-    item->heading = nullptr;
-}
-
-/** Takes the headings away, for those of another delegate. */
-void QDeclarativeListViewPrivate::dropHeadings()
-{
-    if (work.postpone([this] { dropHeadings(); }))
-        return;
-    const QDeclarativeWork::Scope scope(&work);
-    for (const auto &item : visibleItems) {
-        const qreal position = item->position();
-        dropHeading(static_cast<QDeclarativeListItem *>(item.get()));
-        setItemPosition(item.get(), position);
-    }
-    layout();
-}
-
-void QDeclarativeListViewPrivate::viewMoved()
-{
-    Q_Q(QDeclarativeListView);
-    const Item *first = firstVisibleItem();
-    const QString now = first ? sectionAt(first->index) : QString();
-    if (now == currentSection)
-        return;
-    currentSection = now;
-    Q_EMIT q->currentSectionChanged();
 }

@@ -241,11 +241,11 @@ void tst_QDeclarativeListView::positionAtTheEnds()
 void tst_QDeclarativeListView::cacheBuffer()
 {
     load("model: 50; delegate: number");
-    QCOMPARE(rows(), QStringLiteral("row0row1row2row3row4row5"));
+    QCOMPARE(rows(), QStringLiteral("row0row1row2row3row4"));
     m_scene->evaluate("list.cacheBuffer = 40");
-    QTRY_COMPARE(rows(), QStringLiteral("row0row1row2row3row4row5row6row7"));
+    QTRY_COMPARE(rows(), QStringLiteral("row0row1row2row3row4row5row6"));
     m_scene->evaluate("list.cacheBuffer = 0");
-    QTRY_COMPARE(rows(), QStringLiteral("row0row1row2row3row4row5"));
+    QTRY_COMPARE(rows(), QStringLiteral("row0row1row2row3row4"));
 }
 
 void tst_QDeclarativeListView::keys_data()
@@ -310,7 +310,9 @@ void tst_QDeclarativeListView::highlightIsNotMoved()
          "highlight: Rectangle { objectName: 'mark' }");
     QVERIFY(m_scene->item("mark"));
     m_scene->evaluate("list.currentIndex = 15");
-    QTRY_COMPARE(list("contentY").toReal(), 220.0);
+    QCOMPARE(list("currentIndex").toInt(), 15);
+    // The view follows the highlight, which stays.
+    QCOMPARE(list("contentY").toReal(), 0.0);
     QCOMPARE(rowPosition(QStringLiteral("mark")), 0.0);
 }
 
@@ -380,8 +382,8 @@ void tst_QDeclarativeListView::insertMoreThanFits()
     load("model: letters; delegate: letter");
     m_scene->evaluate("for (var i = 0; i < 300; ++i) letters.insert(1, {t: 'n' + i})");
     QCOMPARE(list("count").toInt(), 308);
-    QCOMPARE(rows(), QStringLiteral("an299n298n297n296n295"));
-    QCOMPARE(list("contentHeight").toReal(), 308 * 20.0);
+    QCOMPARE(rows(), QStringLiteral("an299n298n297n296"));
+    QTRY_COMPARE(list("contentHeight").toReal(), 308 * 20.0);
 }
 
 void tst_QDeclarativeListView::removeAllVisible()
@@ -394,7 +396,8 @@ void tst_QDeclarativeListView::removeAllVisible()
     QCOMPARE(rowPosition(QStringLiteral("g")), list("contentY").toReal());
     m_scene->evaluate("letters.clear()");
     QCOMPARE(list("currentIndex").toInt(), -1);
-    QCOMPARE(list("contentHeight").toReal(), 1.0);
+    // The content keeps its length until there are rows again.
+    QCOMPARE(list("contentHeight").toReal(), 40.0);
 }
 
 void tst_QDeclarativeListView::moveWithinView_data()
@@ -403,9 +406,9 @@ void tst_QDeclarativeListView::moveWithinView_data()
     QTest::addColumn<int>("to");
     QTest::addColumn<QString>("order");
     QTest::addColumn<int>("current");
-    QTest::newRow("down") << 1 << 3 << QStringLiteral("acdbef") << 1;
-    QTest::newRow("up") << 3 << 1 << QStringLiteral("adbcef") << 3;
-    QTest::newRow("current") << 2 << 4 << QStringLiteral("abdecf") << 4;
+    QTest::newRow("down") << 1 << 3 << QStringLiteral("acdbe") << 1;
+    QTest::newRow("up") << 3 << 1 << QStringLiteral("adbce") << 3;
+    QTest::newRow("current") << 2 << 4 << QStringLiteral("abdec") << 4;
 }
 
 void tst_QDeclarativeListView::moveWithinView()
@@ -425,7 +428,7 @@ void tst_QDeclarativeListView::moveOutOfView()
 {
     load("model: letters; delegate: letter; currentIndex: 5");
     m_scene->evaluate("letters.move(1, 7, 1)");
-    QTRY_COMPARE(rows(), QStringLiteral("cdefgh"));
+    QTRY_COMPARE(rows(), QStringLiteral("cdefg"));
     QCOMPARE(list("currentIndex").toInt(), 4);
 }
 
@@ -435,7 +438,7 @@ void tst_QDeclarativeListView::movesSeveralRows_data()
     QTest::addColumn<QString>("places");
     // Rows are 20 pixels high and five apart; "c" has 30.
     QTest::newRow("down within") << QByteArray("1, 2, 2") << QStringLiteral("a0 d25 b50 c75 ");
-    QTest::newRow("down beyond") << QByteArray("1, 5, 3") << QStringLiteral("a0 e25 f50 g75 h100 ");
+    QTest::newRow("down beyond") << QByteArray("1, 5, 3") << QStringLiteral("a0 e25 f50 g75 ");
     QTest::newRow("first ones") << QByteArray("0, 1, 2") << QStringLiteral("c0 a35 b60 d85 ");
     QTest::newRow("into view from below") << QByteArray("6, 1, 1") << QStringLiteral("a0 g25 b50 c75 ");
     QTest::newRow("out of view") << QByteArray("1, 7, 1") << QStringLiteral("a0 c25 d60 e85 ");
@@ -469,9 +472,9 @@ void tst_QDeclarativeListView::currentRowAmongThoseLeftOut_data()
     QTest::addColumn<QByteArray>("script");
     QTest::addColumn<QString>("places");
     QTest::newRow("moved there") << 5 << QByteArray("letters.move(3, 1, 3)")
-                                 << QStringLiteral("a0 d20 f40 b60 c80 g100 ");
+                                 << QStringLiteral("a0 d20 f40 b60 c80 ");
     QTest::newRow("made the current one") << 0 << QByteArray("letters.move(3, 1, 2); list.currentIndex = 2")
-                                          << QStringLiteral("a0 d20 e40 b60 c80 f100 g120 ");
+                                          << QStringLiteral("a0 d20 e40 b60 c80 f100 ");
     QTest::newRow("view moves") << 0 << QByteArray("letters.move(3, 1, 2); list.contentY = 1")
                                 << QStringLiteral("a0 d20 e40 b60 c80 f100 ");
 }
@@ -495,7 +498,7 @@ void tst_QDeclarativeListView::fillsUpAfterRemoval()
     m_scene->evaluate("list.contentY = 25; list.contentY = 26");
     model.removeRows(1, 4);
     // The rows in view stay where they are, so the view has to go where they now begin.
-    QTRY_COMPARE(rowsWithPlaces(), QStringLiteral("a80 f100 g120 h140 i160 j180 "));
+    QTRY_COMPARE(rowsWithPlaces(), QStringLiteral("a80 f100 g120 h140 i160 "));
     QCOMPARE(list("contentY").toReal(), 80.0);
 }
 
@@ -556,7 +559,7 @@ void tst_QDeclarativeListView::viewResized()
     QCOMPARE(list("contentY").toReal(), 200.0);
     QTRY_VERIFY(m_scene->item("row10"));
     m_scene->evaluate("root.height = 40");
-    QTRY_COMPARE(rows(), QStringLiteral("row0row10row11row12"));
+    QTRY_COMPARE(rows(), QStringLiteral("row0row10row11"));
 }
 
 void tst_QDeclarativeListView::jumpFar()
@@ -579,7 +582,8 @@ void tst_QDeclarativeListView::jumpToShorterRows()
          "> 24 ? 10 : 40 }");
     m_scene->evaluate("list.currentIndex = 29");
     QTRY_COMPARE(list("contentY").toReal(), rowPosition(QStringLiteral("^")) + 10 - 100);
-    QVERIFY2(rows().startsWith(QLatin1Char('W')) || rows().startsWith(QLatin1Char('X')), qPrintable(rows()));
+    QTRY_VERIFY2(rows().startsWith(QLatin1Char('W')) || rows().startsWith(QLatin1Char('X')),
+                 qPrintable(rows()));
     QVERIFY(rowPosition(rows().left(1)) <= list("contentY").toReal());
 }
 

@@ -1,0 +1,217 @@
+#include "models/qdeclarativevisualmodel_p.h"
+#include "qdeclarativeitemview_p_p.h"
+
+#include <QtCore/QScopedValueRollback>
+
+void QDeclarativeItemViewPrivate::setViewPosition(qreal position)
+{
+    moveTo(mainAxis(), toContent(position, viewLength()));
+}
+
+bool QDeclarativeItemViewPrivate::hasRange() const
+{
+    return rangeMode != QDeclarativeItemView::NoHighlightRange && highlightBegin <= highlightEnd;
+}
+
+// The range stays where it is in a view that runs from right to left.
+qreal QDeclarativeItemViewPrivate::rangeBegin() const
+{
+    return runsBackwards() ? viewLength() - highlightEnd : highlightBegin;
+}
+
+qreal QDeclarativeItemViewPrivate::rangeEnd() const
+{
+    return runsBackwards() ? viewLength() - highlightBegin : highlightEnd;
+}
+
+bool QDeclarativeItemViewPrivate::isStrict() const
+{
+    return hasRange() && rangeMode == QDeclarativeItemView::StrictlyEnforceRange;
+}
+
+qreal QDeclarativeItemViewPrivate::leastPosition() const
+{
+    const qreal least = startPosition() - (visibleItems.empty() ? 0 : headerSize());
+    if (keepsEndInView())
+        return qMin(least, endPosition() + footerSize() - viewLength() - 1);
+    const bool isBound = isStrict() && visualModel->count() > 0;
+    return isBound ? qMin(least - rangeBegin(), firstEnd() - rangeEnd()) : least;
+}
+
+qreal QDeclarativeItemViewPrivate::greatestPosition() const
+{
+    const int rows = visualModel->count();
+    qreal greatest = 0;
+    if (rows > 0 && isStrict()) {
+        greatest = positionAt(rows - 1) - rangeBegin();
+        if (rangeEnd() != rangeBegin())
+            greatest = qMax(greatest, endPosition() - rangeEnd());
+    } else if (rows > 0) {
+        greatest = endPosition() - viewLength();
+    }
+    if (keepsEndInView())
+        return endPosition() + footerSize() - viewLength() - 1;
+    return rows > 0 ? qMax(leastPosition(), greatest + footerSize()) : leastPosition();
+}
+
+qreal QDeclarativeItemViewPrivate::boundedPosition(qreal position) const
+{
+    return qMax(leastPosition(), qMin(position, greatestPosition()));
+}
+
+qreal QDeclarativeItemViewPrivate::travelStart(const Axis &axis) const
+{
+    if (axis.orientation != scrolled())
+        return QDeclarativeFlickablePrivate::travelStart(axis);
+    return toContent(runsBackwards() ? greatestPosition() : leastPosition(), viewLength());
+}
+
+qreal QDeclarativeItemViewPrivate::travelEnd(const Axis &axis) const
+{
+    if (axis.orientation != scrolled())
+        return QDeclarativeFlickablePrivate::travelEnd(axis);
+    return toContent(runsBackwards() ? leastPosition() : greatestPosition(), viewLength());
+}
+
+void QDeclarativeItemViewPrivate::fixup(Axis &axis, FixupMode mode)
+{
+    if (axis.orientation != scrolled())
+        return;
+    const FixupMode how = moveReason == Mouse ? mode : Immediate;
+    const qreal now = viewPosition();
+    if (snaps() && !visibleItems.empty()) {
+        const bool isWithin = now > leastPosition() && now < greatestPosition();
+        if (isWithin || isStrict()) {
+            settleAt(boundedPosition(snapPosition(now)), how);
+            return;
+        }
+    } else if (isStrict() && moveReason != SetIndex) {
+        if (!currentItem)
+            return;
+        updateHighlight();
+        const qreal target = qMax(now, currentItem->endPosition() - rangeEnd());
+        settleAt(qMin(target, currentPosition() - rangeBegin()), how);
+        return;
+    }
+    QDeclarativeFlickablePrivate::fixup(axis, how);
+}
+
+void QDeclarativeItemViewPrivate::settleAt(qreal position, FixupMode mode)
+{
+    settle(mainAxis(), toContent(position, viewLength()), mode);
+}
+
+bool QDeclarativeItemViewPrivate::flick(Axis &axis, qreal velocity)
+{
+    if (!snaps() || axis.orientation != scrolled() || deceleration <= 0)
+        return QDeclarativeFlickablePrivate::flick(axis, velocity);
+    const qreal limited = qBound(-maximumVelocity, velocity, maximumVelocity);
+    const qreal along = runsBackwards() ? -limited : limited;
+    const qreal natural = along * qAbs(along) / (2 * deceleration);
+    const qreal target = boundedPosition(flickTarget(viewPosition() + natural, along));
+    const qreal way = toContent(target, viewLength()) - axis.value();
+    if (way == 0 || (way > 0) != (limited > 0))
+        return false;
+    return runOutTo(axis, limited, way);
+}
+
+void QDeclarativeItemViewPrivate::dragStarting()
+{
+    moveReason = Mouse;
+}
+
+void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
+{
+    if (!componentIsComplete || axis.orientation != scrolled() || inMovement)
+        return;
+    if (layingOut) {
+        movesInLayout = true;
+        return;
+    }
+    if (visualModel->count() == 0)
+        return;
+    const QDeclarativeWork::Scope scope(&work);
+    // Where the rows that come into view change the bounds, and these the view, more rows wait for the next
+    // time.
+    const QScopedValueRollback<bool> guard(inMovement, true);
+    lazyRelease = true;
+    refill();
+    if (axis.moving)
+        moveReason = Mouse;
+    followView();
+    viewMoved();
+}
+
+/** Goes to a row that has no item. */
+void QDeclarativeItemViewPrivate::jumpTo(int index)
+{
+    const qreal place = int(positionAt(index));
+    const qreal target = qMin(place, greatestPosition());
+    auto left = std::move(visibleItems);
+    visibleItems.clear();
+    visibleIndex = lineStart(index);
+    setPlaceOfFirst(place);
+    setViewPosition(target);
+    refill();
+    for (auto &item : left)
+        releaseItem(std::move(item));
+}
+
+/** Puts the view to where it shows the row, and the highlight to the current one. */
+void QDeclarativeItemViewPrivate::showRow(int index, QDeclarativeItemView::PositionMode mode)
+{
+    flushLayout();
+    moveReason = Other;
+    const qreal before = viewPosition();
+    if (!visibleItem(index))
+        jumpTo(index);
+    const Item *item = visibleItem(index);
+    if (!item)
+        return;
+    setViewPosition(boundedPosition(shownPosition(*item, mode, before)));
+    if (highlightItem && currentItem && highlightFollows)
+        highlightPositioned();
+    fixupPosition();
+}
+
+qreal QDeclarativeItemViewPrivate::beginningWith(const Item &item) const
+{
+    return item.position() - (lineStart(item.index) == 0 ? headerSize() : 0);
+}
+
+qreal QDeclarativeItemViewPrivate::endingWith(const Item &item) const
+{
+    const bool isLast = item.index == visualModel->count() - 1;
+    return item.position() + item.size() - viewLength() + (isLast ? footerSize() : 0);
+}
+
+qreal QDeclarativeItemViewPrivate::shownPosition(const Item &item, QDeclarativeItemView::PositionMode mode,
+                                                 qreal now) const
+{
+    const qreal start = item.position();
+    const qreal aligned = start + item.size() - viewLength();
+    const qreal last = item.endPosition() - 1;
+    const bool isWhole = mode == QDeclarativeItemView::Contain;
+    switch (mode) {
+    case QDeclarativeItemView::Beginning:
+        return beginningWith(item);
+    case QDeclarativeItemView::Center:
+        return centredPosition(start, start + item.size());
+    case QDeclarativeItemView::End:
+        return endingWith(item);
+    default:
+        break;
+    }
+    // Seen in part, or wholly as asked for, a row leaves the view where it is.
+    if ((isWhole ? last : start - 1) >= now + viewLength())
+        return isWhole ? qMin(start, aligned) : aligned;
+    return (isWhole ? start : last) < now ? start : now;
+}
+
+void QDeclarativeItemViewPrivate::fixupPosition()
+{
+    // Where the view is bound to rows it goes to one of them.
+    if (snaps() || isStrict())
+        moveReason = Other;
+    fixup(mainAxis(), Immediate);
+}
