@@ -7,29 +7,11 @@
 #include "preview/PreviewCommand.h"
 #include "shared/Command.h"
 #include "shared/Console.h"
+#include "shared/Nearest.h"
 #include "strings/StringsCommand.h"
-
-#include <QtCore/QVector>
-
-#include <algorithm>
-#include <numeric>
+#include "vocabulary/SchemaCommand.h"
 
 namespace {
-
-int editDistance(const QString &from, const QString &to)
-{
-    QVector<int> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (const QChar character : from) {
-        int diagonal = row[0]++;
-        for (int j = 0; j < to.size(); ++j) {
-            const int substituted = diagonal + (character == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({substituted, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.last();
-}
 
 QString heading(const Console &console, const QString &text)
 {
@@ -59,6 +41,7 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<KeysCommand>());
     m_commands.push_back(std::make_unique<PreviewCommand>());
     m_commands.push_back(std::make_unique<StringsCommand>());
+    m_commands.push_back(std::make_unique<SchemaCommand>());
     m_commands.push_back(std::make_unique<NewCommand>());
 }
 
@@ -75,16 +58,10 @@ Command *CommandTable::find(const QString &name) const
 
 QString CommandTable::nearest(const QString &name) const
 {
-    QString best;
-    int least = 3;
-    for (const auto &command : m_commands) {
-        const int distance = editDistance(name, command->name());
-        if (distance < least) {
-            least = distance;
-            best = command->name();
-        }
-    }
-    return best;
+    QStringList names;
+    for (const auto &command : m_commands)
+        names << command->name();
+    return Nearest::to(name, names);
 }
 
 QString CommandTable::overview(const Console &console) const

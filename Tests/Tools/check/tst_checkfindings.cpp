@@ -1,4 +1,4 @@
-#include "CheckPackages.h"
+#include "Mistakes.h"
 #include "TestCatalogue.h"
 #include "TestClips.h"
 #include "ToolRun.h"
@@ -63,6 +63,19 @@ void addAdmissionRows()
     row("sub-folder", packageWith({{"Tools.vidtips/Control/More/More.xml", other}}), {"VT205"},
         "More.xml:0:0", "control folder");
     row("beside the folder", packageWith({{"Tools.vidtips/More.xml", other}}), {"VT205"}, "More.xml:0:0", "");
+    row("schema of no tip",
+        packageWith({{"Tools.vidtips/ui/schema.xml", "<schema>\n<element name=\"tip\"/></schema>"}}),
+        {"VT115"}, "ui/schema.xml:1:1", "that with the name \"vidtip\"");
+    row("schema of another kind",
+        packageWith({{"Tools.vidtips/ui/schema.xml",
+                      "<schema><element name=\"vidtip\">\n<group/></element></schema>"}}),
+        {"VT115"}, "ui/schema.xml:2:1", "not \"group\"");
+    row("schema with a misspelling",
+        packageWith(
+            {{"Tools.vidtips/ui/schema.xml", "<schema><element name=\"vidtip\"\n  txt=\"yes\"/></schema>"}}),
+        {"VT115"}, "ui/schema.xml:2:3", "no attribute \"txt\"");
+    row("schema not well-formed", packageWith({{"Tools.vidtips/ui/schema.xml", "<schema>\n<element>"}}),
+        {"VT115"}, "ui/schema.xml:2:", "");
     row("suffix", packageWith({{"Tools.vidtips/Control/Tools.xml.new", other}}), {"VT206"},
         "Tools.xml.new:0:0", "\".new\"");
     row("no control file", packageWith({{"Shared.vidtips/ui/VidtipsUI.qml", emptyItem}}), {"VT208"},
@@ -369,6 +382,7 @@ void tst_CheckFindings::everyCodeHasARow()
     for (const QJsonValue kind : ToolRun({"explain", "--json"}).json().array())
         codes << kind.toObject()["code"].toString();
     QVERIFY(codes.size() > 40);
+    m_coveredCodes += codesOfMistakes();
     for (const QString &code : qAsConst(codes))
         QVERIFY2(m_coveredCodes.contains(code), qPrintable(code));
 }

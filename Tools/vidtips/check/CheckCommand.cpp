@@ -1,13 +1,11 @@
 #include "CheckCommand.h"
 
-#include "AdmissionCheck.h"
 #include "CatalogueCheck.h"
 #include "ClipCheck.h"
+#include "ContentCheck.h"
 #include "FileCheck.h"
-#include "KeyCheck.h"
 #include "KeyDataCheck.h"
 #include "QmlCheck.h"
-#include "StructureCheck.h"
 #include "findings/Finding.h"
 #include "findings/FindingReport.h"
 #include "shared/Console.h"
@@ -59,11 +57,8 @@ void checkAll(const Content &content, const Limits &limits, Console &console, Fi
     const auto progressOf = [&console](const char *what) {
         return [&console, what](int done, int total) { console.progress(done, total, what); };
     };
-    AdmissionCheck().run(content, findings);
-    KeyCheck().run(content, findings);
-    StructureCheck().run(content, findings);
     FileCheck files;
-    files.run(content, findings);
+    ContentCheck::run(content, files, findings);
     QmlCheck().run(files.qmlFiles(), findings, progressOf("QML files"));
     ClipCheck(limits.budget, limits.longest).run(files.clips(), findings, progressOf("clips"));
     CatalogueCheck(limits.sourceLocale).run(content, findings);

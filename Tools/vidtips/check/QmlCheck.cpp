@@ -69,7 +69,7 @@ void QmlCheck::run(const QStringList &files, Findings &findings,
 }
 
 // Compiling a file that has one of these would tell nothing, or go and ask the network.
-bool QmlCheck::importsWhatCannotBe(const QString &path, Findings &findings) const
+bool QmlCheck::importsWhatCannotBe(const QString &path, Findings &findings)
 {
     struct Import
     {

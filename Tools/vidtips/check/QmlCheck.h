@@ -13,6 +13,6 @@ class QmlCheck
 public:
     void run(const QStringList &files, Findings &findings, const std::function<void(int, int)> &progress);
 
-private:
-    bool importsWhatCannotBe(const QString &path, Findings &findings) const;
+    /** Reports the first import of the file at @p path that no tip can have; tells whether there is one. */
+    static bool importsWhatCannotBe(const QString &path, Findings &findings);
 };

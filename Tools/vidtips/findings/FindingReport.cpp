@@ -101,13 +101,17 @@ void FindingReport::writeGrouped(Console &console) const
         console.writeLine();
 }
 
+QString FindingReport::line(const Finding &finding)
+{
+    return QString("%1: %2: %3 [%4]")
+        .arg(Places::shown(finding.file, finding.position),
+             FindingCatalogue::severityName(severityOf(finding)), finding.message, finding.code);
+}
+
 void FindingReport::writeLines(Console &console) const
 {
     for (const Finding &finding : m_findings)
-        console.writeLine(QString("%1: %2: %3 [%4]")
-                              .arg(Places::shown(finding.file, finding.position),
-                                   FindingCatalogue::severityName(severityOf(finding)), finding.message,
-                                   finding.code));
+        console.writeLine(line(finding));
 }
 
 void FindingReport::writeJson(Console &console) const

@@ -16,6 +16,9 @@ public:
     /** The name of @p severity in its colour, as wide as every other's. */
     static QString column(Severity severity, const Console &console);
 
+    /** Returns @p finding as a line that editors follow: "file:line:column: severity: message [code]". */
+    static QString line(const Finding &finding);
+
     /** Whether anything graver than a note was found. */
     bool hasFindings() const;
 

@@ -72,6 +72,8 @@ QString PackageSkeleton::writeAll()
         problem = writeTemplate("VidtipsUI.qml", "ui/VidtipsUI.qml");
     if (problem.isEmpty())
         problem = writeTemplate("SimpleTooltip.qml", "ui/SimpleTooltip.qml");
+    if (problem.isEmpty())
+        problem = writeTemplate("schema.xml", "ui/schema.xml");
     return problem;
 }
 

@@ -4,9 +4,12 @@
 #include "PreviewLook.h"
 #include "PreviewWindow.h"
 #include "Screenshots.h"
+#include "check/StructureCheck.h"
+#include "findings/FindingReport.h"
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Locales.h"
+#include "shared/Nearest.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
@@ -81,6 +84,27 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     return readProperties(arguments.values("set"), request.settings.properties);
 }
 
+QString unknownKey(const Request &request, const QVector<PreviewKey> &keys)
+{
+    QStringList names;
+    for (const PreviewKey &key : keys)
+        names << key.key;
+    const QString nearest = Nearest::to(request.key, names);
+    const QString problem =
+        QString("there is no tip \"%1\" for %2").arg(request.key, request.settings.locale);
+    return nearest.isEmpty() ? problem : problem + QString("; did you mean \"%1\"?").arg(nearest);
+}
+
+// Entries after the first error of a file are lost, and may be those that are asked for.
+void tellBrokenFiles(const Content &content, Console &console)
+{
+    Findings findings;
+    for (const ControlFile &file : content.controlFiles())
+        StructureCheck::checkXml(file.path, file.document, findings);
+    for (const Finding &finding : findings.sorted())
+        console.note(FindingReport::line(finding));
+}
+
 // Chooses what was left open; returns why there is nothing to show.
 QString complete(Request &request, const Content &content, QVector<PreviewKey> &keys)
 {
@@ -95,7 +119,7 @@ QString complete(Request &request, const Content &content, QVector<PreviewKey> &
         if (key.key == request.key)
             return {};
     }
-    return QString("there is no tip \"%1\" for %2").arg(request.key, request.settings.locale);
+    return unknownKey(request, keys);
 }
 
 } // namespace
@@ -160,8 +184,10 @@ int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
     QVector<PreviewKey> keys;
     if (problem.isEmpty())
         problem = complete(request, content, keys);
-    if (!problem.isEmpty())
+    if (!problem.isEmpty()) {
+        tellBrokenFiles(content, console);
         return console.fail(problem);
+    }
     PreviewLook::apply(request.settings.isDark);
     if (!request.screenshot.isEmpty()) {
         Screenshots screenshots(content, request.settings, request.delay);

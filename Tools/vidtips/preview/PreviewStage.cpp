@@ -1,5 +1,9 @@
 #include "PreviewStage.h"
 
+#include "check/ContentCheck.h"
+#include "check/FileCheck.h"
+#include "check/QmlCheck.h"
+#include "findings/FindingReport.h"
 #include "shared/Content.h"
 #include "shared/Diagnostics.h"
 #include "shared/Places.h"
@@ -104,6 +108,13 @@ struct PreviewStage::Private
     VTContext context;
     std::unique_ptr<VTIndex> index;
     std::unique_ptr<Host> host;
+    const Content *content = nullptr;
+    Findings findings;
+    QString locale;
+    bool isSimple = false;
+    bool isRefused =
+        false; ///< The user interface cannot be one, which is told in better words than the engine's.
+    QStringList found;
     QStringList problems;
 };
 
@@ -111,6 +122,11 @@ PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settin
     : d(new Private)
 {
     fill(d->context, content, settings);
+    d->content = &content;
+    d->locale = settings.locale;
+    d->isSimple = settings.isSimple;
+    FileCheck files;
+    ContentCheck::run(content, files, d->findings);
     d->index = std::make_unique<VTIndex>(&d->context, QStringList());
     d->host = std::make_unique<Host>(this, d->context, d->index.get());
     for (const Package &package : content.packages())
@@ -131,6 +147,7 @@ PreviewStage::~PreviewStage()
 bool PreviewStage::show(const QString &key, const QPoint &position)
 {
     d->problems.clear();
+    d->found = findingsOf(key);
     Diagnostics::take();
     return d->host->show(key, position, nullptr) && window();
 }
@@ -140,20 +157,48 @@ VTWidget *PreviewStage::window() const
     return d->host->manager()->widget();
 }
 
+QString PreviewStage::userInterfaceOf(const QString &key) const
+{
+    const FileCategory &category = d->isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
+    for (const ControlFile &file : d->content->controlFiles()) {
+        for (const XmlNode *entry : file.entries()) {
+            if (file.isAdmitted && entry->attribute("key") == key)
+                return d->content->find(file, entry, category);
+        }
+    }
+    return {};
+}
+
+QStringList PreviewStage::findingsOf(const QString &key)
+{
+    QVector<Finding> found = ContentCheck::ofTip(*d->content, d->findings, key, d->locale);
+    Findings imports;
+    d->isRefused = QmlCheck::importsWhatCannotBe(userInterfaceOf(key), imports);
+    found += imports.sorted();
+    // Other locales and the other user interface are not on the screen.
+    const QStringList elsewhere{"VT304", d->isSimple ? "VT402" : "VT403"};
+    QStringList lines;
+    for (const Finding &finding : qAsConst(found)) {
+        if (!elsewhere.contains(finding.code))
+            lines << FindingReport::line(finding);
+    }
+    return lines;
+}
+
 QStringList PreviewStage::problems()
 {
     const QStringList messages = Diagnostics::take();
     const VTView *const view = window() ? window()->view() : nullptr;
     const bool isBroken = view && view->status() == QDeclarativeView::Error;
-    if (isBroken) {
+    if (isBroken && !d->isRefused) {
         for (const QDeclarativeError &error : view->errors())
             d->problems << describe(error);
-    } else {
+    } else if (!isBroken) {
         for (const QString &message : messages)
             d->problems << describe(message);
     }
     d->problems.removeAll(QString());
     d->problems.removeDuplicates();
     d->problems = d->problems.mid(0, mostProblems);
-    return d->problems;
+    return d->found + d->problems;
 }

@@ -32,7 +32,10 @@ public:
     /** The tip's window; null before the first show(). */
     Vidtips::VTWidget *window() const;
 
-    /** What the QML complained about since the last show(): "file:line:column: text". */
+    /**
+     * What is wrong with the tip: what a check of its content finds, then what the QML complained about since
+     * the last show(), each "file:line:column: text".
+     */
     QStringList problems();
 
 Q_SIGNALS:
@@ -40,6 +43,9 @@ Q_SIGNALS:
     void requested(const QString &what);
 
 private:
+    QStringList findingsOf(const QString &key);
+    QString userInterfaceOf(const QString &key) const;
+
     class Host;
     struct Private;
     std::unique_ptr<Private> const d;

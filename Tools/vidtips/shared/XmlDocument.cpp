@@ -142,11 +142,20 @@ int XmlDocument::errorOffset(int readUpTo) const
     return isTag ? std::max(0, m_text.lastIndexOf('<', offset - 1)) : offset;
 }
 
+XmlText XmlDocument::textAt(int start, int end, const QString &text) const
+{
+    int first = start;
+    while (first < end && first < m_text.size() && m_text.at(first).isSpace())
+        ++first;
+    return {text, positionAt(first), start, end};
+}
+
 void XmlDocument::parse()
 {
     QXmlStreamReader reader(m_text);
     std::vector<XmlNode *> open;
     while (!reader.atEnd() && m_error.isEmpty()) {
+        const int start = int(reader.characterOffset());
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {
             auto node = nodeAt(reader);
@@ -166,8 +175,10 @@ void XmlDocument::parse()
             open.pop_back();
             break;
         case QXmlStreamReader::Characters:
-            if (!open.empty())
+            if (!open.empty()) {
                 open.back()->text += reader.text();
+                open.back()->texts << textAt(start, int(reader.characterOffset()), reader.text().toString());
+            }
             break;
         default:
             break;

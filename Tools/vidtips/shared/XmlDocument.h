@@ -16,6 +16,15 @@ struct XmlAttribute
     Position position;
 };
 
+/** A piece of text between two tags, and where its first character that is no blank stands. */
+struct XmlText
+{
+    QString text;
+    Position position;
+    int offset = 0; ///< Where the piece begins in the text of the file.
+    int end = 0; ///< Where it ends there.
+};
+
 /** An element and where its tag begins. */
 struct XmlNode
 {
@@ -24,6 +33,7 @@ struct XmlNode
     Position position;
     QVector<XmlAttribute> attributes;
     QString text; ///< The element's own text, without that of its children.
+    QVector<XmlText> texts; ///< The same, piece by piece.
     std::vector<std::unique_ptr<XmlNode>> children;
 
     /** Returns the attribute @p name, or null. */
@@ -67,6 +77,7 @@ private:
     void parse();
     void askLibrary();
     int errorOffset(int readUpTo) const;
+    XmlText textAt(int start, int end, const QString &text) const;
     std::unique_ptr<XmlNode> nodeAt(class QXmlStreamReader &reader) const;
 
     QString m_text;

@@ -1,0 +1,73 @@
+#include "ContentCheck.h"
+
+#include "AdmissionCheck.h"
+#include "FileCheck.h"
+#include "KeyCheck.h"
+#include "StructureCheck.h"
+#include "shared/Content.h"
+#include "vocabulary/TextCheck.h"
+#include "vocabulary/VocabularyCheck.h"
+
+#include <QtCore/QLocale>
+
+#include <algorithm>
+
+namespace {
+
+bool serves(const ControlFile &file, const QString &locale)
+{
+    return file.isAdmitted && (file.locale().isEmpty() || QLocale(file.locale()) == QLocale(locale));
+}
+
+// The entry that the place is in: the last one that begins before it; null for what is before them all.
+const XmlNode *entryAt(const std::vector<const XmlNode *> &entries, Position position)
+{
+    const XmlNode *found = nullptr;
+    for (const XmlNode *entry : entries) {
+        if (!(position < entry->position))
+            found = entry;
+    }
+    return found;
+}
+
+bool concerns(const Finding &finding, const ControlFile &file, const QString &key)
+{
+    // What keeps a file from being read as it is meant concerns all that is in it.
+    static const QStringList ofFile{"VT101", "VT117"};
+    const XmlNode *const entry = entryAt(file.entries(), finding.position);
+    return !entry || entry->attribute("key") == key || ofFile.contains(finding.code);
+}
+
+bool hasKey(const ControlFile &file, const QString &key)
+{
+    const auto entries = file.entries();
+    return std::any_of(entries.cbegin(), entries.cend(),
+                       [&](const XmlNode *entry) { return entry->attribute("key") == key; });
+}
+
+} // namespace
+
+void ContentCheck::run(const Content &content, FileCheck &files, Findings &findings)
+{
+    AdmissionCheck().run(content, findings);
+    KeyCheck().run(content, findings);
+    StructureCheck().run(content, findings);
+    VocabularyCheck().run(content, findings);
+    TextCheck().run(content, findings);
+    files.run(content, findings);
+}
+
+QVector<Finding> ContentCheck::ofTip(const Content &content, const Findings &findings, const QString &key,
+                                     const QString &locale)
+{
+    QVector<Finding> found;
+    const QVector<Finding> all = findings.sorted();
+    for (const ControlFile &file : content.controlFiles()) {
+        if (!serves(file, locale) || !hasKey(file, key))
+            continue;
+        std::copy_if(all.cbegin(), all.cend(), std::back_inserter(found), [&](const Finding &finding) {
+            return finding.file == file.path && concerns(finding, file, key);
+        });
+    }
+    return found;
+}
