@@ -1,6 +1,7 @@
 #include "Mistakes.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QTextCodec>
 
 namespace {
 
@@ -83,6 +84,143 @@ void addPlaceholderMistakes()
             "3:20: warning: \"%(size)\" is not filled in: write \"%(size)s\" [VT116]");
 }
 
+void addXmlMistakes()
+{
+    using Garden::file;
+    using Garden::tip;
+    mistake("ampersand", tip("<note>Roots & leaves</note>"),
+            "4:15: error: Expected '#' or '[a-zA-Z]', but got ' ': write \"&amp;\" for \"&\" [VT101]");
+    mistake("ampersand before a letter", tip("<note>R&D knows</note>"),
+            "4:11: error: Expected ';', but got ' ': write \"&amp;\" for \"&\" [VT101]");
+    mistake("entity without its end", tip("<note>5 &lt 6</note>"),
+            "4:13: error: Expected ';', but got ' ': write \"&lt;\" with its semicolon [VT101]");
+    mistake(
+        "entity of HTML", tip("<note>3&nbsp;m</note>"),
+        "4:14: error: Entity 'nbsp' not declared: write the character itself: XML knows only &amp; &lt; &gt; "
+        "&quot; and &apos; [VT101]");
+    mistake("less than", tip("<note>Trees < hedges</note>"),
+            "4:15: error: Unexpected ' ': write \"&lt;\" for \"<\"; a tag has no blank behind it [VT101]");
+    mistake("less than in a value", tip("<picture source=\"a<b\"/>"),
+            "4:20: error: Unexpected '<': write \"&lt;\" for \"<\" [VT101]");
+    mistake(
+        "typographic quotes", tip("<picture source=\u201Ctree.png\u201D/>"),
+        "4:18: error: Expected ''' or '\"', but got '[a-zA-Z]': write straight quotes (\") around a value "
+        "[VT101]");
+    mistake(
+        "no quotes", tip("<picture source=tree.png/>"),
+        "4:18: error: Expected ''' or '\"', but got '[a-zA-Z]': write the value in quotes, name=\"value\" "
+        "[VT101]");
+    mistake("quotes in a value", tip("<picture source=\"a \"big\" tree.png\"/>"),
+            "4:22: error: Expected '>' or '/', but got '[a-zA-Z]': write \"&quot;\" for a quotation mark "
+            "inside a "
+            "value, or close the value before [VT101]");
+    mistake("no blank between attributes", tip("<picture source=\"a.png\"width=\"2\"/>"),
+            "4:25: error: Expected '>' or '/', but got '[a-zA-Z]': write a blank before \"width\" [VT101]");
+    mistake("attribute without a value", tip("<picture source/>"),
+            "4:17: error: Expected '=', but got '/': write an attribute as name=\"value\" [VT101]");
+    mistake("attribute twice", tip("<picture source=\"a.png\" source=\"b.png\"/>"),
+            "4:1: error: Attribute 'source' redefined: write the attribute once [VT101]");
+    mistake("other closing tag", tip("<summary>Plants a tree.</sumary>"),
+            "4:24: error: Opening and ending tag mismatch: \"summary\" of line 4 is not closed: write "
+            "\"</summary>\" [VT101]");
+    mistake("tag that is not closed", tip("<summary>Plants\na tree."),
+            "6:1: error: Opening and ending tag mismatch: \"summary\" of line 4 is not closed: write "
+            "\"</summary>\" [VT101]");
+    mistake("two dashes in a comment", tip("<!-- trees -- and hedges -->"),
+            "4:15: error: Expected '>', but got ' ': a comment cannot hold \"--\" [VT101]");
+    mistake(
+        "prefix that is not declared", tip("<x:note>Mind the roots.</x:note>"),
+        "4:1: error: Namespace prefix 'x' not declared: leave the prefix out, or declare it by an attribute "
+        "\"xmlns:\u2026\" [VT101]");
+    mistake("control character", tip("<note>Mind\x01 the roots.</note>"),
+            "4:12: error: Unexpected '': delete the control character U+0001 [VT101]");
+    mistake(
+        "comment that is not closed", tip("<!-- trees"),
+        "7:1: error: Premature end of document: the comment of line 4 is not closed: write \"-->\" [VT101]");
+    mistake("value that is not closed", tip("<picture source=\"a.png/>\n<note>Mind the roots.</note>"),
+            "5:2: error: Unexpected '<': the value that begins in line 4 is not closed [VT101]");
+    mistake("file that was cut off", file("<vidtip key=\"tree\" title=\"Tree\">\n<note>Mind").chopped(12),
+            "4:11: error: Premature end of document: \"note\" of line 4 is not closed: write \"</note>\" "
+            "[VT101]");
+}
+
+// What keeps the whole file out leaves a preview without the tip.
+void addLostFileMistakes()
+{
+    const auto lost = [](const char *name, const QByteArray &garden, const QString &finding) {
+        const QString line = QString(Garden::control) + ':' + finding;
+        table << Mistake{
+            name, {{Garden::control, garden}}, line, line + "\nvidtips: there is no tip \"tree\" for en_US"};
+    };
+    const QByteArray right = Garden::tip("<summary>Plants a tree.</summary>");
+    lost("UTF-16", QTextCodec::codecForName("UTF-16LE")->fromUnicode(QString::fromUtf8(right)),
+         "1:1: error: the file is UTF-16, which is never admitted: save it as UTF-8 [VT210]");
+    lost("encoding that there is not", QByteArray(right).replace("UTF-8", "UTF8-x"),
+         "1:31: error: there is no encoding \"UTF8-x\": save the file as UTF-8 and write encoding=\"UTF-8\" "
+         "[VT117]");
+    lost("UTF-16 that is declared only", QByteArray(right).replace("UTF-8", "UTF-16"),
+         "1:31: error: the file declares UTF-16 and is not: write encoding=\"UTF-8\" [VT117]");
+}
+
+void addEncodingMistakes()
+{
+    const QByteArray umlaut = QByteArray("<note>Fine B") + char(0xE4) + "ume</note>";
+    mistake("Latin-1 in UTF-8", Garden::tip(umlaut),
+            "4:13: error: the byte E4 is not UTF-8, which the file declares (it would be \"\u00E4\" in "
+            "ISO-8859-1): "
+            "save the file as UTF-8 [VT117]");
+    const QByteArray right = Garden::tip("<summary>Plants a tree.</summary>");
+    mistake("Latin-1 without a declaration", Garden::tip(umlaut).mid(right.indexOf('\n') + 1),
+            "3:13: error: the byte E4 is not UTF-8, which a file is that declares nothing else (it would be "
+            "\"\u00E4\" in ISO-8859-1): save the file as UTF-8 [VT117]");
+}
+
+void addKeyMistakes()
+{
+    using Garden::file;
+    const auto key = [](const char *name, const QByteArray &key, const QString &finding) {
+        const QString line = QString(Garden::control) + ":4:9: warning: the key " + finding + " [VT305]";
+        const QByteArray right = "<vidtip key=\"tree\" title=\"Tree\"/>\n";
+        table << Mistake{name,
+                         {{Garden::control, file(right + "<vidtip key=\"" + key + "\" title=\"T\"/>")}},
+                         line,
+                         QString()};
+    };
+    key("key of two words", "oak tree", "\"oak tree\" holds a blank");
+    key("blank behind a key", "oak ", "\"oak \" holds a blank");
+    key("typographic quotes in a key", "\u201Coak\u201D",
+        "\"\u201Coak\u201D\" holds a quotation mark, \u201C");
+    key("invisible character in a key", "oak\u200B", "\"oak\" holds the invisible character U+200b");
+    const QString twice = QString(Garden::control)
+        + ":4:9: error: the key \"tree\" vanishes: it has an entry in line 3 already [VT303]";
+    table << Mistake{
+        "key twice",
+        {{Garden::control, file("<vidtip key=\"tree\" title=\"Tree\"/>\n<vidtip key=\"tree\"/>")}},
+        twice,
+        twice + "\nthe tip \"tree\" is not shown"};
+}
+
+void addFileMistakes()
+{
+    using Garden::tip;
+    mistake("clip that is missing", tip("<clip source=\"tree.mp4\"/>"),
+            "4:7: error: \"tree.mp4\" of the tip \"tree\" is missing: looked for "
+            "Garden.vidtips/Resources/tree.mp4, Shared.vidtips/Resources/tree.mp4 [VT405]");
+    mistake("picture that is missing", tip("<picture source=\"tree.png\"/>"),
+            "4:10: error: \"tree.png\" of the tip \"tree\" is missing: looked for "
+            "Garden.vidtips/Resources/tree.png, Shared.vidtips/Resources/tree.png [VT404]");
+    mistake("package that is missing",
+            Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Oaks\""),
+            "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]");
+    table << Mistake{
+        "picture larger than a screen",
+        {{"Garden.vidtips/Resources/tree.svg",
+          "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8000\" height=\"6000\"/>"}},
+        "Garden.vidtips/Resources/tree.svg: warning: the picture is 8000 x 6000 pixels, and screens have "
+        "3840 x 2160 at most [VT409]",
+        QString()};
+}
+
 } // namespace
 
 Files Garden::with(const Files &changes)
@@ -109,6 +247,11 @@ QVector<Mistake> allMistakes()
     if (table.isEmpty()) {
         addStructureMistakes();
         addPlaceholderMistakes();
+        addXmlMistakes();
+        addLostFileMistakes();
+        addEncodingMistakes();
+        addKeyMistakes();
+        addFileMistakes();
     }
     return table;
 }

@@ -7,6 +7,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int headSize = 4096;
@@ -42,6 +44,13 @@ bool looksLikeControlFile(const QString &path)
         && firstTag(QString::fromUtf8(file.read(headSize))).name == "vidtips";
 }
 
+bool hasControlFiles(const Content &content, const Package &package)
+{
+    const auto &files = content.controlFiles();
+    return std::any_of(files.cbegin(), files.cend(),
+                       [&](const ControlFile &file) { return file.package == package.path; });
+}
+
 } // namespace
 
 void AdmissionCheck::run(const Content &content, Findings &findings)
@@ -56,7 +65,9 @@ void AdmissionCheck::run(const Content &content, Findings &findings)
     for (const Package &package : content.packages()) {
         checkStrayFiles(package, findings);
         checkSuffixes(package, findings);
-        if (!content.knows(package.name) && content.unreadable().filter(package.path + '/').isEmpty())
+        // A control file that is refused has a finding of its own.
+        if (!content.knows(package.name) && !hasControlFiles(content, package)
+            && content.unreadable().filter(package.path + '/').isEmpty())
             findings.add("VT208", package.path, {},
                          QString("no control file of the package \"%1\" is admitted").arg(package.name));
     }
@@ -86,9 +97,16 @@ void AdmissionCheck::checkFile(const ControlFile &file, Findings &findings)
 void AdmissionCheck::checkRefused(const ControlFile &file, Findings &findings)
 {
     const XmlDocument &document = file.document;
+    if (document.isUtf16()) {
+        findings.add("VT210", file.path, {1, 1},
+                     "the file is UTF-16, which is never admitted: save it as UTF-8");
+        return;
+    }
     const XmlNode *const root = document.root();
     const FirstTag tag = firstTag(document.text());
     if (tag.offset < 0) {
+        if (!document.encodingProblem().message.isEmpty())
+            return;
         if (document.error().isEmpty() || document.text().trimmed().isEmpty())
             findings.add("VT203", file.path, {}, "the file holds no element");
         return;

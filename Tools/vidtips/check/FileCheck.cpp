@@ -15,6 +15,9 @@ namespace {
 constexpr qint64 mostPixels =
     64 * 1024 * 1024; // of a picture that is worth decoding to see whether it is whole
 
+// The largest screen that is common; more pixels of a picture are never seen.
+const QSize largestScreen(3840, 2160);
+
 enum class FileKind { None, Picture, Clip, Qml };
 
 FileKind kindOf(const QString &path)
@@ -214,5 +217,12 @@ void FileCheck::checkPictures(Findings &findings) const
         if (!reader.canRead() || (!isLarge && reader.read().isNull()))
             findings.add("VT407", path, {},
                          QString("the picture does not open: %1").arg(reader.errorString()));
+        else if (size.width() > largestScreen.width() || size.height() > largestScreen.height())
+            findings.add("VT409", path, {},
+                         QString("the picture is %1 x %2 pixels, and screens have %3 x %4 at most")
+                             .arg(size.width())
+                             .arg(size.height())
+                             .arg(largestScreen.width())
+                             .arg(largestScreen.height()));
     }
 }

@@ -8,7 +8,7 @@
 namespace {
 
 // Where one of these was found, the schema has nothing new to say.
-const QVector<QString> structureCodes{"VT101", "VT103", "VT104", "VT106", "VT303"};
+const QVector<QString> structureCodes{"VT101", "VT103", "VT104", "VT106", "VT117", "VT303"};
 
 } // namespace
 
@@ -31,6 +31,14 @@ bool StructureCheck::checkXml(const QString &path, const XmlDocument &document, 
         findings.add("VT100", path, {}, "the file cannot be read");
         return false;
     }
+    const Encoding::Problem &encoding = document.encodingProblem();
+    if (!encoding.message.isEmpty()) {
+        findings.add("VT117", path, encoding.position, encoding.message);
+        return false;
+    }
+    // That a control file is not admitted for it is a finding of its own.
+    if (document.isUtf16() && !document.root())
+        return false;
     if (document.text().trimmed().isEmpty() || document.error().isEmpty())
         return !document.text().trimmed().isEmpty();
     QString reason = document.error().trimmed();

@@ -4,6 +4,7 @@
 #include "PreviewLook.h"
 #include "PreviewWindow.h"
 #include "Screenshots.h"
+#include "check/AdmissionCheck.h"
 #include "check/StructureCheck.h"
 #include "findings/FindingReport.h"
 #include "shared/Console.h"
@@ -95,14 +96,18 @@ QString unknownKey(const Request &request, const QVector<PreviewKey> &keys)
     return nearest.isEmpty() ? problem : problem + QString("; did you mean \"%1\"?").arg(nearest);
 }
 
-// Entries after the first error of a file are lost, and may be those that are asked for.
-void tellBrokenFiles(const Content &content, Console &console)
+// Entries after the first error of a file are lost, those of a file that is not admitted as well, and may be
+// what is asked for.
+void tellLostFiles(const Content &content, Console &console)
 {
     Findings findings;
+    AdmissionCheck().run(content, findings);
     for (const ControlFile &file : content.controlFiles())
         StructureCheck::checkXml(file.path, file.document, findings);
-    for (const Finding &finding : findings.sorted())
-        console.note(FindingReport::line(finding));
+    for (const Finding &finding : findings.sorted()) {
+        if (FindingCatalogue::instance().find(finding.code)->severity == Severity::Error)
+            console.note(FindingReport::line(finding));
+    }
 }
 
 // Chooses what was left open; returns why there is nothing to show.
@@ -185,7 +190,7 @@ int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
     if (problem.isEmpty())
         problem = complete(request, content, keys);
     if (!problem.isEmpty()) {
-        tellBrokenFiles(content, console);
+        tellLostFiles(content, console);
         return console.fail(problem);
     }
     PreviewLook::apply(request.settings.isDark);

@@ -1,8 +1,11 @@
 #include "XmlDocument.h"
 
+#include "XmlHints.h"
+
 #include <Vidtips/VTXmlParser.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QXmlStreamReader>
 #include <QtXml/QXmlInputSource>
 #include <QtXml/QXmlParseException>
@@ -99,7 +102,10 @@ XmlDocument XmlDocument::read(const QString &path)
         return document;
     document.m_readable = true;
     QXmlInputSource source;
-    source.setData(file.readAll());
+    const QByteArray bytes = file.readAll();
+    document.m_isUtf16 = Encoding::isUtf16(bytes);
+    document.m_encodingProblem = Encoding::problemWith(bytes);
+    source.setData(bytes);
     document.m_text = source.data();
     document.m_lineStarts << 0;
     for (int at = document.m_text.indexOf('\n'); at >= 0; at = document.m_text.indexOf('\n', at + 1))
@@ -184,10 +190,20 @@ void XmlDocument::parse()
             break;
         }
     }
-    if (reader.hasError() && m_error.isEmpty()) {
-        m_error = reader.errorString();
-        m_errorPosition = positionAt(errorOffset(int(reader.characterOffset())));
-    }
+    if (reader.hasError() && m_error.isEmpty())
+        setError(reader.errorString(), int(reader.characterOffset()), open.empty() ? nullptr : open.back());
+}
+
+void XmlDocument::setError(const QString &words, int offset, const XmlNode *open)
+{
+    QString said = words.trimmed();
+    while (said.endsWith('.'))
+        said.chop(1);
+    const QString hint = XmlHints::hintFor(said, m_text, offset, open);
+    m_error = hint.isEmpty() ? said : said + ": " + hint;
+    // What cannot be seen is told by its number.
+    m_error.remove(QRegularExpression("[\\x00-\\x1F]"));
+    m_errorPosition = positionAt(errorOffset(offset));
 }
 
 // Where only the library's parser gives up, content is lost all the same.

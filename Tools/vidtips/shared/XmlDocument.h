@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Encoding.h"
 #include "Position.h"
 
 #include <QtCore/QString>
@@ -66,15 +67,23 @@ public:
     /** The document element; null where the text has none. What comes before an error is kept. */
     const XmlNode *root() const { return m_root.get(); }
 
-    /** What is wrong with the XML; empty where nothing is. */
+    /** What is wrong with the XML, and what to write instead where that is known; empty where nothing is. */
     const QString &error() const { return m_error; }
     Position errorPosition() const { return m_errorPosition; }
+
+    /** Where the bytes are not in the encoding that they should be in; its message is empty where they are.
+     */
+    const Encoding::Problem &encodingProblem() const { return m_encodingProblem; }
+
+    /** Tells whether the file is UTF-16, which the library does not take for a control file. */
+    bool isUtf16() const { return m_isUtf16; }
 
     /** Returns the place of the character at @p offset. */
     Position positionAt(int offset) const;
 
 private:
     void parse();
+    void setError(const QString &words, int offset, const XmlNode *open);
     void askLibrary();
     int errorOffset(int readUpTo) const;
     XmlText textAt(int start, int end, const QString &text) const;
@@ -85,5 +94,7 @@ private:
     std::unique_ptr<XmlNode> m_root;
     QString m_error;
     Position m_errorPosition;
+    Encoding::Problem m_encodingProblem;
     bool m_readable = false;
+    bool m_isUtf16 = false;
 };
