@@ -1,5 +1,6 @@
 #include "VTManager.h"
 
+#include "VTAccessibility_p.h"
 #include "VTBoundedSize_p.h"
 #include "VTCatalogue_p.h"
 #include "VTContext.h"
@@ -79,6 +80,7 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
     handleMessage(VTMessageInformation,
                   QStringLiteral("Indexed packages in %1 seconds").arg(timer.elapsed() / 1000.0));
     registerQmlTypes();
+    VTAccessibility::install();
     if (d->context.get(InstallEventFilter, false).toBool()) {
         QCoreApplication::instance()->installEventFilter(this);
         d->filterInstalled = true;

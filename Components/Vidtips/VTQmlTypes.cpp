@@ -1,5 +1,6 @@
 #include "VTQmlTypes_p.h"
 
+#include "VTAccessible_p.h"
 #include "VTScrollBarComponent.h"
 #include "VTStyledRectangleComponent.h"
 #include "VTVideoComponent.h"
@@ -22,6 +23,8 @@ void registerQmlTypes()
     qmlRegisterType<VTXmlElement>(importUri, 1, 0, "VTXmlElement");
     qmlRegisterType<VTStyledRectangleComponent>(importUri, 1, 0, "VTStyledRectangle");
     qmlRegisterType<VTScrollBarComponent>(importUri, 1, 0, "VTScrollBar");
+    qmlRegisterUncreatableType<VTAccessible>(importUri, 1, 0, "VTAccessible",
+                                             QStringLiteral("VTAccessible is attached to items"));
 }
 
 void prepareDeclarativeModule()

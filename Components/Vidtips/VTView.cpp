@@ -1,5 +1,6 @@
 #include "VTView.h"
 
+#include "VTAccessibility_p.h"
 #include "VTIndex.h"
 #include "VTManager.h"
 
@@ -10,6 +11,7 @@
 #include <QtDeclarative/QDeclarativeEngine>
 #include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QGraphicsScene>
 
@@ -210,6 +212,7 @@ void VTView::exposeContent(const QString &dataLocation)
     // Naming an object connects its end to the context, once more each time; this one lives for all tips.
     disconnect(this, &QObject::destroyed, rootContext(), nullptr);
     rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
+    VTAccessibility::contentHasChanged(this);
 }
 
 void VTView::nameContent(VTXmlElement *content)
@@ -374,6 +377,18 @@ void VTView::notification(int notification, const QVariant &value)
     const HostCall call(this);
     d->host()->notification(static_cast<VTNotification>(notification), value,
                             d->content->attribute(QStringLiteral("key")));
+}
+
+// The user interface comes first. A container of the host's is the host's to close.
+void VTView::keyPressEvent(QKeyEvent *event)
+{
+    const QPointer<VTView> self(this);
+    QDeclarativeView::keyPressEvent(event);
+    const bool isEscape = event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier;
+    if (!self || event->isAccepted() || !isEscape || !d->reserved || window() != parentWidget())
+        return;
+    event->accept();
+    window()->close();
 }
 
 void VTView::resizeEvent(QResizeEvent *)

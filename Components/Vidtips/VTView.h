@@ -193,6 +193,7 @@ private:
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;
     VIDTIPS_NO_EXPORT void fitToContent();
+    VIDTIPS_NO_EXPORT void keyPressEvent(QKeyEvent *event) override;
 
     class HostCall;
     struct Private;

@@ -1,5 +1,6 @@
 #include "VTWidget.h"
 
+#include "VTAccessibility_p.h"
 #include "VTBoundedSize_p.h"
 #include "VTManager.h"
 #include "VTRemainingWindows_p.h"
@@ -330,6 +331,7 @@ void VTWidget::contentReservedChanged()
     if (!d->manager->reserve(this, container) || !self)
         return;
     d->handedOver = true;
+    VTAccessibility::hasBecomeDialog(this);
     d->timer->stop();
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     setAttribute(Qt::WA_X11DoNotAcceptFocus, false);

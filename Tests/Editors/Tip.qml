@@ -8,6 +8,9 @@ VTStyledRectangle {
     VTVideoComponent {
         id: clip
         source: "line.mp4"
+        VTAccessible.role: VTAccessible.Animation
+        VTAccessible.name: element.title
+        VTAccessible.onPressed: clip.play()
         onStateChanged: clip.pause()
         onLoadProgressChanged: clip.progress = bar.position
     }

@@ -37,6 +37,9 @@ private slots:
     void reservedWindowOutlivesTheManager();
     void createWindowDeletesTheWindow();
     void createWindowDeletesTheHost();
+    void escapeClosesAKeptWindow();
+    void escapeIsForTheUserInterfaceFirst();
+    void escapeLeavesWindowsOfTheHostAlone();
     void raiseForgetsDeletedWindows();
     void raiseBeginsWithTheLast();
     void stayOnTopOfReservedWindowsOnly();
@@ -137,6 +140,48 @@ void tst_VTManagerReserve::createWindowDeletesTheHost()
     QVERIFY(!session.host);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!window);
+}
+
+void tst_VTManagerReserve::escapeClosesAKeptWindow()
+{
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    const QPointer<VTWidget> kept(session.window());
+    VTView *const view = kept->view();
+    QTest::keyClick(view, Qt::Key_Escape);
+    QVERIFY(kept->isVisible());
+    view->setReserved(true);
+    QTest::keyClick(view, Qt::Key_Escape, Qt::ShiftModifier);
+    QTest::keyClick(view, Qt::Key_A);
+    QVERIFY(kept->isVisible());
+    QTest::keyClick(view, Qt::Key_Escape);
+    QTRY_VERIFY(!kept);
+}
+
+void tst_VTManagerReserve::escapeIsForTheUserInterfaceFirst()
+{
+    packages->writeUserInterface("Basic", "focus: true; Keys.onEscapePressed: event.accepted = true");
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    const QScopedPointer<VTWidget> kept(session.window());
+    kept->view()->setReserved(true);
+    QVERIFY(QTest::qWaitForWindowActive(kept.data()));
+    QTest::keyClick(kept->view(), Qt::Key_Escape);
+    QVERIFY(kept->isVisible());
+}
+
+void tst_VTManagerReserve::escapeLeavesWindowsOfTheHostAlone()
+{
+    TestSession session({packages->path()});
+    QWidget box;
+    session.host->onCreateWindow = [&box] { return &box; };
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    VTView *const view = session.view();
+    view->setReserved(true);
+    QVERIFY(box.isVisible());
+    QTest::keyClick(view, Qt::Key_Escape);
+    QVERIFY(box.isVisible());
+    QVERIFY(view->isVisible());
 }
 
 void tst_VTManagerReserve::raiseForgetsDeletedWindows()

@@ -124,6 +124,9 @@ TypeDescription::TypeDescription(const QString &module)
                            .arg(type.majorVersion())
                            .arg(type.minorVersion());
         entry.revisions += QString::number(type.metaObjectRevision());
+        entry.isCreatable = type.isCreatable();
+        if (const QMetaObject *const attached = type.attachedPropertiesType(nullptr))
+            entry.attached = attached->className();
         addClass(type.metaObject());
     }
 }
@@ -154,7 +157,13 @@ QByteArray TypeDescription::exports(const QMetaObject *metaObject) const
     const auto found = m_exports.constFind(metaObject->className());
     if (found == m_exports.constEnd())
         return {};
-    return listField("exports", found->names) + listField("exportMetaObjectRevisions", found->revisions);
+    QByteArray text = listField("exports", found->names);
+    if (!found->isCreatable)
+        text += "        isCreatable: false\n";
+    text += listField("exportMetaObjectRevisions", found->revisions);
+    if (!found->attached.isEmpty())
+        text += "        attachedType: \"" + found->attached + "\"\n";
+    return text;
 }
 
 QByteArray TypeDescription::component(const QMetaObject *metaObject) const

@@ -34,6 +34,8 @@ private:
     {
         QStringList names;
         QStringList revisions;
+        QByteArray attached; ///< the class of what is attached to others; empty for nothing
+        bool isCreatable = true;
     };
 
     void addClass(const QMetaObject *metaObject);
