@@ -1,5 +1,7 @@
 #include "VTCommandLocator.h"
 
+#include "VTFallbackKeys_p.h"
+
 #include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QCalendarWidget>
 #include <QtWidgets/QComboBox>
@@ -102,19 +104,6 @@ QWidget *pageOf(const QTabBar *bar, int tab)
     return nullptr;
 }
 
-Command tabOf(const VTCommandLocator &locator, QTabBar *bar, const QPoint &position)
-{
-    const int tab = bar->tabAt(bar->mapFromGlobal(position));
-    if (tab < 0)
-        return {};
-    const QRect rect = globalRect(bar, bar->tabRect(tab));
-    const QString key = textIn(bar->tabData(tab));
-    if (!key.isEmpty())
-        return {key, rect, bar};
-    QWidget *const page = pageOf(bar, tab);
-    return page ? Command{locator.keyForWidget(page), rect, page} : Command();
-}
-
 Command sectionOf(QHeaderView *header, const QPoint &position, int role)
 {
     const QWidget *const viewport = header->viewport();
@@ -195,6 +184,7 @@ struct VIDTIPS_NO_EXPORT VTCommandLocator::Private
 {
     int itemRole = -1;
     int graphicsDataKey = -1;
+    Fallbacks fallbacks = NoFallback;
 };
 
 VTCommandLocator::VTCommandLocator()
@@ -224,6 +214,16 @@ void VTCommandLocator::setGraphicsDataKey(int key)
     d->graphicsDataKey = key;
 }
 
+VTCommandLocator::Fallbacks VTCommandLocator::fallbacks() const
+{
+    return d->fallbacks;
+}
+
+void VTCommandLocator::setFallbacks(Fallbacks fallbacks)
+{
+    d->fallbacks = fallbacks;
+}
+
 Command VTCommandLocator::commandAt(QObject *object, const QPoint &position) const
 {
     if (const auto *const menu = qobject_cast<QMenu *>(object))
@@ -240,13 +240,39 @@ Command VTCommandLocator::commandAt(QObject *object, const QPoint &position) con
         if (!key.isEmpty())
             return {key, candidate == object ? QRect() : rectOfWhole(widget, part), candidate};
     }
-    return {};
+    return d->fallbacks.testFlag(Container) ? enclosing(part) : Command();
+}
+
+Command VTCommandLocator::enclosing(const QWidget *part) const
+{
+    QWidget *const container = FallbackKeys::container(part);
+    QWidget *widget = container ? part->parentWidget() : nullptr;
+    while (widget && widget != container && keyForWidget(widget).isEmpty())
+        widget = widget->parentWidget();
+    const QString key = widget ? keyForWidget(widget) : QString();
+    return key.isEmpty() ? Command() : Command{key, rectOfWhole(widget, part), widget};
+}
+
+Command VTCommandLocator::tabAt(QTabBar *bar, const QPoint &position) const
+{
+    const int tab = bar->tabAt(bar->mapFromGlobal(position));
+    if (tab < 0)
+        return {};
+    const QRect rect = globalRect(bar, bar->tabRect(tab));
+    const QString data = textIn(bar->tabData(tab));
+    if (!data.isEmpty())
+        return {data, rect, bar};
+    QWidget *const page = pageOf(bar, tab);
+    QString key = page ? keyForWidget(page) : QString();
+    if (key.isEmpty() && d->fallbacks.testFlag(Text))
+        key = plainText(bar->tabText(tab));
+    return {key, rect, page ? page : bar};
 }
 
 Command VTCommandLocator::partAt(QObject *object, const QPoint &position) const
 {
     if (auto *const bar = qobject_cast<QTabBar *>(object))
-        return tabOf(*this, bar, position);
+        return tabAt(bar, position);
     auto *const header = qobject_cast<QHeaderView *>(object);
     if (header)
         return d->itemRole < 0 ? Command() : sectionOf(header, position, d->itemRole);
@@ -268,15 +294,32 @@ QString VTCommandLocator::keyAt(QObject *object, const QPoint &position, QRect &
 
 QString VTCommandLocator::keyForAction(const QAction *action) const
 {
-    const QString name = nameOf(action);
-    return name.isEmpty() && action ? nameOf(action->menu()) : name;
+    QString key = nameOf(action);
+    if (key.isEmpty() && action)
+        key = nameOf(action->menu());
+    if (key.isEmpty() && d->fallbacks.testFlag(IconName))
+        key = FallbackKeys::iconName(action);
+    if (key.isEmpty() && action && d->fallbacks.testFlag(Text))
+        key = plainText(action->text());
+    return key;
 }
 
 QString VTCommandLocator::keyForWidget(const QWidget *widget) const
 {
     const QAction *const action = widget ? actionShownBy(widget) : nullptr;
-    const QString key = action ? keyForAction(action) : QString();
-    return key.isEmpty() ? nameOf(widget) : key;
+    QString key = action ? keyForAction(action) : QString();
+    if (key.isEmpty())
+        key = nameOf(widget);
+    if (key.isEmpty() && d->fallbacks.testFlag(StandardButton))
+        key = FallbackKeys::standardButton(widget);
+    if (key.isEmpty() && d->fallbacks.testFlag(Text))
+        key = FallbackKeys::label(widget);
+    return key;
+}
+
+QString VTCommandLocator::plainText(const QString &text)
+{
+    return FallbackKeys::plainText(text);
 }
 
 QString VTCommandLocator::nameOf(const QObject *object)

@@ -12,6 +12,7 @@
 
 QT_BEGIN_NAMESPACE
 class QAction;
+class QTabBar;
 class QWidget;
 QT_END_NAMESPACE
 
@@ -37,12 +38,22 @@ namespace Vidtips {
  * view, a line edit for its spin box or combo box. Names that Qt itself gives, such as "qt_spinbox_lineedit",
  * are no keys.
  *
- * A subclass that overrides keyForAction() or keyForWidget() gives keys to commands that have no names. GUI
- * thread only.
+ * Commands that have no names get keys from what setFallbacks() allows, or from a subclass that overrides
+ * keyForAction() or keyForWidget(). GUI thread only.
  */
 class VIDTIPS_EXPORT VTCommandLocator
 {
 public:
+    /** What gives a key to a command that has no name. */
+    enum Fallback {
+        NoFallback = 0,
+        IconName = 1, ///< the name that the action's icon has in icon themes, such as "document-save".
+        StandardButton = 2, ///< of buttons that Qt made: "QDialogButtonBox.Ok", "QWizard.NextButton".
+        Text = 4, ///< plainText() of an action, button, group box or tab, which changes with the language.
+        Container = 8, ///< what is in a status bar or dock widget has the key of the nearest parent there.
+    };
+    Q_DECLARE_FLAGS(Fallbacks, Fallback)
+
     /** A command and its place. */
     struct Command
     {
@@ -68,6 +79,12 @@ public:
     /** Sets the key of QGraphicsItem::data() under which items have keys; -1: none. */
     void setGraphicsDataKey(int key);
 
+    /** Returns what gives keys to commands without names; the default is nothing. */
+    Fallbacks fallbacks() const;
+
+    /** Sets what gives keys to commands without names. They are tried in the order of Fallback. */
+    void setFallbacks(Fallbacks fallbacks);
+
     /**
      * Returns the command that @p object has at the global @p position. Where the pointer is not over a menu,
      * that is the menu's current entry.
@@ -78,26 +95,33 @@ public:
     QString keyAt(QObject *object, const QPoint &position, QRect &rect) const;
 
     /**
-     * Returns the key of @p action, empty for none. The default is its name, or that of the menu that it
-     * opens.
+     * Returns the key of @p action, empty for none. The default is its name, that of the menu that it
+     * opens, or a fall-back.
      */
     virtual QString keyForAction(const QAction *action) const;
 
     /**
      * Returns the key of @p widget as a whole, empty for none. The default is that of the action that it
-     * shows, or its name.
+     * shows, its name, or a fall-back.
      */
     virtual QString keyForWidget(const QWidget *widget) const;
 
     /** Returns the name of @p object, which may be null; empty for a name that Qt itself gives. */
     static QString nameOf(const QObject *object);
 
+    /** Returns @p text, as a command shows it, on one line without mnemonic, shortcut and ellipsis. */
+    static QString plainText(const QString &text);
+
 private:
     Q_DISABLE_COPY(VTCommandLocator)
     VIDTIPS_NO_EXPORT Command partAt(QObject *object, const QPoint &position) const;
+    VIDTIPS_NO_EXPORT Command tabAt(QTabBar *bar, const QPoint &position) const;
+    VIDTIPS_NO_EXPORT Command enclosing(const QWidget *part) const;
 
     struct Private;
     std::unique_ptr<Private> const d;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(VTCommandLocator::Fallbacks)
 
 } // namespace Vidtips

@@ -1,13 +1,16 @@
 #include <Vidtips/VTCommandLocator.h>
 
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QStandardItemModel>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QDockWidget>
 #include <QtWidgets/QGraphicsItem>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsView>
+#include <QtWidgets/QGroupBox>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -19,11 +22,13 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QSpinBox>
+#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTableView>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QTreeView>
 #include <QtWidgets/QWidgetAction>
+#include <QtWidgets/QWizard>
 
 using namespace Vidtips;
 
@@ -89,6 +94,16 @@ private slots:
     void graphicsItems();
     void graphicsItemBelowAnotherWithoutKey();
     void commandsOfASubclass();
+    void fallbacksAreNotTakenUnasked();
+    void fallbacksOfActions_data();
+    void fallbacksOfActions();
+    void plainTexts_data();
+    void plainTexts();
+    void standardButtonsOfDialogs();
+    void standardButtonsOfWizards();
+    void labelsOfWidgets();
+    void tabByItsText();
+    void partsOfContainers();
 
 private:
     VTCommandLocator::Command at(QObject *object, const QPoint &position) const
@@ -568,6 +583,192 @@ void tst_VTCommandLocator::commandsOfASubclass()
     QCOMPARE(keyOf(button), QString("next"));
     menu.setActiveAction(action);
     QCOMPARE(at(&menu, QPoint(-5, -5)).key, QString("cut"));
+}
+
+void tst_VTCommandLocator::fallbacksAreNotTakenUnasked()
+{
+    QCOMPARE(m_locator->fallbacks(), VTCommandLocator::Fallbacks(VTCommandLocator::NoFallback));
+    QAction action("Print");
+    action.setIcon(QIcon::fromTheme("document-print"));
+    QCOMPARE(m_locator->keyForAction(&action), QString());
+    auto *const box = new QDialogButtonBox(QDialogButtonBox::Ok, m_window.get());
+    QCOMPARE(keyOf(box->button(QDialogButtonBox::Ok)), QString());
+    m_window->setStatusBar(named(new QStatusBar, "status"));
+    auto *const label = new QLabel("12, 7");
+    m_window->statusBar()->addWidget(label);
+    QCOMPARE(keyOf(label), QString());
+}
+
+void tst_VTCommandLocator::fallbacksOfActions_data()
+{
+    using Locator = VTCommandLocator;
+    QTest::addColumn<int>("fallbacks");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("icon");
+    QTest::addColumn<QString>("key");
+    const int both = Locator::IconName | Locator::Text;
+    QTest::newRow("the name first") << both << "file.print"
+                                    << "printer"
+                                    << "file.print";
+    QTest::newRow("then the icon") << both << ""
+                                   << "printer"
+                                   << "printer";
+    QTest::newRow("then the text") << both << ""
+                                   << ""
+                                   << "Print";
+    QTest::newRow("only the icon") << int(Locator::IconName) << ""
+                                   << ""
+                                   << "";
+    QTest::newRow("only the text") << int(Locator::Text) << ""
+                                   << "printer"
+                                   << "Print";
+    QTest::newRow("a name of Qt's is none") << both << "qt_print"
+                                            << ""
+                                            << "Print";
+}
+
+void tst_VTCommandLocator::fallbacksOfActions()
+{
+    QFETCH(int, fallbacks);
+    QFETCH(QString, name);
+    QFETCH(QString, icon);
+    // A theme of our own, as what is installed differs.
+    QTemporaryDir folder;
+    const QString sizes = folder.path() + "/theme/16x16";
+    QVERIFY(QDir().mkpath(sizes));
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(sizes + "/printer.png"));
+    QFile index(folder.path() + "/theme/index.theme");
+    QVERIFY(index.open(QIODevice::WriteOnly));
+    index.write("[Icon Theme]\nName=theme\nDirectories=16x16\n[16x16]\nSize=16\n");
+    index.close();
+    QIcon::setThemeSearchPaths({folder.path()});
+    QIcon::setThemeName("theme");
+
+    QAction action("&Print...");
+    action.setObjectName(name);
+    action.setIcon(icon.isEmpty() ? QIcon(picture) : QIcon::fromTheme(icon));
+    m_locator->setFallbacks(VTCommandLocator::Fallbacks(fallbacks));
+    QTEST(m_locator->keyForAction(&action), "key");
+    // The command is the same in a tool bar.
+    QToolBar *const bar = m_window->addToolBar("Bar");
+    bar->addAction(&action);
+    QTEST(keyOf(bar->widgetForAction(&action)), "key");
+}
+
+void tst_VTCommandLocator::plainTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("plain");
+    QTest::newRow("nothing") << QString() << QString();
+    QTest::newRow("mnemonic") << "Save &As"
+                              << "Save As";
+    QTest::newRow("ampersand") << "Cut && Paste"
+                               << "Cut & Paste";
+    QTest::newRow("last ampersand") << "Cut &"
+                                    << "Cut &";
+    QTest::newRow("mnemonic after the text") << QString::fromUtf8("開く(&O)…") << QString::fromUtf8("開く");
+    QTest::newRow("three dots") << "Open..."
+                                << "Open";
+    QTest::newRow("dots after a blank") << "Open ..."
+                                        << "Open";
+    QTest::newRow("only dots") << "..." << QString();
+    QTest::newRow("shortcut") << "Quit\tCtrl+Q"
+                              << "Quit";
+    QTest::newRow("lines") << "Fit\n  all"
+                           << "Fit all";
+    QTest::newRow("dots within") << "Level 1.5"
+                                 << "Level 1.5";
+}
+
+void tst_VTCommandLocator::plainTexts()
+{
+    QFETCH(QString, text);
+    QTEST(VTCommandLocator::plainText(text), "plain");
+}
+
+void tst_VTCommandLocator::standardButtonsOfDialogs()
+{
+    m_locator->setFallbacks(VTCommandLocator::StandardButton);
+    auto *const box =
+        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::RestoreDefaults, m_window.get());
+    QPushButton *const own = box->addButton("Apply to all", QDialogButtonBox::ApplyRole);
+    QCOMPARE(keyOf(box->button(QDialogButtonBox::Ok)), QString("QDialogButtonBox.Ok"));
+    QCOMPARE(keyOf(box->button(QDialogButtonBox::RestoreDefaults)),
+             QString("QDialogButtonBox.RestoreDefaults"));
+    QCOMPARE(keyOf(own), QString());
+    own->setObjectName("applyAll");
+    QCOMPARE(keyOf(own), QString("applyAll"));
+    QCOMPARE(keyOf(new QPushButton("OK", m_window.get())), QString());
+}
+
+void tst_VTCommandLocator::standardButtonsOfWizards()
+{
+    m_locator->setFallbacks(VTCommandLocator::StandardButton);
+    QWizard wizard;
+    wizard.setOptions(QWizard::HaveHelpButton | QWizard::HaveCustomButton1 | QWizard::HaveCustomButton3);
+    wizard.addPage(new QWizardPage);
+    wizard.show();
+    const QVector<QPair<QWizard::WizardButton, QString>> expected = {
+        {QWizard::BackButton, "BackButton"},       {QWizard::NextButton, "NextButton"},
+        {QWizard::CommitButton, "CommitButton"},   {QWizard::FinishButton, "FinishButton"},
+        {QWizard::CancelButton, "CancelButton"},   {QWizard::HelpButton, "HelpButton"},
+        {QWizard::CustomButton1, "CustomButton1"}, {QWizard::CustomButton2, "CustomButton2"},
+        {QWizard::CustomButton3, "CustomButton3"}};
+    for (const auto &[which, name] : expected)
+        QCOMPARE(keyOf(wizard.button(which)), "QWizard." + name);
+}
+
+void tst_VTCommandLocator::labelsOfWidgets()
+{
+    m_locator->setFallbacks(VTCommandLocator::Text);
+    QCOMPARE(keyOf(new QPushButton("&Next...", m_window.get())), QString("Next"));
+    QCOMPARE(keyOf(new QGroupBox("Pen && brush", m_window.get())), QString("Pen & brush"));
+    QCOMPARE(keyOf(new QLabel("Width", m_window.get())), QString());
+}
+
+void tst_VTCommandLocator::tabByItsText()
+{
+    auto *const tabs = new QTabWidget;
+    tabs->addTab(new QWidget, "&General");
+    m_window->setCentralWidget(tabs);
+    show();
+    QTabBar *const bar = tabs->tabBar();
+    const QPoint place = bar->mapToGlobal(bar->tabRect(0).center());
+    QCOMPARE(at(bar, place).key, QString());
+    m_locator->setFallbacks(VTCommandLocator::Text);
+    QCOMPARE(at(bar, place).key, QString("General"));
+    QCOMPARE(at(bar, place).rect, QRect(bar->mapToGlobal(bar->tabRect(0).topLeft()), bar->tabRect(0).size()));
+}
+
+void tst_VTCommandLocator::partsOfContainers()
+{
+    m_locator->setFallbacks(VTCommandLocator::Container);
+    auto *const place = named(new QWidget, "coordinates");
+    auto *const label = new QLabel("12, 7", place);
+    auto *const other = new QLabel("mm");
+    m_window->setStatusBar(named(new QStatusBar, "status"));
+    m_window->statusBar()->addWidget(place);
+    m_window->statusBar()->addWidget(other);
+    auto *const dock = named(new QDockWidget("Layers"), "layers");
+    dock->setWidget(new QWidget);
+    auto *const inDock = new QLabel("Walls", dock->widget());
+    m_window->addDockWidget(Qt::LeftDockWidgetArea, dock);
+    m_window->setCentralWidget(named(new QWidget, "page"));
+    auto *const elsewhere = new QLabel("Page", m_window->centralWidget());
+    show();
+    const VTCommandLocator::Command command = at(label, middleOf(label));
+    QCOMPARE(command.key, QString("coordinates"));
+    QCOMPARE(command.object.data(), place);
+    QCOMPARE(command.rect, globalRect(place));
+    QCOMPARE(keyOf(other), QString("status"));
+    QCOMPARE(keyOf(inDock), QString("layers"));
+    QCOMPARE(keyOf(elsewhere), QString());
+    // What is around the bar or the dock has nothing to do with them.
+    m_window->setObjectName("window");
+    dock->setObjectName(QString());
+    QCOMPARE(keyOf(inDock), QString());
 }
 
 QTEST_MAIN(tst_VTCommandLocator)
