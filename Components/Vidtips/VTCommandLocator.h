@@ -49,7 +49,7 @@ public:
         NoFallback = 0,
         IconName = 1, ///< the name that the action's icon has in icon themes, such as "document-save".
         StandardButton = 2, ///< of buttons that Qt made: "QDialogButtonBox.Ok", "QWizard.NextButton".
-        Text = 4, ///< plainText() of an action, button, group box or tab, which changes with the language.
+        Text = 4, ///< plainText() of an action, button, group box or tab; it changes with the language.
         Container = 8, ///< what is in a status bar or dock widget has the key of the nearest parent there.
     };
     Q_DECLARE_FLAGS(Fallbacks, Fallback)

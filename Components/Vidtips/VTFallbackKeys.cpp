@@ -80,8 +80,9 @@ QString FallbackKeys::plainText(const QString &text)
 
 QString FallbackKeys::label(const QWidget *widget)
 {
+    // Buttons that show only an icon say in their tool tip what others say in their text.
     if (const auto *const button = qobject_cast<const QAbstractButton *>(widget))
-        return plainText(button->text());
+        return plainText(button->text().isEmpty() ? button->toolTip() : button->text());
     const auto *const group = qobject_cast<const QGroupBox *>(widget);
     return group ? plainText(group->title()) : QString();
 }

@@ -724,6 +724,9 @@ void tst_VTCommandLocator::labelsOfWidgets()
 {
     m_locator->setFallbacks(VTCommandLocator::Text);
     QCOMPARE(keyOf(new QPushButton("&Next...", m_window.get())), QString("Next"));
+    auto *const icon = new QToolButton(m_window.get());
+    icon->setToolTip("Pick a colour...");
+    QCOMPARE(keyOf(icon), QString("Pick a colour"));
     QCOMPARE(keyOf(new QGroupBox("Pen && brush", m_window.get())), QString("Pen & brush"));
     QCOMPARE(keyOf(new QLabel("Width", m_window.get())), QString());
 }
