@@ -1,5 +1,6 @@
 #include "CommandTable.h"
 
+#include "attach/AttachCommand.h"
 #include "check/CheckCommand.h"
 #include "findings/ExplainCommand.h"
 #include "package/KeysCommand.h"
@@ -43,6 +44,7 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<StringsCommand>());
     m_commands.push_back(std::make_unique<SchemaCommand>());
     m_commands.push_back(std::make_unique<NewCommand>());
+    m_commands.push_back(std::make_unique<AttachCommand>());
 }
 
 CommandTable::~CommandTable() = default;

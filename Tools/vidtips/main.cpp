@@ -51,6 +51,8 @@ int runCommand(Command &command, const QStringList &arguments, Console &console,
     QCommandLineParser parser;
     parser.addOptions(command.options());
     parser.addOption(QCommandLineOption(QStringList{"h", "help"}));
+    if (command.startsProgram())
+        parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     if (!parser.parse(arguments)) {
         QString problem = parser.errorText();
         if (problem.endsWith('.'))

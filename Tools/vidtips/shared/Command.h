@@ -41,6 +41,9 @@ public:
     virtual QList<Example> examples() const = 0;
     virtual QList<QCommandLineOption> options() const = 0;
 
+    /** Tells whether the arguments name another program, to which all options after its name belong. */
+    virtual bool startsProgram() const { return false; }
+
     /** Returns what the run with these arguments needs. */
     virtual Display display(const QCommandLineParser &) const { return NoDisplay; }
 
