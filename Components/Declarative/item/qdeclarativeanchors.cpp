@@ -5,59 +5,13 @@
 
 #include <QtCore/QPointer>
 #include <QtQml/qqmlinfo.h>
-#include <QtWidgets/QGraphicsWidget>
-
-#include <cmath>
 
 namespace {
-
-// A target whose change comes back to itself this often is in a loop.
-constexpr int maximumDepth = 3;
 
 constexpr QDeclarativeItemChanges targetChanges =
     QDeclarativeItemChanges(GeometryChange) | BaselineOffsetChange | DestroyedChange;
 
-/** The middle of @p length; that of an odd number of whole pixels is half a pixel further. */
-qreal middle(qreal length)
-{
-    return std::fmod(std::trunc(length), 2) != 0 ? (length + 1) / 2 : length / 2;
-}
-
-QSizeF sizeOf(QGraphicsObject *object)
-{
-    const QGraphicsItemPrivate *d = QGraphicsItemPrivate::get(object);
-    return QSizeF(d->width(), d->height());
-}
-
-qreal baselineOf(const QGraphicsObject *object)
-{
-    const auto *const item = qobject_cast<const QDeclarativeItem *>(object);
-    return item ? item->baselineOffset() : 0;
-}
-
-/** Counts how deep one update of an item's geometry is nested in itself. */
-class Depth
-{
-public:
-    explicit Depth(int *depth)
-        : m_depth(depth)
-    {
-        ++*m_depth;
-    }
-    ~Depth() { --*m_depth; }
-    Q_DISABLE_COPY(Depth)
-
-private:
-    int *const m_depth;
-};
-
 } // namespace
-
-static constexpr QDeclarativeAnchorLine::AnchorLine lineFlags[] = {
-    QDeclarativeAnchorLine::Left,     QDeclarativeAnchorLine::Right,   QDeclarativeAnchorLine::Top,
-    QDeclarativeAnchorLine::Bottom,   QDeclarativeAnchorLine::HCenter, QDeclarativeAnchorLine::VCenter,
-    QDeclarativeAnchorLine::Baseline,
-};
 
 QDeclarativeAnchors::QDeclarativeAnchors(QGraphicsObject *item)
     : m_item(item)
@@ -95,29 +49,6 @@ bool QDeclarativeAnchors::isReady() const
     if (auto *item = qobject_cast<QDeclarativeItem *>(m_item))
         return QDeclarativeItemPrivate::get(item)->componentIsComplete;
     return !QGraphicsItemPrivate::get(m_item)->inDestructor;
-}
-
-QSizeF QDeclarativeAnchors::ownSize() const
-{
-    return sizeOf(m_item);
-}
-
-void QDeclarativeAnchors::setOwnSize(const QSizeF &size)
-{
-    if (auto *item = qobject_cast<QDeclarativeItem *>(m_item))
-        item->setSize(size);
-    else if (auto *widget = qobject_cast<QGraphicsWidget *>(m_item))
-        widget->resize(size);
-}
-
-void QDeclarativeAnchors::setOwnWidth(qreal width)
-{
-    QGraphicsItemPrivate::get(m_item)->setWidth(width);
-}
-
-void QDeclarativeAnchors::setOwnHeight(qreal height)
-{
-    QGraphicsItemPrivate::get(m_item)->setHeight(height);
 }
 
 bool QDeclarativeAnchors::isNeighbour(const QGraphicsObject *target) const
@@ -198,14 +129,6 @@ void QDeclarativeAnchors::resetLine(LineIndex index)
     removeDependency(previous);
     emitLineChanged(index);
     updateLine(index);
-}
-
-void QDeclarativeAnchors::updateLine(LineIndex index)
-{
-    if (lineFlags[index] & QDeclarativeAnchorLine::Horizontal)
-        updateHorizontal();
-    else
-        updateVertical();
 }
 
 void QDeclarativeAnchors::emitLineChanged(LineIndex index)
@@ -424,154 +347,5 @@ void QDeclarativeAnchors::ownChanged(bool horizontal, bool vertical)
             updateHorizontal();
         if (m_verticalDepth == 0 && vertical)
             updateVertical();
-    }
-}
-
-void QDeclarativeAnchors::updateAll()
-{
-    updateFill();
-    updateCenterIn();
-    updateHorizontal();
-    updateVertical();
-}
-
-void QDeclarativeAnchors::updateFill()
-{
-    if (!m_fill || !isReady())
-        return;
-    if (m_fillDepth >= maximumDepth) {
-        qmlWarning(m_item) << tr("Possible anchor loop detected on fill.");
-        return;
-    }
-    const Depth depth(&m_fillDepth);
-    const bool isParent = m_fill == m_item->QGraphicsItem::parentItem();
-    const qreal left = m_offsets[isMirrored() ? RightLine : LeftLine];
-    const qreal across = m_offsets[LeftLine] + m_offsets[RightLine];
-    const qreal down = m_offsets[TopLine] + m_offsets[BottomLine];
-    m_item->setPos((isParent ? QPointF() : m_fill->pos()) + QPointF(left, m_offsets[TopLine]));
-    if (m_fill)
-        setOwnSize(sizeOf(m_fill) - QSizeF(across, down));
-}
-
-void QDeclarativeAnchors::updateCenterIn()
-{
-    if (!m_centerIn || m_fill || !isReady())
-        return;
-    if (m_centerDepth >= maximumDepth) {
-        qmlWarning(m_item) << tr("Possible anchor loop detected on centerIn.");
-        return;
-    }
-    const Depth depth(&m_centerDepth);
-    const bool isParent = m_centerIn == m_item->QGraphicsItem::parentItem();
-    const QSizeF frame = sizeOf(m_centerIn);
-    const qreal across = isMirrored() ? -m_offsets[HCenterLine] : m_offsets[HCenterLine];
-    const QPointF centre(middle(frame.width()) - middle(ownSize().width()) + across,
-                         middle(frame.height()) - middle(ownSize().height()) + m_offsets[VCenterLine]);
-    m_item->setPos((isParent ? QPointF() : m_centerIn->pos()) + centre);
-}
-
-void QDeclarativeAnchors::updateHorizontal()
-{
-    if (!(m_used & QDeclarativeAnchorLine::Horizontal) || m_fill || m_centerIn || !isReady())
-        return;
-    if (m_horizontalDepth >= maximumDepth) {
-        qmlWarning(m_item) << tr("Possible anchor loop detected on horizontal anchor.");
-        return;
-    }
-    const Depth depth(&m_horizontalDepth);
-    applyHorizontal();
-}
-
-void QDeclarativeAnchors::updateVertical()
-{
-    if (!(m_used & QDeclarativeAnchorLine::Vertical) || m_fill || m_centerIn || !isReady())
-        return;
-    if (m_verticalDepth >= maximumDepth) {
-        qmlWarning(m_item) << tr("Possible anchor loop detected on vertical anchor.");
-        return;
-    }
-    const Depth depth(&m_verticalDepth);
-    applyVertical();
-}
-
-/** Where the target line of @p index, with its margin, lies in the coordinates of the item's parent. */
-qreal QDeclarativeAnchors::linePosition(LineIndex index) const
-{
-    const QDeclarativeAnchorLine &target = m_lines[index];
-    // A handler may have destroyed the target since the update began.
-    if (!target.item)
-        return 0;
-    const bool isParent = target.item == m_item->QGraphicsItem::parentItem();
-    const bool horizontal = lineFlags[index] & QDeclarativeAnchorLine::Horizontal;
-    const QSizeF size = sizeOf(target.item);
-    const bool turned = horizontal && isMirrored();
-    const bool fromEnd = index == (turned ? LeftLine : RightLine) || index == BottomLine;
-    const qreal margin = fromEnd || (turned && index == HCenterLine) ? -m_offsets[index] : m_offsets[index];
-    qreal position = isParent ? 0 : horizontal ? target.item->x() : target.item->y();
-    switch (target.line) {
-    case QDeclarativeAnchorLine::Left:
-        position += turned ? size.width() : 0;
-        break;
-    case QDeclarativeAnchorLine::Right:
-        position += turned ? 0 : size.width();
-        break;
-    case QDeclarativeAnchorLine::HCenter:
-        position += middle(size.width());
-        break;
-    case QDeclarativeAnchorLine::Bottom:
-        position += size.height();
-        break;
-    case QDeclarativeAnchorLine::VCenter:
-        position += middle(size.height());
-        break;
-    case QDeclarativeAnchorLine::Baseline:
-        position += baselineOf(target.item);
-        break;
-    default:
-        break;
-    }
-    return position + margin;
-}
-
-void QDeclarativeAnchors::applyHorizontal()
-{
-    const LineIndex left = isMirrored() ? RightLine : LeftLine;
-    const LineIndex right = isMirrored() ? LeftLine : RightLine;
-    const auto has = [this](LineIndex index) { return bool(m_used & lineFlags[index]); };
-    if (has(left)) {
-        const qreal from = linePosition(left);
-        if (has(right))
-            setOwnWidth(linePosition(right) - from);
-        else if (has(HCenterLine))
-            setOwnWidth((linePosition(HCenterLine) - from) * 2);
-        // Neighbours may have followed the new width.
-        m_item->setX(linePosition(left));
-    } else if (has(right)) {
-        if (has(HCenterLine))
-            setOwnWidth((linePosition(right) - linePosition(HCenterLine)) * 2);
-        m_item->setX(linePosition(right) - ownSize().width());
-    } else {
-        m_item->setX(linePosition(HCenterLine) - middle(ownSize().width()));
-    }
-}
-
-void QDeclarativeAnchors::applyVertical()
-{
-    const auto has = [this](LineIndex index) { return bool(m_used & lineFlags[index]); };
-    if (has(TopLine)) {
-        const qreal from = linePosition(TopLine);
-        if (has(BottomLine))
-            setOwnHeight(linePosition(BottomLine) - from);
-        else if (has(VCenterLine))
-            setOwnHeight((linePosition(VCenterLine) - from) * 2);
-        m_item->setY(linePosition(TopLine));
-    } else if (has(BottomLine)) {
-        if (has(VCenterLine))
-            setOwnHeight((linePosition(BottomLine) - linePosition(VCenterLine)) * 2);
-        m_item->setY(linePosition(BottomLine) - ownSize().height());
-    } else if (has(VCenterLine)) {
-        m_item->setY(linePosition(VCenterLine) - middle(ownSize().height()));
-    } else {
-        m_item->setY(linePosition(BaselineLine) - baselineOf(m_item));
     }
 }

@@ -5,6 +5,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QVarLengthArray>
 
+#include <optional>
+
 /**
  * An edge, or a line between two edges, of an item that others can be anchored to.
  *
@@ -161,6 +163,11 @@ private:
         BaselineLine,
         Lines
     };
+    static constexpr QDeclarativeAnchorLine::AnchorLine lineFlags[Lines] = {
+        QDeclarativeAnchorLine::Left,     QDeclarativeAnchorLine::Right,   QDeclarativeAnchorLine::Top,
+        QDeclarativeAnchorLine::Bottom,   QDeclarativeAnchorLine::HCenter, QDeclarativeAnchorLine::VCenter,
+        QDeclarativeAnchorLine::Baseline,
+    };
 
     void setLine(LineIndex, const QDeclarativeAnchorLine &);
     void resetLine(LineIndex);
@@ -176,8 +183,8 @@ private:
     bool isReady() const;
     QSizeF ownSize() const;
     void setOwnSize(const QSizeF &);
-    void setOwnWidth(qreal width);
-    void setOwnHeight(qreal height);
+    void setOwnWidth(std::optional<qreal> width, int times);
+    void setOwnHeight(std::optional<qreal> height, int times);
     void ownChanged(bool horizontal, bool vertical);
     void addDependency(QGraphicsObject *);
     void removeDependency(QGraphicsObject *);
@@ -190,7 +197,9 @@ private:
     void updateVertical();
     void applyHorizontal();
     void applyVertical();
+    bool isHeld(LineIndex) const;
     qreal linePosition(LineIndex) const;
+    std::optional<qreal> stretch(LineIndex from, LineIndex to) const;
     void targetChanged(QGraphicsObject *, bool horizontal, bool vertical, bool resized);
     void follow(QGraphicsObject *, bool horizontal, bool vertical, bool resized);
 

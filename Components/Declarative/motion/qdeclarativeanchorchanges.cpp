@@ -140,6 +140,15 @@ bool QDeclarativeAnchorChanges::hadLine(std::initializer_list<int> lines) const
                        [this](int line) { return m_original[line].binding || m_original[line].line.item; });
 }
 
+/** Whether the state itself anchors the item at one of @p lines. */
+bool QDeclarativeAnchorChanges::setsAny(std::initializer_list<QDeclarativeAnchorSet::Line> lines) const
+{
+    return std::any_of(lines.begin(), lines.end(), [this](QDeclarativeAnchorSet::Line line) {
+        const QQmlScriptString script = m_anchors.script(line);
+        return !script.isEmpty() && !script.isUndefinedLiteral();
+    });
+}
+
 /** Whether the state holds the item at two of these three lines, so that it took its length from them. */
 bool QDeclarativeAnchorChanges::setsBoth(int from, int to, int centre) const
 {
@@ -172,10 +181,11 @@ void QDeclarativeAnchorChanges::reverse()
         m_target->setHeight(m_originalGeometry.height());
     for (int line : qAsConst(back))
         restore(line);
-    // What was not anchored goes back to where it stood.
-    if (!across)
+    // What only the state anchored goes back to where it stood.
+    if (!across && setsAny({Set::Left, Set::Right, Set::HorizontalCenter}))
         m_target->setX(m_originalGeometry.x());
-    if (!down && !hadLine({Set::Baseline}))
+    if (!down && !hadLine({Set::Baseline})
+        && setsAny({Set::Top, Set::Bottom, Set::VerticalCenter, Set::Baseline}))
         m_target->setY(m_originalGeometry.y());
 }
 

@@ -98,6 +98,7 @@ private:
     void apply(int line);
     bool isConcerned(int line) const;
     bool hadLine(std::initializer_list<int> lines) const;
+    bool setsAny(std::initializer_list<Line> lines) const;
     bool setsBoth(int from, int to, int centre) const;
 
     QPointer<QDeclarativeItem> m_target;

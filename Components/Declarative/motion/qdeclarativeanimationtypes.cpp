@@ -1,16 +1,20 @@
 #include "qdeclarativeanimationtypes_p.h"
 
 #include "engine/qdeclarativeqttype_p.h"
+#include "qdeclarativescriptname_p.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
 #include <QtCore/QVector>
+#include <QtQml/qqmlinfo.h>
 
 #include <private/qmetaobjectbuilder_p.h>
 #include <private/qobject_p.h>
 #include <private/qquickanimation_p.h>
 #include <private/qquickanimation_p_p.h>
 
+#include <optional>
 #include <utility>
 
 namespace {
@@ -22,12 +26,49 @@ const char *const animationTypes[] = {
 };
 constexpr int animationTypeCount = sizeof(animationTypes) / sizeof(animationTypes[0]);
 
+/** QML 1 rotates a target by both of these, and says which of them it lacks. */
+const char *const angles[] = {"rotation", "angle"};
+
+/** Says which angles the targets of @p animation lack, where it names no property itself. */
+void warnOfMissingAngles(QQuickRotationAnimation *animation)
+{
+    const auto *d = static_cast<QQuickPropertyAnimationPrivate *>(QObjectPrivate::get(animation));
+    if (!d->toIsDefined || d->defaultProperty.isValid() || !d->propertyName.isEmpty()
+        || !d->properties.isEmpty())
+        return;
+    const QList<QObject *> targets = d->target ? d->targets + QList<QObject *>{d->target} : d->targets;
+    for (const char *angle : angles) {
+        const QString name = QString::fromLatin1(angle);
+        for (QObject *target : targets) {
+            if (target && !QQmlProperty(target, name).isValid())
+                qmlWarning(animation)
+                    << QCoreApplication::translate("QDeclarativeAbstractAnimation",
+                                                   "Cannot animate non-existent property \"%1\"")
+                           .arg(name);
+        }
+    }
+}
+
+/** Likewise for the animations of a group, which start as the group does. */
+void warnOfMissingAngles(QQuickAbstractAnimation *animation)
+{
+    if (auto *rotation = qobject_cast<QQuickRotationAnimation *>(animation))
+        return warnOfMissingAngles(rotation);
+    auto *group = qobject_cast<QQuickAnimationGroup *>(animation);
+    if (!group)
+        return;
+    const auto children = static_cast<QQuickAnimationGroupPrivate *>(QObjectPrivate::get(group))->animations;
+    for (QQuickAbstractAnimation *child : children)
+        warnOfMissingAngles(child);
+}
+
 /**
  * Gives a class of Qt's animations the signals that QML 1 content knows, in its order.
  *
  * There is completed(), which Qt calls stopped(). Its started() comes when what the animation begins with has
  * been done, and before runningChanged(). An animation that is to run to its end counts as completed when it
- * is stopped, and not again at its end.
+ * is stopped, and not again at its end. A ScriptAction without a name goes with scripts of states without
+ * one.
  *
  * One object serves all animations of the class, which Qt does not let us derive from, and lives for ever.
  */
@@ -43,6 +84,8 @@ public:
         builder.addSignal("completed()");
         builder.addSignal("started()");
         builder.addSignal("runningChanged(bool)");
+        if (qtClass->indexOfProperty("scriptName") >= 0)
+            m_scriptName.emplace().addTo(&builder, qtClass, "scriptName");
         *static_cast<QMetaObject *>(this) = *builder.toMetaObject();
     }
 
@@ -57,6 +100,8 @@ public:
         QMetaObject::connect(animation, stopped, animation, methodOffset() + Completed, Qt::DirectConnection);
         QMetaObject::connect(animation, ran, animation, methodOffset() + RunningChanged,
                              Qt::DirectConnection);
+        if (m_scriptName)
+            m_scriptName->init(animation);
     }
 
     void objectDestroyed(QObject *animation) override
@@ -67,6 +112,8 @@ public:
 
     int metaCall(QObject *animation, Call call, int id, void **arguments) override
     {
+        if (m_scriptName && m_scriptName->metaCall(animation, call, id, arguments))
+            return -1;
         const int signal = id - methodOffset();
         if (call != InvokeMetaMethod || signal < 0)
             return animation->qt_metacall(call, id, arguments);
@@ -105,6 +152,8 @@ private:
         noteStart(animation);
         if (!guard)
             return;
+        if (isRunning)
+            warnOfMissingAngles(animation);
         m_stopping.remove(animation);
         if (!isRunning && d->animationInstance && !d->animationInstance->isStopped()) {
             activate(animation, this, Completed, nullptr);
@@ -117,6 +166,7 @@ private:
         activate(animation, this, RunningChanged, arguments);
     }
 
+    std::optional<QDeclarativeScriptName> m_scriptName;
     QSet<QObject *> m_starting; ///< about to do what they begin with
     QSet<QObject *> m_stopping; ///< run to their end, although stopped
 };

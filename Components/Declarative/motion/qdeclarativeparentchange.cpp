@@ -1,5 +1,7 @@
 #include "qdeclarativeparentchange_p.h"
 
+#include "qdeclarativeanchorchanges_p.h"
+
 #include <QtCore/QtMath>
 #include <QtQml/qqmlinfo.h>
 
@@ -110,6 +112,7 @@ void QDeclarativeParentChange::saveOriginals()
 
 void QDeclarativeParentChange::saveCurrentValues()
 {
+    m_wasTakenBack = false;
     if (!m_target)
         return;
     m_currentParent = m_target->parentItem();
@@ -117,19 +120,52 @@ void QDeclarativeParentChange::saveCurrentValues()
     m_currentAbove = above ? above->toGraphicsObject() : nullptr;
 }
 
+/** Whether the state changes the target's anchors before it changes its parent. */
+bool QDeclarativeParentChange::followsAnchorChanges() const
+{
+    for (int i = 0; i < state()->operationCount(); ++i) {
+        const QQuickStateOperation *operation = state()->operationAt(i);
+        if (operation == this)
+            return false;
+        const auto *changes = qobject_cast<const QDeclarativeAnchorChanges *>(operation);
+        if (changes && changes->target() == m_target)
+            return true;
+    }
+    return false;
+}
+
 void QDeclarativeParentChange::execute()
 {
-    if (m_target && m_parent && m_target->parentItem() != m_parent)
-        reparent(m_target, m_parent, this);
+    if (!m_target || !m_parent || m_target->parentItem() == m_parent)
+        return;
+    const QPointF position = m_target->pos();
+    reparent(m_target, m_parent, this);
+    keepPosition(position);
+}
+
+/**
+ * QML 1 applies a state with anchors, takes it back and applies it again. The anchors' turn to go back came
+ * while the item was in its new parent, so that its place in the old one became that in the new one. Qt does
+ * so for transitions only.
+ */
+void QDeclarativeParentChange::keepPosition(const QPointF &position)
+{
+    if (!m_wasTakenBack && followsAnchorChanges())
+        m_target->setPos(position);
 }
 
 void QDeclarativeParentChange::reverse()
 {
+    const QPointF position = m_target ? m_target->pos() : QPointF();
+    const bool moves = m_target && m_target->parentItem() != m_originalParent;
     moveBack(m_originalParent, m_originalAbove);
+    if (moves)
+        keepPosition(position);
 }
 
 void QDeclarativeParentChange::rewind()
 {
+    m_wasTakenBack = true;
     moveBack(m_currentParent, m_currentAbove);
 }
 

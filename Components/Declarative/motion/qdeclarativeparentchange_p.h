@@ -58,6 +58,8 @@ public:
 private:
     void addAction(ActionList *, const char *property, const QQmlScriptString &script) const;
     static QGraphicsItem *siblingAbove(const QDeclarativeItem *);
+    bool followsAnchorChanges() const;
+    void keepPosition(const QPointF &);
     void moveBack(QDeclarativeItem *parent, QGraphicsItem *above);
 
     QPointer<QDeclarativeItem> m_target;
@@ -66,5 +68,6 @@ private:
     QPointer<QDeclarativeItem> m_currentParent;
     QPointer<QGraphicsObject> m_originalAbove; ///< the sibling that is stacked right above
     QPointer<QGraphicsObject> m_currentAbove;
+    bool m_wasTakenBack = false; ///< since the state began to be applied
     QQmlScriptString m_x, m_y, m_width, m_height, m_scale, m_rotation;
 };

@@ -24,6 +24,10 @@ private slots:
     void anchorAnimationMoves();
     void vectorIsAnimated();
     void scriptActionByName();
+    void scriptNames();
+    void saysWhichAnglesAreMissing();
+    void firstOfTwoStates();
+    void anchorsComeBack();
     void bindingLetsGo();
     void stopsWithoutPosition();
     void destroyedWhileRunning();
@@ -234,10 +238,74 @@ void tst_QDeclarativeAnimation::scriptActionByName()
         "StateChangeScript { script: log += 'loose ' } }\n"
         "transitions: Transition { SequentialAnimation { ScriptAction { script: log += 'first ' }\n"
         "PauseAnimation { duration: 5 } ScriptAction { scriptName: 'named' }\n"
-        "ScriptAction { script: over = true } } } }"));
+        "PropertyAction { target: root; property: 'over'; value: true } } } }"));
     scene.evaluate("root.state = 'on'");
     QTRY_VERIFY(scene.value("over").toBool());
-    QCOMPARE(scene.value("log").toString(), QStringLiteral("first loose named "));
+    // Without names they belong together as well.
+    QCOMPARE(scene.value("log").toString(), QStringLiteral("loose named "));
+}
+
+void tst_QDeclarativeAnimation::scriptNames()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { StateChangeScript { id: change } ScriptAction { id: act } }"));
+    QCOMPARE(scene.evaluate("change.name + act.scriptName").toString(), QString());
+    scene.evaluate("change.name = 'a'; act.scriptName = 'b'");
+    QCOMPARE(scene.evaluate("change.name + act.scriptName").toString(), QStringLiteral("ab"));
+    scene.evaluate("change.name = ''; act.scriptName = ''");
+    QCOMPARE(scene.evaluate("change.name + act.scriptName").toString(), QString());
+}
+
+void tst_QDeclarativeAnimation::saysWhichAnglesAreMissing()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(
+        "Item { width: 50; height: 50; Rectangle { id: box; width: 9; height: 9 }\n"
+        "SequentialAnimation { id: run; RotationAnimation { target: box; to: 45; duration: 5 } } }"));
+    scene.evaluate("run.start()");
+    QTRY_COMPARE(scene.evaluate("box.rotation").toInt(), 45);
+    QCOMPARE(
+        scene.warnings,
+        QStringList{QStringLiteral("QML RotationAnimation: Cannot animate non-existent property \"angle\"")});
+}
+
+void tst_QDeclarativeAnimation::firstOfTwoStates()
+{
+    // Whichever condition hears of the change first, the first that holds is entered, and no other on the
+    // way.
+    WatchedScene scene;
+    QVERIFY(
+        scene.load("Item { property bool on; property int level; property string log\n"
+                   "onStateChanged: log += state + ' '\n"
+                   "states: [ State { name: 'one'; when: on }, State { name: 'two'; when: on && level < 4 },"
+                   " State { name: 'three'; when: level > 6 } ] }"));
+    scene.evaluate("on = true");
+    scene.evaluate("level = 9");
+    scene.evaluate("on = false");
+    scene.evaluate("level = 0");
+    QCOMPARE(scene.value("log").toString(), QStringLiteral("one three  "));
+}
+
+void tst_QDeclarativeAnimation::anchorsComeBack()
+{
+    WatchedScene scene;
+    QVERIFY(
+        scene.load("Item { width: 90; height: 90\n"
+                   "Item { id: a; x: 10; width: 5; height: 5 } Item { id: home; x: 40; y: 30 }\n"
+                   "Item { id: b; anchors.left: a.left; y: 8; width: 5; height: 5 }\n"
+                   "states: [ State { name: 'away'; ParentChange { target: b; parent: home } },"
+                   " State { name: 'held'; AnchorChanges { target: a; anchors.right: parent.right } } ] }"));
+    // What is no neighbour any more does not hold the item; it does so again when it is one.
+    scene.evaluate("state = 'away'");
+    scene.evaluate("a.x = 12");
+    QCOMPARE(scene.evaluate("b.x + ' ' + b.y").toString(), QStringLiteral("-30 -22"));
+    scene.evaluate("state = ''");
+    QCOMPARE(scene.evaluate("b.x + ' ' + b.y").toString(), QStringLiteral("12 8"));
+    // What the state did not anchor stays where it was put meanwhile.
+    scene.evaluate("state = 'held'");
+    scene.evaluate("a.y = 7");
+    scene.evaluate("state = ''");
+    QCOMPARE(scene.evaluate("a.x + ' ' + a.y").toString(), QStringLiteral("12 7"));
 }
 
 void tst_QDeclarativeAnimation::bindingLetsGo()
