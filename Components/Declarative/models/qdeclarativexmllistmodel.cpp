@@ -358,18 +358,9 @@ void QDeclarativeXmlListModel::adoptByKey(const Result &result)
 
 void QDeclarativeXmlListModel::update(const Result &result, int at)
 {
-    QVector<int> changed;
-    for (int role = 0; role < columns.count(); ++role) {
-        const QVariant value = result.columns.at(role).value(at);
-        if (columns.at(role).value(at) == value)
-            continue;
-        columns[role][at] = value;
-        changed.append(Qt::UserRole + role);
-    }
-    if (changed.isEmpty())
-        return;
-    Q_EMIT dataChanged(createIndex(at, 0), createIndex(at, 0), changed);
-    Q_EMIT itemsChanged(at, 1, changed.toList());
+    // The keys say that it is the same row: who shows it is not told of other values.
+    for (int role = 0; role < columns.count(); ++role)
+        columns[role][at] = result.columns.at(role).value(at);
 }
 
 void QDeclarativeXmlListModel::insert(const Result &result, int from, int at, int number)

@@ -2,7 +2,6 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
-#include <QtCore/QXmlStreamReader>
 #include <QtXmlPatterns/QAbstractMessageHandler>
 #include <QtXmlPatterns/QXmlItem>
 #include <QtXmlPatterns/QXmlQuery>
@@ -10,25 +9,11 @@
 
 namespace {
 
-/** Keeps what is said about a query instead of writing it to the standard error. */
-class Messages : public QAbstractMessageHandler
+/** What is said about a query goes nowhere: the model names the query alone. */
+class Silence : public QAbstractMessageHandler
 {
-public:
-    QString take() { return std::exchange(first, {}); }
-
 protected:
-    void handleMessage(QtMsgType, const QString &description, const QUrl &, const QSourceLocation &) override
-    {
-        if (!first.isEmpty())
-            return;
-        // It comes as a page of XHTML.
-        QXmlStreamReader page(description);
-        if (page.readNextStartElement())
-            first = page.readElementText(QXmlStreamReader::IncludeChildElements);
-    }
-
-private:
-    QString first;
+    void handleMessage(QtMsgType, const QString &, const QUrl &, const QSourceLocation &) override { }
 };
 
 /** Evaluates one query after the other on the same document. */
@@ -40,11 +25,12 @@ public:
         , document(&asked.document)
     {
         document.open(QIODevice::ReadOnly);
-        query.setMessageHandler(&messages);
+        query.setMessageHandler(&silence);
         query.bindVariable(QStringLiteral("document"), &document);
     }
 
-    /** Returns the values of @p step below each thing found; false where it is wrong. */
+    /** Gives the values of @p step below each thing found, none where the document is broken; whether it is a
+     * query. */
     bool evaluate(const QString &step, QVariantList *values)
     {
         query.setQuery(asked.namespaces + QLatin1String("doc($document)") + asked.query + step);
@@ -54,23 +40,21 @@ public:
         query.evaluateTo(&items);
         for (QXmlItem item = items.next(); !item.isNull(); item = items.next())
             values->append(item.isAtomicValue() ? item.toAtomicValue() : QVariant());
-        return !items.hasError();
+        if (items.hasError())
+            values->clear();
+        return true;
     }
-
-    QString message() { return messages.take(); }
 
 private:
     QDeclarativeXmlQuery &asked;
     QBuffer document;
-    Messages messages;
+    Silence silence;
     QXmlQuery query;
 };
 
-QString invalid(const QString &query, const QString &reason)
+QString invalid(const QString &query)
 {
-    const QString message =
-        QCoreApplication::translate("QDeclarativeXmlListModel", "invalid query: \"%1\"").arg(query);
-    return reason.isEmpty() ? message : message + QLatin1String(": ") + reason;
+    return QCoreApplication::translate("QDeclarativeXmlListModel", "invalid query: \"%1\"").arg(query);
 }
 
 } // namespace
@@ -83,19 +67,15 @@ QDeclarativeXmlResult evaluateXmlQuery(QDeclarativeXmlQuery query)
         return result;
     Evaluation evaluation(query);
     QVariantList rows;
-    const bool isFound = evaluation.evaluate(QStringLiteral("/1"), &rows);
-    const QString reason = evaluation.message();
-    if (!isFound || !reason.isEmpty()) {
-        result.messages.append({-1, invalid(query.query, reason)});
-        return result;
-    }
+    // A query that is wrong makes those of the roles wrong, which say so.
+    evaluation.evaluate(QStringLiteral("/1"), &rows);
     result.count = rows.count();
     for (int role = 0; role < query.roleQueries.count() && !*query.isCancelled; ++role) {
         const QString asked = query.roleQueries.at(role);
         QVariantList &column = result.columns[role];
         if (!asked.isEmpty()
             && !evaluation.evaluate(QStringLiteral("/((data(%1), \"\")[1])").arg(asked), &column))
-            result.messages.append({role, invalid(asked, evaluation.message())});
+            result.messages.append({role, invalid(asked)});
         while (column.count() < result.count)
             column.append(QString());
     }
