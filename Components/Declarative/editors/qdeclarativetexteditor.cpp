@@ -399,10 +399,12 @@ void QDeclarativeTextEditor::moveCursorSelection(int pos)
 void QDeclarativeTextEditor::moveCursorSelection(int pos, SelectionMode mode)
 {
     const QString text = d_func()->plainText();
+    if (pos > text.length() && mode == SelectCharacters)
+        return selectBeyond(pos);
     if (pos < 0 || pos > text.length())
         return;
     const int cursor = cursorPosition(), start = selectionStart(), end = selectionEnd();
-    const int anchor = cursor == start ? end : start;
+    const int anchor = qMin(cursor == start ? end : start, text.length());
     if (mode == SelectCharacters) {
         setSelection(anchor, pos);
         return;

@@ -132,6 +132,10 @@ protected:
     /** Selects between @p anchor and @p pos, where the cursor goes. Both are within the text. */
     virtual void setSelection(int anchor, int pos) = 0;
 
+    /** Selects as far as @p pos, which is beyond the end of the text; an editor does nothing for it by
+     * default. */
+    virtual void selectBeyond(int pos) { Q_UNUSED(pos) }
+
 private:
     Q_DISABLE_COPY(QDeclarativeTextEditor)
     Q_DECLARE_PRIVATE_D(QGraphicsItem::d_ptr.data(), QDeclarativeTextEditor)

@@ -74,6 +74,7 @@ void QDeclarativeTextInputPrivate::noteAcceptable()
 void QDeclarativeTextInputPrivate::cursorChange()
 {
     Q_Q(QDeclarativeTextInput);
+    beyond = -1;
     updateScroll();
     q->update();
     Q_EMIT q->cursorPositionChanged();
@@ -93,8 +94,8 @@ void QDeclarativeTextInputPrivate::noteSelectionEnds()
 {
     Q_Q(QDeclarativeTextInput);
     const bool selects = control.hasSelectedText();
-    const int start = selects ? control.selectionStart() : control.cursor();
-    const int end = selects ? control.selectionEnd() : control.cursor();
+    const int start = selects ? control.selectionStart() : q->cursorPosition();
+    const int end = selects && beyond < 0 ? control.selectionEnd() : q->cursorPosition();
     if (start != lastSelectionStart) {
         lastSelectionStart = start;
         Q_EMIT q->selectionStartChanged();
@@ -103,6 +104,19 @@ void QDeclarativeTextInputPrivate::noteSelectionEnds()
         lastSelectionEnd = end;
         Q_EMIT q->selectionEndChanged();
     }
+}
+
+void QDeclarativeTextInputPrivate::moveCursor(int position, bool selects)
+{
+    control.moveCursor(position, selects);
+    forgetBeyond();
+}
+
+/** Says that the cursor is where it is again. */
+void QDeclarativeTextInputPrivate::forgetBeyond()
+{
+    if (beyond >= 0)
+        cursorChange();
 }
 
 void QDeclarativeTextInputPrivate::applyFont()
@@ -318,7 +332,8 @@ void QDeclarativeTextInput::setAutoScroll(bool scroll)
 
 int QDeclarativeTextInput::cursorPosition() const
 {
-    return d_func()->control.cursor();
+    Q_D(const QDeclarativeTextInput);
+    return d->beyond < 0 ? d->control.cursor() : d->beyond;
 }
 
 void QDeclarativeTextInput::setCursorPosition(int position)
@@ -326,7 +341,7 @@ void QDeclarativeTextInput::setCursorPosition(int position)
     Q_D(QDeclarativeTextInput);
     // Blanks of a mask are no text that the cursor could be put behind.
     if (position >= 0 && position <= text().length())
-        d->control.moveCursor(position);
+        d->moveCursor(position);
 }
 
 int QDeclarativeTextInput::selectionStart() const
@@ -362,6 +377,19 @@ void QDeclarativeTextInput::setSelection(int anchor, int pos)
 {
     Q_D(QDeclarativeTextInput);
     d->control.setSelection(anchor, pos - anchor);
+    d->forgetBeyond();
+}
+
+void QDeclarativeTextInput::selectBeyond(int pos)
+{
+    Q_D(QDeclarativeTextInput);
+    if (pos == d->beyond)
+        return;
+    // QML 1 says where it was asked to, and shows the end of the text.
+    d->control.moveCursor(d->control.end(), true);
+    d->beyond = pos;
+    Q_EMIT cursorPositionChanged();
+    d->noteSelectionEnds();
 }
 
 void QDeclarativeTextInput::deselect()

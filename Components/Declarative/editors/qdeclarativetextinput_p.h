@@ -111,6 +111,7 @@ protected:
     void drawContents(QPainter *) override;
     QRectF drawnRect() const override;
     void setSelection(int anchor, int pos) override;
+    void selectBeyond(int pos) override;
 
     void keyPressEvent(QKeyEvent *) override;
     void inputMethodEvent(QInputMethodEvent *) override;

@@ -19,6 +19,8 @@ public:
     void cursorChange();
     void selectionChange();
     void noteSelectionEnds();
+    void moveCursor(int position, bool selects = false);
+    void forgetBeyond();
     void noteAcceptable();
     int positionAt(qreal x, QTextLine::CursorPosition) const;
     QRectF rectAt(qreal x) const;
@@ -41,6 +43,7 @@ public:
     int scroll = 0; ///< how many pixels of the text are left of the item; negative with room to spare
     int lastSelectionStart = 0;
     int lastSelectionEnd = 0;
+    int beyond = -1; ///< where the cursor is said to be while it is at the end of the text, or -1
     bool wasAcceptable = true;
     bool autoScroll = true;
 };

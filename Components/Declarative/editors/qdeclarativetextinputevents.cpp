@@ -87,7 +87,7 @@ void QDeclarativeTextInput::mousePressEvent(QGraphicsSceneMouseEvent *event)
     const int position =
         d->positionAt(event->pos().x() / contentsScale(), QTextLine::CursorBetweenCharacters);
     const bool extends = d->selectByMouse && event->modifiers() & Qt::ShiftModifier;
-    d->control.moveCursor(position, extends);
+    d->moveCursor(position, extends);
     d->noteComposing();
     event->accept();
 }

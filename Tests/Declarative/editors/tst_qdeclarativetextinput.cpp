@@ -22,6 +22,7 @@ private slots:
     void passwordCharacter();
     void refusesValues_data();
     void refusesValues();
+    void selectsBeyondTheEnd();
     void cutTakesOnlySelections_data();
     void cutTakesOnlySelections();
     void validatorGoesAway();
@@ -115,11 +116,31 @@ void tst_QDeclarativeTextInput::refusesValues_data()
     row("select(-1, 2)", "selectedText");
     row("select(0, 99)", "selectedText");
     row("moveCursorSelection(-1)", "selectedText");
-    row("moveCursorSelection(99)", "selectedText");
     row("moveCursorSelection(99, TextInput.SelectWords)", "selectedText");
     row("moveCursorSelection(2, TextInput.SelectWords)", "selectedText");
     row("contentsScale = 0", "contentsScale");
     row("contentsScale = -2", "contentsScale");
+}
+
+void tst_QDeclarativeTextInput::selectsBeyondTheEnd()
+{
+    EditorScene scene("TextInput { text: \"some words\" }");
+    scene.evaluate("cursorPosition = 5");
+    scene.evaluate("moveCursorSelection(99)");
+    QCOMPARE(scene.cursor(), 99);
+    QCOMPARE(scene.value("selectedText").toString(), QStringLiteral("words"));
+    QCOMPARE(scene.value("selectionStart").toInt(), 5);
+    QCOMPARE(scene.value("selectionEnd").toInt(), 99);
+    scene.evaluate("cursorPosition = 10");
+    QCOMPARE(scene.cursor(), 10);
+    QCOMPARE(scene.value("selectionEnd").toInt(), 10);
+
+    scene.evaluate("text = \"\"");
+    scene.evaluate("moveCursorSelection(6)");
+    QCOMPARE(scene.cursor(), 6);
+    scene.evaluate("moveCursorSelection(0)");
+    QCOMPARE(scene.cursor(), 0);
+    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeTextInput::refusesValues()
