@@ -96,6 +96,12 @@ void QDeclarativeDrag::setFilterChildren(bool filter)
     Q_EMIT filterChildrenChanged();
 }
 
+bool QDeclarativeDrag::isAlong(const QPointF &way) const
+{
+    return ((m_axis & XAxis) && QDeclarativePointer::passesThreshold(way.x()))
+        || ((m_axis & YAxis) && QDeclarativePointer::passesThreshold(way.y()));
+}
+
 QPointF QDeclarativeDrag::bounded(const QPointF &position) const
 {
     return QPointF(qMax(m_minimumX, qMin(position.x(), m_maximumX)),
@@ -213,8 +219,11 @@ void QDeclarativeMouseAreaPrivate::cancel()
         drag->setActive(false);
     Q_EMIT q->canceled();
     Q_EMIT q->pressedChanged();
-    if (hovered && !q->isUnderMouse())
-        setHovered(false);
+    // Without hover events nothing else would tell that the mouse has left, nor does this say so.
+    if (hovered && !(q->acceptHoverEvents() && q->isUnderMouse())) {
+        hovered = false;
+        Q_EMIT q->hoveredChanged();
+    }
 }
 
 void QDeclarativeMouseAreaPrivate::followMouse()
@@ -253,10 +262,7 @@ void QDeclarativeMouseAreaPrivate::dragTo(const QGraphicsSceneMouseEvent *event)
             target->setY(wanted.y());
         return;
     }
-    const bool along =
-        ((drag->axis() & QDeclarativeDrag::XAxis) && QDeclarativePointer::passesThreshold(way.x()))
-        || ((drag->axis() & QDeclarativeDrag::YAxis) && QDeclarativePointer::passesThreshold(way.y()));
-    if (!along || QDeclarativePointer::isKeptFrom(q))
+    if (!drag->isAlong(way) || QDeclarativePointer::isKeptFrom(q))
         return;
     // The way that it took to tell a drag from a click is not made up for.
     dragging = true;
@@ -482,6 +488,10 @@ bool QDeclarativeMouseAreaPrivate::filterMouse(QGraphicsSceneMouseEvent *event)
 {
     Q_Q(QDeclarativeMouseArea);
     QDeclarativeMappedMouseEvent mapped(*event, q);
+    // Which buttons it is about is the child's matter.
+    mapped.setButton(Qt::NoButton);
+    mapped.setButtons(Qt::NoButton);
+    mapped.setModifiers(Qt::NoModifier);
     const bool ours = dragging;
     if (q->boundingRect().contains(mapped.pos()) ? QDeclarativePointer::isKeptFrom(q) : !ours) {
         if (event->type() == QEvent::GraphicsSceneMouseRelease)
@@ -503,10 +513,10 @@ bool QDeclarativeMouseAreaPrivate::filterMouse(QGraphicsSceneMouseEvent *event)
     default:
         break;
     }
-    const bool take = ours || dragging;
-    if (take && event->type() == QEvent::GraphicsSceneMouseMove)
+    // A drag that has just begun is taken over with the next event.
+    if (ours && event->type() == QEvent::GraphicsSceneMouseMove)
         QDeclarativePointer::steal(q);
-    return take;
+    return ours;
 }
 
 bool QDeclarativeMouseArea::sceneEventFilter(QGraphicsItem *child, QEvent *event)

@@ -78,6 +78,9 @@ public:
     bool filterChildren() const { return m_filterChildren; }
     void setFilterChildren(bool);
 
+    /** Whether a drag begins with the mouse moved by @p way: far enough along an axis. */
+    bool isAlong(const QPointF &way) const;
+
     /** @p position held within the limits. */
     QPointF bounded(const QPointF &position) const;
 
