@@ -11,6 +11,18 @@
         <source>Keep open</source>
         <translation>Offen halten</translation>
     </message>
+    <message>
+        <source>Show more</source>
+        <translation>Mehr zeigen</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
 </context>
 <context>
     <name>Shared</name>

@@ -1,12 +1,15 @@
 import QtQuick 1.1
+import com.corvale.vidtips.qml 1.0
 
-// A quiet button: a sign, a label or both; lit by the pointer and by the keyboard's focus.
+// A quiet button: a sign, a label or both; lit by the pointer and by the keyboard's focus. A sign is called by its
+// name.
 FocusScope {
     id: button
 
     property variant ui
     property string glyph: ""
     property string label: ""
+    property string name: label
     property color color: ui.text
     property bool labelFirst: false
 
@@ -15,8 +18,13 @@ FocusScope {
     width: content.width + 16
     height: 28
 
+    VTAccessible.role: VTAccessible.Button
+    VTAccessible.name: name
+    VTAccessible.onPressed: button.clicked()
+
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
+    Keys.onSpacePressed: button.clicked()
 
     Rectangle {
         anchors.fill: parent

@@ -1,5 +1,6 @@
 import QtQuick 1.1
 import com.corvale.vidtips.qml 1.0
+import "content.js" as Content
 
 // A clip with its controls. Playback starts when the first picture is there: before that there is no position
 // to play from. It pauses by itself when the last picture has been decoded, however far it has come, and when it
@@ -10,6 +11,9 @@ FocusScope {
 
     property variant ui
     property string source: ""
+    property string name: ""
+    property string playWord: Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Play"))
+    property string pauseWord: Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Pause"))
     property bool autoplay: true
     property bool ready: false
     property bool playing: video.state === 2
@@ -44,7 +48,6 @@ FocusScope {
 
     onPlayingChanged: goOn.start()
 
-    Keys.onSpacePressed: toggle()
     Keys.onLeftPressed: { pause(); seek(video.progress - 0.04) }
     Keys.onRightPressed: { pause(); seek(video.progress + 0.04) }
 
@@ -75,6 +78,8 @@ FocusScope {
             scale: fit
             smooth: fit !== 1
             source: player.source
+            VTAccessible.name: player.name
+            VTAccessible.onPressed: player.toggle()
             // A window that is hidden at once says nothing to the user interface.
             onPositionChanged: {
                 if (!vidTipView.visible)
@@ -83,7 +88,8 @@ FocusScope {
             onLoadProgressChanged: {
                 if (!player.ready && video.loadProgress > 0) {
                     player.ready = true;
-                    player.wanted = player.autoplay;
+                    // Somebody may have asked for it already.
+                    player.wanted = player.wanted || player.autoplay;
                 }
                 goOn.start();
             }
@@ -108,7 +114,9 @@ FocusScope {
         }
         MouseArea {
             anchors.fill: parent
-            onClicked: { player.focus = true; player.toggle() }
+            // The button below does the same.
+            VTAccessible.ignored: true
+            onClicked: { player.forceActiveFocus(); player.toggle() }
         }
     }
 
@@ -124,7 +132,9 @@ FocusScope {
             x: 8
             anchors.verticalCenter: parent.verticalCenter
             ui: player.ui
+            focus: true
             glyph: player.playing ? "pause" : "play"
+            name: player.playing ? player.pauseWord : player.playWord
             onClicked: player.toggle()
         }
         Item {
@@ -163,6 +173,8 @@ FocusScope {
                 id: scrub
                 anchors.fill: parent
                 hoverEnabled: true
+                // For the pointer alone: the arrow keys move the clip as well.
+                VTAccessible.ignored: true
                 onPressed: {
                     video.scrubbing = true;
                     video.pause();

@@ -1,4 +1,5 @@
 import QtQuick 1.1
+import com.corvale.vidtips.qml 1.0
 
 // A shortcut, shown as the keys that make it up. Nothing is shown for an empty shortcut.
 Row {
@@ -9,6 +10,10 @@ Row {
     property variant keys: shortcut === "" ? [] : shortcut.replace(/(^|\+)\+$/, "$1Plus").split("+")
 
     spacing: 4
+
+    VTAccessible.role: VTAccessible.StaticText
+    VTAccessible.name: shortcut
+    VTAccessible.ignored: shortcut === ""
 
     Repeater {
         model: chip.keys

@@ -1,4 +1,5 @@
 import QtQuick 1.1
+import com.corvale.vidtips.qml 1.0
 
 // Numbered steps; the numbers stand in a column of their own whatever the length of the texts.
 Column {
@@ -9,12 +10,17 @@ Column {
 
     spacing: 8
 
+    VTAccessible.role: VTAccessible.List
+
     Repeater {
         model: list.steps
 
         Item {
             width: list.width
             height: Math.max(badge.height, label.paintedHeight)
+
+            VTAccessible.role: VTAccessible.ListItem
+            VTAccessible.name: (index + 1) + ". " + modelData
 
             Rectangle {
                 id: badge

@@ -1,4 +1,5 @@
 import QtQuick 1.1
+import com.corvale.vidtips.qml 1.0
 import "content.js" as Content
 
 // The full tip. It opens small, with what answers most questions, and grows after a moment or at a click. The file
@@ -19,6 +20,7 @@ Rectangle {
     property variant notes: []
     property bool hasMore: clip !== "" || picture !== "" || steps.length > 0 || notes.length > 0 || help !== ""
     property bool pinned: vidTipView.reserved
+    property bool plays: !!media.item && !!media.item.toggle && media.item.visible
 
     function read() {
         state = "";
@@ -37,6 +39,7 @@ Rectangle {
         notes = Content.texts(tip, "note");
         helpButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "More help"));
         pinButton.label = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Keep open"));
+        more.VTAccessible.name = Content.word(QT_TRANSLATE_NOOP("VidtipsUI", "Show more"));
         if (hasMore)
             dwell.restart();
         else
@@ -45,6 +48,8 @@ Rectangle {
         if (pinned) {
             tip.title = title;
             expand();
+        } else {
+            root.focus = true;
         }
     }
 
@@ -66,7 +71,17 @@ Rectangle {
         // What the window is to be called, in the user's language.
         tip.title = title;
         vidTipView.reserved = true;
-        root.forceActiveFocus();
+        takeFocus();
+    }
+
+    // The first of what the keyboard can do in a kept tip.
+    function takeFocus() {
+        if (plays)
+            media.forceActiveFocus();
+        else if (helpButton.visible)
+            helpButton.forceActiveFocus();
+        else
+            root.forceActiveFocus();
     }
 
     onTipChanged: read()
@@ -87,11 +102,14 @@ Rectangle {
     focus: true
 
     Keys.onPressed: {
+        // The library closes a window of its own, and the host one that it has made.
+        if (event.key === Qt.Key_Escape && pinned) {
+            vidTipView.notification(100, "close");
+            return;
+        }
         if (event.key === Qt.Key_F1 && help !== "")
             vidTipView.openExternalResource(help);
-        else if (event.key === Qt.Key_Escape && pinned)
-            vidTipView.notification(100, "close");
-        else if (event.key === Qt.Key_Space && media.item && media.item.toggle)
+        else if (event.key === Qt.Key_Space && plays)
             media.item.toggle();
         else
             return;
@@ -139,7 +157,9 @@ Rectangle {
         color: look.window
     }
     MouseArea {
+        id: more
         anchors.fill: parent
+        VTAccessible.ignored: !root.hasMore || root.state !== ""
         onClicked: root.expand()
     }
 
@@ -148,7 +168,9 @@ Rectangle {
 
         ClipPlayer {
             ui: look
+            focus: true
             autoplay: look.motion
+            name: root.title
             Component.onCompleted: source = root.clip
         }
     }
@@ -157,6 +179,7 @@ Rectangle {
 
         PictureStage {
             ui: look
+            name: root.title
             Component.onCompleted: source = Content.fileUrl(vidTipView.findResource(root.picture))
         }
     }
@@ -228,6 +251,7 @@ Rectangle {
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 horizontalAlignment: look.textAlign
+                VTAccessible.role: VTAccessible.Heading
                 font { pixelSize: look.title; bold: true }
                 color: look.text
             }
@@ -305,6 +329,8 @@ Rectangle {
                     Loader {
                         id: media
                         width: parent.width
+                        KeyNavigation.tab: helpButton
+                        KeyNavigation.backtab: pinButton
                     }
                 }
                 Item {
@@ -337,6 +363,7 @@ Rectangle {
                         visible: root.help !== ""
                         onClicked: vidTipView.openExternalResource(root.help)
                         KeyNavigation.tab: pinButton
+                        KeyNavigation.backtab: root.plays ? media : pinButton
                     }
                     ActionButton {
                         id: pinButton
@@ -346,7 +373,8 @@ Rectangle {
                         glyph: "pin"
                         visible: !root.pinned
                         onClicked: root.pin()
-                        KeyNavigation.tab: helpButton
+                        KeyNavigation.tab: root.plays ? media : helpButton
+                        KeyNavigation.backtab: helpButton
                     }
                 }
             }
