@@ -9,6 +9,7 @@ packages=(
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
     libxcb-res0-dev
     ffmpeg xvfb openbox picom xdotool fonts-dejavu-core libxml2-utils python3
+    dbus-daemon at-spi2-core python3-pyatspi
 )
 
 say() { printf '\033[1m%s\033[0m\n' "$*"; }
