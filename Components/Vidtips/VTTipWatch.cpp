@@ -102,13 +102,10 @@ bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)
 }
 
 // What window managers hide with its window would come back with it. The tip is hidden, and tells so, in
-// place of the event; what is minimised would be so at its next coming.
+// place of the event.
 bool VTTipWatch::handleTakenAway()
 {
-    const QPointer<VTWidget> tip = m_tip;
     endTip("the window manager has taken it from the screen");
-    if (tip)
-        tip->setWindowState(tip->windowState() & ~Qt::WindowMinimized);
     return true;
 }
 

@@ -144,6 +144,7 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     if (!referenceRect.isValid() && d->reference)
         d->referenceRect = QRect(d->reference->mapToGlobal(QPoint(0, 0)), d->reference->size());
     d->referenceIsAway = false;
+    leaveMinimised();
     joinOwner();
     const QPointer<VTView> view = d->view;
     view->setPackageRoot(QDir(rootPath));
@@ -217,6 +218,16 @@ void VTWidget::changeEvent(QEvent *event)
         d->manager->refreshLater();
 }
 
+// A window manager that minimises a tip with its window may say so after the tip was hidden. A native window
+// that leaves that state would come onto the screen at once, and one that kept it would take its owner along.
+void VTWidget::leaveMinimised()
+{
+    if (isVisible() || !isMinimized() || !isWindow())
+        return;
+    destroy();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+}
+
 // A modal window blocks every other one except those that belong to it, and window managers keep a window
 // above the one that it belongs to, whatever that is above itself.
 void VTWidget::joinOwner()
@@ -229,11 +240,10 @@ void VTWidget::joinOwner()
     // A window that is on its way from the screen cannot change over to another owner.
     if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
         destroy();
-    if (!windowHandle()) {
+    if (!windowHandle())
         create();
-        // A click into a tip leaves the keyboard where it is. The widget's own flags are not touched.
-        windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
-    }
+    // A click into a tip leaves the keyboard where it is. The widget's own flags are not touched.
+    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
     windowHandle()->setTransientParent(handle);
 }
 
@@ -420,8 +430,11 @@ void VTWidget::showEvent(QShowEvent *event)
     reposition();
 }
 
-void VTWidget::hideEvent(QHideEvent *)
+void VTWidget::hideEvent(QHideEvent *event)
 {
+    // Of a window that is minimised one hears so, too, when it had been hidden before.
+    if (event->spontaneous() && !isVisible())
+        return;
     // A fade that went on would take the next tip with it.
     d->fade->stop();
     // Movement during a fade-out may have started it again, and it would hide the next tip.

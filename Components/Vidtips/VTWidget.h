@@ -126,6 +126,7 @@ private:
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
     VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
     VIDTIPS_NO_EXPORT bool belongsTo(const QObject *reference) const;
+    VIDTIPS_NO_EXPORT void leaveMinimised();
     VIDTIPS_NO_EXPORT void joinOwner();
     VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
     VIDTIPS_NO_EXPORT QRect frameOnScreen() const;

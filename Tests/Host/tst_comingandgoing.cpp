@@ -94,6 +94,7 @@ private slots:
     void goesWithTheMenu();
     void goesWhenThePointerLeavesThroughItOntoTheDesktop();
     void goesWhenItIsTakenFromTheScreen();
+    void comesAgainAfterItsWindowWasMinimised();
     void staysWhileThePointerIsInIt();
     void staysWhenTheWindowMovesWithThePointer();
     void anotherRowOfTheSameViewIsAnotherCommand();
@@ -331,8 +332,31 @@ void tst_ComingAndGoing::goesWhenItIsTakenFromTheScreen()
                                                                Qt::WindowMinimized);
     QVERIFY(!m_host->isShown());
     QCOMPARE(m_host->host()->notificationTexts(), (QStringList{"0 plain", "6 plain"}));
-    QVERIFY(!m_host->tip()->isMinimized());
     QVERIFY(m_host->hover(m_host->other));
+    QVERIFY(!m_host->tip()->isMinimized());
+}
+
+// Window managers minimise the tip with its window.
+void tst_ComingAndGoing::comesAgainAfterItsWindowWasMinimised()
+{
+    start();
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(m_host->hover(m_host->plain));
+        // By the window manager, or there is none.
+        RealPointer::xdotool({"windowminimize", QString::number(m_host->window->winId())});
+        QTest::qWaitFor([this] { return m_host->window->isMinimized(); }, 2000);
+        m_host->window->showMinimized();
+        QTRY_VERIFY(!m_host->isShown());
+        QVERIFY(RealPointer::jumpTo(m_host->nowhere()));
+        m_host->window->showNormal();
+        m_host->window->activateWindow();
+        QVERIFY(RealPointer::waitForWindow(m_host->window));
+    }
+    QVERIFY(m_host->hover(m_host->plain));
+    QVERIFY(RealPointer::passEvents());
+    QVERIFY(!m_host->window->isMinimized());
+    QCOMPARE(m_host->host()->notificationTexts(),
+             (QStringList{"0 plain", "6 plain", "0 plain", "6 plain", "0 plain"}));
 }
 
 void tst_ComingAndGoing::staysWhileThePointerIsInIt()
