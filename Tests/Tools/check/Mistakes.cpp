@@ -1,5 +1,8 @@
 #include "Mistakes.h"
 
+#include "TestCatalogue.h"
+#include "TestClips.h"
+
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTextCodec>
 
@@ -150,7 +153,7 @@ void addLostFileMistakes()
     const auto lost = [](const char *name, const QByteArray &garden, const QString &finding) {
         const QString line = QString(Garden::control) + ':' + finding;
         table << Mistake{
-            name, {{Garden::control, garden}}, line, line + "\nvidtips: there is no tip \"tree\" for en_US"};
+            name, {{Garden::control, garden}}, line, line + "\nvidtips: there are no tips for en_US"};
     };
     const QByteArray right = Garden::tip("<summary>Plants a tree.</summary>");
     lost("UTF-16", QTextCodec::codecForName("UTF-16LE")->fromUnicode(QString::fromUtf8(right)),
@@ -221,6 +224,77 @@ void addFileMistakes()
         QString()};
 }
 
+void addTranslationMistakes()
+{
+    const QByteArray entries = "<vidtip key=\"tree\" title=\"Plants\" context=\"G\"/>\n"
+                               "<vidtip key=\"bush\" title=\"Plants\" context=\"G\"/>";
+    const QByteArray german = "<vidtips locale=\"de_DE\" search=\"Shared\">\n"
+                              "<vidtip key=\"tree\" title=\"Baum\"/></vidtips>";
+    const QByteArray words =
+        TestCatalogue("VidtipsUI").add("More help", "Mehr").add("Keep open", "Offen").bytes();
+    const auto silent = [](const char *name, const Files &files, const QString &line) {
+        table << Mistake{name, files, line, QString()};
+    };
+    silent("text that many tips use",
+           {{Garden::control, Garden::file(entries, "search=\"Shared\"")},
+            {"Garden.vidtips/l10n/Vidtips_de_DE.qm", words},
+            {"Garden.vidtips/l10n/Vidtips_fr_FR.qm", words}},
+           "Garden.vidtips/Control/Garden.xml:3:20: warning: \"Plants\" is not translated in de_DE, fr_FR; "
+           "it also "
+           "stands in line 4 [VT704]");
+    silent("words of the shared user interface",
+           {{"Garden.vidtips/Control/German.xml", german},
+            {"Garden.vidtips/l10n/Vidtips_de_DE.qm",
+             TestCatalogue("VidtipsUI").add("More help", "Mehr").bytes()}},
+           "Shared.vidtips/ui/VidtipsUI.qml:39:71: warning: \"Keep open\" is not translated in de_DE: "
+           "Garden.vidtips/l10n/Vidtips_de_DE.qm lacks it [VT705]");
+    silent("no catalogue for the user interface", {{"Garden.vidtips/Control/German.xml", german}},
+           "Garden.vidtips/Control/German.xml:1:10: warning: the words of the user interface, such as \"More "
+           "help\", "
+           "are not translated in de_DE: there is no Vidtips_de_DE.qm [VT705]");
+}
+
+// A preview plays clips and does not judge them.
+void clipMistake(const QString &clip, const char *name, const QString &finding)
+{
+    const QString file = "Garden.vidtips/Resources/tree." + QFileInfo(clip).suffix();
+    table << Mistake{name, {{file, TestClips::read(clip)}}, file + ": " + finding, QString()};
+}
+
+QString h264(const QString &name, const QString &size, const QStringList &options)
+{
+    const QStringList codec{"-c:v", "libx264", "-pix_fmt", "yuv420p", "-movflags", "+faststart"};
+    return TestClips::make(name, TestClips::moving(size, 50, options + codec));
+}
+
+void addClipMistakes()
+{
+    const QString whole = h264("mistake-whole.mp4", "160x120", {});
+    const QByteArray bytes = TestClips::read(whole);
+    clipMistake(TestClips::write("mistake-cut.mp4", bytes.left(bytes.size() / 2)), "clip that was cut off",
+                "error: the clip is cut off after 0.8 s of 2.0 s [VT505]");
+    clipMistake(
+        h264("mistake-variable.mp4", "160x120", {"-vf", "select='lt(n,10)+gt(n,30)'", "-vsync", "vfr"}),
+        "clip of variable frame rate",
+        "warning: the frame rate varies, from 40 to 880 ms a frame, and the clip is played as if it did not "
+        "[VT506]");
+    clipMistake(
+        TestClips::make("mistake-turned.mp4", {"-i", whole, "-c", "copy", "-metadata:s:v", "rotate=90"}),
+        "clip of a telephone",
+        "warning: the clip is to be turned by 90 degrees, and is shown as it is stored [VT507]");
+    clipMistake(h264("mistake-aspect.mp4", "160x120", {"-vf", "setsar=4/3"}), "pixels that are not square",
+                "warning: the clip's pixels are 4:3, and are shown square [VT508]");
+    clipMistake(h264("mistake-hd.mp4", "1280x720", {"-t", "0.1"}), "HD without colours",
+                "warning: the clip is HD (1280 x 720) and does not say its colours, which are shown as those "
+                "of small "
+                "clips [VT509]");
+    clipMistake(TestClips::make("mistake-alpha.mov",
+                                TestClips::moving("160x120", 5, {"-pix_fmt", "argb", "-c:v", "qtrle"})),
+                "clip with transparency", "warning: the clip has transparency, which is not shown [VT510]");
+    clipMistake(TestClips::write("mistake-none.mp4", "no clip"), "file that is no clip",
+                "error: the clip does not open: Could not open media [VT501]");
+}
+
 } // namespace
 
 Files Garden::with(const Files &changes)
@@ -232,6 +306,8 @@ Files Garden::with(const Files &changes)
         const QString path = walk.next();
         files.insert("Shared.vidtips" + path.mid(shared.size()), TestPackages::read(path));
     }
+    // Its own tips are for every locale, which would be one more thing that the mistakes of others touch.
+    files.insert("Shared.vidtips/Control/Shared.xml", "<vidtips/>");
     files.insert(control, tip("<summary>Plants a tree.</summary>"));
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
         if (it->isNull())
@@ -252,6 +328,8 @@ QVector<Mistake> allMistakes()
         addEncodingMistakes();
         addKeyMistakes();
         addFileMistakes();
+        addTranslationMistakes();
+        addClipMistakes();
     }
     return table;
 }

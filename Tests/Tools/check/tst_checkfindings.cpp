@@ -323,7 +323,8 @@ void tst_CheckFindings::judgesClips_data()
         << "64 x 48 x 4 bytes";
     QTest::newRow("no video") << QStringList{} << TestClips::withoutPictures(true) << QStringList{"VT501"}
                               << QString();
-    QTest::newRow("cut off") << QStringList{} << TestClips::truncated() << QStringList{} << QString();
+    QTest::newRow("cut off") << QStringList{} << TestClips::truncated() << QStringList{"VT505"}
+                             << "the clip is cut off after ";
     QTest::newRow("padding") << QStringList{} << TestClips::paddingOnly() << QStringList{"VT501"}
                              << QString();
     QTest::newRow("absurd size") << QStringList{} << TestClips::claimingSize(60000, 60000)

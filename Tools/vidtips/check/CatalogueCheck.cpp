@@ -2,13 +2,24 @@
 
 #include "findings/Finding.h"
 #include "shared/Content.h"
+#include "shared/Places.h"
 #include "strings/CatalogueName.h"
-#include "strings/TextSource.h"
+#include "strings/QmlTextSource.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
+
+namespace {
+
+bool isTranslated(const QTranslator &texts, const TranslatableText &text)
+{
+    return !texts.translate(text.context.toUtf8().constData(), text.source.toUtf8().constData()).isEmpty();
+}
+
+} // namespace
 
 CatalogueCheck::CatalogueCheck(const QString &sourceLocale)
     : m_sourceLocale(QLocale(sourceLocale).name())
@@ -21,11 +32,17 @@ void CatalogueCheck::run(const Content &content, Findings &findings)
 {
     collectLocales(content);
     for (const ControlFile &file : content.controlFiles()) {
-        if (TextSource::textsOf(file).isEmpty())
+        if (!file.isAdmitted || file.entries().empty())
             continue;
-        for (const QString &locale : qAsConst(m_locales))
-            checkFile(content, file, locale, findings);
+        const QString own = QLocale(file.locale()).name();
+        for (const QString &locale : qAsConst(m_locales)) {
+            if (!TextSource::textsOf(file).isEmpty())
+                checkFile(content, file, locale, findings);
+            if (file.locale().isEmpty() || own == locale)
+                checkWords(content, file, locale, findings);
+        }
     }
+    reportMissing(findings);
 }
 
 void CatalogueCheck::collectLocales(const Content &content)
@@ -94,8 +111,85 @@ void CatalogueCheck::checkTexts(const ControlFile &file, const QString &catalogu
     if (!texts)
         return;
     for (const TranslatableText &text : TextSource::textsOf(file)) {
-        if (texts->translate(text.context.toUtf8().constData(), text.source.toUtf8().constData()).isEmpty())
-            findings.add("VT704", text.file, text.position,
-                         QString("\"%1\" is not translated in %2").arg(text.source, locale));
+        if (isTranslated(*texts, text))
+            continue;
+        Missing &missing = m_missing[{text.context, text.source}];
+        const QPair<QString, Position> place(text.file, text.position);
+        if (!missing.places.contains(place))
+            missing.places << place;
+        if (!missing.locales.contains(locale))
+            missing.locales << locale;
+    }
+}
+
+// A text that many tips use is one thing to translate.
+void CatalogueCheck::reportMissing(Findings &findings) const
+{
+    for (auto it = m_missing.cbegin(); it != m_missing.cend(); ++it) {
+        const auto &first = it->places.constFirst();
+        QStringList others;
+        for (const auto &place : it->places.mid(1))
+            others << (place.first == first.first ? QString("line %1").arg(place.second.line)
+                                                  : Places::shown(place.first, {place.second.line, 0}));
+        const QString also =
+            others.isEmpty() ? QString() : QString("; it also stands in %1").arg(others.join(", "));
+        findings.add(
+            "VT704", first.first, first.second,
+            QString("\"%1\" is not translated in %2%3").arg(it.key().second, it->locales.join(", "), also));
+    }
+}
+
+const QVector<TranslatableText> &CatalogueCheck::wordsOf(const QString &userInterface)
+{
+    const QString folder = QFileInfo(userInterface).path();
+    const auto known = m_words.find(folder);
+    if (known != m_words.end())
+        return known->second;
+    QVector<TranslatableText> words;
+    for (const QFileInfo &info : QDir(folder).entryInfoList({"*.qml", "*.js"}, QDir::Files, QDir::Name)) {
+        QFile code(info.canonicalFilePath());
+        if (info.isFile() && code.open(QIODevice::ReadOnly))
+            words += QmlTextSource::scan(info.canonicalFilePath(), QString::fromUtf8(code.readAll()), false);
+    }
+    return m_words[folder] = words;
+}
+
+// Tips are in one language with the words around them only where their catalogue has these words.
+void CatalogueCheck::checkWords(const Content &content, const ControlFile &file, const QString &locale,
+                                Findings &findings)
+{
+    const QString userInterface = content.find(file, nullptr, Content::fullUserInterface);
+    if (userInterface.isEmpty() || wordsOf(userInterface).isEmpty())
+        return;
+    const QString name = CatalogueName::of(locale, "qm");
+    const QString catalogue = content.find(file, nullptr, Content::catalogues, name);
+    if (!catalogue.isEmpty()) {
+        checkWordsIn(catalogue, userInterface, locale, findings);
+        return;
+    }
+    const QString source = content.find(file, nullptr, Content::catalogues, CatalogueName::of(locale, "ts"));
+    if (!source.isEmpty())
+        reportUnbuilt(source, findings);
+    else if (!findings.contains(file.path, {"VT701"}))
+        findings.add(
+            "VT705", file.path, file.document.root()->positionOf("locale"),
+            QString(
+                "the words of the user interface, such as \"%1\", are not translated in %2: there is no %3")
+                .arg(wordsOf(userInterface).constFirst().source, locale, name));
+}
+
+void CatalogueCheck::checkWordsIn(const QString &catalogue, const QString &userInterface,
+                                  const QString &locale, Findings &findings)
+{
+    const QTranslator *const texts = translator(catalogue, findings);
+    const QString identity = catalogue + ' ' + userInterface;
+    if (!texts || m_checkedWords.contains(identity))
+        return;
+    m_checkedWords << identity;
+    for (const TranslatableText &word : wordsOf(userInterface)) {
+        if (!isTranslated(*texts, word))
+            findings.add("VT705", word.file, word.position,
+                         QString("\"%1\" is not translated in %2: %3 lacks it")
+                             .arg(word.source, locale, Places::shown(catalogue)));
     }
 }

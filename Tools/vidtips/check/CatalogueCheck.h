@@ -1,7 +1,12 @@
 #pragma once
 
+#include "shared/Position.h"
+
+#include <QtCore/QMap>
+#include <QtCore/QPair>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 #include <map>
 #include <memory>
@@ -9,6 +14,7 @@
 class Content;
 class Findings;
 struct ControlFile;
+struct TranslatableText;
 
 QT_BEGIN_NAMESPACE
 class QTranslator;
@@ -25,16 +31,32 @@ public:
     void run(const Content &content, Findings &findings);
 
 private:
+    /** A text that a catalogue lacks: everywhere it stands, and for which locales. */
+    struct Missing
+    {
+        QVector<QPair<QString, Position>> places;
+        QStringList locales;
+    };
+
     void collectLocales(const Content &content);
     void checkFile(const Content &content, const ControlFile &file, const QString &locale,
                    Findings &findings);
     void checkTexts(const ControlFile &file, const QString &catalogue, const QString &locale,
                     Findings &findings);
+    void checkWords(const Content &content, const ControlFile &file, const QString &locale,
+                    Findings &findings);
+    void checkWordsIn(const QString &catalogue, const QString &userInterface, const QString &locale,
+                      Findings &findings);
+    const QVector<TranslatableText> &wordsOf(const QString &userInterface);
+    void reportMissing(Findings &findings) const;
     void reportUnbuilt(const QString &source, Findings &findings);
     const QTranslator *translator(const QString &path, Findings &findings);
 
     QString m_sourceLocale;
     QStringList m_locales;
     QStringList m_unbuilt;
+    QStringList m_checkedWords;
+    QMap<QPair<QString, QString>, Missing> m_missing;
+    std::map<QString, QVector<TranslatableText>> m_words;
     std::map<QString, std::unique_ptr<QTranslator>> m_translators;
 };

@@ -1,11 +1,11 @@
 #include "CheckCommand.h"
 
 #include "CatalogueCheck.h"
-#include "ClipCheck.h"
 #include "ContentCheck.h"
 #include "FileCheck.h"
 #include "KeyDataCheck.h"
 #include "QmlCheck.h"
+#include "clips/ClipCheck.h"
 #include "findings/Finding.h"
 #include "findings/FindingReport.h"
 #include "shared/Console.h"

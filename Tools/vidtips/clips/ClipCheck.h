@@ -5,8 +5,10 @@
 #include <functional>
 
 class Findings;
+struct ClipFacts;
 
-/** Opens every clip and says which are damaged, too long or too large. */
+/** Opens every clip and says which are damaged, too long or too large, and what of them is not shown as it is
+ * meant. */
 class ClipCheck
 {
 public:
@@ -23,6 +25,8 @@ public:
 
 private:
     void check(const QString &path, Findings &findings) const;
+    void checkSize(const QString &path, const ClipFacts &facts, Findings &findings) const;
+    void checkStream(const QString &path, const ClipFacts &facts, Findings &findings) const;
 
     qint64 m_budget;
     double m_longest;
