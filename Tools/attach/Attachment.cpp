@@ -1,6 +1,7 @@
 #include "Attachment.h"
 
 #include "AttachedTips.h"
+#include "Harvest.h"
 #include "LoadedLibraries.h"
 
 #include <QtCore/QCoreApplication>
@@ -22,17 +23,12 @@ void endTips()
     delete tips;
 }
 
-void say(const char *text)
-{
-    std::fprintf(stderr, "vidtips: %s: %s\n", qPrintable(QCoreApplication::applicationName()), text);
-}
-
 } // namespace
 
 Attachment::Attachment(const AttachSettings &settings)
     : m_settings(settings)
 {
-    report({{"event", "loaded"}});
+    report({{"event", "loaded"}, {"process", qint64(QCoreApplication::applicationPid())}});
     QMetaObject::invokeMethod(this, &Attachment::begin, Qt::QueuedConnection);
 }
 
@@ -44,10 +40,21 @@ Attachment::~Attachment()
 void Attachment::begin()
 {
     if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
-        return say("has no widgets, so there are no tips in it");
+        return stepBack("has no widgets, so there are no tips in it");
+    if (!m_settings.harvestFolder.isEmpty()) {
+        m_harvest = std::make_unique<Harvest>(m_settings.harvestFolder, m_settings.harvestWait,
+                                              [this](const QJsonObject &what) { report(what); });
+        return;
+    }
     if (LoadedLibraries::isBeforeThis("libVidtips.so"))
-        return say("has tips of its own, so there are no others in it");
+        return stepBack("has tips of its own, so there are no others in it");
     makeTips();
+}
+
+void Attachment::stepBack(const char *reason)
+{
+    report({{"event", "steppedBack"}});
+    std::fprintf(stderr, "vidtips: %s: %s\n", qPrintable(QCoreApplication::applicationName()), reason);
 }
 
 void Attachment::makeTips()

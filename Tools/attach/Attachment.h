@@ -4,7 +4,9 @@
 
 #include <QtCore/QObject>
 
-class AttachedTips;
+#include <memory>
+
+class Harvest;
 
 QT_BEGIN_NAMESPACE
 class QJsonObject;
@@ -26,7 +28,9 @@ public:
 private:
     void begin();
     void makeTips();
+    void stepBack(const char *reason);
     void report(const QJsonObject &what) const;
 
     const AttachSettings m_settings;
+    std::unique_ptr<Harvest> m_harvest;
 };

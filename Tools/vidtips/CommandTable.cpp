@@ -3,6 +3,7 @@
 #include "attach/AttachCommand.h"
 #include "check/CheckCommand.h"
 #include "findings/ExplainCommand.h"
+#include "harvest/HarvestCommand.h"
 #include "package/KeysCommand.h"
 #include "package/NewCommand.h"
 #include "preview/PreviewCommand.h"
@@ -45,6 +46,7 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<SchemaCommand>());
     m_commands.push_back(std::make_unique<NewCommand>());
     m_commands.push_back(std::make_unique<AttachCommand>());
+    m_commands.push_back(std::make_unique<HarvestCommand>());
 }
 
 CommandTable::~CommandTable() = default;

@@ -175,6 +175,8 @@ int perform(Window &window, const QStringList &steps)
             window.line->setShortcut(QKeySequence(value));
         else if (what == "text")
             window.line->setText(value);
+        else if (what == "drop")
+            delete window.line;
         else if (what == "delete")
             deleteUnderPointer(window);
         else if (what == "echo")
@@ -214,6 +216,14 @@ int main(int argc, char *argv[])
     if (steps.value(0) == "no-windows") {
         QTest::qWait(20);
         return 5;
+    }
+    if (steps.value(0) == "never")
+        return QApplication::exec();
+    if (steps.value(0) == "dialog") {
+        QDialog dialog;
+        dialog.setWindowTitle("Welcome");
+        new QDialogButtonBox(QDialogButtonBox::Ok, &dialog);
+        dialog.exec();
     }
     if (steps.value(0) == "language")
         QLocale::setDefault(QLocale(steps.value(1)));

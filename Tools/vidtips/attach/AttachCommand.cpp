@@ -122,6 +122,6 @@ int AttachCommand::run(const QCommandLineParser &arguments, Console &console)
         return console.fail(problem);
     run.wait();
     if (run.reports().isEmpty())
-        console.note(ProgramRun::untaken(command.constFirst()));
+        console.note("vidtips: " + ProgramRun::untaken(command.constFirst()));
     return run.result();
 }

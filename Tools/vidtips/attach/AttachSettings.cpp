@@ -39,6 +39,7 @@ void AttachSettings::writeTo(QProcessEnvironment &environment, const QString &pl
                                {"locale", locale},
                                {"report", reportFile},
                                {"harvest", harvestFolder},
+                               {"harvestWait", harvestWait},
                                {"trace", isTraced},
                                {"plugins", plugins}};
     environment.insert(settingsVariable,
@@ -59,6 +60,7 @@ AttachSettings AttachSettings::takeFromEnvironment()
     settings.locale = object.value("locale").toString();
     settings.reportFile = object.value("report").toString();
     settings.harvestFolder = object.value("harvest").toString();
+    settings.harvestWait = object.value("harvestWait").toInt();
     settings.isTraced = object.value("trace").toBool();
     return settings;
 }

@@ -126,7 +126,7 @@ QVector<QJsonObject> ProgramRun::reports() const
 
 QString ProgramRun::untaken(const QString &command)
 {
-    return QString("vidtips: %1 has ended without loading the module for tips: it opens no windows of Qt 5 "
+    return QString("%1 has ended without loading the module for tips: it opens no windows of Qt 5 "
                    "itself, or its Qt is not " QT_VERSION_STR)
         .arg(command);
 }

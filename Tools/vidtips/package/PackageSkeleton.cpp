@@ -66,10 +66,14 @@ QString PackageSkeleton::writeAll()
     QString problem = writeTemplate("tips.xml", "Control/" + m_name + ".en_US.xml");
     if (problem.isEmpty())
         problem = writePicture("Resources/first.png");
+    return problem.isEmpty() ? writeUserInterface() : problem;
+}
+
+QString PackageSkeleton::writeUserInterface()
+{
     if (!m_shared.isEmpty())
-        return problem;
-    if (problem.isEmpty())
-        problem = writeTemplate("VidtipsUI.qml", "ui/VidtipsUI.qml");
+        return {};
+    QString problem = writeTemplate("VidtipsUI.qml", "ui/VidtipsUI.qml");
     if (problem.isEmpty())
         problem = writeTemplate("SimpleTooltip.qml", "ui/SimpleTooltip.qml");
     if (problem.isEmpty())

@@ -29,6 +29,12 @@ public:
     /** Writes the package; returns what is wrong, or nothing. Where it fails, it leaves nothing behind. */
     QString write();
 
+    /**
+     * Writes only the user interface into the package's folder, which there is; nothing where another package
+     * has it. Returns what is wrong, or nothing.
+     */
+    QString writeUserInterface();
+
     /** The files that were written, relative to the package's folder. */
     const QStringList &files() const { return m_files; }
 

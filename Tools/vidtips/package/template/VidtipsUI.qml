@@ -20,6 +20,11 @@ Rectangle {
         return element ? element.attribute("source") : "";
     }
 
+    function resource(name) {
+        var file = source(name);
+        return file === "" ? "" : fileUrl(vidTipView.findResource(file));
+    }
+
     // A catalogue that lacks a word gives nothing for it.
     function word(source) {
         var translated = vidTipView.translate(source, "VidtipsUI");
@@ -36,8 +41,8 @@ Rectangle {
         title.text = vidTipView.interpolate(tip.attribute("title"));
         shortcut.text = tip.attribute("shortcut");
         summary.text = text("summary");
-        var file = source("picture");
-        picture.source = file === "" ? "" : fileUrl(vidTipView.findResource(file));
+        icon.source = resource("icon");
+        picture.source = resource("picture");
         clip.started = false;
         clip.source = source("clip");
         var found = tip.childElementList("step");
@@ -67,11 +72,20 @@ Rectangle {
 
         Item {
             width: parent.width
-            height: title.paintedHeight
+            height: Math.max(icon.height, title.paintedHeight)
 
+            Image {
+                id: icon
+                visible: status === Image.Ready
+                width: visible ? 24 : 0
+                height: width
+                fillMode: Image.PreserveAspectFit
+                smooth: true
+            }
             Text {
                 id: title
-                width: parent.width - shortcut.paintedWidth - 8
+                anchors { left: icon.right; leftMargin: icon.visible ? 8 : 0; verticalCenter: parent.verticalCenter }
+                width: parent.width - anchors.leftMargin - icon.width - shortcut.paintedWidth - 8
                 font.bold: true
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
@@ -79,7 +93,7 @@ Rectangle {
             }
             Text {
                 id: shortcut
-                anchors.right: parent.right
+                anchors { right: parent.right; verticalCenter: parent.verticalCenter }
                 textFormat: Text.PlainText
                 color: palette.windowText
                 opacity: 0.6
@@ -87,6 +101,7 @@ Rectangle {
         }
         Text {
             id: summary
+            visible: text !== ""
             width: parent.width
             textFormat: Text.PlainText
             wrapMode: Text.Wrap

@@ -1,0 +1,62 @@
+#include "HarvestState.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QSaveFile>
+
+HarvestState::HarvestState(const QString &package, const QString &locale)
+    : m_path(package + "/harvest.json")
+    , m_locale(locale)
+{
+}
+
+QString HarvestState::read()
+{
+    QFile file(m_path);
+    if (!file.exists())
+        return {};
+    if (!file.open(QIODevice::ReadOnly))
+        return QString("cannot read %1: %2").arg(m_path, file.errorString());
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject())
+        return QString("cannot read %1: %2").arg(m_path, error.errorString());
+    m_locales = document.object();
+    m_commands = m_locales.value(m_locale).toObject();
+    return {};
+}
+
+HarvestedCommand HarvestState::command(const QString &key, bool *isKnown) const
+{
+    *isKnown = m_commands.contains(key);
+    const QJsonObject object = m_commands.value(key).toObject();
+    HarvestedCommand command;
+    command.key = key;
+    command.title = object.value("title").toString();
+    command.summary = object.value("summary").toString();
+    command.shortcut = object.value("shortcut").toString();
+    return command;
+}
+
+QStringList HarvestState::keys() const
+{
+    return m_commands.keys();
+}
+
+void HarvestState::set(const HarvestedCommand &command)
+{
+    m_commands.insert(
+        command.key,
+        QJsonObject{{"title", command.title}, {"summary", command.summary}, {"shortcut", command.shortcut}});
+}
+
+QString HarvestState::write() const
+{
+    QJsonObject locales = m_locales;
+    locales.insert(m_locale, m_commands);
+    const QByteArray content = QJsonDocument(locales).toJson();
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return QString("cannot write %1: %2").arg(m_path, file.errorString());
+    return {};
+}
