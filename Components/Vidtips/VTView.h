@@ -179,6 +179,9 @@ protected:
     /** Makes the scene as large as the user interface. The base class has no part in it. */
     void resizeEvent(QResizeEvent *event) override;
 
+    /** Gives the key to the user interface; Escape closes a kept tip that is a window, unless that wants it. */
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     Q_DISABLE_COPY(VTView)
     // Which says by the view that a clip is missing or broken.
@@ -193,7 +196,6 @@ private:
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;
     VIDTIPS_NO_EXPORT void fitToContent();
-    VIDTIPS_NO_EXPORT void keyPressEvent(QKeyEvent *event) override;
 
     class HostCall;
     struct Private;
