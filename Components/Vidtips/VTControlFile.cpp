@@ -86,8 +86,7 @@ int depthInPackage(const QString &controlFile, const QString &package)
 {
     const bool isClean = package.size() > 1 && QDir::isAbsolutePath(package)
         && QDir::cleanPath(package) == package && QDir::cleanPath(controlFile) == controlFile;
-    if (!isClean || controlFile.size() <= package.size()
-        || controlFile.at(package.size()) != QLatin1Char('/'))
+    if (!isClean || !controlFile.startsWith(package + QLatin1Char('/')))
         return depthByCanonicalPath(controlFile, package);
 
     int depth = 1;
