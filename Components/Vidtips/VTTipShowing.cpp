@@ -209,11 +209,14 @@ void VTTipShowing::moveOffPopups(const VTShowRequest &request)
 
 void VTTipShowing::revealAwaited()
 {
-    const VTWidget *const window = m_manager->widget();
+    VTWidget *const window = m_manager->widget();
     if (!m_awaited || !window || !window->view() || window->view()->isWaiting())
         return;
     const VTShowRequest request = *m_awaited;
     m_awaited.reset();
+    // Meanwhile the window system may have reported where the hidden window stood before.
+    if (!window->isVisible())
+        window->move(m_manager->tooltipPosition(request.position, request.widget()));
     reveal(request);
 }
 
