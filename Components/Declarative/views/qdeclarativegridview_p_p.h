@@ -43,6 +43,7 @@ public:
     void placeHighlight() override;
     void moveHighlight() override;
     bool snaps() const override { return snapMode != QDeclarativeGridView::NoSnap; }
+    bool snapsAt(qreal position) const override;
     qreal snapPosition(qreal position) const override;
     qreal flickTarget(qreal natural, qreal velocity) const override;
     qreal firstEnd() const override { return positionAt(0) + lineSize(); }
@@ -95,7 +96,7 @@ public:
     void goBack(int by);
     void goForth(int by);
     void cellsChanged();
-    qreal rangeOffset() const { return hasRange() ? highlightBegin : 0; }
+    qreal rangeOffset() const { return hasRange() ? rangeBegin() : 0; }
 
     QDeclarativeHighlightValue highlightX;
     QDeclarativeHighlightValue highlightY;

@@ -294,6 +294,7 @@ void QDeclarativeGridViewPrivate::finishLayout()
     placeParts();
     updateContentSize();
     fixup(mainAxis(), Immediate);
+    refill();
 }
 
 /** The slot of the visible items that the row takes or would take. */
@@ -325,7 +326,7 @@ bool QDeclarativeGridViewPrivate::rowsInserted(int index, int count, AddedItems 
         insertCells(index, count, added);
     else if (index <= visibleIndex)
         visibleIndex += count;
-    return joins;
+    return true;
 }
 
 /** Makes items for the new rows that have room in the view; these push what follows out of its cells. */
@@ -356,7 +357,9 @@ void QDeclarativeGridViewPrivate::rowsMoved(int from, int to, int count)
     if (lastVisibleIndex() < 0)
         return;
     MovedItems items = takeForMove(from, to, count);
-    const int end = visibleIndex + int(items.rows.size());
+    int end = visibleIndex + int(items.rows.size());
+    while (end > visibleIndex && items.rows.count(end - 1) == 0)
+        --end;
     for (int index = visibleIndex; index < end; ++index) {
         if (!appendMoved(&items, index))
             break;
@@ -402,6 +405,12 @@ int QDeclarativeGridViewPrivate::rowUnder(qreal position) const
             break;
     }
     return found;
+}
+
+/** Only a line that has items attracts the view. */
+bool QDeclarativeGridViewPrivate::snapsAt(qreal position) const
+{
+    return QDeclarativeItemViewPrivate::rowUnder(position + rangeOffset()) >= 0;
 }
 
 qreal QDeclarativeGridViewPrivate::snapPosition(qreal position) const

@@ -327,7 +327,7 @@ void QDeclarativeItemView::setCacheBuffer(int buffer)
     if (buffer == d->cacheBuffer)
         return;
     d->cacheBuffer = buffer;
-    d->scheduleLayout();
+    d->refill();
     Q_EMIT cacheBufferChanged();
 }
 

@@ -77,7 +77,8 @@ public:
     /** Moves the visible items to where they belong. */
     virtual void placeVisible() = 0;
     using AddedItems = QVector<QPointer<QDeclarativeItemViewAttached>>;
-    /** Takes note of new rows, and makes items for those that show; tells whether any may show. */
+    /** Takes note of new rows, and makes items for those that show; tells whether it matters to what shows.
+     */
     virtual bool rowsInserted(int index, int count, AddedItems *) = 0;
     virtual void rowsMoved(int from, int to, int count) = 0;
     /** Called when the last of the visible items went, with the row @p index. */
@@ -88,6 +89,8 @@ public:
     virtual void placeHighlight() = 0;
     virtual void moveHighlight() = 0;
     virtual bool snaps() const { return false; }
+    /** Tells whether a view that snaps does so from @p position. */
+    virtual bool snapsAt(qreal position) const;
     /** Where the view comes to rest that was let go at @p position. */
     virtual qreal snapPosition(qreal position) const { return position; }
     /** The same for a view that would by itself run on to @p natural. */

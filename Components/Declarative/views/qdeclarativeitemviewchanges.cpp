@@ -97,11 +97,13 @@ void QDeclarativeItemViewPrivate::insertRows(int index, int count, int *rows)
 {
     Q_Q(QDeclarativeItemView);
     AddedItems added;
+    bool mayShow = false;
     {
         const QScopedValueRollback<bool> guard(layingOut, true);
-        rowsInserted(index, count, &added);
+        mayShow = rowsInserted(index, count, &added);
     }
-    scheduleLayout();
+    if (mayShow)
+        scheduleLayout();
     if (*rows > 0 && currentIndex >= index) {
         currentIndex += count;
         if (currentItem)

@@ -21,12 +21,14 @@ void QDeclarativeItemViewPrivate::followView()
 
 int QDeclarativeItemViewPrivate::rowUnder(qreal position) const
 {
+    // Of two rows of differing lengths that are both meant it is the further one.
+    int found = -1;
     for (const auto &item : visibleItems) {
         const qreal half = item->size() / 2;
         if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
-            return item->index;
+            found = item->index;
     }
-    return -1;
+    return found;
 }
 
 void QDeclarativeItemViewPrivate::setCurrent(std::unique_ptr<Item> item)

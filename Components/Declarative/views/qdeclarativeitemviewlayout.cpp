@@ -200,13 +200,12 @@ void QDeclarativeItemViewPrivate::clear()
 /** Makes everything anew, for another direction. */
 void QDeclarativeItemViewPrivate::regenerate()
 {
-    recreate(&headerItem, headerComponent);
-    recreate(&footerItem, footerComponent);
     clear();
     setViewPosition(0);
     refill();
-    moveReason = Other;
-    updateCurrent(currentIndex);
+    showCurrent();
+    fixup(mainAxis(), Immediate);
+    updateBounds();
 }
 
 void QDeclarativeItemViewPrivate::scheduleLayout()
@@ -322,10 +321,11 @@ void QDeclarativeItemViewPrivate::fillView()
     // What is not seen yet is made one by one while nothing else is.
     if (!changed && cacheBuffer > 0 && addVisible(from - cacheLength(), to + cacheLength(), true)) {
         changed = true;
-        scheduleFill();
     }
     if (changed)
         visibleChanged();
+    else
+        viewMoved();
 }
 
 /** Puts right what depends on which items there are. */
@@ -414,7 +414,7 @@ void QDeclarativeItemViewPrivate::itemGeometryChanged(QDeclarativeItem *item, co
         scheduleLayout();
     if (isResized && (item == headerItem || item == footerItem))
         placeParts();
-    if (currentItem && currentItem->item == item && now.size() != before.size())
+    if (currentItem && currentItem->item == item)
         updateHighlight();
 }
 

@@ -73,19 +73,22 @@ qreal QDeclarativeItemViewPrivate::travelEnd(const Axis &axis) const
     return toContent(runsBackwards() ? leastPosition() : greatestPosition(), viewLength());
 }
 
+bool QDeclarativeItemViewPrivate::snapsAt(qreal position) const
+{
+    return isStrict() || (position > leastPosition() && position < greatestPosition());
+}
+
 void QDeclarativeItemViewPrivate::fixup(Axis &axis, FixupMode mode)
 {
     if (axis.orientation != scrolled())
         return;
     const FixupMode how = moveReason == Mouse ? mode : Immediate;
     const qreal now = viewPosition();
-    if (snaps() && !visibleItems.empty()) {
-        const bool isWithin = now > leastPosition() && now < greatestPosition();
-        if (isWithin || isStrict()) {
-            settleAt(boundedPosition(snapPosition(now)), how);
-            return;
-        }
-    } else if (isStrict() && moveReason != SetIndex) {
+    if (snaps() && !visibleItems.empty() && snapsAt(now)) {
+        settleAt(boundedPosition(snapPosition(now)), how);
+        return;
+    }
+    if (isStrict() && moveReason != SetIndex) {
         if (!currentItem)
             return;
         updateHighlight();
@@ -122,7 +125,7 @@ void QDeclarativeItemViewPrivate::dragStarting()
 
 void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
 {
-    if (!componentIsComplete || axis.orientation != scrolled() || inMovement)
+    if (!componentIsComplete || inMovement)
         return;
     if (layingOut) {
         movesInLayout = true;
@@ -139,7 +142,6 @@ void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
     if (axis.moving)
         moveReason = Mouse;
     followView();
-    viewMoved();
 }
 
 /** Goes to a row that has no item. */
@@ -152,7 +154,8 @@ void QDeclarativeItemViewPrivate::jumpTo(int index)
     visibleIndex = lineStart(index);
     setPlaceOfFirst(place);
     setViewPosition(target);
-    refill();
+    if (visibleItems.empty())
+        refill();
     for (auto &item : left)
         releaseItem(std::move(item));
 }
@@ -161,14 +164,17 @@ void QDeclarativeItemViewPrivate::jumpTo(int index)
 void QDeclarativeItemViewPrivate::showRow(int index, QDeclarativeItemView::PositionMode mode)
 {
     flushLayout();
+    releaseDeferred();
     moveReason = Other;
     const qreal before = viewPosition();
+    // As far as it was before the row has an item, too.
+    const qreal greatest = greatestPosition();
     if (!visibleItem(index))
         jumpTo(index);
     const Item *item = visibleItem(index);
     if (!item)
         return;
-    setViewPosition(boundedPosition(shownPosition(*item, mode, before)));
+    setViewPosition(qMax(leastPosition(), qMin(shownPosition(*item, mode, before), greatest)));
     if (highlightItem && currentItem && highlightFollows)
         highlightPositioned();
     fixupPosition();
@@ -203,7 +209,7 @@ qreal QDeclarativeItemViewPrivate::shownPosition(const Item &item, QDeclarativeI
         break;
     }
     // Seen in part, or wholly as asked for, a row leaves the view where it is.
-    if ((isWhole ? last : start - 1) >= now + viewLength())
+    if ((isWhole ? last : start) > now + viewLength())
         return isWhole ? qMin(start, aligned) : aligned;
     return (isWhole ? start : last) < now ? start : now;
 }

@@ -73,7 +73,7 @@ public:
     void clear() override;
     int slotFor(int index) const;
     qreal placeOfSlot(int slot) const;
-    void insertAbove(int slot, int index, int count);
+    bool insertAbove(int slot, int index, int count);
     void insertBelow(int slot, int index, int count, AddedItems *);
     void shift(Item *, qreal by);
     int snapIndex(qreal position) const;

@@ -77,18 +77,18 @@ bool QDeclarativeListViewPrivate::rowsInserted(int index, int count, AddedItems 
     if (slot < 0) {
         if (index < visibleIndex)
             visibleIndex += count;
-        return false;
+        return true;
     }
     const Item *first = firstVisibleItem();
     if (first && placeOfSlot(slot) < first->position())
-        insertAbove(slot, index, count);
-    else
-        insertBelow(slot, index, count, added);
+        return insertAbove(slot, index, count);
+    insertBelow(slot, index, count, added);
     return true;
 }
 
-/** Makes items for new rows that stand above what is seen, which stays where it is. */
-void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
+/** Makes items for new rows that stand above what is seen, which stays where it is; tells whether it made
+ * any. */
+bool QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
 {
     const qreal start = placeOfSlot(slot);
     const qreal from = viewPosition() - cacheLength();
@@ -107,10 +107,11 @@ void QDeclarativeListViewPrivate::insertAbove(int slot, int index, int count)
         visibleIndex = index + left;
         for (; slot > 0; --slot)
             takeVisible(0);
-        return;
+        return left < count;
     }
     for (int before = 0; before < slot; ++before)
         shift(visibleItems[before].get(), position - start);
+    return true;
 }
 
 /** Makes items for new rows in view, and gives up those that they push out of it. */

@@ -251,11 +251,9 @@ void QDeclarativeListViewPrivate::moveHighlight()
 
 int QDeclarativeListViewPrivate::snapIndex(qreal position) const
 {
-    for (const auto &item : visibleItems) {
-        const qreal half = item->size() / 2;
-        if (item->index >= 0 && position >= item->position() - half && position < item->position() + half)
-            return item->index;
-    }
+    const int row = rowUnder(position);
+    if (row >= 0)
+        return row;
     const int estimate =
         step() > 0 ? QDeclarativeRounding::bounded((position - startPosition()) / step()) : 0;
     return qBound(0, estimate, visualModel->count() - 1);
