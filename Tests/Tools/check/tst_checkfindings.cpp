@@ -156,6 +156,10 @@ void addUserInterfaceRows()
     row("network",
         packageWith({{fullInterface, "import QtQuick 1.1\nimport \"http://127.0.0.1:9/x\" as X\nItem { }"}}),
         {"VT603"}, "VidtipsUI.qml:2:1", "network");
+    row("area without a name",
+        packageWith(
+            {{fullInterface, "import QtQuick 1.1\nItem {\n  MouseArea { onClicked: parent.x = 1 }\n}"}}),
+        {"VT604"}, "VidtipsUI.qml:3:3", "no name");
 }
 
 void addCatalogueRows()

@@ -1,5 +1,6 @@
 #include "CheckCommand.h"
 
+#include "AccessCheck.h"
 #include "CatalogueCheck.h"
 #include "ContentCheck.h"
 #include "FileCheck.h"
@@ -60,6 +61,7 @@ void checkAll(const Content &content, const Limits &limits, Console &console, Fi
     FileCheck files;
     ContentCheck::run(content, files, findings);
     QmlCheck().run(files.qmlFiles(), findings, progressOf("QML files"));
+    AccessCheck().run(files.qmlFiles(), findings);
     ClipCheck(limits.budget, limits.longest).run(files.clips(), findings, progressOf("clips"));
     CatalogueCheck(limits.sourceLocale).run(content, findings);
     QStringList keyData = limits.keyData + content.keyDataFiles();
