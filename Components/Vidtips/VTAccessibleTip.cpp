@@ -11,9 +11,11 @@ VTAccessibleTip::VTAccessibleTip(VTWidget *tip)
 {
 }
 
+// Clients may ask once more while the window is being destroyed, when it is none of ours any more.
 VTView *VTAccessibleTip::view() const
 {
-    return static_cast<VTWidget *>(object())->view();
+    const auto *const tip = qobject_cast<const VTWidget *>(object());
+    return tip ? tip->view() : nullptr;
 }
 
 QAccessible::Role VTAccessibleTip::role() const

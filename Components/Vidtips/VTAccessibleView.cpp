@@ -14,18 +14,19 @@ VTAccessibleView::VTAccessibleView(VTView *view)
     QObject::connect(view->scene(), &QGraphicsScene::focusItemChanged, &m_context, &tellFocus);
 }
 
+// Null while the view is being destroyed.
 VTView *VTAccessibleView::view() const
 {
-    return static_cast<VTView *>(object());
+    return qobject_cast<VTView *>(object());
 }
 
 QList<QGraphicsObject *> VTAccessibleView::items() const
 {
-    const QGraphicsObject *const root = view()->rootObject();
+    QGraphicsObject *const root = view() ? view()->rootObject() : nullptr;
     if (!root || !root->isVisible())
         return {};
     const bool isTold = VTItemTree::role(root) != QAccessible::NoRole;
-    return isTold ? QList<QGraphicsObject *>{view()->rootObject()} : VTItemTree::children(root);
+    return isTold ? QList<QGraphicsObject *>{root} : VTItemTree::children(root);
 }
 
 QAccessible::State VTAccessibleView::state() const
@@ -57,8 +58,9 @@ QAccessibleInterface *VTAccessibleView::childAt(int x, int y) const
 
 QAccessibleInterface *VTAccessibleView::focusChild() const
 {
-    QGraphicsObject *const item = VTItemTree::teller(view()->scene()->focusItem());
-    return view()->hasFocus() ? QAccessible::queryAccessibleInterface(item) : nullptr;
+    if (!view() || !view()->hasFocus())
+        return nullptr;
+    return QAccessible::queryAccessibleInterface(VTItemTree::teller(view()->scene()->focusItem()));
 }
 
 void VTAccessibleView::tellFocus(QGraphicsItem *item)

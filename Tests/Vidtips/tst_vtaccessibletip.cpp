@@ -23,6 +23,7 @@ private slots:
     void otherTitleIsTold();
     void keptTipIsADialog();
     void keptTipInADockIsADialog();
+    void destroyedTips();
     void nothingIsToldUnasked();
     void withoutContent();
 
@@ -134,6 +135,20 @@ void tst_VTAccessibleTip::keptTipInADockIsADialog()
     QVERIFY(window.isAncestorOf(kept));
     QCOMPARE(QAccessible::queryAccessibleInterface(kept)->role(), QAccessible::Dialog);
     QCOMPARE(QAccessible::queryAccessibleInterface(kept)->text(QAccessible::Name), QStringLiteral("Cut"));
+}
+
+// The recorder asks for role and name with each event, also the last.
+void tst_VTAccessibleTip::destroyedTips()
+{
+    const AccessibleEvents events;
+    QVERIFY(session->host->show("cut", {}, nullptr));
+    QVERIFY(QAccessible::queryAccessibleInterface(session->view()));
+    const QPointer<VTWidget> window = session->window();
+    const QAccessible::Id id = QAccessible::uniqueId(tip());
+    delete window;
+    QVERIFY(!QAccessible::accessibleInterface(id));
+    QVERIFY(session->host->show("copy", {}, nullptr));
+    QCOMPARE(tip()->text(QAccessible::Name), QStringLiteral("Copy"));
 }
 
 void tst_VTAccessibleTip::nothingIsToldUnasked()
