@@ -82,28 +82,27 @@ bool VTTipKeys::filter(VTWidget *tip, QObject *watched, QEvent *event)
         return true;
     if (!tip || typedInto->window() == tip)
         return false;
-    return event->type() == QEvent::KeyPress ? press(tip, typedInto, key) : override(tip, typedInto, key);
+    return type(tip, typedInto, key);
 }
 
-bool VTTipKeys::override(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event)
+// A key that is a shortcut, or begins one, is offered and not pressed: the offer is what tells of every key.
+bool VTTipKeys::type(VTWidget *tip, QWidget *typedInto, QKeyEvent *event)
 {
+    const QPointer<VTWidget> shown(tip);
+    const QPointer<QWidget> writer(typedInto);
     const int key = event->key();
-    if (!take(tip, typedInto, event))
-        return false;
-    m_taken = key;
-    event->accept();
-    return true;
-}
-
-bool VTTipKeys::press(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event)
-{
-    if (take(tip, typedInto, event))
+    const bool isOffer = event->type() == QEvent::ShortcutOverride;
+    if (take(tip, typedInto, event)) {
+        if (isOffer)
+            m_taken = key;
+        event->accept();
         return true;
-    const bool stays = tip->view() && tip->view()->stayOpen();
-    if (stays || isModifier(event->key()))
+    }
+    const bool stays = !shown || !shown->view() || shown->view()->stayOpen();
+    if (stays || isModifier(key))
         return false;
-    qCDebug(showLog, "the tip goes, as there was typing in %s", qUtf8Printable(describe(typedInto)));
-    tip->hide();
+    qCDebug(showLog, "the tip goes, as there was typing in %s", qUtf8Printable(describe(writer)));
+    shown->hide();
     return false;
 }
 

@@ -16,7 +16,8 @@ class VTWidget;
 
 /**
  * Gives a tip its keys while the keyboard's focus is in the host, where a tip leaves it: Escape closes the
- * tip, F1 and Space are offered to its user interface, and other typing closes it, as it would be in the way.
+ * tip, F1 and Space are offered to its user interface, and other typing, shortcuts included, closes it, as it
+ * would be in the way.
  */
 class VTTipKeys
 {
@@ -31,8 +32,7 @@ public:
     bool isWaiting() const { return m_taken != 0; }
 
 private:
-    bool override(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event);
-    bool press(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event);
+    bool type(VTWidget *tip, QWidget *typedInto, QKeyEvent *event);
     bool take(VTWidget *tip, const QWidget *typedInto, QKeyEvent *event);
 
     // A key is offered before the host's shortcuts are tried; its press, which follows, is used up as well.

@@ -15,6 +15,7 @@
 #include <QtWidgets/QMdiArea>
 #include <QtWidgets/QMdiSubWindow>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
@@ -99,6 +100,8 @@ private slots:
     void staysWhenTheWindowMovesWithThePointer();
     void anotherRowOfTheSameViewIsAnotherCommand();
     void typingHidesIt();
+    void shortcutHidesIt_data();
+    void shortcutHidesIt();
 
     void knowsWhereItIs();
     void resizesOncePerChange();
@@ -410,6 +413,38 @@ void tst_ComingAndGoing::typingHidesIt()
     RealPointer::type("space");
     QTRY_COMPARE(m_host->edit->text(), QString("x "));
     QVERIFY(!m_host->isShown());
+}
+
+void tst_ComingAndGoing::shortcutHidesIt_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("of an action") << "ctrl+r";
+    QTest::newRow("of two actions") << "ctrl+d";
+    QTest::newRow("first of a sequence") << "ctrl+k";
+    QTest::newRow("of a menu") << "alt+p";
+}
+
+void tst_ComingAndGoing::shortcutHidesIt()
+{
+    QFETCH(QString, key);
+    start();
+    QAction repeat, duplicate, destroy, keep;
+    repeat.setShortcut(QKeySequence("Ctrl+R"));
+    duplicate.setShortcut(QKeySequence("Ctrl+D"));
+    destroy.setShortcut(QKeySequence("Ctrl+D"));
+    keep.setShortcut(QKeySequence("Ctrl+K, Ctrl+L"));
+    m_host->window->addActions({&repeat, &duplicate, &destroy, &keep});
+    const QSignalSpy repeated(&repeat, &QAction::triggered);
+    const QSignalSpy kept(&keep, &QAction::triggered);
+    m_host->window->menuBar()->actions().constFirst()->setText("&Process");
+    QVERIFY(m_host->hover(m_host->plain));
+    RealPointer::type(key);
+    QTRY_VERIFY(!m_host->isShown());
+    QTRY_COMPARE(repeated.count(), key == "ctrl+r" ? 1 : 0);
+    // A sequence that was begun would take the next test's key.
+    if (key == "ctrl+k")
+        RealPointer::type("ctrl+l");
+    QTRY_COMPARE(kept.count(), key == "ctrl+k" ? 1 : 0);
 }
 
 void tst_ComingAndGoing::knowsWhereItIs()

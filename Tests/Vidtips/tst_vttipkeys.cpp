@@ -19,6 +19,7 @@ private slots:
     void keys_data();
     void keys();
     void keyIsUsedUpWholly();
+    void keyThatIsOnlyOfferedEndsIt();
     void tipThatStaysOpenIsNotTypedAway();
     void withoutATip();
     void focusOfTheSceneIsAsBefore();
@@ -106,6 +107,15 @@ void tst_VTTipKeys::keyIsUsedUpWholly()
     QVERIFY(send(QEvent::KeyPress, Qt::Key_Escape));
     QVERIFY(!send(QEvent::ShortcutOverride, Qt::Key_Escape));
     QVERIFY(!send(QEvent::KeyPress, Qt::Key_Escape));
+}
+
+// The press of a shortcut never comes.
+void tst_VTTipKeys::keyThatIsOnlyOfferedEndsIt()
+{
+    QVERIFY(!send(QEvent::ShortcutOverride, Qt::Key_Control, Qt::ControlModifier));
+    QVERIFY(session->window()->isVisible());
+    QVERIFY(!send(QEvent::ShortcutOverride, Qt::Key_R, Qt::ControlModifier));
+    QVERIFY(!session->window()->isVisible());
 }
 
 void tst_VTTipKeys::tipThatStaysOpenIsNotTypedAway()
