@@ -1,6 +1,7 @@
 #include "VTTipWatch_p.h"
 
 #include "VTShowLog_p.h"
+#include "VTTipKeeping_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QEvent>
@@ -61,6 +62,16 @@ bool VTTipWatch::filter(QObject *watched, QEvent *event)
     return !guard;
 }
 
+// Menus and other popups come with a command, or have words of their own with it.
+bool VTTipWatch::isOfAnotherWindow(const QWidget *widget) const
+{
+    const QWidget *const command = m_command.widget();
+    const QWidget *const window = widget ? widget->window() : nullptr;
+    if (!command || !window || window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip)
+        return false;
+    return !m_command.isReachedThrough(window) && window != VTTipKeeping::lastingWindow(command);
+}
+
 void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *event)
 {
     switch (event->type()) {
@@ -69,6 +80,10 @@ void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *eve
             endTip("a popup opened");
         else
             m_pointer.lookSoon();
+        break;
+    case QEvent::WindowActivate:
+        if (isOfAnotherWindow(widget))
+            endTip("another window is active");
         break;
     case QEvent::Hide:
     case QEvent::Enter:
@@ -135,7 +150,12 @@ void VTTipWatch::handleLook(const QWidget *under, const QPoint &position)
         endTip("its command is out of sight");
         return;
     }
-    if (!isOfTip(under))
+    const bool isOverTip = isOfTip(under);
+    if (!isOverTip && m_command.rect().contains(position) && isOfAnotherWindow(under)) {
+        endTip("another window covers its command");
+        return;
+    }
+    if (!isOverTip)
         locateCommand(under, position);
     // A tip that stays by itself is not worth another look.
     if (m_tip->idleInterval() < 0)

@@ -52,6 +52,7 @@ protected:
 private:
     Q_DISABLE_COPY(VTTipWatch)
     bool isOfTip(const QObject *object) const;
+    bool isOfAnotherWindow(const QWidget *widget) const;
     void locateCommand(const QWidget *under, const QPoint &position);
     void handleLook(const QWidget *under, const QPoint &position);
     void handleGone();

@@ -87,6 +87,7 @@ private slots:
 
     void goesAtOnce_data();
     void goesAtOnce();
+    void goesWithThePointerInItWhenAWindowOpens();
     void goesWhenTheCommandIsNoLongerUnderThePointer_data();
     void goesWhenTheCommandIsNoLongerUnderThePointer();
     void goesWithTheRowThatIsScrolledAway_data();
@@ -215,6 +216,12 @@ void tst_ComingAndGoing::goesAtOnce_data()
         menu->addAction("Anything");
         menu->popup(host.plain->mapToGlobal(QPoint(0, 0)));
     });
+    row("other window active", [](ForeignHost &host) { host.secondWindow->activateWindow(); });
+    row("other window over it", [](ForeignHost &host) {
+        host.secondWindow->move(host.plain->mapToGlobal(QPoint(-100, -60)));
+        // Without a window manager it does not become active.
+        RealPointer::xdotool({"windowraise", QString::number(host.secondWindow->winId())});
+    });
 }
 
 void tst_ComingAndGoing::goesAtOnce()
@@ -225,6 +232,16 @@ void tst_ComingAndGoing::goesAtOnce()
     change(*m_host);
     QTRY_VERIFY(!m_host->isShown());
     QCOMPARE(m_host->host()->notificationTexts(), (QStringList{"0 plain", "6 plain"}));
+}
+
+void tst_ComingAndGoing::goesWithThePointerInItWhenAWindowOpens()
+{
+    start();
+    QVERIFY(m_host->hover(m_host->plain));
+    RealPointer::moveTo(RealPointer::center(m_host->tip()));
+    QTRY_VERIFY(m_host->tip()->underMouse());
+    m_host->openDialog(m_host->window, Qt::NonModal, "asked")->setAttribute(Qt::WA_DeleteOnClose);
+    QTRY_VERIFY(!m_host->isShown());
 }
 
 void tst_ComingAndGoing::goesWhenTheCommandIsNoLongerUnderThePointer_data()
@@ -240,13 +257,6 @@ void tst_ComingAndGoing::goesWhenTheCommandIsNoLongerUnderThePointer_data()
         host.plain->move(500, 300);
     });
     row("command moved", [](ForeignHost &host) { host.plain->move(500, 200); });
-    row("other window over it", [](ForeignHost &host) {
-        host.secondWindow->move(host.plain->mapToGlobal(QPoint(-100, -60)));
-        const QString id = QString::number(host.secondWindow->winId());
-        // With and without a window manager.
-        RealPointer::xdotool({"windowactivate", id});
-        RealPointer::xdotool({"windowraise", id});
-    });
 }
 
 void tst_ComingAndGoing::goesWhenTheCommandIsNoLongerUnderThePointer()
