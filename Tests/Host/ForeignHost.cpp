@@ -245,7 +245,10 @@ QString ForeignHost::shownKey() const
 
 bool ForeignHost::hover(const QPoint &position, const QString &key)
 {
-    const auto hasCome = [&] { return shownKey() == key && RealPointer::isOnScreen(tip()); };
+    const RealPointer::ToolTipRequests requests;
+    const auto hasCome = [&] {
+        return shownKey() == key && RealPointer::isOnScreen(tip()) && requests.haveReached(position);
+    };
     if (RealPointer::moveTo(position) && QTest::qWaitFor(hasCome, RealPointer::patience))
         return true;
     qWarning() << "no tip of" << key << "on the screen; shown:" << shownKey() << "pointer:" << QCursor::pos()

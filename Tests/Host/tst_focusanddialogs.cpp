@@ -159,6 +159,7 @@ void tst_FocusAndDialogs::worksIn(QWidget *window, const QString &key)
     QVERIFY(RealPointer::click(pin()));
     QTRY_VERIFY(m_host->tip() != kept);
     QCOMPARE(kept->parentWidget(), window);
+    QVERIFY(RealPointer::waitForWindow(kept));
     m_host->host()->notifications.clear();
     QVERIFY(RealPointer::click(kept->mapToGlobal(QPoint(120, 40))));
     QTRY_VERIFY(m_host->host()->notificationTexts().contains("20 " + key));

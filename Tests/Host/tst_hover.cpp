@@ -155,18 +155,21 @@ void tst_Hover::pointAt(const QWidget *widget)
 
 bool tst_Hover::hover(const QWidget *widget)
 {
+    const RealPointer::ToolTipRequests requests;
     pointAt(widget);
     return QTest::qWaitFor(
         [&] {
-            return tip() && RealPointer::isOnScreen(tip()) && m_session->content()
+            return requests.haveReached(RealPointer::center(widget)) && tip()
+                && RealPointer::isOnScreen(tip()) && m_session->content()
                 && m_session->content()->attribute("key") == widget->objectName();
         },
         RealPointer::patience);
 }
 
+// Onto the desktop: where the pointer rests on the host without a tip, the tip on screen goes.
 void tst_Hover::leaveTip()
 {
-    QCursor::setPos(m_window->mapToGlobal(QPoint(650, 380)));
+    QCursor::setPos(1200, 760);
 }
 
 /** Tells whether the tip is going to hide unless the pointer comes back. */

@@ -4,6 +4,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QHelpEvent>
 #include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -46,6 +47,29 @@ inline bool jumpTo(const QPoint &position)
 {
     return xdotool({"mousemove", QString::number(position.x()), QString::number(position.y())});
 }
+
+/**
+ * Knows where the last tool tip was asked for. A pointer that comes in steps may have one asked for at each;
+ * who goes on before the last has been asked for sees it come in between.
+ */
+class ToolTipRequests : public QObject
+{
+public:
+    ToolTipRequests() { qApp->installEventFilter(this); }
+
+    bool haveReached(const QPoint &position) const { return m_last == position; }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::ToolTip)
+            m_last = static_cast<QHelpEvent *>(event)->globalPos();
+        return false;
+    }
+
+private:
+    QPoint m_last{-1, -1};
+};
 
 /** Moves the pointer there in two steps: one that jumps onto a widget sends it no movement. */
 inline bool moveTo(const QPoint &position)
