@@ -3,6 +3,7 @@
 #include "VTManager.h"
 #include "VTSurroundings_p.h"
 #include "VTWidget.h"
+#include "VTWindowKind_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
@@ -167,7 +168,8 @@ bool VTPlacement::eventFilter(QObject *watched, QEvent *event)
     if (type != QEvent::Show && type != QEvent::Resize && type != QEvent::Move)
         return false;
     VTWidget *const tip = d->manager->widget();
-    if (d->isMoving || !tip || watched != tip || !tip->isWindow())
+    // A popup is placed as it has to be.
+    if (VTWindowKind::isPopup() || d->isMoving || !tip || watched != tip || !tip->isWindow())
         return false;
     // What is reported from outside is for the window, which knows its place.
     if (tip->isVisible() && !event->spontaneous())

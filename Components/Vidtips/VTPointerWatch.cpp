@@ -1,6 +1,7 @@
 #include "VTPointerWatch_p.h"
 
-#include <QtGui/QCursor>
+#include "VTPointer_p.h"
+
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -47,12 +48,11 @@ void VTPointerWatch::rest()
 
 void VTPointerWatch::look()
 {
-    const QPoint position = QCursor::pos();
-    QWidget *const widget = QApplication::widgetAt(position);
-    if (!hears(widget))
+    const VTPointer pointer = VTPointer::now();
+    if (!hears(pointer.widget))
         m_timer.start(elsewhereInterval);
     // Last, as who hears of it may do anything.
-    Q_EMIT looked(widget, position);
+    Q_EMIT looked(pointer.widget, pointer.position);
 }
 
 } // namespace Vidtips

@@ -1,11 +1,11 @@
 #include "VTTipWatch_p.h"
 
+#include "VTPointer_p.h"
 #include "VTShowLog_p.h"
 #include "VTTipKeeping_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QEvent>
-#include <QtGui/QCursor>
 #include <QtWidgets/QApplication>
 
 namespace Vidtips {
@@ -183,7 +183,7 @@ void VTTipWatch::handlePassedOn()
     const QPointer<VTWidget> tip = m_tip;
     if (!tip)
         return;
-    const QPoint position = QCursor::pos();
+    const QPoint position = VTPointer::now().position;
     m_hasPassedOn = true;
     tip->refer(m_command.widget(), QRect());
     tip->checkMousePosition(position);
