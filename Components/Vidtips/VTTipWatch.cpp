@@ -100,6 +100,8 @@ bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::Hide:
+        if (m_tip->isPlacedAnew())
+            break;
         if (event->spontaneous())
             return handleTakenAway();
         end();

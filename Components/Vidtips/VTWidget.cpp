@@ -3,19 +3,22 @@
 #include "VTAccessibility_p.h"
 #include "VTBoundedSize_p.h"
 #include "VTManager.h"
+#include "VTPointer_p.h"
 #include "VTRemainingWindows_p.h"
 #include "VTShowLog_p.h"
+#include "VTSurroundings_p.h"
 #include "VTTipContainer_p.h"
 #include "VTTipFade_p.h"
 #include "VTTipKeeping_p.h"
 #include "VTTipPlace_p.h"
+#include "VTTipPopup_p.h"
 #include "VTView.h"
+#include "VTWindowKind_p.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
-#include <QtGui/QCursor>
 #include <QtGui/QMoveEvent>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
@@ -31,11 +34,18 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QRect referenceRect;
     bool referenceIsAway = false;
     VTTipPlace place;
+    std::unique_ptr<VTTipPopup> popup; ///< where tips are popups
     VTTipFade *fade = nullptr;
     QTimer *timer = nullptr;
     QPointer<VTManager> manager;
     VTTipContainer container;
     bool handedOver = false;
+
+    /** Returns a fade's milliseconds; Wayland has none for windows. */
+    int fadeDuration(contextKey key, int defaultValue) const
+    {
+        return popup ? 0 : setting(key, defaultValue).toInt();
+    }
 
     QVariant setting(contextKey key, const QVariant &defaultValue) const
     {
@@ -53,9 +63,9 @@ VTWidget::VTWidget(VTManager *manager, QWidget *parent, QWidget *reference, QRec
     d->fade = new VTTipFade(this);
     d->timer = new QTimer(this);
     d->timer->setSingleShot(true);
-    if (!d->setting(UseToolWindow, false).toBool())
-        setWindowFlags(Qt::ToolTip);
-    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    VTWindowKind::setFlags(this, d->setting(UseToolWindow, false).toBool());
+    if (VTWindowKind::isPopup())
+        d->popup = std::make_unique<VTTipPopup>(this);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_X11DoNotAcceptFocus);
     connect(d->fade, &VTTipFade::fadedOut, this, &VTWidget::hideAnimationFinished);
@@ -146,6 +156,8 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     d->referenceIsAway = false;
     leaveMinimised();
     joinOwner();
+    if (d->popup)
+        askPopup(pos);
     const QPointer<VTView> view = d->view;
     view->setPackageRoot(QDir(rootPath));
     const QPointer<VTXmlElement> old = view->content();
@@ -163,6 +175,9 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
         view->loadQML(userInterface.absoluteFilePath());
     if (view)
         view->fitToContent();
+    // The view tells of its size when it is shown, which is too late to find a place for it.
+    if (view && !isVisible())
+        contentResized();
     if (view)
         move(d->place.position());
     return view;
@@ -170,13 +185,15 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
 
 void VTWidget::reveal()
 {
+    if (d->popup && !d->popup->stand())
+        return;
     if (!isVisible()) {
         showAnimated();
         // Without a window manager, a window that is shown again comes back where it was among the others.
         raise();
     }
     // The countdown may have begun on the pointer's way here from what the window showed before.
-    if (isSafe(QCursor::pos()))
+    if (isSafe(VTPointer::now().position))
         d->timer->stop();
 }
 
@@ -228,14 +245,32 @@ void VTWidget::leaveMinimised()
     setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 
+QWidget *VTWidget::owner()
+{
+    QWidget *const wanted =
+        d->reference ? VTTipKeeping(this, d->reference).owner() : QApplication::activeModalWidget();
+    return VTWindowKind::footing(wanted, this);
+}
+
+void VTWidget::askPopup(const QPoint &pos)
+{
+    const QPoint begin = d->manager ? d->manager->tooltipPosition(QPoint(), nullptr) : QPoint();
+    d->popup->ask(surroundingsOf(d->reference, d->referenceRect, pos - begin, QSize(begin.x(), begin.y())),
+                  owner());
+}
+
+bool VTWidget::isPlacedAnew() const
+{
+    return d->popup && d->popup->isMoving();
+}
+
 // A modal window blocks every other one except those that belong to it, and window managers keep a window
 // above the one that it belongs to, whatever that is above itself.
 void VTWidget::joinOwner()
 {
     if (parentWidget())
         return;
-    const QWidget *const window =
-        d->reference ? VTTipKeeping(this, d->reference).owner() : QApplication::activeModalWidget();
+    const QWidget *const window = owner();
     QWindow *const handle = window ? window->windowHandle() : nullptr;
     // A window that is on its way from the screen cannot change over to another owner.
     if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
@@ -270,7 +305,7 @@ void VTWidget::showAnimated()
 {
     if (isVisible())
         return;
-    const int duration = d->setting(ShowDuration, 0).toInt();
+    const int duration = d->fadeDuration(ShowDuration, 0);
     if (duration <= 0) {
         setWindowOpacity(1.0);
         show();
@@ -286,7 +321,7 @@ void VTWidget::hideAnimated()
 {
     if (!isVisible() || d->fade->isAtWork())
         return;
-    const int duration = d->setting(HideDuration, 300).toInt();
+    const int duration = d->fadeDuration(HideDuration, 300);
     if (duration <= 0) {
         hideAnimationFinished();
         return;
@@ -306,7 +341,7 @@ void VTWidget::stopFadeOut()
         return;
     d->fade->cancel();
     // The countdown had led to the fade, and with it ended.
-    if (!isSafe(QCursor::pos()))
+    if (!isSafe(VTPointer::now().position))
         setTimer();
 }
 
@@ -397,6 +432,8 @@ void VTWidget::takeSize(const QSize &size)
         setGeometry(QRect(d->place.position(), size));
     }
     setFixedSize(size);
+    if (d->popup && isVisible() && !d->handedOver)
+        d->popup->handleResize();
 }
 
 QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)
@@ -425,7 +462,7 @@ void VTWidget::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous())
         d->place.put(pos());
-    if (!isSafe(QCursor::pos()))
+    if (!isSafe(VTPointer::now().position))
         setTimer();
     reposition();
 }
@@ -434,6 +471,8 @@ void VTWidget::hideEvent(QHideEvent *event)
 {
     // Of a window that is minimised one hears so, too, when it had been hidden before.
     if (event->spontaneous() && !isVisible())
+        return;
+    if (isPlacedAnew())
         return;
     // A fade that went on would take the next tip with it.
     d->fade->stop();

@@ -122,6 +122,9 @@ private:
     VIDTIPS_NO_EXPORT bool fill(QObject *reference, const QRect &referenceRect, const QPoint &pos,
                                 VTXmlElement *content, const QString &rootPath);
     VIDTIPS_NO_EXPORT void reveal();
+    VIDTIPS_NO_EXPORT void askPopup(const QPoint &pos);
+    VIDTIPS_NO_EXPORT bool isPlacedAnew() const;
+    VIDTIPS_NO_EXPORT QWidget *owner();
     VIDTIPS_NO_EXPORT void moveEvent(QMoveEvent *event) override;
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
     VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
