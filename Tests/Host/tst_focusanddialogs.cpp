@@ -244,6 +244,10 @@ void tst_FocusAndDialogs::aboveItsWindow()
     fullScreen ? m_host->window->showFullScreen() : m_host->window->show();
     m_host->window->activateWindow();
     QVERIFY(RealPointer::waitForWindow(m_host->window));
+    // It is active before it is that large, and its commands are elsewhere then.
+    QTRY_VERIFY_WITH_TIMEOUT(!fullScreen
+                                 || m_host->window->geometry() == m_host->window->screen()->geometry(),
+                             RealPointer::patience);
     QVERIFY(m_host->hover(m_host->plain));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
     m_host->picture(QTest::currentDataTag());

@@ -1,3 +1,4 @@
+#include "RealPointer.h"
 #include "TestHost.h"
 #include "TestPackage.h"
 
@@ -204,13 +205,14 @@ bool tst_Places::hover(const QString &key)
     if (!QTest::qWaitForWindowExposed(place.widget->window()))
         return false;
     QCursor::setPos(place.center() - QPoint(3, 2));
-    if (!QTest::qWaitFor([&] { return place.widget->underMouse(); }))
+    if (!QTest::qWaitFor([&] { return place.widget->underMouse(); }, RealPointer::patience))
         return false;
     QCursor::setPos(place.center());
-    return QTest::qWaitFor([&] {
+    const auto hasCome = [&] {
         return m_session->window() && m_session->window()->isVisible() && m_session->content()
             && m_session->content()->attribute("key") == key;
-    });
+    };
+    return QTest::qWaitFor(hasCome, RealPointer::patience);
 }
 
 void tst_Places::placeShowsItsTip_data()
