@@ -37,11 +37,10 @@ const Case cases[] = {
      "Item { id: all; Repeater { model: %1; Item { } }\n"
      "Component.onCompleted: { for (var i = 0; i < children.length; ++i) children[i].x = 1 } }"},
     {"a chain of anchors",
-     "Item { id: all; Component { id: box; Item { width: 1; property Item before; anchors.left: before.right "
-     "} "
-     "}\n"
-     "Component.onCompleted: { var last = all; for (var i = 0; i < %1; ++i) last = box.createObject(all, { "
-     "left: last }) } }"},
+     "Item { id: all; Component { id: box\n"
+     "Item { width: 1; property Item before; anchors.left: before.right } }\n"
+     "Component.onCompleted: { var last = all\n"
+     "for (var i = 0; i < %1; ++i) last = box.createObject(all, { before: last }) } }"},
 };
 
 /** Milliseconds that it takes to load the scene and to let go of it again. */

@@ -11,9 +11,10 @@
 #include <private/qquicktransitionmanager_p_p.h>
 
 #include <algorithm>
+#include <deque>
 #include <memory>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -43,6 +44,7 @@ struct Child
 {
     QGraphicsObject *item;
     QSizeF size;
+    std::optional<QSizeF> content; ///< what the children take up as far as this one, if they have a place
     bool placed;
 };
 
@@ -74,33 +76,38 @@ public:
     void watch(QGraphicsObject *);
     void unwatch(QGraphicsObject *);
     void unwatchAll();
+    std::size_t indexOf(const QGraphicsObject *) const;
+    void noteChange(std::size_t index);
     void childChanged(QGraphicsObject *);
-    bool isChanged(const QGraphicsObject *) const;
+    bool isChanged(std::size_t index) const;
+    bool sortIn(std::size_t index);
+    void relayoutChanged();
     void relayoutLater();
     void mirrorChange() override;
     void place();
     bool hasConflict() const;
     void warnOfConflict();
-    void collectCells();
+    void findFirstChanged();
+    std::optional<QSizeF> collectCells();
+    void noteContents(std::optional<QSizeF> content);
     void applyCells();
     void applyWithTransitions();
     Transitions &needTransitions();
 
-    void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override
-    {
-        if (now.size() != before.size())
-            q_func()->relayout();
-    }
+    void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
     void itemSiblingOrderChanged(QDeclarativeItem *) override;
     void itemVisibilityChanged(QDeclarativeItem *item) override { childChanged(item); }
     void itemOpacityChanged(QDeclarativeItem *item) override { childChanged(item); }
 
     std::unique_ptr<Transitions> transitions;
-    std::vector<Child> watched;
+    std::deque<Child> watched;
+    std::size_t firstChanged = 0; ///< of the watched: those before it stand where they belong
+    bool isForeign = false; ///< some children are no items of this module, which do not tell of every change
     Cells cells;
     int spacing = 0;
     Qt::LayoutDirection layoutDirection = Qt::LeftToRight;
     int nesting = 0;
+    QGraphicsObject *moving = nullptr; ///< the child that is being put into its place
     bool isPlacing = false;
     bool placeAgain = false;
     bool isQueued = false;
@@ -110,16 +117,19 @@ public:
 void QDeclarativeBasePositionerPrivate::watch(QGraphicsObject *object)
 {
     Q_Q(QDeclarativeBasePositioner);
-    watched.push_back({object, QSizeF(), false});
+    watched.push_back({object, QSizeF(), std::nullopt, false});
+    noteChange(watched.size() - 1);
+    sortIn(watched.size() - 1);
     if (auto *item = qobject_cast<QDeclarativeItem *>(object)) {
         get(item)->addChangeListener(this, watchedChanges);
         return;
     }
+    isForeign = true;
     const auto changed = [this, object] { childChanged(object); };
     QObject::connect(object, &QGraphicsObject::visibleChanged, q, changed);
     QObject::connect(object, &QGraphicsObject::opacityChanged, q, changed);
     const auto resized = [this, object] {
-        if (isChanged(object))
+        if (isChanged(indexOf(object)))
             q_func()->relayout();
     };
     QObject::connect(object, &QGraphicsObject::widthChanged, q, resized);
@@ -134,9 +144,11 @@ void QDeclarativeBasePositionerPrivate::unwatch(QGraphicsObject *object)
         get(item)->removeChangeListener(this, watchedChanges);
     else
         QObject::disconnect(object, nullptr, q_func(), nullptr);
-    watched.erase(std::remove_if(watched.begin(), watched.end(),
-                                 [object](const Child &child) { return child.item == object; }),
-                  watched.end());
+    const std::size_t index = indexOf(object);
+    if (index < watched.size()) {
+        watched.erase(watched.begin() + std::ptrdiff_t(index));
+        noteChange(index);
+    }
     for (auto &cell : cells) {
         if (cell.item == object)
             cell.item = nullptr;
@@ -145,29 +157,76 @@ void QDeclarativeBasePositionerPrivate::unwatch(QGraphicsObject *object)
 
 void QDeclarativeBasePositionerPrivate::unwatchAll()
 {
+    cells.clear();
     while (!watched.empty())
         unwatch(watched.back().item);
 }
 
-bool QDeclarativeBasePositionerPrivate::isChanged(const QGraphicsObject *object) const
+/** Where @p object is among the watched, behind them where it is not; children at either end are found at
+ * once. */
+std::size_t QDeclarativeBasePositionerPrivate::indexOf(const QGraphicsObject *object) const
 {
-    const auto child = std::find_if(watched.cbegin(), watched.cend(),
-                                    [object](const Child &other) { return other.item == object; });
-    if (child == watched.cend())
+    std::size_t begin = 0, end = watched.size();
+    while (begin < end) {
+        if (watched[--end].item == object)
+            return end;
+        if (watched[begin].item == object)
+            return begin;
+        ++begin;
+    }
+    return watched.size();
+}
+
+void QDeclarativeBasePositionerPrivate::noteChange(std::size_t index)
+{
+    firstChanged = qMin(firstChanged, index);
+}
+
+bool QDeclarativeBasePositionerPrivate::isChanged(std::size_t index) const
+{
+    if (index == watched.size())
         return false;
-    const bool placed = hasPlace(object);
-    return placed != child->placed || (placed && sizeOf(object) != child->size);
+    const Child &child = watched[index];
+    const bool placed = hasPlace(child.item);
+    return placed != child.placed || (placed && sizeOf(child.item) != child.size);
 }
 
 void QDeclarativeBasePositionerPrivate::childChanged(QGraphicsObject *object)
 {
-    if (isChanged(object))
-        relayoutLater();
+    const std::size_t index = indexOf(object);
+    if (!isChanged(index))
+        return;
+    noteChange(index);
+    relayoutLater();
 }
 
-void QDeclarativeBasePositionerPrivate::itemSiblingOrderChanged(QDeclarativeItem *)
+void QDeclarativeBasePositionerPrivate::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
+                                                            const QRectF &before)
 {
-    if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
+    const bool isResized = now.size() != before.size();
+    if (isResized || item != moving)
+        noteChange(indexOf(item));
+    if (isResized)
+        relayoutChanged();
+}
+
+/** Moves the child at @p index to where it is stacked among the others; whether that is elsewhere. */
+bool QDeclarativeBasePositionerPrivate::sortIn(std::size_t index)
+{
+    const std::size_t from = index;
+    for (; index > 0 && precedes(watched[index], watched[index - 1]); --index)
+        std::swap(watched[index], watched[index - 1]);
+    for (; index + 1 < watched.size() && precedes(watched[index + 1], watched[index]); ++index)
+        std::swap(watched[index], watched[index + 1]);
+    if (index != from)
+        noteChange(qMin(index, from));
+    return index != from;
+}
+
+void QDeclarativeBasePositionerPrivate::itemSiblingOrderChanged(QDeclarativeItem *item)
+{
+    const std::size_t index = indexOf(item);
+    if (index < watched.size() && sortIn(index))
         relayoutLater();
 }
 
@@ -178,25 +237,48 @@ void QDeclarativeBasePositionerPrivate::relayoutLater()
     Q_Q(QDeclarativeBasePositioner);
     if (!q->isComponentComplete() || std::exchange(isQueued, true))
         return;
-    const auto layOut = [this, q] {
+    const auto layOut = [this] {
         if (isQueued)
-            q->relayout();
+            relayoutChanged();
     };
     QMetaObject::invokeMethod(q, layOut, Qt::QueuedConnection);
 }
 
-void QDeclarativeBasePositionerPrivate::collectCells()
+void QDeclarativeBasePositionerPrivate::findFirstChanged()
 {
-    if (!std::is_sorted(watched.cbegin(), watched.cend(), precedes))
+    if (isForeign || transitions || !q_func()->goesOn())
+        firstChanged = 0;
+    if (firstChanged == 0 && !std::is_sorted(watched.cbegin(), watched.cend(), precedes))
         std::sort(watched.begin(), watched.end(), precedes);
+}
+
+/** Makes a cell of each child that is to be placed; returns what those before them take up, if any has a
+ * place. */
+std::optional<QSizeF> QDeclarativeBasePositionerPrivate::collectCells()
+{
+    findFirstChanged();
     cells.clear();
-    cells.reserve(int(watched.size()));
-    for (Child &child : watched) {
+    cells.reserve(int(watched.size() - firstChanged));
+    for (std::size_t i = firstChanged; i < watched.size(); ++i) {
+        Child &child = watched[i];
         const bool wasPlaced = child.placed;
         child.placed = hasPlace(child.item);
         child.size = sizeOf(child.item);
         if (child.placed)
-            cells.append({child.item, child.size, child.item->pos(), !wasPlaced});
+            cells.append({child.item, child.size, child.item->pos(), QSizeF(), !wasPlaced});
+    }
+    return firstChanged > 0 ? watched[firstChanged - 1].content : std::nullopt;
+}
+
+/** Takes note of what the children take up as far as each of those that were placed just now. */
+void QDeclarativeBasePositionerPrivate::noteContents(std::optional<QSizeF> content)
+{
+    auto cell = cells.cbegin();
+    for (; firstChanged < watched.size(); ++firstChanged) {
+        Child &child = watched[firstChanged];
+        if (child.placed)
+            content = (cell++)->content;
+        child.content = content;
     }
 }
 
@@ -204,9 +286,13 @@ void QDeclarativeBasePositionerPrivate::applyCells()
 {
     // Moving one child may make another go: its cell is cleared then, so look at each anew.
     for (int i = 0; i < cells.count(); ++i) {
-        if (cells.at(i).item)
-            cells.at(i).item->setPos(cells.at(i).pos);
+        moving = cells.at(i).item;
+        if (moving)
+            moving->setPos(cells.at(i).pos);
+        if (cells.at(i).item && cells.at(i).item->pos() != cells.at(i).pos)
+            noteChange(indexOf(cells.at(i).item));
     }
+    moving = nullptr;
 }
 
 void QDeclarativeBasePositionerPrivate::applyWithTransitions()
@@ -230,7 +316,9 @@ void QDeclarativeBasePositionerPrivate::applyWithTransitions()
 bool QDeclarativeBasePositionerPrivate::hasConflict() const
 {
     const int lines = q_func()->placedLines();
-    return std::any_of(watched.cbegin(), watched.cend(), [lines](const Child &child) {
+    // The last of those that stay may have got its anchors after its size.
+    const auto first = watched.cbegin() + std::ptrdiff_t(firstChanged > 0 ? firstChanged - 1 : 0);
+    return std::any_of(first, watched.cend(), [lines](const Child &child) {
         auto *item = qobject_cast<QDeclarativeItem *>(child.item);
         const QDeclarativeAnchors *anchors = item ? get(item)->existingAnchors() : nullptr;
         return anchors && ((anchors->usedLines() & lines) || anchors->fill() || anchors->centerIn());
@@ -259,8 +347,9 @@ void QDeclarativeBasePositionerPrivate::place()
     for (int pass = 0; placeAgain && pass < passLimit; ++pass) {
         placeAgain = false;
         warnOfConflict();
-        collectCells();
-        size = q->arrange(cells);
+        const std::optional<QSizeF> before = collectCells();
+        size = q->arrange(cells, before);
+        noteContents(before);
         if (transitions)
             applyWithTransitions();
         else
@@ -336,21 +425,29 @@ void QDeclarativeBasePositioner::setAdd(QQuickTransition *transition)
 void QDeclarativeBasePositioner::relayout()
 {
     Q_D(QDeclarativeBasePositioner);
-    if (!isComponentComplete())
+    d->noteChange(0);
+    d->relayoutChanged();
+}
+
+/** Places the children from the first one on that may stand elsewhere than it belongs. */
+void QDeclarativeBasePositionerPrivate::relayoutChanged()
+{
+    Q_Q(QDeclarativeBasePositioner);
+    if (!q->isComponentComplete())
         return;
-    d->isQueued = false;
-    d->placeAgain = true;
-    if (d->isPlacing)
+    isQueued = false;
+    placeAgain = true;
+    if (isPlacing)
         return;
-    if (d->nesting == nestingLimit) {
-        qmlWarning(this) << "Possible loop: children change size whenever the positioner does";
+    if (nesting == nestingLimit) {
+        qmlWarning(q) << "Possible loop: children change size whenever the positioner does";
         return;
     }
-    ++d->nesting;
-    const QPointer<QObject> guard(this);
-    d->place();
+    ++nesting;
+    const QPointer<QObject> guard(q);
+    place();
     if (guard)
-        --d->nesting;
+        --nesting;
 }
 
 bool QDeclarativeBasePositioner::isRightToLeft() const
@@ -390,7 +487,7 @@ QVariant QDeclarativeBasePositioner::itemChange(GraphicsItemChange change, const
                 d->watch(child);
             else
                 d->unwatch(child);
-            relayout();
+            d->relayoutChanged();
         }
     }
     return QDeclarativeItem::itemChange(change, value);

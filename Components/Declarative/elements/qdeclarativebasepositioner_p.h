@@ -6,6 +6,7 @@
 #include <QtCore/QVector>
 
 #include <cmath>
+#include <optional>
 
 class QDeclarativeBasePositionerPrivate;
 class QQuickTransition;
@@ -55,14 +56,22 @@ protected:
         QGraphicsObject *item;
         QSizeF size;
         QPointF pos;
+        QSizeF content; ///< what the children take up as far as this one; only where goesOn()
         bool isNew;
     };
     using Cells = QVector<Cell>;
 
     explicit QDeclarativeBasePositioner(QDeclarativeItem *parent);
 
-    /** Gives each of @p cells its place and returns the size they take up, invalid if there are none. */
-    virtual QSizeF arrange(Cells &cells) const = 0;
+    /**
+     * Gives each of @p cells its place and returns the size that all take up.
+     *
+     * Where goesOn(), children that take up @p before come before them.
+     */
+    virtual QSizeF arrange(Cells &cells, const std::optional<QSizeF> &before) const = 0;
+
+    /** Whether the places of children depend on those before them alone, so that these need no look. */
+    virtual bool goesOn() const { return false; }
 
     /** The anchor lines of children, as QDeclarativeAnchorLine::AnchorLine, that would fight the placing. */
     virtual int placedLines() const = 0;

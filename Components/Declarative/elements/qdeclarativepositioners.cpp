@@ -21,15 +21,16 @@ QString QDeclarativeColumn::conflictMessage() const
         "Cannot specify top, bottom, verticalCenter, fill or centerIn anchors for items inside Column");
 }
 
-QSizeF QDeclarativeColumn::arrange(Cells &cells) const
+QSizeF QDeclarativeColumn::arrange(Cells &cells, const std::optional<QSizeF> &before) const
 {
-    QSizeF content(-1, 0);
+    const QSizeF gap(0, spacing());
+    QSizeF content = before.value_or(QSizeF(-1, 0) - gap);
     for (Cell &cell : cells) {
-        cell.pos.setY(content.height());
+        cell.pos.setY(content.height() + spacing());
         content.setWidth(qMax(content.width(), cell.size.width()));
-        content.setHeight(whole(content.height() + cell.size.height()) + spacing());
+        content.setHeight(whole(cell.pos.y() + cell.size.height()));
+        cell.content = content;
     }
-    content.rheight() -= spacing();
     return content;
 }
 
@@ -49,15 +50,21 @@ QString QDeclarativeRow::conflictMessage() const
         "Cannot specify left, right, horizontalCenter, fill or centerIn anchors for items inside Row");
 }
 
-QSizeF QDeclarativeRow::arrange(Cells &cells) const
+bool QDeclarativeRow::goesOn() const
 {
-    QSizeF content(0, -1);
+    return !isRightToLeft();
+}
+
+QSizeF QDeclarativeRow::arrange(Cells &cells, const std::optional<QSizeF> &before) const
+{
+    const QSizeF gap(spacing(), 0);
+    QSizeF content = before.value_or(QSizeF(0, -1) - gap);
     for (Cell &cell : cells) {
-        cell.pos.setX(content.width());
+        cell.pos.setX(content.width() + spacing());
         content.setHeight(qMax(content.height(), cell.size.height()));
-        content.setWidth(whole(content.width() + cell.size.width()) + spacing());
+        content.setWidth(whole(cell.pos.x() + cell.size.width()));
+        cell.content = content;
     }
-    content.rwidth() -= spacing();
     if (isRightToLeft())
         mirror(cells, content.width());
     return content;
@@ -126,7 +133,7 @@ QString QDeclarativeGrid::conflictMessage() const
     return QStringLiteral("Cannot specify anchors for items inside Grid");
 }
 
-QSizeF QDeclarativeGrid::arrange(Cells &cells) const
+QSizeF QDeclarativeGrid::arrange(Cells &cells, const std::optional<QSizeF> &) const
 {
     const QSize table = tableSize(cells.count());
     if (table.isEmpty())
@@ -181,7 +188,7 @@ QString QDeclarativeFlow::conflictMessage() const
     return QStringLiteral("Cannot specify anchors for items inside Flow");
 }
 
-QSizeF QDeclarativeFlow::arrange(Cells &cells) const
+QSizeF QDeclarativeFlow::arrange(Cells &cells, const std::optional<QSizeF> &) const
 {
     const bool across = m_flow == LeftToRight;
     const bool wraps = across ? widthValid() : heightValid();

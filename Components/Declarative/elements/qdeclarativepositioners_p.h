@@ -11,7 +11,8 @@ public:
     explicit QDeclarativeColumn(QDeclarativeItem *parent = nullptr);
 
 protected:
-    QSizeF arrange(Cells &) const override;
+    bool goesOn() const override { return true; }
+    QSizeF arrange(Cells &, const std::optional<QSizeF> &before) const override;
     int placedLines() const override;
     QString conflictMessage() const override;
 };
@@ -30,7 +31,8 @@ public:
     using QDeclarativeBasePositioner::setLayoutDirection;
 
 protected:
-    QSizeF arrange(Cells &) const override;
+    bool goesOn() const override;
+    QSizeF arrange(Cells &, const std::optional<QSizeF> &before) const override;
     int placedLines() const override;
     QString conflictMessage() const override;
     bool dependsOnSize() const override { return isRightToLeft(); }
@@ -73,7 +75,7 @@ Q_SIGNALS:
     void flowChanged();
 
 protected:
-    QSizeF arrange(Cells &) const override;
+    QSizeF arrange(Cells &, const std::optional<QSizeF> &before) const override;
     int placedLines() const override;
     QString conflictMessage() const override;
     bool dependsOnSize() const override { return isRightToLeft(); }
@@ -110,7 +112,7 @@ Q_SIGNALS:
     void flowChanged();
 
 protected:
-    QSizeF arrange(Cells &) const override;
+    QSizeF arrange(Cells &, const std::optional<QSizeF> &before) const override;
     int placedLines() const override;
     QString conflictMessage() const override;
     bool dependsOnSize() const override { return true; }

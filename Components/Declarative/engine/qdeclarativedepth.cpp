@@ -19,15 +19,23 @@ const int mostLevels = 60; // whose frames are many times as large
 #else
 const int mostLevels = 300;
 #endif
-const int mostTasks = 1000; // each of which may go half as deep again
+const int mostGenerations = 1000; // of tasks that come of each other, each of which may go half as deep again
+const int mostTasks = 1000000; // of all generations together
 
 thread_local int levels = 0;
-thread_local int done = 0; ///< of the tasks that have come of each other
+thread_local int generation = 0; ///< of the task that is being done
+thread_local int given = 0; ///< tasks since there was none
 thread_local bool isDoingTasks = false;
 thread_local bool isBrokenOff = false; ///< what is under way has no end, and nothing more comes of it
 thread_local bool isExhausted =
     false; ///< until the event loop is reached little is allowed, and nothing waits
-thread_local std::deque<std::function<void()>> tasks;
+
+struct Task
+{
+    std::function<void()> work;
+    int generation; ///< one more than that of the task it comes of
+};
+thread_local std::deque<Task> tasks;
 
 using SignalHook = void (*)(QAbstractDeclarativeData *, QObject *, int, void **);
 SignalHook engineHook = nullptr;
@@ -59,6 +67,7 @@ void signalEmitted(QAbstractDeclarativeData *data, QObject *sender, int signal, 
 void breakOff(const QObject *object)
 {
     tasks.clear();
+    given = 0;
     isBrokenOff = true;
     if (std::exchange(isExhausted, true))
         return;
@@ -73,12 +82,12 @@ void doTasks()
 {
     isDoingTasks = true;
     while (!tasks.empty()) {
-        const auto task = std::move(tasks.front());
+        const Task task = std::move(tasks.front());
         tasks.pop_front();
-        ++done;
-        task();
+        generation = task.generation;
+        task.work();
     }
-    done = 0;
+    generation = given = 0;
     isDoingTasks = false;
 }
 
@@ -106,10 +115,12 @@ bool QDeclarativeDepth::isTooDeep() const
 
 void QDeclarativeDepth::later(const QObject *object, std::function<void()> task)
 {
-    if (done < mostTasks && !isExhausted)
-        tasks.push_back(std::move(task));
-    else
+    if (generation < mostGenerations && given < mostTasks && !isExhausted) {
+        tasks.push_back({std::move(task), generation + 1});
+        ++given;
+    } else {
         breakOff(object);
+    }
 }
 
 void QDeclarativeDepth::watchSignals()

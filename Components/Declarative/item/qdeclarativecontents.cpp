@@ -1,5 +1,7 @@
 #include "qdeclarativecontents_p.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr QDeclarativeItemChanges childChanges = QDeclarativeItemChanges(GeometryChange) | DestroyedChange;
@@ -12,32 +14,19 @@ QRectF geometryOf(const QGraphicsObject *object)
 
 } // namespace
 
-/** Takes note of a child that reaches to @p place; an edge further out has a lower place. */
-void QDeclarativeContents::Edge::add(qreal place)
-{
-    if (children == 0 || place < at) {
-        at = place;
-        children = 1;
-    } else if (place == at) {
-        ++children;
-    }
-}
-
-void QDeclarativeContents::Edge::remove(qreal place)
-{
-    if (place == at)
-        --children;
-}
-
 QDeclarativeContents::QDeclarativeContents(QDeclarativeItem *item)
     : m_item(item)
 {
     QDeclarativeItemPrivate::get(item)->addChangeListener(this, ChildrenChange);
+    // The origin counts towards right and bottom.
+    m_right[0] = m_bottom[0] = 1;
     const auto children = QDeclarativeItemPrivate::childObjects(item);
-    for (QGraphicsObject *child : children)
+    for (QGraphicsObject *child : children) {
         watch(child);
+        note(child);
+    }
     // Made while a binding reads the rectangle, which is no change of it.
-    m_rect = enclose();
+    m_rect = enclosed();
 }
 
 QDeclarativeContents::~QDeclarativeContents()
@@ -54,12 +43,18 @@ void QDeclarativeContents::watch(QGraphicsObject *child)
         QDeclarativeItemPrivate::get(item)->addChangeListener(this, childChanges);
         return;
     }
-    const auto changed = [this] { update(); };
+    const auto changed = [this, child] {
+        note(child);
+        update();
+    };
     QObject::connect(child, &QGraphicsObject::xChanged, m_item, changed);
     QObject::connect(child, &QGraphicsObject::yChanged, m_item, changed);
     QObject::connect(child, &QGraphicsObject::widthChanged, m_item, changed);
     QObject::connect(child, &QGraphicsObject::heightChanged, m_item, changed);
-    QObject::connect(child, &QObject::destroyed, m_item, changed);
+    QObject::connect(child, &QObject::destroyed, m_item, [this, child] {
+        forget(child);
+        update();
+    });
 }
 
 void QDeclarativeContents::unwatch(QGraphicsObject *child)
@@ -70,105 +65,83 @@ void QDeclarativeContents::unwatch(QGraphicsObject *child)
         QObject::disconnect(child, nullptr, m_item, nullptr);
 }
 
-void QDeclarativeContents::update(const QGraphicsObject *except)
+/** Counts @p child with the geometry that it has now, and no longer with the one that it had. */
+void QDeclarativeContents::note(const QGraphicsObject *child)
 {
-    setRect(enclose(except));
+    forget(child);
+    const QRectF rect = geometryOf(child);
+    count(rect, 1);
+    m_children.insert(child, rect);
 }
 
-QRectF QDeclarativeContents::enclose(const QGraphicsObject *except)
+void QDeclarativeContents::forget(const QGraphicsObject *child)
 {
-    // The origin counts towards right and bottom.
-    m_left = m_top = Edge();
-    m_right = m_bottom = Edge{0, 1};
-    const auto children = QDeclarativeItemPrivate::childObjects(m_item);
-    for (const QGraphicsObject *child : children) {
-        if (child != except)
-            add(geometryOf(child));
-    }
-    return enclosed();
+    const auto known = m_children.constFind(child);
+    if (known == m_children.constEnd())
+        return;
+    count(*known, -1);
+    m_children.erase(known);
+}
+
+void QDeclarativeContents::count(const QRectF &rect, int times)
+{
+    const auto reach = [times](Edge &edge, qreal place) {
+        // What is no number would have no place among the others.
+        if (!std::isnan(place) && (edge[place] += times) == 0)
+            edge.erase(place);
+    };
+    reach(m_left, rect.left());
+    reach(m_top, rect.top());
+    reach(m_right, -rect.right());
+    reach(m_bottom, -rect.bottom());
 }
 
 QRectF QDeclarativeContents::enclosed() const
 {
     // The last place stays when the children are gone.
-    if (m_left.children == 0)
+    if (m_left.empty() || m_top.empty())
         return QRectF(m_rect.topLeft(), QSizeF(0, 0));
-    const QSizeF size(-m_right.at - m_left.at, -m_bottom.at - m_top.at);
-    return QRectF(QPointF(m_left.at, m_top.at), size.expandedTo(QSizeF(0, 0)));
+    const QPointF from(m_left.begin()->first, m_top.begin()->first);
+    const QSizeF size(-m_right.begin()->first - from.x(), -m_bottom.begin()->first - from.y());
+    return QRectF(from, size.expandedTo(QSizeF(0, 0)));
 }
 
-void QDeclarativeContents::add(const QRectF &rect)
+void QDeclarativeContents::update()
 {
-    m_left.add(rect.left());
-    m_top.add(rect.top());
-    m_right.add(-rect.right());
-    m_bottom.add(-rect.bottom());
-}
-
-void QDeclarativeContents::remove(const QRectF &rect)
-{
-    m_left.remove(rect.left());
-    m_top.remove(rect.top());
-    m_right.remove(-rect.right());
-    m_bottom.remove(-rect.bottom());
-}
-
-/** Takes over what has changed, after a look at all children where the last one has left an edge. */
-void QDeclarativeContents::follow(const QGraphicsObject *except)
-{
-    const bool isKnown =
-        m_left.children > 0 && m_top.children > 0 && m_right.children > 0 && m_bottom.children > 0;
-    if (isKnown)
-        setRect(enclosed());
-    else
-        update(except);
-}
-
-void QDeclarativeContents::setRect(const QRectF &rect)
-{
+    const QRectF rect = enclosed();
     if (rect == m_rect)
         return;
     m_rect = rect;
     Q_EMIT m_item->childrenRectChanged(rect);
 }
 
-void QDeclarativeContents::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
-                                               const QRectF &before)
+void QDeclarativeContents::itemGeometryChanged(QDeclarativeItem *item, const QRectF &, const QRectF &)
 {
-    // Where others who heard of it first have changed the child again, that was told before this.
-    if (geometryOf(item) != now) {
-        update();
-        return;
-    }
-    // First the new place, which keeps an edge that the child moves outwards.
-    add(now);
-    remove(before);
-    follow();
+    // Others who heard of it first may have changed the child again: as it is now counts.
+    note(item);
+    update();
 }
 
 void QDeclarativeContents::itemChildAdded(QDeclarativeItem *, QGraphicsObject *child)
 {
-    if (!child) {
-        update();
+    if (!child)
         return;
-    }
     watch(child);
-    add(geometryOf(child));
-    follow();
+    note(child);
+    update();
 }
 
 void QDeclarativeContents::itemChildRemoved(QDeclarativeItem *, QGraphicsObject *child)
 {
-    if (!child) {
-        update();
+    if (!child)
         return;
-    }
     unwatch(child);
-    remove(geometryOf(child));
-    follow(child);
+    forget(child);
+    update();
 }
 
 void QDeclarativeContents::itemDestroyed(QDeclarativeItem *child)
 {
-    update(child);
+    forget(child);
+    update();
 }

@@ -2,6 +2,10 @@
 
 #include "qdeclarativeitem_p.h"
 
+#include <QtCore/QHash>
+
+#include <map>
+
 /** Keeps the rectangle that encloses the direct children of an item, for `childrenRect`. */
 class QDeclarativeContents final : private QDeclarativeItemChangeListener
 {
@@ -12,25 +16,16 @@ public:
     QRectF rect() const { return m_rect; }
 
 private:
-    /** How far out the children reach in one direction, and how many reach that far. */
-    struct Edge
-    {
-        void add(qreal place);
-        void remove(qreal place);
-
-        qreal at = 0;
-        int children = 0;
-    };
+    /** How far out the children reach in one direction, and how many reach that far; further out is lower. */
+    using Edge = std::map<qreal, int>;
 
     void watch(QGraphicsObject *child);
     void unwatch(QGraphicsObject *child);
-    void update(const QGraphicsObject *except = nullptr);
-    void follow(const QGraphicsObject *except = nullptr);
-    void add(const QRectF &);
-    void remove(const QRectF &);
-    QRectF enclose(const QGraphicsObject *except = nullptr);
+    void note(const QGraphicsObject *child);
+    void forget(const QGraphicsObject *child);
+    void count(const QRectF &, int times);
     QRectF enclosed() const;
-    void setRect(const QRectF &);
+    void update();
 
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
     void itemChildAdded(QDeclarativeItem *, QGraphicsObject *child) override;
@@ -39,6 +34,7 @@ private:
 
     QDeclarativeItem *const m_item;
     QRectF m_rect;
+    QHash<const QGraphicsObject *, QRectF> m_children; ///< with what is counted of each
     Edge m_left;
     Edge m_top;
     Edge m_right; ///< with the sign changed, as is the next

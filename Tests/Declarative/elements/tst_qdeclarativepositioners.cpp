@@ -1,5 +1,6 @@
 #include "MessageRecorder.h"
 #include "QmlScene.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QGraphicsWidget>
@@ -24,6 +25,8 @@ private slots:
     void followsChanges_data();
     void followsChanges();
     void hiddenParentKeepsPlaces();
+    void goesOnWhereItChanged_data();
+    void goesOnWhereItChanged();
     void ownSizeWins();
     void deletedChildrenAreLeftOut();
     void stackingOrderDoesNotMatter();
@@ -274,6 +277,62 @@ void tst_QDeclarativePositioners::hiddenParentKeepsPlaces()
     scene.find("p")->setVisible(false);
     scene.run(QStringLiteral("children[0].spacing = 10"));
     QCOMPARE(placesOf(&scene), QStringLiteral("0,0 30,0 70,0"));
+}
+
+void tst_QDeclarativePositioners::goesOnWhereItChanged_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("places");
+    const auto row = [](const char *script, const char *places) {
+        QTest::newRow(script) << QByteArray(script) << QString::fromLatin1(places);
+    };
+    row("", "0 12 24 34");
+    row("add(10)", "0 12 24 36 46");
+    row("add(0); add(10)", "0 12 24 36 36 46");
+    row("kid(0).height = 3", "0 5 17 27");
+    row("kid(2).height = 3", "0 12 24 27");
+    row("kid(1).height = 3; kid(0).height = 3", "0 5 10 20");
+    // Where one was put elsewhere by hand it goes back with the next that is placed.
+    row("kid(1).y = 50; kid(2).height = 11", "0 12 24 35");
+    row("kid(0).y = 50; add(10)", "0 12 24 36 46");
+    row("kid(1).parent = root; add(10)", "0 12 24 34");
+    row("kid(0).destroy(); add(10)", "0 12 24 34");
+    row("kid(2).destroy(); add(10)", "0 12 24 34");
+    row("kid(1).visible = false", "0 12 12 22");
+    row("kid(1).visible = false; kid(2).height = 3", "0 12 12 15");
+    row("column.spacing = 0; add(10)", "0 10 20 30 40");
+    row("add(-4); add(10)", "0 12 24 36 34 44");
+}
+
+void tst_QDeclarativePositioners::goesOnWhereItChanged()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QString, places);
+    for (const bool isRow : {false, true}) {
+        WatchedScene scene;
+        QByteArray source =
+            "Item { id: root; width: 90; height: 90; Component { id: box; Item { width: 7; height: 7 } }\n"
+            "function kid(i) { return column.children[i] }\n"
+            "function add(height) { box.createObject(column, { height: height }) }\n"
+            "function places() { var s = []; for (var i = 0; i < column.children.length; ++i) "
+            "s.push(kid(i).y);\n"
+            "s.push(column.height); return s.join(' ') }\n"
+            "Column { id: column; spacing: 2; Item { width: 9; height: 10 } Item { width: 9; height: 10 }\n"
+            "Item { width: 9; height: 10 } } }";
+        if (isRow)
+            source.replace("Column", "Row")
+                .replace("height", "side")
+                .replace("width", "height")
+                .replace("side", "width")
+                .replace(".y", ".x");
+        QByteArray steps = script;
+        if (isRow)
+            steps.replace("height", "width").replace(".y", ".x");
+        QVERIFY(scene.load(source));
+        scene.evaluate(steps);
+        QTRY_COMPARE(scene.evaluate("places()").toString(), places);
+        QCOMPARE(scene.warnings, QStringList());
+    }
 }
 
 void tst_QDeclarativePositioners::ownSizeWins()

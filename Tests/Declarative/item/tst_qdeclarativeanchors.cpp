@@ -1,4 +1,5 @@
 #include "ItemScene.h"
+#include "WatchedScene.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsWidget>
@@ -14,6 +15,7 @@ private slots:
     void mirrored_data();
     void mirrored();
     void followsTarget();
+    void manyFollowADeepChain();
     void loopIsReported_data();
     void loopIsReported();
     void forgetsDestroyedTarget();
@@ -98,6 +100,23 @@ void tst_QDeclarativeAnchors::followsTarget()
     QCOMPARE(scene.geometry("item").x(), 70.0);
     scene.item("target")->setX(5);
     QCOMPARE(scene.geometry("item").x(), 45.0);
+}
+
+void tst_QDeclarativeAnchors::manyFollowADeepChain()
+{
+    // What waits until the chain has been followed so far is much, but nothing of it comes of itself.
+    WatchedScene scene;
+    QVERIFY(scene.load(
+        "Item { id: all; Component { id: box; Item { width: 1; property Item before\n"
+        "anchors.left: before ? before.right : undefined } }\n"
+        "property Item first; property variant ends\n"
+        "Component.onCompleted: { first = box.createObject(all); var last = first, i\n"
+        "for (i = 0; i < 400; ++i) last = box.createObject(all, { before: last })\n"
+        "var made = []; for (i = 0; i < 2000; ++i) made.push(box.createObject(all, { before: last }))\n"
+        "ends = made } }"));
+    scene.evaluate("first.x = 5");
+    QCOMPARE(scene.evaluate("ends[0].x + ' ' + ends[1999].x").toString(), QStringLiteral("406 406"));
+    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeAnchors::loopIsReported_data()

@@ -23,6 +23,7 @@ private slots:
     void mapping();
     void childAtSkipsHidden();
     void childrenRectFollows();
+    void childrenRectLetsGo();
     void dataTakesObjects();
     void transformOriginFollowsSize_data();
     void transformOriginFollowsSize();
@@ -188,6 +189,30 @@ void tst_QDeclarativeItem::childAtSkipsHidden()
     scene.item("below")->setVisible(false);
     QCOMPARE(scene.root()->childAt(2, 2), scene.item("above"));
     QVERIFY(!scene.root()->childAt(7, 7));
+}
+
+void tst_QDeclarativeItem::childrenRectLetsGo()
+{
+    QDeclarativeItem parent;
+    std::vector<std::unique_ptr<QDeclarativeItem>> children;
+    for (int i = 0; i < 4; ++i) {
+        children.push_back(std::make_unique<QDeclarativeItem>(&parent));
+        children.back()->setPos(10 + i, 20 - i);
+        children.back()->setSize(QSizeF(5, 5));
+    }
+    const auto rect = [&parent] { return parent.property("childrenRect").toRectF(); };
+    QCOMPARE(rect(), QRectF(10, 17, 8, 8));
+    children.pop_back();
+    QCOMPARE(rect(), QRectF(10, 18, 7, 7));
+    children.erase(children.begin());
+    QCOMPARE(rect(), QRectF(11, 18, 6, 6));
+    children.front()->setX(qQNaN());
+    children.front()->setX(30);
+    QCOMPARE(rect(), QRectF(12, 18, 23, 6));
+    children.front()->setParentItem(nullptr);
+    QCOMPARE(rect(), QRectF(12, 18, 5, 5));
+    children.clear();
+    QCOMPARE(rect(), QRectF(12, 18, 0, 0));
 }
 
 void tst_QDeclarativeItem::childrenRectFollows()
