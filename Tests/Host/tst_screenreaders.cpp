@@ -90,6 +90,14 @@ void tst_ScreenReaders::watch()
     watcher->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     watcher->start(TEST_SOURCE_DIR "/assistive-client", {QCoreApplication::applicationName(), "watch"});
     QVERIFY(isTold("ready"));
+    // This program learns later than the client who wants to hear what, and descriptions come last.
+    int changes = 0;
+    const auto hears = [&] {
+        command->setAccessibleDescription(QString::number(++changes));
+        told += watcher->readAllStandardOutput();
+        return told.contains("object:property-change:accessible-description");
+    };
+    QVERIFY(QTest::qWaitFor(hears, patience));
 }
 
 void tst_ScreenReaders::initTestCase()
