@@ -328,7 +328,8 @@ void tst_VTManager::registersNothingElse()
 {
     const TestSession session({});
     QDeclarativeEngine engine;
-    for (const char *const name : {"VTScrollBarComponent", "VTStyledRectangleComponent", "VTVideo"}) {
+    for (const char *const name :
+         {"VTScrollBarComponent", "VTStyledRectangleComponent", "VTVideo", "VTAccessible"}) {
         QDeclarativeComponent component(&engine);
         component.setData(QByteArray("import com.corvale.vidtips.qml 1.0\n") + name + " {}", QUrl());
         QVERIFY2(component.isError(), name);
