@@ -70,6 +70,7 @@ void VTCommandWatch::end()
     }
     m_filtered.clear();
     m_widget = nullptr;
+    m_entry = nullptr;
 }
 
 QRect VTCommandWatch::rect() const
@@ -97,6 +98,12 @@ bool VTCommandWatch::isReachedThrough(const QWidget *widget) const
         && (m_widget->isAncestorOf(widget) || m_filtered.contains(const_cast<QWidget *>(widget)));
 }
 
+bool VTCommandWatch::isOpening(const QWidget *popup) const
+{
+    const auto *const menu = qobject_cast<const QMenu *>(popup);
+    return menu && m_entry && menu->menuAction() == m_entry;
+}
+
 void VTCommandWatch::watchObject(QObject *object)
 {
     m_connections << connect(object, &QObject::destroyed, this, &VTCommandWatch::gone);
@@ -112,9 +119,10 @@ void VTCommandWatch::watchObject(QObject *object)
 
 void VTCommandWatch::watchMenu(QMenu *menu)
 {
-    const QAction *const entry = menu->activeAction();
+    QAction *const entry = menu->activeAction();
+    m_entry = entry;
     if (!m_part.isValid() && entry) {
-        const QRect geometry = menu->actionGeometry(menu->activeAction());
+        const QRect geometry = menu->actionGeometry(entry);
         m_part = QRect(menu->mapToGlobal(geometry.topLeft()), geometry.size());
     }
     m_connections << connect(menu, &QMenu::hovered, this, [this, entry](const QAction *hovered) {

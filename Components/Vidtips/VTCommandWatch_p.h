@@ -12,6 +12,7 @@
 QT_BEGIN_NAMESPACE
 class QAbstractItemView;
 class QAbstractScrollArea;
+class QAction;
 class QMenu;
 QT_END_NAMESPACE
 
@@ -54,6 +55,9 @@ public:
      */
     bool isReachedThrough(const QWidget *widget) const;
 
+    /** Tells whether the command is a menu's entry, and @p popup the submenu that it opens. */
+    bool isOpening(const QWidget *popup) const;
+
 Q_SIGNALS:
     /** Emitted when the command was destroyed or hidden, or a modal window has blocked it. */
     void gone();
@@ -78,6 +82,7 @@ private:
     bool isSeen() const;
 
     QPointer<QWidget> m_widget;
+    QPointer<QAction> m_entry; ///< of the menu that the widget is; else null
     QVector<QPointer<QObject>> m_filtered;
     QVector<QMetaObject::Connection> m_connections;
     QPoint m_origin;

@@ -74,6 +74,7 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
         for (QWidget *window : windows)
             window->setAttribute(Qt::WA_AlwaysShowToolTips);
     }
+    connect(d->watch.get(), &VTTipWatch::popupJoined, this, [this] { d->showing.placeAnew(); });
     QElapsedTimer timer;
     timer.start();
     loadDataPath(dataPaths);

@@ -22,6 +22,9 @@ struct VTShowRequest
     /** Returns the object where that is a widget, else null. */
     QWidget *widget() const;
 
+    /** Returns where the command is, in global coordinates; null where that is not known. */
+    QRect place() const;
+
     /** Writes a line about the request into the log of decisions: what was decided. */
     void log(const QString &decision) const;
 };

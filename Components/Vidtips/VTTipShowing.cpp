@@ -96,7 +96,8 @@ bool VTTipShowing::announce(const VTShowRequest &request, VTFoundContent &found)
     return self && present(request, found);
 }
 
-// A tip that is on screen stays, also when it was about to go, and goes with the command that was named last.
+// A tip that is on screen stays, also when it was about to go, and stands by and goes with the command that
+// was named last.
 bool VTTipShowing::keeps(const QString &key, const VTShowRequest &request)
 {
     VTWidget *const window = m_manager->widget();
@@ -105,7 +106,27 @@ bool VTTipShowing::keeps(const QString &key, const VTShowRequest &request)
     if (request.object)
         m_watch->begin(window, request.object, request.rect, request.position);
     window->stopFadeOut();
+    follow(request);
     return true;
+}
+
+void VTTipShowing::remember(const VTShowRequest &request)
+{
+    m_shown = request;
+    m_place = request.place();
+}
+
+// Its window may have moved, or another command may have the same tip.
+void VTTipShowing::follow(const VTShowRequest &request)
+{
+    const QRect place = request.place();
+    if (place.isNull() || place == m_place)
+        return;
+    remember(request);
+    const QPointer<VTManager> self(m_manager);
+    m_manager->widget()->move(m_manager->tooltipPosition(request.position, request.widget()));
+    if (self && m_manager->isVisible())
+        moveOffPopups(request);
 }
 
 void VTTipShowing::find(const QString &key, VTFoundContent &found)
@@ -157,7 +178,7 @@ bool VTTipShowing::present(const VTShowRequest &request, VTFoundContent &found)
     request.log(current ? describeShown(*content, request.key)
                         : QStringLiteral("not shown, as the host has done something else meanwhile"));
     if (current)
-        m_shown = request;
+        remember(request);
     const bool filled =
         current && window->fill(request.object, request.rect, point, content, found.packageFolder());
     if (view)
@@ -205,6 +226,12 @@ void VTTipShowing::moveOffPopups(const VTShowRequest &request)
         surroundingsOf(request.object, request.rect, request.position, {begin.x(), begin.y()});
     if (!around.popups.isNull() && !around.screen.isNull())
         window->move(VTPlacement::placed(window->size(), around).topLeft());
+}
+
+void VTTipShowing::placeAnew()
+{
+    if (m_manager->isVisible())
+        moveOffPopups(m_shown);
 }
 
 void VTTipShowing::revealAwaited()

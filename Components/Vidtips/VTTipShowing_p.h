@@ -40,6 +40,9 @@ public:
     /** Reveals the tip that waits for its user interface, as soon as that is loaded or has failed. */
     void revealAwaited();
 
+    /** Moves the tip on screen off the popups that are open now, where its command is in one. */
+    void placeAnew();
+
     /** Tells whether a tip waits for its user interface. */
     bool isAwaiting() const { return m_awaited.has_value(); }
 
@@ -47,6 +50,8 @@ public:
     const VTShowRequest &shown() const { return m_shown; }
 
 private:
+    void remember(const VTShowRequest &request);
+    void follow(const VTShowRequest &request);
     bool keeps(const QString &key, const VTShowRequest &request);
     void find(const QString &key, VTFoundContent &found);
     void findFallback(const QString &key, VTFoundContent &found);
@@ -62,6 +67,7 @@ private:
     VTManager *const m_manager;
     const std::shared_ptr<VTTipWatch> m_watch;
     VTShowRequest m_shown;
+    QRect m_place; ///< where the command was when the tip was placed
     std::optional<VTShowRequest> m_awaited; ///< until its user interface is loaded
 };
 

@@ -76,10 +76,7 @@ void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *eve
 {
     switch (event->type()) {
     case QEvent::Show:
-        if (widget->windowType() == Qt::Popup && !m_command.isReachedThrough(widget))
-            endTip("a popup opened");
-        else
-            m_pointer.lookSoon();
+        handleShown(widget);
         break;
     case QEvent::WindowActivate:
         if (isOfAnotherWindow(widget))
@@ -94,6 +91,18 @@ void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *eve
     default:
         break;
     }
+}
+
+// The submenu of an entry opens while that is pointed at, and is a part of it.
+void VTTipWatch::handleShown(const QWidget *widget)
+{
+    const bool isPopup = widget->windowType() == Qt::Popup && !m_command.isReachedThrough(widget);
+    if (!isPopup)
+        m_pointer.lookSoon();
+    else if (m_command.isOpening(widget))
+        Q_EMIT popupJoined();
+    else
+        endTip("a popup opened");
 }
 
 bool VTTipWatch::eventFilter(QObject *watched, QEvent *event)

@@ -46,6 +46,10 @@ public:
     /** Is told that the pointer moved to the global @p position, over @p widget. */
     void pointerMoved(const QWidget *widget, const QPoint &position);
 
+Q_SIGNALS:
+    /** Emitted when a popup has come onto the screen that the tip stays for, and must not cover. */
+    void popupJoined();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -59,6 +63,7 @@ private:
     void endTip(const char *reason);
     void handlePassedOn();
     bool handleTakenAway();
+    void handleShown(const QWidget *widget);
     void handleApplicationEvent(const QWidget *widget, const QEvent *event);
 
     QPointer<VTWidget> m_tip;

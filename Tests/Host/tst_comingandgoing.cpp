@@ -94,9 +94,12 @@ private slots:
     void goesWithTheRowThatIsScrolledAway();
     void goesWhenTheMenuGoesOn();
     void goesWithTheMenu();
+    void staysWhenItsSubmenuOpens();
     void goesWhenThePointerLeavesThroughItOntoTheDesktop();
     void goesWhenItIsTakenFromTheScreen();
     void comesAgainAfterItsWindowWasMinimised();
+    void followsItsCommandWhenThatIsHoveredAgain_data();
+    void followsItsCommandWhenThatIsHoveredAgain();
     void staysWhileThePointerIsInIt();
     void staysWhenTheWindowMovesWithThePointer();
     void anotherRowOfTheSameViewIsAnotherCommand();
@@ -312,6 +315,23 @@ void tst_ComingAndGoing::goesWithTheMenu()
     QTRY_VERIFY(!m_host->isShown());
 }
 
+// The submenu opens some time after its entry's tip, where that stands.
+void tst_ComingAndGoing::staysWhenItsSubmenuOpens()
+{
+    start();
+    QMenu *const menu = m_host->openMenu();
+    QVERIFY(m_host->hover(m_host->entry(menu, 3), "more"));
+    const QMenu *const submenu = menu->actions().at(3)->menu();
+    QTRY_VERIFY(submenu->isVisible());
+    QTRY_VERIFY(!m_host->tip()->geometry().intersects(submenu->frameGeometry()));
+    QVERIFY(!m_host->tip()->geometry().intersects(menu->frameGeometry()));
+    QVERIFY(RealPointer::passEvents());
+    QCOMPARE(m_host->host()->notificationTexts(), QStringList{"0 more"});
+    QVERIFY(m_host->isShown());
+    QVERIFY(m_host->hover(m_host->entry(submenu, 0), "deeper"));
+    menu->close();
+}
+
 void tst_ComingAndGoing::goesWhenThePointerLeavesThroughItOntoTheDesktop()
 {
     start();
@@ -370,6 +390,32 @@ void tst_ComingAndGoing::comesAgainAfterItsWindowWasMinimised()
     QVERIFY(!m_host->window->isMinimized());
     QCOMPARE(m_host->host()->notificationTexts(),
              (QStringList{"0 plain", "6 plain", "0 plain", "6 plain", "0 plain"}));
+}
+
+void tst_ComingAndGoing::followsItsCommandWhenThatIsHoveredAgain_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+    row("window moved", [](ForeignHost &host) { host.window->move(host.window->pos() + QPoint(0, 200)); });
+    row("command moved", [](ForeignHost &host) { host.plain->move(20, 230); });
+}
+
+void tst_ComingAndGoing::followsItsCommandWhenThatIsHoveredAgain()
+{
+    QFETCH(Change, change);
+    start();
+    QVERIFY(m_host->hover(m_host->plain));
+    const QPoint command = RealPointer::center(m_host->plain);
+    change(*m_host);
+    QTRY_VERIFY((RealPointer::center(m_host->plain) - command).manhattanLength() > 100);
+    QVERIFY(RealPointer::passEvents());
+    const auto isBesideThePointer = [this] {
+        return (m_host->tip()->pos() - QCursor::pos() - QPoint(35, 30)).manhattanLength() <= 4;
+    };
+    QVERIFY(RealPointer::moveTo(RealPointer::center(m_host->plain)));
+    QTRY_VERIFY(isBesideThePointer());
+    QTRY_COMPARE(RealPointer::placeOf(m_host->tip()), m_host->tip()->pos());
+    QCOMPARE(m_host->host()->notificationTexts(), QStringList{"0 plain"});
 }
 
 void tst_ComingAndGoing::staysWhileThePointerIsInIt()
