@@ -219,6 +219,11 @@ int main(int argc, char *argv[])
     }
     if (steps.value(0) == "never")
         return QApplication::exec();
+    if (steps.value(0) == "nameless") {
+        QPushButton button("A button");
+        button.show();
+        return QApplication::exec();
+    }
     if (steps.value(0) == "dialog") {
         QDialog dialog;
         dialog.setWindowTitle("Welcome");

@@ -27,6 +27,7 @@ private slots:
     void makesAPackage();
     void takesAnotherPackagesUserInterface();
     void tellsOfCommandsWithoutNames();
+    void takesTextsWhereAsked();
     void changesNothingWithoutAReason();
     void addsWhatIsNew();
     void marksWhatIsGone();
@@ -120,6 +121,15 @@ void tst_HarvestCommand::tellsOfCommandsWithoutNames()
                           "  Draw: QAction \"Twice\", for example \"drawTwice\"",
                           "  Draw: QAction \"Twice\", for example \"drawTwice\""}));
     QVERIFY(!content(drawFile).contains("Unnamed"));
+}
+
+void tst_HarvestCommand::takesTextsWhereAsked()
+{
+    const ToolRun run = harvest({}, {"--texts"});
+    QCOMPARE(lines(run.output), QStringList("Foreign.vidtips: 6 new, 0 kept, 0 changed, 0 gone"));
+    QVERIFY(content(drawFile).contains("  <vidtip key=\"Unnamed\" title=\"Unnamed\">\n"
+                                       "    <summary>What it is</summary>\n"));
+    QCOMPARE(content(drawFile).count("key=\"Twice\""), 1);
 }
 
 void tst_HarvestCommand::changesNothingWithoutAReason()
@@ -282,6 +292,8 @@ void tst_HarvestCommand::tellsWhyThereIsNothing_data()
         << "2" << QStringList{"sleep", "1000"} << "sleep has opened no window within 2 seconds";
     QTest::newRow("ends before") << patience << QStringList{program, "return:0"}
                                  << program + " has ended before its windows were up";
+    QTest::newRow("no names") << "4" << QStringList{program, "nameless"}
+                              << "no command of the program has a name; --texts takes their texts instead";
     QTest::newRow("no widgets") << patience << QStringList{program, "no-widgets"}
                                 << "the program has no widgets";
     QTest::newRow("no Qt")

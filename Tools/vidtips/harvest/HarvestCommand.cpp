@@ -11,6 +11,8 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int longestWait = 3600; // seconds
@@ -54,6 +56,12 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     return problem.isEmpty() ? PackageSkeleton::problemWith(request.name) : problem;
 }
 
+bool hasUsableKeys(const QVector<HarvestedCommand> &commands)
+{
+    const auto isUsable = [](const HarvestedCommand &command) { return command.hasUsableKey; };
+    return std::any_of(commands.begin(), commands.end(), isUsable);
+}
+
 QString counted(int count, const QString &what)
 {
     return QString("%1 %2").arg(count).arg(what);
@@ -77,7 +85,7 @@ void writeUnnamed(const QVector<HarvestedCommand> &commands, Console &console)
 {
     bool isFirst = true;
     for (const HarvestedCommand &command : commands) {
-        if (command.hasUsableKey() || command.title.isEmpty())
+        if (command.hasUsableKey || command.title.isEmpty())
             continue;
         if (isFirst)
             console.writeLine(
@@ -123,6 +131,10 @@ QList<QCommandLineOption> HarvestCommand::options() const
         {"name", "Name the package NAME. The default is the program's name.", "NAME"},
         {"locale", "Make tips for LOCALE. The default is en_US.", "LOCALE", "en_US"},
         {"search", "Use the user interface of the package SHARED instead of one of its own.", "SHARED"},
+        {"texts",
+         "Make tips also for commands that have only a text, with that as their key. They are found as long "
+         "as "
+         "the program says these words, so in one language only."},
         {"wait",
          "Wait SECONDS for a window with menus or tool bars; then take what windows there are. The default "
          "is 30.",
@@ -138,7 +150,9 @@ int HarvestCommand::run(const QCommandLineParser &arguments, Console &console)
     if (problem.isEmpty())
         problem = run.harvest(request.program, request.command, request.wait, console);
     if (problem.isEmpty())
-        problem = HarvestedCommand::read(run.folder(), commands);
+        problem = HarvestedCommand::read(run.folder(), arguments.isSet("texts"), commands);
+    if (problem.isEmpty() && !hasUsableKeys(commands))
+        problem = "no command of the program has a name; --texts takes their texts instead";
     HarvestedPackage package(request.folder, request.name, request.locale);
     package.setShared(request.shared);
     if (problem.isEmpty())

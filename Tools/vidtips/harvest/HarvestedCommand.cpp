@@ -37,14 +37,15 @@ QString camelCase(const QString &text)
 }
 
 // An icon's name tells a command apart only where no other command shows the icon.
-void refuseSharedIcons(QVector<HarvestedCommand> &commands)
+void judgeKeys(QVector<HarvestedCommand> &commands, bool takesTexts)
 {
     QMap<QString, int> uses;
     for (const HarvestedCommand &command : qAsConst(commands))
         ++uses[command.key];
     for (HarvestedCommand &command : commands) {
-        if (command.source == "icon" && uses.value(command.key) > 1)
-            command.source = "none";
+        const bool isOwnIcon = command.source == "icon" && uses.value(command.key) == 1;
+        command.hasUsableKey = command.source == "name" || command.source == "button" || isOwnIcon
+            || (command.source == "text" && takesTexts);
     }
 }
 
@@ -54,9 +55,9 @@ void dropRepetitions(QVector<HarvestedCommand> &commands)
     QSet<QString> keys;
     QVector<HarvestedCommand> kept;
     for (const HarvestedCommand &command : qAsConst(commands)) {
-        if (command.hasUsableKey() && keys.contains(command.key))
+        if (command.hasUsableKey && keys.contains(command.key))
             continue;
-        if (command.hasUsableKey())
+        if (command.hasUsableKey)
             keys.insert(command.key);
         kept << command;
     }
@@ -73,14 +74,14 @@ QString HarvestedCommand::suggestedName() const
     return name;
 }
 
-QString HarvestedCommand::read(const QString &folder, QVector<HarvestedCommand> &commands)
+QString HarvestedCommand::read(const QString &folder, bool takesTexts, QVector<HarvestedCommand> &commands)
 {
     QFile file(folder + "/commands.json");
     if (!file.open(QIODevice::ReadOnly))
         return QString("cannot read what the program has: %1").arg(file.errorString());
     for (const QJsonValue value : QJsonDocument::fromJson(file.readAll()).array())
         commands << commandOf(value.toObject(), folder);
-    refuseSharedIcons(commands);
+    judgeKeys(commands, takesTexts);
     dropRepetitions(commands);
     return {};
 }

@@ -8,6 +8,7 @@ struct HarvestedCommand
 {
     QString key;
     QString source; ///< What the key comes from: "name", "icon", "button", "text" or "none".
+    bool hasUsableKey = false; ///< Whether a tip can be made by the key.
     QString className;
     QString title;
     QString summary;
@@ -15,16 +16,13 @@ struct HarvestedCommand
     QString group; ///< The menu, tool bar or dock that it is in.
     QString icon; ///< Path of the picture at scale 1, without ".png"; empty for none.
 
-    /** Tells whether the key is the program's own, so that it stays from run to run and in every language. */
-    bool hasUsableKey() const { return source == "name" || source == "icon" || source == "button"; }
-
     /** Returns the name that the program's source could give to the command. */
     QString suggestedName() const;
 
     /**
-     * Reads what the tool's module has written to @p folder. Commands that share an icon's name have no
-     * usable key then, and of those with the same name only the first one is kept. Returns what is wrong, or
-     * nothing.
+     * Reads what the tool's module has written to @p folder. Names, icons that no other command shows, and
+     * standard buttons are usable keys, and texts where @p takesTexts says so; of several commands with the
+     * same key only the first one is kept. Returns what is wrong, or nothing.
      */
-    static QString read(const QString &folder, QVector<HarvestedCommand> &commands);
+    static QString read(const QString &folder, bool takesTexts, QVector<HarvestedCommand> &commands);
 };

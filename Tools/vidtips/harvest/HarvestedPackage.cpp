@@ -55,7 +55,7 @@ QString HarvestedPackage::update(const QVector<HarvestedCommand> &commands)
     if (!problem.isEmpty())
         return problem;
     for (const HarvestedCommand &command : commands) {
-        if (command.hasUsableKey())
+        if (command.hasUsableKey)
             takeIn(command);
     }
     markGone(commands);
