@@ -295,6 +295,43 @@ void addClipMistakes()
                 "error: the clip does not open: Could not open media [VT501]");
 }
 
+// A user interface of the package's own, of which a preview shows what its QML says.
+void qmlMistake(const char *name, const QByteArray &qml, const QString &check, const QString &preview)
+{
+    const QString file = "Garden.vidtips/ui/VidtipsUI.qml:";
+    const QString silent;
+    table << Mistake{name,
+                     {{"Garden.vidtips/ui/VidtipsUI.qml", qml}},
+                     file + check,
+                     preview.isEmpty() ? silent : file + preview};
+}
+
+void addQmlMistakes()
+{
+    const QByteArray head = "import QtQuick 1.1\nItem {\n";
+    const QByteArray size = "  width: 20; height: 10\n";
+    qmlMistake("picture that QML misses", head + size + "  Image { source: \"corner.png\" }\n}",
+               "4:19: error: there is no \"corner.png\" beside this file [VT605]",
+               "4:3: QML Image: Cannot open: Garden.vidtips/ui/corner.png");
+    qmlMistake("part that QML misses", head + size + "  Loader {\n    source: \"Part.qml\"\n  }\n}",
+               "5:13: error: there is no \"Part.qml\" beside this file [VT605]", "");
+    qmlMistake("root without a size", head + "  Text { text: \"Tree\" }\n}",
+               "2:1: warning: the tip has no size: give this item a width and a height [VT606]", "");
+    qmlMistake("binding loop",
+               head + "  width: 20\n  height: box.height\n  Item { id: box; height: parent.height + 1 }\n}",
+               "5:3: warning: QML Item: Binding loop detected for property \"height\" [VT607]",
+               "5:3: QML Item: Binding loop detected for property \"height\"");
+    qmlMistake("value that is not there", head + size + "  property int n: vidtip.attribute(\"a\").size.n\n}",
+               "4: warning: TypeError: Cannot read property 'n' of undefined [VT607]",
+               "4: TypeError: Cannot read property 'n' of undefined");
+    qmlMistake("QtQuick 2", "import QtQuick 2.15\nItem { width: 20; height: 10 }",
+               "1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
+               "1:1: error: QtQuick 2 cannot be shown in a tip [VT602]");
+    qmlMistake("property that there is not", head + size + "  txt: \"Tree\"\n}",
+               "4:3: error: Cannot assign to non-existent property \"txt\" [VT601]",
+               "4:3: Cannot assign to non-existent property \"txt\"");
+}
+
 } // namespace
 
 Files Garden::with(const Files &changes)
@@ -330,6 +367,7 @@ QVector<Mistake> allMistakes()
         addFileMistakes();
         addTranslationMistakes();
         addClipMistakes();
+        addQmlMistakes();
     }
     return table;
 }

@@ -81,7 +81,8 @@ void tst_CheckCommand::acceptsWhatIsRight_data()
          {"Shared.vidtips/ui/VidtipsUI.qml", emptyItem}});
     QTest::newRow("the library's types")
         << packageWith({{fullInterface,
-                         "import QtQuick 1.0\nimport com.corvale.vidtips.qml 1.0\nItem { VTVideoComponent { "
+                         "import QtQuick 1.0\nimport com.corvale.vidtips.qml 1.0\nItem { width: 1; height: "
+                         "1; VTVideoComponent { "
                          "} VTScrollBar { } "
                          "VTStyledRectangle { } VTXmlElement { id: x } }"}});
     QTest::newRow("picture in a folder of its own")

@@ -2,9 +2,9 @@
 #include "TestClips.h"
 #include "TestPackage.h"
 
-#include "preview/PreviewStage.h"
 #include "preview/PreviewWindow.h"
 #include "shared/Diagnostics.h"
+#include "stage/PreviewStage.h"
 
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>

@@ -6,6 +6,7 @@
 #include "FileCheck.h"
 #include "KeyDataCheck.h"
 #include "QmlCheck.h"
+#include "UserInterfaceCheck.h"
 #include "clips/ClipCheck.h"
 #include "findings/Finding.h"
 #include "findings/FindingReport.h"
@@ -62,6 +63,7 @@ void checkAll(const Content &content, const Limits &limits, Console &console, Fi
     ContentCheck::run(content, files, findings);
     QmlCheck().run(files.qmlFiles(), findings, progressOf("QML files"));
     AccessCheck().run(files.qmlFiles(), findings);
+    UserInterfaceCheck().run(content, findings);
     ClipCheck(limits.budget, limits.longest).run(files.clips(), findings, progressOf("clips"));
     CatalogueCheck(limits.sourceLocale).run(content, findings);
     QStringList keyData = limits.keyData + content.keyDataFiles();

@@ -7,6 +7,7 @@
 #include <Vidtips/VTManager.h>
 #include <Vidtips/VTView.h>
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
@@ -49,6 +50,7 @@ void QmlCheck::run(const QStringList &files, Findings &findings,
         progress(i, files.size());
         if (importsWhatCannotBe(files.at(i), findings))
             continue;
+        checkNamedFiles(files.at(i), findings);
         QDeclarativeComponent component(engine, QUrl::fromLocalFile(files.at(i)));
         if (component.isLoading())
             findings.add("VT603", files.at(i), {}, "the file imports something from the network");
@@ -93,4 +95,24 @@ bool QmlCheck::importsWhatCannotBe(const QString &path, Findings &findings)
         }
     }
     return false;
+}
+
+// Only what is written out: "source" of pictures, fonts and loaders, relative to the file. Clips are looked
+// for in the folders of resources, and have no finding here.
+void QmlCheck::checkNamedFiles(const QString &path, Findings &findings)
+{
+    static const QRegularExpression named(
+        "^(?!\\s*//"
+        ").*?\\bsource\\s*:\\s*\"([^\":]+\\.(?:qml|png|jpe?g|gif|svg|bmp|webp|ttf|otf))\"\\s*(?:[;}]|$|//)");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    for (int line = 1; !file.atEnd(); ++line) {
+        QString text = QString::fromUtf8(file.readLine());
+        text.chop(text.endsWith('\n') ? 1 : 0);
+        const QRegularExpressionMatch match = named.match(text);
+        if (match.hasMatch() && !QFileInfo::exists(QFileInfo(path).dir().absoluteFilePath(match.captured(1))))
+            findings.add("VT605", path, {line, match.capturedStart(1)},
+                         QString("there is no \"%1\" beside this file").arg(match.captured(1)));
+    }
 }

@@ -15,4 +15,7 @@ public:
 
     /** Reports the first import of the file at @p path that no tip can have; tells whether there is one. */
     static bool importsWhatCannotBe(const QString &path, Findings &findings);
+
+private:
+    static void checkNamedFiles(const QString &path, Findings &findings);
 };

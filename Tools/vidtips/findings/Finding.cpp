@@ -18,3 +18,10 @@ bool Findings::contains(const QString &file, const QVector<QString> &codes) cons
         return finding.file == file && codes.contains(finding.code);
     });
 }
+
+bool Findings::containsAt(const QString &file, int line, const QString &code) const
+{
+    return std::any_of(m_list.cbegin(), m_list.cend(), [&](const Finding &finding) {
+        return finding.file == file && finding.position.line == line && finding.code == code;
+    });
+}

@@ -12,6 +12,11 @@ struct Finding
     QString file; ///< Absolute path of the file or folder.
     Position position;
     QString message; ///< One sentence without a full stop, specific to this place.
+
+    friend bool operator==(const Finding &a, const Finding &b)
+    {
+        return a.code == b.code && a.file == b.file && a.position == b.position && a.message == b.message;
+    }
 };
 
 /** Collects findings; the order of their files and places is that of the report. */
@@ -28,6 +33,9 @@ public:
 
     /** Tells whether anything with one of the codes was found in the file @p file. */
     bool contains(const QString &file, const QVector<QString> &codes) const;
+
+    /** Tells whether @p code was found in that line of the file @p file. */
+    bool containsAt(const QString &file, int line, const QString &code) const;
 
 private:
     QVector<Finding> m_list;

@@ -1,7 +1,6 @@
 #include "PreviewCommand.h"
 
 #include "PreviewKeys.h"
-#include "PreviewLook.h"
 #include "PreviewWindow.h"
 #include "Screenshots.h"
 #include "check/AdmissionCheck.h"
@@ -11,6 +10,7 @@
 #include "shared/Content.h"
 #include "shared/Locales.h"
 #include "shared/Nearest.h"
+#include "stage/PreviewLook.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>

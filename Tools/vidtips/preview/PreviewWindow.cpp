@@ -1,9 +1,10 @@
 #include "PreviewWindow.h"
 
 #include "PackageWatcher.h"
-#include "PreviewLook.h"
-#include "PreviewStage.h"
+#include "TipProblems.h"
 #include "shared/Content.h"
+#include "stage/PreviewLook.h"
+#include "stage/PreviewStage.h"
 
 #include <Vidtips/VTWidget.h>
 
@@ -93,6 +94,7 @@ void PreviewWindow::reload()
     if (!m_settings.keyData.isEmpty())
         others << m_settings.keyData;
     m_watcher->watch(*m_content, others);
+    m_tipProblems = std::make_unique<TipProblems>(*m_content, m_settings);
     m_stage = std::make_unique<PreviewStage>(*m_content, m_settings);
     connect(m_stage.get(), &PreviewStage::requested, m_status, &QLabel::setText);
     fillList();
@@ -125,6 +127,7 @@ void PreviewWindow::showTip()
     if (!m_stage || currentKey().isEmpty())
         return;
     m_key = currentKey();
+    m_tipProblems->setKey(m_key);
     m_stage->show(m_key, tipPosition());
     lookForProblems();
 }
@@ -141,7 +144,7 @@ void PreviewWindow::lookForProblems()
 {
     if (!m_stage)
         return;
-    m_problems = m_stage->problems();
+    m_problems = m_tipProblems->lines(*m_stage);
     m_overlay.setProblems(m_problems, m_stage->window());
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "PreviewKeys.h"
-#include "PreviewSettings.h"
 #include "ProblemOverlay.h"
+#include "stage/PreviewSettings.h"
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
@@ -12,6 +12,7 @@
 class Content;
 class PackageWatcher;
 class PreviewStage;
+class TipProblems;
 
 QT_BEGIN_NAMESPACE
 class QCheckBox;
@@ -70,5 +71,6 @@ private:
     QTimer m_look;
     QTimer m_settle;
     std::unique_ptr<Content> m_content;
+    std::unique_ptr<TipProblems> m_tipProblems;
     std::unique_ptr<PreviewStage> m_stage;
 };

@@ -1,10 +1,11 @@
 #include "Screenshots.h"
 
-#include "PreviewStage.h"
 #include "ProblemOverlay.h"
+#include "TipProblems.h"
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "stage/PreviewStage.h"
 
 #include <Vidtips/VTWidget.h>
 
@@ -94,13 +95,14 @@ pre { color: #d33; white-space: pre-wrap; max-width: 420px; }
 
 } // namespace
 
-Screenshots::Shot Screenshots::take(PreviewStage &stage, const PreviewKey &key) const
+Screenshots::Shot Screenshots::take(PreviewStage &stage, TipProblems &problems, const PreviewKey &key) const
 {
     Shot shot;
     shot.key = key;
+    problems.setKey(key.key);
     const bool isShown = stage.show(key.key, QPoint(0, 0));
     wait(m_delay);
-    shot.problems = stage.problems();
+    shot.problems = problems.lines(stage);
     if (!isShown)
         shot.problems << QString("the tip \"%1\" is not shown").arg(key.key);
     else
@@ -119,7 +121,8 @@ int Screenshots::one(const QString &key, const QString &file, Console &console)
     if (QFileInfo(file).isDir())
         return console.fail(QString("the picture's file is a folder: %1").arg(file));
     PreviewStage stage(m_content, m_settings);
-    const Shot shot = take(stage, {key, {}});
+    TipProblems problems(m_content, m_settings);
+    const Shot shot = take(stage, problems, {key, {}});
     const QString problem = saved(shot.image, file);
     if (!problem.isEmpty())
         return console.fail(problem);
@@ -133,11 +136,12 @@ int Screenshots::all(const QVector<PreviewKey> &keys, const QString &folder, Con
     if (!QDir().mkpath(folder))
         return console.fail(QString("cannot make the folder: %1").arg(folder));
     PreviewStage stage(m_content, m_settings);
+    TipProblems problems(m_content, m_settings);
     QVector<Shot> shots;
     bool isFine = true;
     for (const PreviewKey &key : keys) {
         console.progress(shots.size(), keys.size(), "tips");
-        Shot shot = take(stage, key);
+        Shot shot = take(stage, problems, key);
         shot.file = fileNameFor(key.key, shots.size() + 1);
         const QString problem = saved(shot.image, folder + '/' + shot.file);
         if (!problem.isEmpty())

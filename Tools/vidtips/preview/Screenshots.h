@@ -1,7 +1,7 @@
 #pragma once
 
 #include "PreviewKeys.h"
-#include "PreviewSettings.h"
+#include "stage/PreviewSettings.h"
 
 #include <QtGui/QImage>
 
@@ -36,7 +36,7 @@ private:
         QStringList problems;
     };
 
-    Shot take(class PreviewStage &stage, const PreviewKey &key) const;
+    Shot take(class PreviewStage &stage, class TipProblems &problems, const PreviewKey &key) const;
     QString page(const QVector<Shot> &shots) const;
 
     const Content &m_content;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PreviewSettings.h"
+#include "findings/Finding.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
@@ -33,19 +34,19 @@ public:
     Vidtips::VTWidget *window() const;
 
     /**
-     * What is wrong with the tip: what a check of its content finds, then what the QML complained about since
-     * the last show(), each "file:line:column: text".
+     * What the QML complained about since the last show(): errors that keep it from being shown, VT601, or
+     * warnings, VT607.
      */
-    QStringList problems();
+    QVector<Finding> problems();
+
+    /** Tells whether the user interface has errors and is not shown. */
+    bool isBroken() const;
 
 Q_SIGNALS:
     /** The tip asked for something that only a host can do, such as opening a topic. */
     void requested(const QString &what);
 
 private:
-    QStringList findingsOf(const QString &key);
-    QString userInterfaceOf(const QString &key) const;
-
     class Host;
     struct Private;
     std::unique_ptr<Private> const d;

@@ -1,9 +1,5 @@
 #include "PreviewStage.h"
 
-#include "check/ContentCheck.h"
-#include "check/FileCheck.h"
-#include "check/QmlCheck.h"
-#include "findings/FindingReport.h"
 #include "shared/Content.h"
 #include "shared/Diagnostics.h"
 #include "shared/Places.h"
@@ -45,23 +41,35 @@ void fill(VTContext &context, const Content &content, const PreviewSettings &set
     context.set(KeyDataFile, keyData);
 }
 
-QString describe(const QDeclarativeError &error)
+Finding findingFrom(const QDeclarativeError &error)
 {
-    const Position place{qMax(0, error.line()), qMax(0, error.column())};
-    return Places::shown(error.url().toLocalFile(), place) + ": " + error.description();
+    return {"VT601",
+            error.url().toLocalFile(),
+            {qMax(0, error.line()), qMax(0, error.column())},
+            error.description()};
+}
+
+// Files are shown to people by their paths.
+QString withoutAddresses(QString text)
+{
+    static const QRegularExpression address("file://\\S+");
+    for (auto match = address.match(text); match.hasMatch(); match = address.match(text))
+        text.replace(match.capturedStart(), match.capturedLength(),
+                     Places::shown(QUrl(match.captured()).toLocalFile()));
+    return text;
 }
 
 // Warnings of the QML engine come as "file:///path:line:column: text"; what else is said is for developers.
-QString describe(const QString &message)
+bool readWarning(const QString &message, Finding &finding)
 {
     static const QRegularExpression warning("^(file://\\S*?):(\\d+)(?::(\\d+))?: (.*)$",
                                             QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = warning.match(message);
-    if (!match.hasMatch())
-        return {};
-    const Position place{match.captured(2).toInt(), match.captured(3).toInt()};
-    return Places::shown(QUrl(match.captured(1)).toLocalFile(), place) + ": "
-        + match.captured(4).simplified();
+    finding = {"VT607",
+               QUrl(match.captured(1)).toLocalFile(),
+               {match.captured(2).toInt(), match.captured(3).toInt()},
+               withoutAddresses(match.captured(4).section('\n', 0, 0).simplified())};
+    return match.hasMatch();
 }
 
 // Pictures are remembered by their names for a while, whatever becomes of the files.
@@ -108,25 +116,13 @@ struct PreviewStage::Private
     VTContext context;
     std::unique_ptr<VTIndex> index;
     std::unique_ptr<Host> host;
-    const Content *content = nullptr;
-    Findings findings;
-    QString locale;
-    bool isSimple = false;
-    bool isRefused =
-        false; ///< The user interface cannot be one, which is told in better words than the engine's.
-    QStringList found;
-    QStringList problems;
+    QVector<Finding> problems;
 };
 
 PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settings)
     : d(new Private)
 {
     fill(d->context, content, settings);
-    d->content = &content;
-    d->locale = settings.locale;
-    d->isSimple = settings.isSimple;
-    FileCheck files;
-    ContentCheck::run(content, files, d->findings);
     d->index = std::make_unique<VTIndex>(&d->context, QStringList());
     d->host = std::make_unique<Host>(this, d->context, d->index.get());
     for (const Package &package : content.packages())
@@ -147,7 +143,6 @@ PreviewStage::~PreviewStage()
 bool PreviewStage::show(const QString &key, const QPoint &position)
 {
     d->problems.clear();
-    d->found = findingsOf(key);
     Diagnostics::take();
     return d->host->show(key, position, nullptr) && window();
 }
@@ -157,48 +152,28 @@ VTWidget *PreviewStage::window() const
     return d->host->manager()->widget();
 }
 
-QString PreviewStage::userInterfaceOf(const QString &key) const
+bool PreviewStage::isBroken() const
 {
-    const FileCategory &category = d->isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
-    for (const ControlFile &file : d->content->controlFiles()) {
-        for (const XmlNode *entry : file.entries()) {
-            if (file.isAdmitted && entry->attribute("key") == key)
-                return d->content->find(file, entry, category);
-        }
-    }
-    return {};
-}
-
-QStringList PreviewStage::findingsOf(const QString &key)
-{
-    QVector<Finding> found = ContentCheck::ofTip(*d->content, d->findings, key, d->locale);
-    Findings imports;
-    d->isRefused = QmlCheck::importsWhatCannotBe(userInterfaceOf(key), imports);
-    found += imports.sorted();
-    // Other locales and the other user interface are not on the screen.
-    const QStringList elsewhere{"VT304", d->isSimple ? "VT402" : "VT403"};
-    QStringList lines;
-    for (const Finding &finding : qAsConst(found)) {
-        if (!elsewhere.contains(finding.code))
-            lines << FindingReport::line(finding);
-    }
-    return lines;
-}
-
-QStringList PreviewStage::problems()
-{
-    const QStringList messages = Diagnostics::take();
     const VTView *const view = window() ? window()->view() : nullptr;
-    const bool isBroken = view && view->status() == QDeclarativeView::Error;
-    if (isBroken && !d->isRefused) {
-        for (const QDeclarativeError &error : view->errors())
-            d->problems << describe(error);
-    } else if (!isBroken) {
-        for (const QString &message : messages)
-            d->problems << describe(message);
+    return view && view->status() == QDeclarativeView::Error;
+}
+
+QVector<Finding> PreviewStage::problems()
+{
+    const auto add = [this](const Finding &finding) {
+        if (d->problems.size() < mostProblems && !d->problems.contains(finding))
+            d->problems << finding;
+    };
+    const QStringList messages = Diagnostics::take();
+    if (isBroken()) {
+        for (const QDeclarativeError &error : window()->view()->errors())
+            add(findingFrom(error));
+        return d->problems;
     }
-    d->problems.removeAll(QString());
-    d->problems.removeDuplicates();
-    d->problems = d->problems.mid(0, mostProblems);
-    return d->found + d->problems;
+    for (const QString &message : messages) {
+        Finding finding;
+        if (readWarning(message, finding))
+            add(finding);
+    }
+    return d->problems;
 }

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "findings/Finding.h"
+
+#include <QtCore/QStringList>
+
+class Content;
+class PreviewStage;
+struct PreviewSettings;
+
+/** What is wrong with the tip on a stage: what a check finds in its content, and what its QML complains
+ * about. */
+class TipProblems
+{
+public:
+    TipProblems(const Content &content, const PreviewSettings &settings);
+
+    /** Begins with the tip of @p key. */
+    void setKey(const QString &key);
+
+    /** Returns everything that is known by now, a line each. */
+    QStringList lines(PreviewStage &stage) const;
+
+private:
+    QString userInterface(const QString &key) const;
+
+    const Content &m_content;
+    const PreviewSettings &m_settings;
+    Findings m_findings;
+    QStringList m_lines;
+    bool m_isRefused =
+        false; ///< The user interface cannot be one, which is told in better words than the engine's.
+};
