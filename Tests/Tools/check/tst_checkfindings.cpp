@@ -77,7 +77,11 @@ void addAdmissionRows()
     row("schema not well-formed", packageWith({{"Tools.vidtips/ui/schema.xml", "<schema>\n<element>"}}),
         {"VT115"}, "ui/schema.xml:2:", "");
     row("suffix", packageWith({{"Tools.vidtips/Control/Tools.xml.new", other}}), {"VT206"},
-        "Tools.xml.new:0:0", "\".new\"");
+        "Tools.xml.new:0:0", "does not end in \".xml\"");
+    row("no suffix", packageWith({{"Tools.vidtips/Control/Tips", other}}), {"VT206"}, "Control/Tips:0:0",
+        "does not end in \".xml\"");
+    row("hidden file", packageWith({{"Tools.vidtips/Control/.Tips.xml", other}}), {"VT206"}, ".Tips.xml:0:0",
+        "is hidden");
     row("no control file", packageWith({{"Shared.vidtips/ui/VidtipsUI.qml", emptyItem}}), {"VT208"},
         "Shared.vidtips:0:0", "\"Shared\"");
     row("no package", Files{{"Tools/Control/Tools.xml", other}}, {"VT209"}, ":0:0", "no package");

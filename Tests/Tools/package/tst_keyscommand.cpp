@@ -15,6 +15,7 @@ private slots:
     void refusesWhatIsUnreadable();
     void refusesBadUse_data();
     void refusesBadUse();
+    void saysThatThereAreNoPackages();
 };
 
 void tst_KeysCommand::listsKeys()
@@ -92,6 +93,20 @@ void tst_KeysCommand::refusesBadUse()
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
     compareRefusal(arguments, error);
+}
+
+void tst_KeysCommand::saysThatThereAreNoPackages()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    packages.write("elsewhere/file.txt", "text");
+    const ToolRun none({"keys", "elsewhere"}, packages.path());
+    QCOMPARE(none.errors, QString("vidtips: no package was found in elsewhere\n"));
+    QCOMPARE(none.exitCode, 2);
+    const ToolRun some({"keys", "elsewhere", "Tools.vidtips"}, packages.path());
+    QCOMPARE(some.errors, none.errors);
+    QVERIFY(some.output.startsWith("a\t"));
+    QCOMPARE(some.exitCode, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_KeysCommand)

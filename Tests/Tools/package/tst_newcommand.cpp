@@ -12,6 +12,11 @@ private slots:
     void newPackagesAreClean_data();
     void newPackagesAreClean();
     void newPackagesUseASharedInterface();
+    void saysThatTheSharedPackageIsMissing();
+    void addsTips_data();
+    void addsTips();
+    void refusesTips_data();
+    void refusesTips();
     void newLeavesNothingBehind();
     void refusesBadUse_data();
     void refusesBadUse();
@@ -35,8 +40,7 @@ void tst_NewCommand::newPackagesAreClean()
              options.isEmpty() ? QStringList()
                                : QStringList({"l10n/Vidtips_de_DE.ts", "l10n/Vidtips_fr_FR.ts"}));
     for (const QString &file : files) {
-        if (!file.startsWith("l10n"))
-            QVERIFY2(made.output.contains("Mine.2.vidtips/" + file + '\n'), qPrintable(file));
+        QVERIFY2(made.output.contains("Mine.2.vidtips/" + file + '\n'), qPrintable(file));
     }
     const ToolRun checked({"check", "Mine.2.vidtips"}, packages.path());
     QCOMPARE(checked.output, QString("1 package, 1 control file: nothing found\n"));
@@ -61,6 +65,97 @@ void tst_NewCommand::newPackagesUseASharedInterface()
              QStringList({"Control/Tools.en_US.xml", "Resources/first.png"}));
     QCOMPARE(ToolRun({"check", "Data"}, packages.path()).output,
              QString("2 packages, 2 control files: nothing found\n"));
+}
+
+void tst_NewCommand::saysThatTheSharedPackageIsMissing()
+{
+    const TestPackages packages;
+    const ToolRun run({"new", "Tools", "--search", "Shared"}, packages.path());
+    QCOMPARE(
+        run.errors,
+        QString(
+            "vidtips: there is no package \"Shared\" in ., where its user interface is looked for: put it "
+            "there, or name its folder as well\n"));
+    QCOMPARE(run.exitCode, 0);
+}
+
+void tst_NewCommand::addsTips_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QString>("place");
+    const QByteArray entry =
+        "  <vidtip key=\"draw.free-hand\" title=\"Free hand\">\n"
+        "    <summary>Says in a sentence what the command does.</summary>\n  </vidtip>\n";
+    const QByteArray old = "<vidtips locale=\"en_US\">\n  <vidtip key=\"a\"/>\n";
+    QTest::newRow("behind others") << QByteArray(old + "</vidtips>\n") << QStringList{}
+                                   << QByteArray(old + entry + "</vidtips>\n")
+                                   << "Tools.vidtips/Control/T.xml:3";
+    QTest::newRow("on one line") << QByteArray("<vidtips><vidtip key=\"\u00E4\"/></vidtips>") << QStringList{}
+                                 << QByteArray("<vidtips><vidtip key=\"\u00E4\"/>\n" + entry + "</vidtips>")
+                                 << "Tools.vidtips/Control/T.xml:2";
+    QTest::newRow("first") << QByteArray("<vidtips/>") << QStringList{}
+                           << QByteArray("<vidtips>\n" + entry + "</vidtips>")
+                           << "Tools.vidtips/Control/T.xml:2";
+    QTest::newRow("of a locale") << QByteArray("<vidtips locale=\"de\">\n</vidtips>")
+                                 << QStringList{"--locale", "de_DE"}
+                                 << QByteArray("<vidtips locale=\"de\">\n" + entry + "</vidtips>")
+                                 << "Tools.vidtips/Control/T.xml:2";
+}
+
+void tst_NewCommand::addsTips()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, after);
+    QFETCH(QString, place);
+    const TestPackages packages;
+    const QString file = packages.write("Tools.vidtips/Control/T.xml", before);
+    const ToolRun run(QStringList{"new", "tip", "draw.free-hand", "Tools.vidtips"} + options,
+                      packages.path());
+    QCOMPARE(run.errors, QString());
+    QCOMPARE(run.output, place + '\n');
+    QCOMPARE(TestPackages::read(file), after);
+}
+
+void tst_NewCommand::refusesTips_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    const QByteArray german("<vidtips locale=\"de\"><vidtip key=\"a\"/></vidtips>");
+    QTest::newRow("key that is there") << german << QStringList{"a", ".", "--locale", "de"}
+                                       << "Tools.vidtips/Control/T.xml has a tip \"a\" already";
+    QTest::newRow("key of two words") << german << QStringList{"a b", "."} << "the key \"a b\" holds a blank";
+    QTest::newRow("other locale") << german << QStringList{"b", ".", "--locale", "fr_FR"}
+                                  << "the package has no control file for fr_FR";
+    QTest::newRow("no locale that is usual")
+        << german << QStringList{"b", "."}
+        << "the package has no control file for en_US or every locale: name a locale with --locale";
+    QTest::newRow("unknown locale") << german << QStringList{"b", ".", "--locale", "german"}
+                                    << "Qt knows no locale \"german\"";
+    QTest::newRow("mistakes") << QByteArray("<vidtips><vidtip></vidtips>") << QStringList{"b", "."}
+                              << "Tools.vidtips/Control/T.xml has mistakes: see \"vidtips check\"";
+    QTest::newRow("other encoding")
+        << QByteArray("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<vidtips>\xE4</vidtips>")
+        << QStringList{"b", "."}
+        << "Tools.vidtips/Control/T.xml is not UTF-8 without a mark of it: save it as that";
+    QTest::newRow("no folder") << german << QStringList{"b", "Other.vidtips"}
+                               << "no such folder: Other.vidtips";
+}
+
+void tst_NewCommand::refusesTips()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    const TestPackages packages;
+    const QString file = packages.write("Tools.vidtips/Control/T.xml", before);
+    const ToolRun run(QStringList{"new", "tip"} + arguments, packages.path());
+    QCOMPARE(run.errors, "vidtips: " + error + '\n');
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(TestPackages::read(file), before);
 }
 
 void tst_NewCommand::newLeavesNothingBehind()

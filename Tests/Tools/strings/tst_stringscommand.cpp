@@ -52,6 +52,8 @@ private slots:
     void keepsTranslationsOfDamagedSources_data();
     void keepsTranslationsOfDamagedSources();
     void buildsCatalogues();
+    void translatesByMachine();
+    void keepsTranslationsFromTheMachine();
     void leavesCataloguesOfOthersAlone();
     void refusesWhatIsUnreadable_data();
     void refusesWhatIsUnreadable();
@@ -208,6 +210,43 @@ void tst_StringsCommand::buildsCatalogues()
     QVERIFY(shared.load(packages.filePath("Shared.vidtips/l10n/Vidtips_de_DE.qm")));
     QCOMPARE(shared.translate("UI", "Marked"), QString("Markiert"));
     QCOMPARE(packages.files().filter(".new"), QStringList());
+}
+
+void tst_StringsCommand::translatesByMachine()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml",
+                   "<vidtips><vidtip key=\"a\" context=\"C\" title=\"Grid of %(grid)s\"/></vidtips>");
+    const QStringList pseudo{"strings", "--pseudo", "eo", "--release", "."};
+    const QString locale = QLocale("eo").name();
+    for (int time = 0; time < 2; ++time) {
+        const ToolRun run(pseudo, packages.path());
+        QCOMPARE(run.errors, QString());
+        QVERIFY2(run.output.contains(" 0 to translate"), qPrintable(run.output));
+    }
+    QTranslator texts;
+    QVERIFY(texts.load(packages.filePath("Tools.vidtips/l10n/Vidtips_" + locale + ".qm")));
+    QCOMPARE(texts.translate("C", "Grid of %(grid)s"),
+             QString("[\u011C\u0155\u00EE\u0111 \u00F6f %(grid)s ~~~~~~]"));
+}
+
+void tst_StringsCommand::keepsTranslationsFromTheMachine()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", translated);
+    QCOMPARE(ToolRun({"strings", "--locale", "de_DE", "."}, packages.path()).exitCode, 0);
+    const QString ts = packages.filePath("Tools.vidtips/l10n/Vidtips_de_DE.ts");
+    const QByteArray made = TestPackages::read(ts).replace("<translation type=\"unfinished\"></translation>",
+                                                           "<translation>Deutsch</translation>");
+    packages.write("Tools.vidtips/l10n/Vidtips_de_DE.ts", made);
+    const ToolRun run({"strings", "--pseudo", "de_DE", "."}, packages.path());
+    QCOMPARE(
+        run.errors,
+        QString(
+            "vidtips: Tools.vidtips/l10n/Vidtips_de_DE.ts has translations, which are kept: choose another "
+            "locale for --pseudo\n"));
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(TestPackages::read(ts), made);
 }
 
 void tst_StringsCommand::leavesCataloguesOfOthersAlone()

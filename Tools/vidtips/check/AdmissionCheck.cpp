@@ -137,11 +137,14 @@ void AdmissionCheck::checkStrayFiles(const Package &package, Findings &findings)
 
 void AdmissionCheck::checkSuffixes(const Package &package, Findings &findings)
 {
-    const auto files =
-        QDir(package.controlFolder()).entryInfoList(QDir::Files | QDir::NoSymLinks, QDir::Name);
+    const auto files = QDir(package.controlFolder())
+                           .entryInfoList(QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Name);
     for (const QFileInfo &file : files) {
-        if (file.suffix().compare("xml", Qt::CaseInsensitive) != 0 && looksLikeControlFile(file.filePath()))
-            findings.add("VT206", file.filePath(), {},
-                         QString("a file that ends in \".%1\" is never read").arg(file.suffix()));
+        const bool isXml = file.suffix().compare("xml", Qt::CaseInsensitive) == 0;
+        if ((isXml && !file.isHidden()) || !looksLikeControlFile(file.filePath()))
+            continue;
+        findings.add("VT206", file.filePath(), {},
+                     isXml ? "the file is hidden, by the dot before its name, and never read"
+                           : "the file's name does not end in \".xml\", so it is never read");
     }
 }

@@ -3,6 +3,7 @@
 #include "findings/Finding.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "vocabulary/KeyName.h"
 
 #include <QtCore/QLocale>
 
@@ -13,29 +14,6 @@ namespace {
 QString spelledByQt(const QString &locale)
 {
     return locale.isEmpty() ? QString() : QLocale(locale).name();
-}
-
-bool isQuote(QChar c)
-{
-    static const QString quotes(
-        "\"'`\u2018\u2019\u201A\u201B\u201C\u201D\u201E\u201F\u00AB\u00BB\u2039\u203A");
-    return quotes.contains(c);
-}
-
-// What somebody who types the key would not see or not type.
-QString problemWith(const QString &key)
-{
-    for (const QChar c : key) {
-        if (c.isSpace())
-            return QString("the key \"%1\" holds a blank").arg(key);
-        if (isQuote(c))
-            return QString("the key \"%1\" holds a quotation mark, %2").arg(key, c);
-        if (!c.isPrint())
-            return QString("the key \"%1\" holds the invisible character U+%2")
-                .arg(QString(key).remove(c))
-                .arg(c.unicode(), 4, 16, QChar('0'));
-    }
-    return {};
 }
 
 } // namespace
@@ -59,7 +37,7 @@ void KeyCheck::collect(const ControlFile &file, Findings &findings)
     const bool isForNobody = locale == "C" && file.locale() != "C";
     for (const XmlNode *entry : file.entries()) {
         const QString key = entry->attribute("key");
-        const QString problem = problemWith(key);
+        const QString problem = KeyName::problemWith(key);
         if (!problem.isEmpty())
             findings.add("VT305", file.path, entry->positionOf("key"), problem);
         const auto first = inThisFile.constFind(key);

@@ -115,6 +115,10 @@ int KeysCommand::run(const QCommandLineParser &arguments, Console &console)
     const QString problem = content.loadWhole(arguments.positionalArguments());
     if (!problem.isEmpty())
         return console.fail(problem);
+    for (const QString &folder : content.emptyFolders())
+        console.note(QString("vidtips: no package was found in %1").arg(Places::shown(folder)));
+    if (content.packages().isEmpty())
+        return ExitBadInput;
     const QVector<Row> rows = rowsOf(content);
     if (arguments.isSet("json")) {
         writeJson(rows, console);

@@ -126,6 +126,12 @@ QString CatalogueJobs::planJob(const QVector<TranslatableText> &texts, const QSt
     if (!problem.isEmpty())
         return problem;
     job.changes = file.merge(texts, folder);
+    if (job.locale == m_pseudoLocale) {
+        if (!file.pseudotranslate())
+            return QString("%1 has translations, which are kept: choose another locale for --pseudo")
+                .arg(Places::shown(job.translations));
+        job.changes.untranslated = 0;
+    }
     job.xml = file.toXml();
     m_jobs.append(job);
     return {};

@@ -32,6 +32,9 @@ public:
     {
     }
 
+    /** Translates into @p locale by machine: see PseudoText. */
+    void setPseudoLocale(const QString &locale) { m_pseudoLocale = locale; }
+
     /**
      * Makes a job for each package that has texts, and each of @p locales; with none of these, for the
      * locales that the package has translations for. Writes nothing. Returns what is wrong, or nothing.
@@ -58,6 +61,7 @@ private:
     QString releaseJob(const QString &lrelease, const CatalogueJob &job) const;
 
     QString m_sourceLocale;
+    QString m_pseudoLocale;
     QVector<CatalogueJob> m_jobs;
     QStringList m_skipped;
 };

@@ -84,7 +84,8 @@ QList<Command::Example> StringsCommand::examples() const
 {
     return {{"--locale de_DE Content", "Begin a translation into German."},
             {"Content", "Bring all translations up to date with the content."},
-            {"--release Content", "Do the same and build the catalogues."}};
+            {"--release Content", "Do the same and build the catalogues."},
+            {"--pseudo eo --release Content", "See what is not translated: preview with --locale eo."}};
 }
 
 QList<QCommandLineOption> StringsCommand::options() const
@@ -93,6 +94,11 @@ QList<QCommandLineOption> StringsCommand::options() const
         {"locale",
          "Translate into LOCALE; may be given several times. Without it, the translations that exist are "
          "brought up to date.",
+         "LOCALE"},
+        {"pseudo",
+         "Translate into LOCALE by machine, with accents, a third longer and in brackets: what is not "
+         "translated and what "
+         "has no room is then seen. Choose a locale without translations.",
          "LOCALE"},
         {"release", "Build the catalogues."},
         {"source-locale", "The locale that texts are written in. The default is en_US.", "LOCALE", "en_US"},
@@ -110,10 +116,15 @@ int StringsCommand::run(const QCommandLineParser &arguments, Console &console)
     QString problem = readLocales(arguments.values("locale"), locales);
     if (problem.isEmpty())
         problem = readLocales({arguments.value("source-locale")}, sourceLocale);
+    QStringList pseudoLocale;
+    if (problem.isEmpty() && arguments.isSet("pseudo"))
+        problem = readLocales({arguments.value("pseudo")}, pseudoLocale);
+    locales += pseudoLocale;
     Content content;
     if (problem.isEmpty())
         problem = content.loadWhole(arguments.positionalArguments());
     CatalogueJobs jobs(sourceLocale.value(0));
+    jobs.setPseudoLocale(pseudoLocale.value(0));
     if (problem.isEmpty())
         problem = jobs.plan(content, locales);
     if (problem.isEmpty())

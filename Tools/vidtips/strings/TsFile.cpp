@@ -1,5 +1,6 @@
 #include "TsFile.h"
 
+#include "PseudoText.h"
 #include "TextSource.h"
 
 #include <QtCore/QDir>
@@ -8,6 +9,7 @@
 
 namespace {
 
+constexpr int mostPluralForms = 6;
 const QString unfinished = QStringLiteral("unfinished");
 const QString vanished = QStringLiteral("vanished");
 
@@ -196,6 +198,26 @@ int TsFile::markVanished(const QVector<bool> &isUsed)
         message.locations.clear();
     }
     return marked;
+}
+
+bool TsFile::pseudotranslate()
+{
+    for (const TsMessage &message : qAsConst(m_messages)) {
+        const QString pseudo = PseudoText::of(message.source);
+        if (message.isTranslated() && message.state != vanished
+            && message.translations.constFirst() != pseudo)
+            return false;
+    }
+    for (TsMessage &message : m_messages) {
+        const QString pseudo = PseudoText::of(message.source);
+        message.translations = QStringList{pseudo};
+        // Languages have up to six forms, and a reader takes those that it needs.
+        for (int form = 1; message.isPlural && form < mostPluralForms; ++form)
+            message.translations << pseudo;
+        if (message.state == unfinished)
+            message.state.clear();
+    }
+    return true;
 }
 
 QByteArray TsFile::toXml() const

@@ -45,6 +45,12 @@ public:
     /** Takes in what the sources hold now; @p folder is that of the file. Translations are kept. */
     Changes merge(const QVector<TranslatableText> &texts, const QString &folder);
 
+    /**
+     * Translates every text by its PseudoText, and returns true; false, and does nothing, where somebody has
+     * translated one otherwise.
+     */
+    bool pseudotranslate();
+
     QByteArray toXml() const;
 
     const QVector<TsMessage> &messages() const { return m_messages; }
