@@ -12,6 +12,9 @@ packages=(
     dbus-daemon at-spi2-core python3-pyatspi
 )
 
+# Programs that others wrote, in which ./test tries tips.
+programs=(librecad)
+
 say() { printf '\033[1m%s\033[0m\n' "$*"; }
 
 # missing_packages PACKAGE…
