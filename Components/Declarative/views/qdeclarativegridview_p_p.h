@@ -48,7 +48,13 @@ public:
     qreal flickTarget(qreal natural, qreal velocity) const override;
     qreal firstEnd() const override { return positionAt(0) + lineSize(); }
     Span followed() const override;
+    Span coveredByRows() const override;
+    qreal travelStart(const Axis &) const override;
+    qreal travelEnd(const Axis &) const override;
     void placeCurrent() override;
+    void placeUnseenCurrent() override;
+    bool followsMoves() const override { return false; }
+    void viewResized(qreal) override { }
     bool keepsEndInView() const override { return runsBackwards() && !isStrict() && hasRows(); }
     bool isLaidOutIn(const QSizeF &now, const QSizeF &before) const override { return now != before; }
     void updateAverage() override;
@@ -57,6 +63,7 @@ public:
     void finishLayout() override;
     void placePart(QDeclarativeItem *, qreal position) const override;
     void setViewPosition(qreal) override;
+    void returnToStart() override { moveTo(mainAxis(), 0); }
     qreal highlightPosition() const override { return linePositionOf(highlightItem->pos()); }
     qreal highlightSize() const override { return lineSize(); }
     qreal centredPosition(qreal start, qreal end) const override;

@@ -136,17 +136,44 @@ qreal QDeclarativeGridViewPrivate::endPosition() const
 /** Puts the view to where the position is, and to its beginning across that. */
 void QDeclarativeGridViewPrivate::setViewPosition(qreal position)
 {
-    QDeclarativeItemViewPrivate::setViewPosition(position);
+    if (hasRows())
+        QDeclarativeItemViewPrivate::setViewPosition(position);
+    else
+        moveTo(mainAxis(), position);
     moveTo(isTopToBottom() ? y : x, 0);
 }
 
 void QDeclarativeGridViewPrivate::placePart(QDeclarativeItem *part, qreal position) const
 {
     placeAt(part, position);
+    if (runsBackwards() && visibleItems.empty())
+        part->setX(toContent(position, cellWidth));
     if (isTopToBottom())
         part->setY(0);
     else
         part->setX(isRightToLeft() ? columns() * cellWidth - part->width() : 0);
+}
+
+// From right to left the ends of the rows count as in the content, where these run the other way.
+QDeclarativeGridViewPrivate::Span QDeclarativeGridViewPrivate::coveredByRows() const
+{
+    const Span rows = QDeclarativeItemViewPrivate::coveredByRows();
+    return runsBackwards() ? Span{2 - rows.end, 2 - rows.start} : rows;
+}
+
+// Without rows, header and footer can be seen alone where the grid runs from side to side.
+qreal QDeclarativeGridViewPrivate::travelStart(const Axis &axis) const
+{
+    const bool isBare = axis.orientation == Qt::Horizontal && runsBackwards() && !hasRows();
+    return isBare ? headerSize() + footerSize() - viewLength()
+                  : QDeclarativeItemViewPrivate::travelStart(axis);
+}
+
+qreal QDeclarativeGridViewPrivate::travelEnd(const Axis &axis) const
+{
+    if (axis.orientation == Qt::Vertical || !isTopToBottom() || hasRows())
+        return QDeclarativeItemViewPrivate::travelEnd(axis);
+    return runsBackwards() ? headerSize() : footerSize();
 }
 
 QDeclarativeGridViewPrivate::Span QDeclarativeGridViewPrivate::followed() const
@@ -159,6 +186,14 @@ void QDeclarativeGridViewPrivate::placeCurrent()
 {
     if (currentItem && currentIndex >= 0)
         place(currentItem.get(), cellAt(currentIndex));
+}
+
+/** Where the current row is among the visible ones it stands in the same cell. */
+void QDeclarativeGridViewPrivate::placeUnseenCurrent()
+{
+    const Item *seen = currentItem ? visibleItem(currentIndex) : nullptr;
+    if (seen)
+        place(currentItem.get(), cellOf(seen));
 }
 
 void QDeclarativeGridViewPrivate::cellsChanged()

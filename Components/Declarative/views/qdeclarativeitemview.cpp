@@ -298,7 +298,7 @@ void QDeclarativeItemView::setLayoutDirection(Qt::LayoutDirection direction)
     const QDeclarativeWork::Scope scope(&d->work);
     d->layoutDirection = direction;
     if (isComponentComplete())
-        d->regenerate();
+        d->turnRound();
     d->announce(&QDeclarativeItemView::layoutDirectionChanged);
 }
 
@@ -431,15 +431,18 @@ void QDeclarativeItemView::componentComplete()
     QDeclarativeFlickable::componentComplete();
     const QDeclarativeWork::Scope scope(&d->work);
     // From right to left, the first row is at the view's right edge, wherever that came to be.
-    if (d->runsBackwards())
-        d->setViewPosition(0);
     if (!d->hasRows())
         return;
+    if (d->runsBackwards())
+        d->setViewPosition(0);
     d->refill();
     if (d->currentIndex < 0 && !d->currentIsCleared)
         d->currentIndex = 0;
     d->showCurrent();
+    const qreal before = d->viewPosition();
     d->fixupPosition();
+    if (d->viewPosition() != before)
+        d->refill();
 }
 
 bool QDeclarativeItemView::event(QEvent *event)
@@ -457,7 +460,7 @@ void QDeclarativeItemView::geometryChanged(const QRectF &now, const QRectF &befo
 {
     Q_D(QDeclarativeItemView);
     if (isComponentComplete() && d->runsBackwards() && now.width() != before.width())
-        d->moveTo(d->x, d->x.value() + before.width() - now.width());
+        d->viewResized(now.width() - before.width());
     QDeclarativeFlickable::geometryChanged(now, before);
     if (d->isLaidOutIn(now.size(), before.size()))
         d->scheduleLayout();

@@ -96,6 +96,8 @@ public:
     /** The same for a view that would by itself run on to @p natural. */
     virtual qreal flickTarget(qreal natural, qreal) const { return natural; }
     virtual void viewMoved() { }
+    /** Keeps what is seen in place where it is counted from the end that moved by @p growth. */
+    virtual void viewResized(qreal growth) { moveTo(x, x.value() - growth); }
     /** Where the first row ends. */
     virtual qreal firstEnd() const = 0;
     /** A piece of the scrolled direction. */
@@ -106,6 +108,8 @@ public:
 
         qreal length() const { return end - start; }
     };
+    /** As far as the view follows within a range that is not strict. */
+    virtual Span coveredByRows() const { return {startPosition(), endPosition()}; }
     /** What the view follows: the highlight, or the current item where there is none. */
     virtual Span followed() const = 0;
     virtual void placeCurrent() = 0;
@@ -142,6 +146,8 @@ public:
     }
     qreal viewPosition() const { return toContent(mainAxis().wholeValue(), viewLength()); }
     virtual void setViewPosition(qreal);
+    /** Puts a view without rows to its beginning. */
+    virtual void returnToStart() { setViewPosition(0); }
     qreal placeOf(const QDeclarativeItem *) const;
     qreal lengthOf(const QDeclarativeItem *) const;
     void placeAt(QDeclarativeItem *, qreal position) const;
@@ -180,7 +186,8 @@ public:
     int lastVisibleIndex() const;
     virtual void clear();
     bool hasRows() const;
-    void regenerate();
+    void regenerate(MoveReason reason = Other);
+    void turnRound();
     void visibleChanged();
     void jumpTo(int index);
     void showRow(int index, QDeclarativeItemView::PositionMode);
@@ -205,6 +212,8 @@ public:
     /** Makes the item of a row that is to be the current one. */
     virtual std::unique_ptr<Item> createCurrent(int index) { return createItem(index); }
     virtual void currentMade() { }
+    /** Whether the highlight goes with the current item when that moves, not only when it is resized. */
+    virtual bool followsMoves() const { return true; }
     /** Where the current item stands by itself, without what heads it. */
     virtual qreal currentPosition() const { return currentItem->position(); }
     /** Puts the highlight where the current row begins; across the scrolled direction it stays. */

@@ -179,5 +179,8 @@ qreal QDeclarativeItemViewPrivate::rangePosition(const Span &span) const
     const qreal greatest = span.start - rangeBegin();
     const qreal least = span.end - rangeEnd();
     const qreal position = qMin(greatest, qMax(least, viewPosition()));
-    return isStrict() ? position : qMax(startPosition(), qMin(position, endPosition() - viewLength()));
+    if (isStrict())
+        return position;
+    const Span rows = coveredByRows();
+    return qMax(rows.start, qMin(position, rows.end - viewLength()));
 }

@@ -48,10 +48,10 @@ void QDeclarativeItemViewPrivate::placeAt(QDeclarativeItem *item, qreal position
 void QDeclarativeItemViewPrivate::mirrorChange()
 {
     QDeclarativeFlickablePrivate::mirrorChange();
-    if (!componentIsComplete || work.postpone([this] { regenerate(); }))
+    if (!componentIsComplete || work.postpone([this] { turnRound(); }))
         return;
     const QDeclarativeWork::Scope scope(&work);
-    regenerate();
+    turnRound();
 }
 
 std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(int index)
@@ -198,14 +198,24 @@ void QDeclarativeItemViewPrivate::clear()
 }
 
 /** Makes everything anew, for another direction. */
-void QDeclarativeItemViewPrivate::regenerate()
+void QDeclarativeItemViewPrivate::regenerate(MoveReason reason)
 {
     clear();
     setViewPosition(0);
+    if (!hasRows())
+        placeParts();
     refill();
-    showCurrent();
+    moveReason = reason;
+    updateCurrent(currentIndex);
+}
+
+/** Makes everything anew the other way round; a view that went to the current row stays with it. */
+void QDeclarativeItemViewPrivate::turnRound()
+{
+    regenerate(moveReason);
     fixup(mainAxis(), Immediate);
-    updateBounds();
+    if (hasRows())
+        updateBounds();
 }
 
 void QDeclarativeItemViewPrivate::scheduleLayout()
@@ -247,7 +257,7 @@ void QDeclarativeItemViewPrivate::layout()
     layoutScheduled = false;
     if (!hasRows() && visibleItems.empty()) {
         clear();
-        setViewPosition(0);
+        returnToStart();
         return;
     }
     {
@@ -414,7 +424,7 @@ void QDeclarativeItemViewPrivate::itemGeometryChanged(QDeclarativeItem *item, co
         scheduleLayout();
     if (isResized && (item == headerItem || item == footerItem))
         placeParts();
-    if (currentItem && currentItem->item == item)
+    if (currentItem && currentItem->item == item && (followsMoves() || now.size() != before.size()))
         updateHighlight();
 }
 

@@ -33,7 +33,7 @@ qreal QDeclarativeItemViewPrivate::leastPosition() const
 {
     const qreal least = startPosition() - (visibleItems.empty() ? 0 : headerSize());
     if (keepsEndInView())
-        return qMin(least, endPosition() + footerSize() - viewLength() - 1);
+        return qMin(least - 1, greatestPosition());
     const bool isBound = isStrict() && visualModel->count() > 0;
     return isBound ? qMin(least - rangeBegin(), firstEnd() - rangeEnd()) : least;
 }
@@ -97,6 +97,9 @@ void QDeclarativeItemViewPrivate::fixup(Axis &axis, FixupMode mode)
         return;
     }
     QDeclarativeFlickablePrivate::fixup(axis, how);
+    // The user let go of the view where it had been put.
+    if (mode != how)
+        refill();
 }
 
 void QDeclarativeItemViewPrivate::settleAt(qreal position, FixupMode mode)
