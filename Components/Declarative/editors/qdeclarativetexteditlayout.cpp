@@ -78,9 +78,9 @@ void QDeclarativeTextEditPrivate::updateOffset()
     const qreal room = heightIsSet ? itemHeight - QDeclarativeRounding::bounded(document.size().height()) : 0;
     qreal to = 0;
     if (vAlign == QDeclarativeTextEdit::AlignBottom)
-        to = int(room);
+        to = QDeclarativeRounding::truncated(room);
     else if (vAlign == QDeclarativeTextEdit::AlignVCenter)
-        to = int(room / 2);
+        to = QDeclarativeRounding::truncated(room / 2);
     if (to != offset) {
         q->prepareGeometryChange();
         offset = to;

@@ -26,8 +26,9 @@ int QDeclarativeTextInputPrivate::scrollFor(int width, int textWidth, int cursor
     if (!autoScroll) {
         // As it has always been: text that does not scroll is moved out of the item where it is aligned.
         if (alignment & Qt::AlignRight)
-            return int(itemWidth - textWidth);
-        return alignment & Qt::AlignHCenter ? int((itemWidth - textWidth) / 2) : 0;
+            return QDeclarativeRounding::truncated(itemWidth - textWidth);
+        return alignment & Qt::AlignHCenter ? QDeclarativeRounding::truncated((itemWidth - textWidth) / 2)
+                                            : 0;
     }
     if (textWidth <= room) {
         if (alignment & Qt::AlignRight)

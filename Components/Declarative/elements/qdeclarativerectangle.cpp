@@ -1,5 +1,6 @@
 #include "qdeclarativerectangle_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QPointer>
@@ -69,7 +70,8 @@ int QDeclarativeRectanglePrivate::tileMargin() const
 QRect QDeclarativeRectanglePrivate::tiledRect() const
 {
     const int border = isBordered() ? pen->width() : 0;
-    return QRect(-(border / 2), -(border / 2), int(itemWidth) + border, int(itemHeight) + border);
+    return QRect(-(border / 2), -(border / 2), QDeclarativeRounding::truncated(itemWidth) + border,
+                 QDeclarativeRounding::truncated(itemHeight) + border);
 }
 
 /** Returns @p rect with the sides that are far out of sight, by @p reach or more, moved closer. */

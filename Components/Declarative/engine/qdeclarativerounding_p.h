@@ -15,6 +15,13 @@ inline int bounded(qreal value)
     return qIsNaN(value) ? 0 : qRound(qBound(-bound, value, bound));
 }
 
+/** Returns @p value cut to a whole number as int() does, bounded likewise. */
+inline int truncated(qreal value)
+{
+    constexpr qreal bound = 1 << 30;
+    return qIsNaN(value) ? 0 : int(qBound(-bound, value, bound));
+}
+
 /** Returns @p size with both lengths bounded(). */
 inline QSize bounded(const QSizeF &size)
 {

@@ -1,6 +1,7 @@
 #include "qdeclarativeborderimage_p.h"
 
 #include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativerounding_p.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
@@ -144,7 +145,8 @@ void QDeclarativeBorderImagePrivate::finishPicture()
 
 void QDeclarativeBorderImagePrivate::draw(QPainter *painter) const
 {
-    const QRect target(0, 0, int(itemWidth), int(itemHeight));
+    const QRect target(0, 0, QDeclarativeRounding::truncated(itemWidth),
+                       QDeclarativeRounding::truncated(itemHeight));
     const QMargins given = border ? border->margins() : QMargins();
     // Borders may overlap, but not reach out of the picture.
     const QMargins margins(qBound(0, given.left(), picture.width()), qBound(0, given.top(), picture.height()),

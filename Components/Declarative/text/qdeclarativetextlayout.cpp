@@ -1,5 +1,6 @@
 #include "qdeclarativetextlayout_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPainter>
 
@@ -69,7 +70,8 @@ bool QDeclarativeTextLayout::elideSingleLine(const Parameters &parameters)
     if (isLimited(parameters) || parameters.text.contains(QChar::LineSeparator))
         return false;
     const QString elided =
-        QFontMetrics(parameters.font).elidedText(parameters.text, parameters.elide, int(parameters.width));
+        QFontMetrics(parameters.font)
+            .elidedText(parameters.text, parameters.elide, QDeclarativeRounding::truncated(parameters.width));
     truncated = elided != parameters.text;
     layout.setText(elided);
     return true;

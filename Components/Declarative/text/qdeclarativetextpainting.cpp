@@ -1,5 +1,6 @@
 #include "qdeclarativetext_p_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include <QtGui/QPainter>
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
@@ -8,9 +9,9 @@ qreal QDeclarativeTextPrivate::verticalOffset() const
     const qreal height = paintedSize.height() + (style == QDeclarativeText::Normal ? 0 : 2);
     switch (vAlign) {
     case QDeclarativeText::AlignBottom:
-        return int(itemHeight - height);
+        return QDeclarativeRounding::truncated(itemHeight - height);
     case QDeclarativeText::AlignVCenter:
-        return int((itemHeight - height) / 2);
+        return QDeclarativeRounding::truncated((itemHeight - height) / 2);
     default:
         return 0;
     }

@@ -1,4 +1,6 @@
 #include "qdeclarativefonts_p.h"
+
+#include "engine/qdeclarativerounding_p.h"
 #include "qdeclarativestyledtext_p.h"
 #include "qdeclarativetext_p_p.h"
 
@@ -64,7 +66,8 @@ void QDeclarativeTextPrivate::updateLayout()
     QSizeF size;
     if (document) {
         layOutDocument();
-        size = QSizeF(int(document->idealWidth()), int(document->size().height()));
+        size = QSizeF(QDeclarativeRounding::truncated(document->idealWidth()),
+                      QDeclarativeRounding::truncated(document->size().height()));
     } else {
         layOutLines();
         size = layout->size();
@@ -88,7 +91,8 @@ void QDeclarativeTextPrivate::updateSizes(const QSizeF &size)
     isSizing = true;
     if (!text.isEmpty()) {
         const QFontMetrics metrics(font);
-        const int room = int((heightIsSet ? itemHeight : size.height())) - int(size.height());
+        const int room = QDeclarativeRounding::truncated(heightIsSet ? itemHeight : size.height())
+            - QDeclarativeRounding::truncated(size.height());
         int offset = 0;
         if (vAlign == QDeclarativeText::AlignBottom)
             offset = room;
