@@ -162,7 +162,8 @@ void addUserInterfaceRows()
         {"VT603"}, "VidtipsUI.qml:2:1", "network");
     row("area without a name",
         packageWith(
-            {{fullInterface, "import QtQuick 1.1\nItem {\n  MouseArea { onClicked: parent.x = 1 }\n}"}}),
+            {{fullInterface,
+              "import QtQuick 1.1\nItem { width: 9; height: 9\n  MouseArea { onClicked: parent.x = 1 }\n}"}}),
         {"VT604"}, "VidtipsUI.qml:3:3", "no name");
 }
 
