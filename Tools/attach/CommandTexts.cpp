@@ -20,6 +20,14 @@ QString plain(const QString &text)
     return content.simplified();
 }
 
+// What follows the first line of a tool tip says more than a name.
+QString titleIn(const QString &toolTip)
+{
+    const QString text =
+        Qt::mightBeRichText(toolTip) ? QTextDocumentFragment::fromHtml(toolTip).toPlainText() : toolTip;
+    return VTCommandLocator::plainText(text.section('\n', 0, 0));
+}
+
 // Programs put the title, and often the shortcut, into what they say of a command.
 bool repeats(const QString &text, const CommandTexts &texts)
 {
@@ -46,7 +54,7 @@ CommandTexts ofAction(const QAction *action)
     CommandTexts texts;
     texts.title = VTCommandLocator::plainText(action->text());
     if (texts.title.isEmpty())
-        texts.title = VTCommandLocator::plainText(plain(action->toolTip()));
+        texts.title = titleIn(action->toolTip());
     texts.shortcut = action->shortcut();
     texts.icon = action->icon();
     texts.summary = summaryOf({action->statusTip(), action->whatsThis(), action->toolTip()}, texts);
@@ -75,7 +83,7 @@ CommandTexts ofWidget(const QWidget *widget)
     CommandTexts texts;
     texts.title = VTCommandLocator::plainText(labelOf(widget));
     if (texts.title.isEmpty())
-        texts.title = VTCommandLocator::plainText(plain(widget->toolTip()));
+        texts.title = titleIn(widget->toolTip());
     if (const auto *const button = qobject_cast<const QAbstractButton *>(widget)) {
         texts.shortcut = shortcutOf(button);
         texts.icon = button->icon();
