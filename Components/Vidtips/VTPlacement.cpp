@@ -9,6 +9,8 @@
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtCore/QVector>
+#include <QtGui/QCursor>
+#include <QtGui/QResizeEvent>
 
 #include <algorithm>
 
@@ -108,6 +110,8 @@ struct VIDTIPS_NO_EXPORT VTPlacement::Private
 {
     VTManager *manager = nullptr;
     bool isMoving = false;
+    QPoint place; ///< of the tip, as it was put last
+    QPoint pointer; ///< where that tip was asked for
 };
 
 VTPlacement::VTPlacement(VTManager *manager)
@@ -130,18 +134,24 @@ Surroundings VTPlacement::surroundings() const
                           QSize(begin.x(), begin.y()));
 }
 
-void VTPlacement::place(QWidget *tip)
+void VTPlacement::place(QWidget *tip, const QRect &readRoom)
 {
     const Surroundings around = surroundings();
     if (around.screen.isNull())
         return;
-    const QPoint place = placed(tip->frameGeometry().size(), around).topLeft();
-    if (place == tip->pos())
+    // A tip that is being read grows under the reader's pointer, or that would be out of it, and the tip
+    // would go.
+    const QRect tipRoom = tip->frameGeometry();
+    const QRect room = readRoom.contains(QCursor::pos()) ? slidInto(around.screen, tipRoom, around.direction)
+                                                         : placed(tipRoom.size(), around);
+    d->place = room.topLeft();
+    d->pointer = around.pointer;
+    if (d->place == tip->pos())
         return;
     // Whoever else watches the window may answer by anything.
     const QPointer<VTPlacement> self(this);
     d->isMoving = true;
-    tip->move(place);
+    tip->move(d->place);
     if (self)
         d->isMoving = false;
 }
@@ -172,8 +182,13 @@ bool VTPlacement::eventFilter(QObject *watched, QEvent *event)
     if (VTWindowKind::isPopup() || d->isMoving || !tip || watched != tip || !tip->isWindow())
         return false;
     // What is reported from outside is for the window, which knows its place.
-    if (tip->isVisible() && !event->spontaneous())
-        place(tip);
+    if (!tip->isVisible() || event->spontaneous())
+        return false;
+    // A window manager may have moved it, and it has gone back.
+    if (type == QEvent::Move && tip->pos() == d->place && d->manager->referencePosition() == d->pointer)
+        return false;
+    const bool isResize = type == QEvent::Resize;
+    place(tip, isResize ? QRect(tip->pos(), static_cast<QResizeEvent *>(event)->oldSize()) : QRect());
     return false;
 }
 

@@ -26,7 +26,8 @@ class VTManager;
  *   is from right to left, to their left, and to the other side where the screen ends before;
  * - where the layout is from right to left, to the left of the pointer.
  *
- * Kept tips are left where the user puts them. GUI thread only.
+ * A tip that grows with the pointer in it grows where it is, as far as the screen allows, also over the
+ * command. Kept tips are left where the user puts them. GUI thread only.
  */
 class VIDTIPS_EXPORT VTPlacement : public QObject
 {
@@ -61,7 +62,7 @@ protected:
 private:
     Q_DISABLE_COPY(VTPlacement)
     VIDTIPS_NO_EXPORT Surroundings surroundings() const;
-    VIDTIPS_NO_EXPORT void place(QWidget *tip);
+    VIDTIPS_NO_EXPORT void place(QWidget *tip, const QRect &readRoom);
 
     struct Private;
     std::unique_ptr<Private> const d;

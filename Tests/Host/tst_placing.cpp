@@ -22,6 +22,14 @@ const char userInterface[] = R"(import QtQuick 1.1
         Timer { interval: 100; running: true; onTriggered: height = 320 }
     })";
 
+/** A tip that grows when it is pointed at. */
+const char unfoldingInterface[] = R"(import QtQuick 1.1
+    Rectangle {
+        id: root
+        width: 240; height: 100; color: "#2060c0"
+        MouseArea { anchors.fill: parent; hoverEnabled: true; onPositionChanged: root.height = 480 }
+    })";
+
 } // namespace
 
 /** Hovers commands at the edges of the screen with the real pointer, and looks where the tips go. */
@@ -34,6 +42,7 @@ private slots:
     void cleanup();
     void tipOfACommandAtTheEdge_data();
     void tipOfACommandAtTheEdge();
+    void tipThatIsReadGrowsWhereItIs();
     void tipOfAMenuAtTheEdge_data();
     void tipOfAMenuAtTheEdge();
 
@@ -50,7 +59,9 @@ private:
 void tst_Placing::init()
 {
     m_packages = std::make_unique<TestPackages>();
-    m_packages->writeControl("Placing", "tips.xml", R"(<vidtip key="command"/>)");
+    m_packages->writeControl("Placing", "tips.xml",
+                             R"(<vidtip key="command"/><vidtip key="unfolding" ui="ui/Unfolding.qml"/>)");
+    m_packages->write("Placing.vidtips/ui/Unfolding.qml", unfoldingInterface);
     m_packages->write("Placing.vidtips/ui/VidtipsUI.qml", userInterface);
     VTContext settings;
     settings.set(InstallEventFilter, true);
@@ -119,6 +130,29 @@ void tst_Placing::tipOfACommandAtTheEdge()
     QVERIFY(!tip()->frameGeometry().intersects(QRect(command.mapToGlobal(QPoint()), command.size())));
     const QPoint inTip = tip()->pos() + QPoint(120, 300);
     QTRY_COMPARE_WITH_TIMEOUT(RealPointer::colorAt(inTip), QColor("#2060c0"), RealPointer::patience);
+}
+
+// Off the command there is room for it only where the pointer is not.
+void tst_Placing::tipThatIsReadGrowsWhereItIs()
+{
+    QWidget window;
+    QPushButton command("Command", &window);
+    command.setObjectName("unfolding");
+    command.resize(200, 30);
+    window.setGeometry(300, screen().center().y(), 200, 100);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QPoint middle = command.mapToGlobal(command.rect().center());
+    QVERIFY(RealPointer::moveTo(middle));
+    QTRY_VERIFY(tip() && tip()->isVisible() && RealPointer::isOnScreen(tip()));
+    const QRect before = tip()->geometry();
+    const QPoint reader = before.topLeft() + QPoint(120, 60);
+    QVERIFY(RealPointer::moveTo(reader));
+    QTRY_COMPARE(tip()->height(), 481);
+    QTRY_VERIFY(screen().contains(tip()->geometry()));
+    QCOMPARE(tip()->x(), before.x());
+    QVERIFY(tip()->geometry().contains(reader));
+    QTRY_COMPARE(RealPointer::placeOf(tip()), tip()->pos());
 }
 
 void tst_Placing::tipOfAMenuAtTheEdge_data()
