@@ -39,6 +39,9 @@ QWidget *surrounding(const QWidget *widget)
 VTCommandWatch::VTCommandWatch(QObject *parent)
     : QObject(parent)
 {
+    m_check.setSingleShot(true);
+    m_check.setInterval(0);
+    connect(&m_check, &QTimer::timeout, this, &VTCommandWatch::checkPart);
 }
 
 void VTCommandWatch::begin(QObject *object, const QRect &rect, const QPoint &position)
@@ -54,6 +57,7 @@ void VTCommandWatch::begin(QObject *object, const QRect &rect, const QPoint &pos
         m_connections << connect(m_widget.data(), &QObject::destroyed, this, &VTCommandWatch::gone);
     if (auto *const menu = qobject_cast<QMenu *>(m_widget.data()))
         watchMenu(menu);
+    watchPart(position);
     watchChain();
     m_origin = m_widget->mapToGlobal(QPoint(0, 0));
     m_wasInSight = isSeen();
@@ -71,6 +75,8 @@ void VTCommandWatch::end()
     m_filtered.clear();
     m_widget = nullptr;
     m_entry = nullptr;
+    m_stateOfPart = nullptr;
+    m_check.stop();
 }
 
 QRect VTCommandWatch::rect() const
@@ -129,6 +135,26 @@ void VTCommandWatch::watchMenu(QMenu *menu)
         if (hovered != entry)
             Q_EMIT passedOn();
     });
+}
+
+void VTCommandWatch::watchPart(const QPoint &position)
+{
+    if (!m_part.isValid())
+        return;
+    const QRect rect(m_widget->mapFromGlobal(m_part.topLeft()), m_part.size());
+    const QPoint inside = m_widget->mapFromGlobal(position);
+    m_stateOfPart = checkOfPart(m_widget, rect, rect.contains(inside) ? inside : rect.center());
+}
+
+void VTCommandWatch::checkPart()
+{
+    const VTPartState state = m_stateOfPart ? m_stateOfPart() : VTPartState::There;
+    if (state == VTPartState::Gone) {
+        Q_EMIT gone();
+    } else if (state == VTPartState::Elsewhere) {
+        m_stateOfPart = nullptr;
+        Q_EMIT passedOn();
+    }
 }
 
 void VTCommandWatch::watchChain()
@@ -207,6 +233,11 @@ bool VTCommandWatch::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Resize:
         if (m_widget)
             follow();
+        break;
+    case QEvent::Paint:
+        // Of a part that is drawn and not told of, nothing else tells that it is gone.
+        if (watched == m_widget && m_stateOfPart)
+            m_check.start();
         break;
     case QEvent::Enter:
     case QEvent::Leave:

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "VTCommandPart_p.h"
+
 #include <QtCore/QMetaObject>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QRect>
+#include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtWidgets/QWidget>
 
@@ -76,6 +79,8 @@ private:
     void watchChain();
     void watchScrolling(const QAbstractScrollArea *area);
     void watchCell(const QAbstractItemView *view);
+    void watchPart(const QPoint &position);
+    void checkPart();
     void watchMenu(QMenu *menu);
     void watchObject(QObject *object);
     void follow();
@@ -85,6 +90,8 @@ private:
     QPointer<QAction> m_entry; ///< of the menu that the widget is; else null
     QVector<QPointer<QObject>> m_filtered;
     QVector<QMetaObject::Connection> m_connections;
+    std::function<VTPartState()> m_stateOfPart;
+    QTimer m_check; ///< of the part, when the painting that may tell of a change is done
     QPoint m_origin;
     QRect m_part;
     bool m_wasInSight = false;

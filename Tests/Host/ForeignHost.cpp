@@ -11,6 +11,7 @@
 #include <QtWidgets/QGraphicsItem>
 #include <QtWidgets/QGraphicsProxyWidget>
 #include <QtWidgets/QGraphicsView>
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMdiArea>
 #include <QtWidgets/QMdiSubWindow>
@@ -85,10 +86,10 @@ ForeignHost::~ForeignHost()
 void ForeignHost::writeContent()
 {
     QByteArray tips;
-    const QByteArrayList keys{"row 0", "row 1", "row 2",       "row 3",    "row 4",   "tab 0",    "tab 1",
-                              "start", "stop",  "drain",       "more",     "deeper",  "choice 0", "choice 1",
-                              "item",  "plain", "other",       "left",     "right",   "farther",  "embedded",
-                              "inner", "asked", "asked again", "scrolled", "choice 2"};
+    const QByteArrayList keys{"row 0", "row 1", "row 2",       "row 3",    "row 4",    "tab 0",    "tab 1",
+                              "start", "stop",  "drain",       "more",     "deeper",   "choice 0", "choice 1",
+                              "item",  "plain", "other",       "left",     "right",    "farther",  "embedded",
+                              "inner", "asked", "asked again", "scrolled", "choice 2", "column"};
     for (const QByteArray &key : keys)
         tips += "<vidtip key=\"" + key + "\" title=\"" + key.toUpper() + "\"/>\n";
     tips += "<vidtip key=\"tall\" height=\"220\" color=\"#c02060\"/>\n"
@@ -225,6 +226,11 @@ QString ForeignHost::locate(QObject *object, const QPoint &position, QRect *rect
         *rect = tabs->tabRect(tabs->tabAt(inside));
     } else if (const auto *const menu = qobject_cast<const QMenu *>(widget)) {
         return menu->actionAt(inside) ? menu->actionAt(inside)->objectName() : QString();
+    } else if (const auto *const header = qobject_cast<QHeaderView *>(widget->parent())) {
+        const int section = header->logicalIndexAt(inside);
+        key = header->model()->headerData(section, Qt::Horizontal, Qt::UserRole).toString();
+        *rect = QRect(header->sectionViewportPosition(section), 0, header->sectionSize(section),
+                      widget->height());
     } else if (const auto *const list = qobject_cast<QAbstractItemView *>(widget->parent())) {
         const QModelIndex index = list->indexAt(inside);
         key = index.data(Qt::UserRole).toString();

@@ -11,6 +11,7 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QGraphicsItem>
 #include <QtWidgets/QGraphicsView>
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMdiArea>
 #include <QtWidgets/QMdiSubWindow>
@@ -92,6 +93,8 @@ private slots:
     void goesWhenTheCommandIsNoLongerUnderThePointer();
     void goesWithTheRowThatIsScrolledAway_data();
     void goesWithTheRowThatIsScrolledAway();
+    void goesWithItsPart_data();
+    void goesWithItsPart();
     void goesWhenTheMenuGoesOn();
     void goesWithTheMenu();
     void staysWhenItsSubmenuOpens();
@@ -293,6 +296,49 @@ void tst_ComingAndGoing::goesWithTheRowThatIsScrolledAway()
     QTRY_VERIFY(m_host->shownKey() != "row 1");
 }
 
+void tst_ComingAndGoing::goesWithItsPart_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<Change>("change");
+    const auto item = [](ForeignHost &host) { return host.view->itemAt(host.view->mapFromScene(60, 45)); };
+    const auto header = [](ForeignHost &host) { return host.tree->header(); };
+    QTest::newRow("item deleted") << "item" << Change([item](ForeignHost &host) { delete item(host); });
+    QTest::newRow("item hidden") << "item" << Change([item](ForeignHost &host) { item(host)->hide(); });
+    QTest::newRow("tab removed") << "tab 1" << Change([](ForeignHost &host) { host.tabs->removeTab(1); });
+    QTest::newRow("column taken away")
+        << "column" << Change([](ForeignHost &host) { host.tree->setColumnCount(1); });
+    QTest::newRow("section hidden") << "column"
+                                    << Change([header](ForeignHost &host) { header(host)->hideSection(1); });
+    QTest::newRow("entry deleted") << "start" << Change([](ForeignHost &host) {
+        const QMenu *const menu = host.window->menuBar()->actions().constFirst()->menu();
+        delete menu->actions().constFirst();
+    });
+}
+
+void tst_ComingAndGoing::goesWithItsPart()
+{
+    QFETCH(QString, key);
+    QFETCH(Change, change);
+    start();
+    QPoint position = key == "item" ? m_host->item() : m_host->tab(1);
+    if (key == "column") {
+        m_host->tree->setHeaderLabels({"Name", "Column"});
+        m_host->tree->headerItem()->setData(1, Qt::UserRole, "column");
+        m_host->tree->setHeaderHidden(false);
+        const QHeaderView *const header = m_host->tree->header();
+        QTRY_VERIFY(header->isVisible());
+        position = header->viewport()->mapToGlobal({header->sectionViewportPosition(1) + 10, 8});
+    }
+    if (key == "start")
+        position = m_host->entry(m_host->openMenu(), 0);
+    QVERIFY(m_host->hover(position, key));
+    change(*m_host);
+    QTRY_VERIFY(m_host->shownKey() != key);
+    QCOMPARE(m_host->host()->notificationTexts(), (QStringList{"0 " + key, "6 " + key}));
+    if (QWidget *const menu = QApplication::activePopupWidget())
+        menu->close();
+}
+
 void tst_ComingAndGoing::goesWhenTheMenuGoesOn()
 {
     start();
@@ -377,8 +423,8 @@ void tst_ComingAndGoing::comesAgainAfterItsWindowWasMinimised()
         QVERIFY(m_host->hover(m_host->plain));
         // By the window manager, or there is none.
         RealPointer::xdotool({"windowminimize", QString::number(m_host->window->winId())});
-        QTest::qWaitFor([this] { return m_host->window->isMinimized(); }, 2000);
-        m_host->window->showMinimized();
+        if (!QTest::qWaitFor([this] { return m_host->window->isMinimized(); }, 2000))
+            m_host->window->showMinimized();
         QTRY_VERIFY(!m_host->isShown());
         QVERIFY(RealPointer::jumpTo(m_host->nowhere()));
         m_host->window->showNormal();
