@@ -108,11 +108,16 @@ protected:
     /** Tells the host of every hide. */
     void hideEvent(QHideEvent *event) override;
 
+    /** Notes where the window is, and has it go back where a window manager only reports another place. */
+    void moveEvent(QMoveEvent *event) override;
+
+    /** Has the manager look content up anew when the application's language has changed. */
+    void changeEvent(QEvent *event) override;
+
 private:
     Q_DISABLE_COPY(VTWidget)
     VIDTIPS_NO_EXPORT void refill(VTXmlElement *content, const QString &rootPath);
     VIDTIPS_NO_EXPORT void retitle(const QString &oldTitle);
-    VIDTIPS_NO_EXPORT void changeEvent(QEvent *event) override;
     // The manager stands above the operations that everybody may call, and acts before they do.
     friend class VTTipShowing;
     friend class VTTipWatch;
@@ -125,7 +130,6 @@ private:
     VIDTIPS_NO_EXPORT void askPopup(const QPoint &pos);
     VIDTIPS_NO_EXPORT bool isPlacedAnew() const;
     VIDTIPS_NO_EXPORT QWidget *owner();
-    VIDTIPS_NO_EXPORT void moveEvent(QMoveEvent *event) override;
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
     VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
     VIDTIPS_NO_EXPORT bool belongsTo(const QObject *reference) const;

@@ -5,6 +5,21 @@
 
 using namespace Vidtips;
 
+/** A window of a host's own, which links only when all that is virtual is exported. */
+class HostsWindow : public VTWidget
+{
+public:
+    using VTWidget::VTWidget;
+
+    void showEvent(QShowEvent *event) override
+    {
+        ++shown;
+        VTWidget::showEvent(event);
+    }
+
+    int shown = 0;
+};
+
 /** What the window shows, where it stands, and its safe zone. */
 class tst_VTWidget : public WidgetTest
 {
@@ -16,6 +31,7 @@ private slots:
 
     void slotsInDeclaredOrder();
     void construction();
+    void subclass();
     void toolWindowSettingChangesNothing();
     void setViewReplacesTheView();
     void destructorDeletesViewAndContent_data();
@@ -84,6 +100,13 @@ void tst_VTWidget::construction()
     widget.show();
     widget.hide();
     QVERIFY(session->host->notifications.isEmpty());
+}
+
+void tst_VTWidget::subclass()
+{
+    HostsWindow widget(session->manager(), nullptr, nullptr, QRect());
+    widget.show();
+    QCOMPARE(widget.shown, 1);
 }
 
 void tst_VTWidget::toolWindowSettingChangesNothing()
