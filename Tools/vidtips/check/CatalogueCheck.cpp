@@ -36,9 +36,11 @@ void CatalogueCheck::run(const Content &content, Findings &findings)
             continue;
         const QString own = QLocale(file.locale()).name();
         for (const QString &locale : qAsConst(m_locales)) {
-            if (!TextSource::textsOf(file).isEmpty())
+            const bool hasTexts = !TextSource::textsOf(file).isEmpty();
+            if (hasTexts)
                 checkFile(content, file, locale, findings);
-            if (file.locale().isEmpty() || own == locale)
+            // Tips that nobody translates are in one language with the words around them.
+            if (hasTexts || own == locale)
                 checkWords(content, file, locale, findings);
         }
     }
