@@ -40,7 +40,7 @@ void addStructureMistakes()
             "4:1: warning: \"Note\" is not read in \"vidtip\": did you mean \"note\"? [VT109]");
     mistake("element that there is not", tip("<paragraph>Plants a tree.</paragraph>"),
             "4:1: warning: \"paragraph\" is not read in \"vidtip\": \"summary\", \"unavailable\", \"clip\", "
-            "\"picture\", \"step\" and \"note\" are [VT109]");
+            "\"picture\", \"icon\", \"step\" and \"note\" are [VT109]");
     mistake("steps in a list", tip("<steps><step>Click.</step></steps>"),
             "4:1: warning: \"steps\" is not read in \"vidtip\": did you mean \"step\"? [VT109]");
     mistake("element in a picture", tip(R"(<picture source="%(kind)s"><note>A tree.</note></picture>)"),
