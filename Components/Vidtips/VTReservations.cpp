@@ -3,6 +3,8 @@
 #include "VTTipContent_p.h"
 #include "VTWidget.h"
 
+#include <QtGui/QWindow>
+
 #include <algorithm>
 
 namespace Vidtips {
@@ -48,6 +50,9 @@ void VTReservations::setStayOnTop(bool on)
             window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
         if (window)
             window->show();
+        // A kept tip may have the widget's flag without the native window's.
+        if (window && window->windowHandle())
+            window->windowHandle()->setFlag(Qt::WindowStaysOnTopHint, on);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "VTView.h"
 #include "VTWidget.h"
 
+#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 
 namespace Vidtips {
@@ -91,6 +92,9 @@ void VTTipKeeping::becomeWindow(const QPoint &position) const
     m_tip->setWindowTitle(content ? content->property("title").toString() : QString());
     m_tip->move(position);
     m_tip->show();
+    // It was the tip that had to be above everything. The widget's own flags are not touched.
+    if (m_tip->windowHandle())
+        m_tip->windowHandle()->setFlag(Qt::WindowStaysOnTopHint, false);
     takeFocus();
 }
 

@@ -110,6 +110,7 @@ private slots:
     void keptTip();
     void severalTipsInOneDock();
     void keptTipsAreToldApartByTheirTitles();
+    void keptTipIsAboveOthersOnlyWhenAsked();
     void unsuitableContainer();
 
 private:
@@ -285,6 +286,27 @@ void tst_Keeping::keptTipsAreToldApartByTheirTitles()
     QCOMPARE(second->windowTitle(), QString("Second"));
     delete first;
     delete second;
+}
+
+void tst_Keeping::keptTipIsAboveOthersOnlyWhenAsked()
+{
+    const QPointer<VTWidget> kept = keep("first");
+    QVERIFY(kept);
+    QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
+    // A window that has nothing to do with the kept tip's.
+    QWidget other;
+    other.setGeometry(kept->geometry().adjusted(-60, -40, 60, 40));
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other, patience));
+    QTRY_VERIFY_WITH_TIMEOUT(!isSeen(kept), patience);
+    m_session->manager()->setStayOnTop(true);
+    QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
+    m_session->manager()->setStayOnTop(false);
+    other.raise();
+    other.activateWindow();
+    QTRY_VERIFY_WITH_TIMEOUT(!isSeen(kept), patience);
+    delete kept;
 }
 
 void tst_Keeping::unsuitableContainer()
