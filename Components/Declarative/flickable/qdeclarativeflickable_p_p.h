@@ -123,6 +123,8 @@ public:
     bool stopAtBounds(const Axis &, int way, qreal *value) const;
     bool wheel(Axis &, int delta);
     bool filterMouse(QGraphicsItem *child, QGraphicsSceneMouseEvent *);
+    bool filterRelease(QGraphicsItem *child);
+    void takeMouse();
     bool delayPress(const QGraphicsSceneMouseEvent &);
     void replayPress();
 
