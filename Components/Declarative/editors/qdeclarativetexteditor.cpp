@@ -1,19 +1,10 @@
 #include "qdeclarativetexteditor_p.h"
 
-#include "engine/qdeclarativerounding_p.h"
-
 #include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethod>
-#include <QtGui/QPainter>
-#include <QtGui/QStyleHints>
-#include <QtQml/QQmlContext>
 #include <QtQml/qqmlinfo.h>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QGraphicsScene>
-#include <QtWidgets/QGraphicsSceneMouseEvent>
-#include <QtWidgets/QStyle>
 
 QDeclarativeTextEditor::QDeclarativeTextEditor(QDeclarativeTextEditorPrivate &dd, QDeclarativeItem *parent)
     : QDeclarativePaintedItem(dd, parent)
@@ -25,25 +16,6 @@ QDeclarativeTextEditor::QDeclarativeTextEditor(QDeclarativeTextEditorPrivate &dd
 }
 
 QDeclarativeTextEditor::~QDeclarativeTextEditor() = default;
-
-void QDeclarativeTextEditorPrivate::activeFocusChange(bool active)
-{
-    Q_Q(QDeclarativeTextEditor);
-    const QPointer<QDeclarativeTextEditor> guard(q);
-    // The selection goes before anybody hears of the focus that went, unless that comes back with the window.
-    if (!active && (!scene || scene->isActive()))
-        leaveFocus();
-    if (guard)
-        QDeclarativePaintedItemPrivate::activeFocusChange(active);
-    if (guard)
-        q->setCursorVisible(active);
-}
-
-void QDeclarativeTextEditorPrivate::setSceneFocus(bool focus)
-{
-    hasSceneFocus = focus;
-    applyCursor();
-}
 
 void QDeclarativeTextEditorPrivate::noteComposing()
 {
@@ -63,79 +35,11 @@ void QDeclarativeTextEditorPrivate::noteClipboard()
     Q_EMIT q->canPasteChanged();
 }
 
-void QDeclarativeTextEditorPrivate::noteCursor()
-{
-    Q_Q(QDeclarativeTextEditor);
-    const QRect rect = q->cursorRectangle();
-    if (rect == lastCursorRect)
-        return;
-    lastCursorRect = rect;
-    placeCursorItem();
-    // Until then nobody has read it.
-    if (componentIsComplete)
-        Q_EMIT q->cursorRectangleChanged();
-}
-
 void QDeclarativeTextEditorPrivate::updateInputMethod()
 {
     Q_Q(QDeclarativeTextEditor);
     q->setFlag(QGraphicsItem::ItemAcceptsInputMethod, !readOnly);
     q->setInputMethodHints(effectiveHints());
-}
-
-void QDeclarativeTextEditorPrivate::createCursorItem()
-{
-    Q_Q(QDeclarativeTextEditor);
-    delete cursorItem;
-    if (cursorComponent && componentIsComplete) {
-        if (cursorComponent->isLoading())
-            QObject::connect(cursorComponent, &QQmlComponent::statusChanged, q,
-                             [this] { instantiateCursorItem(); });
-        else
-            instantiateCursorItem();
-    }
-    applyCursor();
-    q->update();
-}
-
-void QDeclarativeTextEditorPrivate::instantiateCursorItem()
-{
-    Q_Q(QDeclarativeTextEditor);
-    QObject::disconnect(cursorComponent, &QQmlComponent::statusChanged, q, nullptr);
-    if (cursorComponent->isError()) {
-        qmlWarning(q, cursorComponent->errors()) << "Could not load cursor delegate";
-        return;
-    }
-    QQmlContext *context = cursorComponent->creationContext();
-    QObject *object = cursorComponent->beginCreate(context ? context : qmlContext(q));
-    cursorItem = qobject_cast<QDeclarativeItem *>(object);
-    if (cursorItem) {
-        cursorItem->QObject::setParent(q);
-        cursorItem->setParentItem(q);
-        placeCursorItem();
-    }
-    cursorComponent->completeCreate();
-    if (!cursorItem) {
-        delete object;
-        qmlWarning(q, cursorComponent->errors()) << "Could not instantiate cursor delegate";
-    }
-    applyCursor();
-}
-
-void QDeclarativeTextEditorPrivate::placeCursorItem()
-{
-    if (!cursorItem)
-        return;
-    const QRectF rect = exactCursorRect();
-    cursorItem->setPos(rect.topLeft());
-    cursorItem->setHeight(rect.height());
-}
-
-void QDeclarativeTextEditorPrivate::drawCursor(QPainter *painter, const QRect &rect, bool isLit) const
-{
-    // Not left to the engines, which turn over what is below: that shows nothing on a translucent window.
-    if (paintsCursor() && (isLit || !blinks()))
-        painter->fillRect(rect, color);
 }
 
 bool QDeclarativeTextEditorPrivate::updateAlignment()
@@ -244,46 +148,6 @@ void QDeclarativeTextEditor::setReadOnly(bool readOnly)
     update();
     Q_EMIT readOnlyChanged(readOnly);
     d->noteClipboard();
-}
-
-bool QDeclarativeTextEditor::isCursorVisible() const
-{
-    return d_func()->cursorVisible;
-}
-
-void QDeclarativeTextEditor::setCursorVisible(bool visible)
-{
-    Q_D(QDeclarativeTextEditor);
-    if (visible == d->cursorVisible)
-        return;
-    d->cursorVisible = visible;
-    d->applyCursor();
-    updateContents(d->exactCursorRect().adjusted(-1, 0, 1, 0));
-    Q_EMIT cursorVisibleChanged(visible);
-}
-
-QRect QDeclarativeTextEditor::cursorRectangle() const
-{
-    const QRectF rect = d_func()->exactCursorRect();
-    return QRect(QDeclarativeRounding::bounded(rect.x()), QDeclarativeRounding::bounded(rect.y()),
-                 QDeclarativeRounding::bounded(rect.width()), QDeclarativeRounding::bounded(rect.height()));
-}
-
-QQmlComponent *QDeclarativeTextEditor::cursorDelegate() const
-{
-    return d_func()->cursorComponent;
-}
-
-void QDeclarativeTextEditor::setCursorDelegate(QQmlComponent *component)
-{
-    Q_D(QDeclarativeTextEditor);
-    if (component == d->cursorComponent)
-        return;
-    if (d->cursorComponent)
-        disconnect(d->cursorComponent, &QQmlComponent::statusChanged, this, nullptr);
-    d->cursorComponent = component;
-    d->createCursorItem();
-    Q_EMIT cursorDelegateChanged();
 }
 
 bool QDeclarativeTextEditor::focusOnPress() const
@@ -429,58 +293,6 @@ void QDeclarativeTextEditor::componentComplete()
     QDeclarativePaintedItem::componentComplete();
     if (d->cursorComponent)
         d->createCursorItem();
-}
-
-bool QDeclarativeTextEditor::sceneEvent(QEvent *event)
-{
-    Q_D(QDeclarativeTextEditor);
-    if (event->type() == QEvent::ShortcutOverride)
-        return d->processShortcutOverride(static_cast<QKeyEvent *>(event));
-    if (event->type() == QEvent::UngrabMouse)
-        setKeepMouseGrab(false);
-    return QDeclarativePaintedItem::sceneEvent(event);
-}
-
-void QDeclarativeTextEditor::focusInEvent(QFocusEvent *event)
-{
-    d_func()->setSceneFocus(true);
-    QDeclarativePaintedItem::focusInEvent(event);
-}
-
-void QDeclarativeTextEditor::focusOutEvent(QFocusEvent *event)
-{
-    d_func()->setSceneFocus(false);
-    QDeclarativePaintedItem::focusOutEvent(event);
-}
-
-void QDeclarativeTextEditor::mousePressEvent(QGraphicsSceneMouseEvent *event)
-{
-    Q_D(QDeclarativeTextEditor);
-    d->pressPosition = event->pos();
-    d->hadFocusBeforePress = hasActiveFocus();
-    setKeepMouseGrab(false);
-    if (d->focusOnPress)
-        forceActiveFocus();
-}
-
-void QDeclarativeTextEditor::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
-{
-    Q_D(QDeclarativeTextEditor);
-    const QPointF moved = event->pos() - d->pressPosition;
-    if (d->selectByMouse && qAbs(moved.x()) > QGuiApplication::styleHints()->startDragDistance())
-        setKeepMouseGrab(true);
-}
-
-void QDeclarativeTextEditor::mouseReleaseEvent(QGraphicsSceneMouseEvent *)
-{
-    Q_D(QDeclarativeTextEditor);
-    setKeepMouseGrab(false);
-    if (!d->focusOnPress || d->readOnly || !hasActiveFocus())
-        return;
-    const bool atFirstPress =
-        QApplication::style()->styleHint(QStyle::SH_RequestSoftwareInputPanel) == QStyle::RSIP_OnMouseClick;
-    if (d->hadFocusBeforePress || atFirstPress)
-        openSoftwareInputPanel();
 }
 
 #include "moc_qdeclarativetexteditor_p.cpp"
