@@ -258,6 +258,7 @@ public:
     void changeRows(const QQmlChangeSet &, int *rows);
     void resetRows();
     void insertRows(int index, int count, int *rows);
+    AddedItems tellRemoved(int index, int count) const;
     void removeRows(int index, int count, int *rows);
     void moveRows(int from, int to, int count);
     void currentRowRemoved(int index, int count, int rows);

@@ -146,11 +146,9 @@ void QDeclarativeItemViewPrivate::noteFirstRow()
     }
 }
 
-void QDeclarativeItemViewPrivate::removeRows(int index, int count, int *rows)
+/** Has the delegates of the rows hear that these are gone, and returns who was to hear it. */
+QDeclarativeItemViewPrivate::AddedItems QDeclarativeItemViewPrivate::tellRemoved(int index, int count) const
 {
-    *rows -= count;
-    const Item *first = firstVisibleItem();
-    const qreal firstPlace = first ? first->position() : 0;
     AddedItems leaving;
     for (const auto &item : visibleItems) {
         if (item->index >= index && item->index < index + count)
@@ -160,6 +158,15 @@ void QDeclarativeItemViewPrivate::removeRows(int index, int count, int *rows)
         if (attached)
             Q_EMIT attached->remove();
     }
+    return leaving;
+}
+
+void QDeclarativeItemViewPrivate::removeRows(int index, int count, int *rows)
+{
+    *rows -= count;
+    const Item *first = firstVisibleItem();
+    const qreal firstPlace = first ? first->position() : 0;
+    const AddedItems leaving = tellRemoved(index, count);
     qreal above = 0;
     for (int slot = 0; slot < int(visibleItems.size());) {
         Item *item = visibleItems[slot].get();
