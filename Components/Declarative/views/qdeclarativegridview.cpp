@@ -1,5 +1,6 @@
 #include "qdeclarativegridview_p.h"
 
+#include "models/qdeclarativevisualmodel_p.h"
 #include "qdeclarativegridview_p_p.h"
 
 #include <QtGui/QKeyEvent>
@@ -12,6 +13,22 @@ QDeclarativeGridViewAttached::QDeclarativeGridViewAttached(QObject *item)
 QDeclarativeGridView *QDeclarativeGridViewAttached::view() const
 {
     return qobject_cast<QDeclarativeGridView *>(itemView());
+}
+
+QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
+    : highlightX([this](qreal x) {
+        const QDeclarativeWork::Scope scope(&work);
+        if (highlightItem)
+            highlightItem->setX(x);
+    })
+    , highlightY([this](qreal y) {
+        const QDeclarativeWork::Scope scope(&work);
+        if (highlightItem)
+            highlightItem->setY(y);
+    })
+{
+    direction = QDeclarativeFlickable::VerticalFlick;
+    highlightMoveDuration = 150;
 }
 
 QDeclarativeGridView::QDeclarativeGridView(QDeclarativeItem *parent)
@@ -84,6 +101,26 @@ void QDeclarativeGridView::setSnapMode(SnapMode mode)
         return;
     d->snapMode = mode;
     Q_EMIT snapModeChanged();
+}
+
+/** Makes the row that is @p by rows before the current one that, from one end to the other where keys wrap.
+ */
+void QDeclarativeGridViewPrivate::goBack(int by)
+{
+    const int rows = visualModel->count();
+    if (rows == 0 || (currentIndex < by && !wraps))
+        return;
+    const int index = currentIndex - by;
+    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : rows - 1);
+}
+
+void QDeclarativeGridViewPrivate::goForth(int by)
+{
+    const int rows = visualModel->count();
+    if (rows == 0 || (currentIndex >= rows - by && !wraps))
+        return;
+    const int index = currentIndex + by;
+    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : 0);
 }
 
 void QDeclarativeGridView::moveCurrentIndexUp()

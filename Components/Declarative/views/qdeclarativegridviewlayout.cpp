@@ -5,22 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-QDeclarativeGridViewPrivate::QDeclarativeGridViewPrivate()
-    : highlightX([this](qreal x) {
-        const QDeclarativeWork::Scope scope(&work);
-        if (highlightItem)
-            highlightItem->setX(x);
-    })
-    , highlightY([this](qreal y) {
-        const QDeclarativeWork::Scope scope(&work);
-        if (highlightItem)
-            highlightItem->setY(y);
-    })
-{
-    direction = QDeclarativeFlickable::VerticalFlick;
-    highlightMoveDuration = 150;
-}
-
 Qt::Orientation QDeclarativeGridViewPrivate::scrolled() const
 {
     return isTopToBottom() ? Qt::Horizontal : Qt::Vertical;
@@ -466,24 +450,4 @@ qreal QDeclarativeGridViewPrivate::flickTarget(qreal natural, qreal velocity) co
 bool QDeclarativeGridViewPrivate::contains(const Item *item, const QPointF &point) const
 {
     return QRectF(item->item->pos(), QSizeF(cellWidth, cellHeight)).contains(point);
-}
-
-/** Makes the row that is @p by rows before the current one that, from one end to the other where keys wrap.
- */
-void QDeclarativeGridViewPrivate::goBack(int by)
-{
-    const int rows = visualModel->count();
-    if (rows == 0 || (currentIndex < by && !wraps))
-        return;
-    const int index = currentIndex - by;
-    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : rows - 1);
-}
-
-void QDeclarativeGridViewPrivate::goForth(int by)
-{
-    const int rows = visualModel->count();
-    if (rows == 0 || (currentIndex >= rows - by && !wraps))
-        return;
-    const int index = currentIndex + by;
-    q_func()->setCurrentIndex(index >= 0 && index < rows ? index : 0);
 }

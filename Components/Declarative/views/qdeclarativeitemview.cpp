@@ -370,47 +370,6 @@ void QDeclarativeItemView::setFooter(QQmlComponent *component)
     d->announce(&QDeclarativeItemView::footerChanged);
 }
 
-void QDeclarativeItemView::setContentX(qreal x)
-{
-    // Where the view is put it stays, whatever becomes of the current item.
-    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
-    QDeclarativeFlickable::setContentX(x);
-}
-
-void QDeclarativeItemView::setContentY(qreal y)
-{
-    d_func()->moveReason = QDeclarativeItemViewPrivate::Other;
-    QDeclarativeFlickable::setContentY(y);
-}
-
-void QDeclarativeItemView::positionViewAtIndex(int index, int mode)
-{
-    Q_D(QDeclarativeItemView);
-    if (!d->visualModel->isValid() || index < 0 || index >= count() || mode < Beginning || mode > Contain
-        || d->work.postpone([=] { positionViewAtIndex(index, mode); }))
-        return;
-    const QDeclarativeWork::Scope scope(&d->work);
-    d->showRow(index, PositionMode(mode));
-}
-
-void QDeclarativeItemView::positionViewAtBeginning()
-{
-    Q_D(QDeclarativeItemView);
-    if (count() > 0)
-        positionViewAtIndex(0, Beginning);
-    else
-        d->setViewPosition(d->leastPosition());
-}
-
-void QDeclarativeItemView::positionViewAtEnd()
-{
-    Q_D(QDeclarativeItemView);
-    if (count() > 0)
-        positionViewAtIndex(count() - 1, End);
-    else
-        d->setViewPosition(d->boundedPosition(d->greatestPosition()));
-}
-
 int QDeclarativeItemView::indexAt(qreal x, qreal y) const
 {
     Q_D(const QDeclarativeItemView);
