@@ -22,6 +22,7 @@ private slots:
     void bounds_data();
     void bounds();
     void pressStopsAFlick();
+    void releaseAfterPassingTheThreshold();
     void pressDelay();
     void pressDelayQuickClick();
     void dragWithinPressDelay();
@@ -200,6 +201,17 @@ void tst_QDeclarativeFlickable::pressStopsAFlick()
     QCOMPARE(seen(), QStringLiteral("started flick flicked ended "));
     QCOMPARE(flick("contentY").toReal(), stopped);
     QVERIFY(stopped < 19900);
+}
+
+void tst_QDeclarativeFlickable::releaseAfterPassingTheThreshold()
+{
+    load({},
+         "MouseArea { width: 100; height: 400; onPressed: seen += \"pressed \"; onCanceled: seen += "
+         "\"canceled \"; onReleased: seen += \"released \"; onClicked: seen += \"clicked \" }");
+    m_scene->press({50, 90});
+    m_scene->move({50, 70});
+    m_scene->release({50, 70});
+    QCOMPARE(seen(), QStringLiteral("pressed canceled "));
 }
 
 void tst_QDeclarativeFlickable::pressDelay()
