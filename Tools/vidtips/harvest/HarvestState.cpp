@@ -19,8 +19,10 @@ QString HarvestState::read()
         return QString("cannot read %1: %2").arg(m_path, file.errorString());
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (!document.isObject())
-        return QString("cannot read %1: %2").arg(m_path, error.errorString());
+    if (!document.isObject()) {
+        const bool isJson = error.error == QJsonParseError::NoError;
+        return QString("cannot read %1: %2").arg(m_path, isJson ? "it holds no object" : error.errorString());
+    }
     m_locales = document.object();
     m_commands = m_locales.value(m_locale).toObject();
     return {};
