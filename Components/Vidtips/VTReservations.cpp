@@ -9,6 +9,24 @@
 
 namespace Vidtips {
 
+namespace {
+
+// Changing the flags of a widget hides it, and a window manager forgets the state of a window that is hidden,
+// at times only after that is shown again.
+void setOnTop(QWidget *window, bool on)
+{
+    QWindow *const handle = window->windowHandle();
+    if (!handle) {
+        window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
+        return;
+    }
+    const Qt::WindowFlags rest = window->windowFlags() & ~Qt::WindowStaysOnTopHint;
+    window->overrideWindowFlags(on ? rest | Qt::WindowStaysOnTopHint : rest);
+    handle->setFlag(Qt::WindowStaysOnTopHint, on);
+}
+
+} // namespace
+
 void VTReservations::add(VTWidget *window)
 {
     // The windows that users have closed since.
@@ -47,12 +65,9 @@ void VTReservations::setStayOnTop(bool on)
     const QList<QPointer<VTWidget>> changed = windows();
     for (const QPointer<VTWidget> &window : changed) {
         if (window)
-            window->setWindowFlag(Qt::WindowStaysOnTopHint, on);
+            setOnTop(window, on);
         if (window)
             window->show();
-        // A kept tip may have the widget's flag without the native window's.
-        if (window && window->windowHandle())
-            window->windowHandle()->setFlag(Qt::WindowStaysOnTopHint, on);
     }
 }
 

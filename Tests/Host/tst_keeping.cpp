@@ -111,6 +111,8 @@ private slots:
     void severalTipsInOneDock();
     void keptTipsAreToldApartByTheirTitles();
     void keptTipIsAboveOthersOnlyWhenAsked();
+    void keptTipStaysAboveHoweverOftenItIsAsked();
+    void keptTipIsMinimisedWithItsWindow();
     void unsuitableContainer();
 
 private:
@@ -118,6 +120,7 @@ private:
     bool pin();
     VTWidget *keep(const QString &key);
     bool isSeen(const QWidget *tip, int y = 50) const;
+    bool isAboveOthers(const QWidget *window) const;
     VTWidget *tip() const { return m_session->window(); }
 
     std::unique_ptr<TestPackages> m_packages;
@@ -204,6 +207,14 @@ bool tst_Keeping::isSeen(const QWidget *tip, int y) const
     const QPoint place = tip->mapToGlobal(QPoint(120, y));
     const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(0, place.x(), place.y(), 1, 1);
     return shot.toImage().pixelColor(0, 0) == tipColor;
+}
+
+/** Asks the window manager. */
+bool tst_Keeping::isAboveOthers(const QWidget *window) const
+{
+    QProcess xprop;
+    xprop.start("xprop", {"-id", QString::number(window->winId()), "_NET_WM_STATE"});
+    return xprop.waitForFinished() && xprop.readAll().contains("_NET_WM_STATE_ABOVE");
 }
 
 void tst_Keeping::keptTip_data()
@@ -306,6 +317,35 @@ void tst_Keeping::keptTipIsAboveOthersOnlyWhenAsked()
     other.raise();
     other.activateWindow();
     QTRY_VERIFY_WITH_TIMEOUT(!isSeen(kept), patience);
+    delete kept;
+}
+
+void tst_Keeping::keptTipStaysAboveHoweverOftenItIsAsked()
+{
+    const QPointer<VTWidget> kept = keep("first");
+    QVERIFY(kept);
+    QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
+    for (int i = 0; i < 6; ++i) {
+        m_session->manager()->setStayOnTop(i % 2 == 0);
+        m_session->manager()->setStayOnTop(i % 2 == 1);
+        QTRY_COMPARE_WITH_TIMEOUT(isAboveOthers(kept), i % 2 == 1, patience);
+    }
+    delete kept;
+}
+
+void tst_Keeping::keptTipIsMinimisedWithItsWindow()
+{
+    const QPointer<VTWidget> kept = keep("first");
+    QVERIFY(kept);
+    QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(RealPointer::xdotool({"windowminimize", QString::number(m_window->winId())}));
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->isMinimized(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!isSeen(kept), patience);
+        QVERIFY(RealPointer::xdotool({"windowactivate", QString::number(m_window->winId())}));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_window->isMinimized(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
+    }
     delete kept;
 }
 
