@@ -56,7 +56,7 @@ void VTCommandWatch::begin(QObject *object, const QRect &rect, const QPoint &pos
     if (m_widget != object)
         m_connections << connect(m_widget.data(), &QObject::destroyed, this, &VTCommandWatch::gone);
     if (auto *const menu = qobject_cast<QMenu *>(m_widget.data()))
-        watchMenu(menu);
+        watchMenu(menu, position);
     watchPart(position);
     watchChain();
     m_origin = m_widget->mapToGlobal(QPoint(0, 0));
@@ -123,9 +123,11 @@ void VTCommandWatch::watchObject(QObject *object)
     }
 }
 
-void VTCommandWatch::watchMenu(QMenu *menu)
+// The menu may be about to take the pointer's entry for the active one.
+void VTCommandWatch::watchMenu(QMenu *menu, const QPoint &position)
 {
-    QAction *const entry = menu->activeAction();
+    QAction *const pointed = menu->actionAt(menu->mapFromGlobal(position));
+    QAction *const entry = pointed ? pointed : menu->activeAction();
     m_entry = entry;
     if (!m_part.isValid() && entry) {
         const QRect geometry = menu->actionGeometry(entry);

@@ -81,7 +81,7 @@ private:
     void watchCell(const QAbstractItemView *view);
     void watchPart(const QPoint &position);
     void checkPart();
-    void watchMenu(QMenu *menu);
+    void watchMenu(QMenu *menu, const QPoint &position);
     void watchObject(QObject *object);
     void follow();
     bool isSeen() const;

@@ -21,6 +21,7 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTabBar>
+#include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTreeWidget>
 
 using namespace Vidtips;
@@ -95,7 +96,9 @@ private slots:
     void goesWithTheRowThatIsScrolledAway();
     void goesWithItsPart_data();
     void goesWithItsPart();
+    void goesWithThePageOfItsTab();
     void goesWhenTheMenuGoesOn();
+    void staysWithinItsEntry();
     void goesWithTheMenu();
     void staysWhenItsSubmenuOpens();
     void goesWhenThePointerLeavesThroughItOntoTheDesktop();
@@ -339,6 +342,30 @@ void tst_ComingAndGoing::goesWithItsPart()
         menu->close();
 }
 
+void tst_ComingAndGoing::goesWithThePageOfItsTab()
+{
+    start();
+    QTabWidget pages(m_host->window->centralWidget());
+    for (const QString &title : QStringList{"One", "Two", "Three"})
+        pages.addTab(new QWidget, title);
+    pages.setGeometry(230, 265, 250, 60);
+    pages.show();
+    pages.raise();
+    QTabBar *const bar = pages.tabBar();
+    const auto rectOf = [bar](int index) {
+        return QRect(bar->mapToGlobal(bar->tabRect(index).topLeft()), bar->tabRect(index).size());
+    };
+    QTRY_VERIFY(bar->isVisible());
+    const QPoint position = rectOf(1).center();
+    QVERIFY(RealPointer::moveTo(position));
+    QVERIFY(m_host->host()->show("tab 1", position, bar, rectOf(1)));
+    // Another tab comes where it was.
+    delete pages.widget(1);
+    QTRY_VERIFY(!m_host->isShown());
+    QCOMPARE(m_host->host()->notificationTexts(), (QStringList{"0 tab 1", "6 tab 1"}));
+    QVERIFY(rectOf(1).contains(position));
+}
+
 void tst_ComingAndGoing::goesWhenTheMenuGoesOn()
 {
     start();
@@ -350,6 +377,25 @@ void tst_ComingAndGoing::goesWhenTheMenuGoesOn()
     RealPointer::type("Down");
     QTRY_VERIFY(!m_host->isShown());
     QVERIFY(menu->isVisible());
+}
+
+// The tip is asked for before the menu knows of the pointer.
+void tst_ComingAndGoing::staysWithinItsEntry()
+{
+    start();
+    QMenu *const menu = m_host->openMenu();
+    menu->setActiveAction(nullptr);
+    const QPoint entry = m_host->entry(menu, 0);
+    QVERIFY(m_host->host()->show("start", entry, menu));
+    const QSignalSpy hovered(menu, &QMenu::hovered);
+    QVERIFY(RealPointer::moveTo(entry));
+    QTRY_COMPARE(menu->activeAction(), menu->actions().constFirst());
+    QTRY_VERIFY(!hovered.isEmpty());
+    QVERIFY(RealPointer::moveTo(entry + QPoint(5, 0)));
+    QVERIFY(RealPointer::passEvents());
+    QVERIFY(m_host->isShown());
+    QCOMPARE(m_host->host()->notificationTexts(), QStringList{"0 start"});
+    menu->close();
 }
 
 void tst_ComingAndGoing::goesWithTheMenu()
