@@ -21,6 +21,15 @@ bool isOwnedBy(const QWidget *widget, const QWidget *owner)
     return widget;
 }
 
+// Menus and the lists of combo boxes take every key for as long as they are open.
+void closePopups()
+{
+    while (QWidget *const popup = QApplication::activePopupWidget()) {
+        if (!popup->close())
+            return;
+    }
+}
+
 } // namespace
 
 QWidget *VTTipKeeping::lastingWindow(const QWidget *widget)
@@ -76,9 +85,12 @@ void VTTipKeeping::moveInto(VTTipContainer container, const QPoint &position) co
 // The user has just asked for it: the keyboard is for the kept tip.
 void VTTipKeeping::takeFocus() const
 {
-    if (m_tip->view())
-        m_tip->view()->setFocus();
-    m_tip->activateWindow();
+    const QPointer<VTWidget> guard(m_tip);
+    closePopups();
+    if (guard && guard->view())
+        guard->view()->setFocus();
+    if (guard)
+        guard->activateWindow();
 }
 
 void VTTipKeeping::becomeWindow(const QPoint &position) const
