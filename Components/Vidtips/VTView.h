@@ -179,7 +179,8 @@ protected:
     /** Makes the scene as large as the user interface. The base class has no part in it. */
     void resizeEvent(QResizeEvent *event) override;
 
-    /** Gives the key to the user interface; Escape closes a kept tip that is a window, unless that wants it. */
+    /** Gives the key to the user interface; Escape closes a kept tip that is a window, unless that wants it.
+     */
     void keyPressEvent(QKeyEvent *event) override;
 
 private:

@@ -23,7 +23,8 @@ private slots:
 void tst_CommandTable::helpsWithEveryCommand_data()
 {
     QTest::addColumn<QString>("command");
-    for (const char *command : {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"})
+    for (const char *command :
+         {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"})
         QTest::newRow(command) << command;
 }
 
@@ -102,7 +103,8 @@ void tst_CommandTable::fallsSilentWithoutAReader()
 void tst_CommandTable::describesItselfInAManualPage()
 {
     const QString page = QString::fromUtf8(TestPackages::read(MANUAL_PAGE)).replace("\\-", "-");
-    for (const char *command : {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"}) {
+    for (const char *command :
+         {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"}) {
         QVERIFY2(page.contains(QString("\n.SH %1\n").arg(QString(command).toUpper())), command);
         static const QRegularExpression option("^    (--[a-z-]+)", QRegularExpression::MultilineOption);
         auto options = option.globalMatch(ToolRun({command, "--help"}).output);
