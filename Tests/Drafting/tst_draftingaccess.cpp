@@ -4,6 +4,7 @@
 #include <Vidtips/VTVideoComponent.h>
 
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsObject>
 
 #include <memory>
@@ -28,6 +29,9 @@ private slots:
     void arrowsScrub();
     void escapeCloses();
     void nextTipBeginsAnew();
+    void staysAsLargeInAnotherLanguage();
+    void followsTheReadingDirection_data();
+    void followsTheReadingDirection();
 
 private:
     QAccessibleInterface *panel() const { return QAccessible::queryAccessibleInterface(view); }
@@ -229,6 +233,44 @@ void tst_DraftingAccess::nextTipBeginsAnew()
     QVERIFY(item->property("focus").toBool());
     show("draw.circle");
     QVERIFY(!item->property("focus").toBool());
+}
+
+void tst_DraftingAccess::staysAsLargeInAnotherLanguage()
+{
+    show("draw.line");
+    const auto state = [this] { return view->rootObject()->property("state").toString(); };
+    QTRY_COMPARE(state(), QStringLiteral("expanded"));
+    const QPointer<VTXmlElement> before = session->content();
+    QEvent event(QEvent::LanguageChange);
+    QCoreApplication::sendEvent(qApp, &event);
+    QTRY_VERIFY(!before);
+    QVERIFY(session->content());
+    QCOMPARE(state(), QStringLiteral("expanded"));
+    QVERIFY(session->host->show("draw.circle", QPoint(10, 20), &command));
+    QCOMPARE(state(), QString());
+}
+
+void tst_DraftingAccess::followsTheReadingDirection_data()
+{
+    QTest::addColumn<bool>("isKept");
+    QTest::newRow("on screen") << false;
+    QTest::newRow("kept") << true;
+}
+
+void tst_DraftingAccess::followsTheReadingDirection()
+{
+    QFETCH(bool, isKept);
+    if (isKept)
+        keep("draw.line");
+    else
+        show("draw.line");
+    const auto *const help = qobject_cast<const QGraphicsObject *>(find("More help")->object());
+    const auto isOnTheLeft = [=] { return help->sceneBoundingRect().center().x() < view->width() / 2; };
+    QVERIFY(isOnTheLeft());
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    QTRY_VERIFY(!isOnTheLeft());
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    QTRY_VERIFY(isOnTheLeft());
 }
 
 QTEST_MAIN(tst_DraftingAccess)

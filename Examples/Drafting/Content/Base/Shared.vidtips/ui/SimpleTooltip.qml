@@ -8,14 +8,13 @@ Item {
 
     property QtObject tip: vidtip
     property bool complete: false
-    property bool mirrored: false
+    property bool mirrored: Qt.application.layoutDirection === Qt.RightToLeft
     property int margin: 8
     property int widest: 320
 
     function read() {
         if (!tip || !complete)
             return;
-        mirrored = Qt.application.layoutDirection === Qt.RightToLeft;
         title.text = Content.attribute(tip, "title");
         shortcut.text = tip.attribute("shortcut");
         var reason = Content.hostProperty("available", "on") === "off" ? Content.text(tip, "unavailable") : "";

@@ -5,7 +5,7 @@ import QtQuick 1.1
 Item {
     id: style
 
-    property bool mirrored: false
+    property bool mirrored: Qt.application.layoutDirection === Qt.RightToLeft
     property bool motion: true
 
     property color window: palette.window

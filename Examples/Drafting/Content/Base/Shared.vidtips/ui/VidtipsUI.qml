@@ -9,6 +9,7 @@ Rectangle {
 
     property QtObject tip: vidtip
     property bool complete: false
+    property string key: ""
     property string title: ""
     property string summary: ""
     property string shortcut: ""
@@ -23,10 +24,12 @@ Rectangle {
     property bool plays: !!media.item && !!media.item.toggle && media.item.visible
 
     function read() {
+        // The same tip in another language; a tip that goes leaves this state.
+        var isBeingRead = state === "expanded" && !!tip && tip.attribute("key") === key;
         state = "";
         if (!tip || !complete)
             return;
-        look.mirrored = Qt.application.layoutDirection === Qt.RightToLeft;
+        key = tip.attribute("key");
         look.motion = Content.hostProperty("motion", "on") !== "off";
         title = Content.attribute(tip, "title");
         shortcut = tip.attribute("shortcut");
@@ -44,13 +47,13 @@ Rectangle {
             dwell.restart();
         else
             dwell.stop();
-        // A kept tip gets other content in another language; it stays as large as it was, and changes its name.
-        if (pinned) {
+        // A kept tip changes its name with the language.
+        if (pinned)
             tip.title = title;
-            expand();
-        } else {
+        else
             root.focus = true;
-        }
+        if (pinned || isBeingRead)
+            expand();
     }
 
     function expand() {
