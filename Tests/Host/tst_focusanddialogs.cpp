@@ -248,9 +248,11 @@ void tst_FocusAndDialogs::aboveItsWindow()
     }
     m_host->window->activateWindow();
     QVERIFY(RealPointer::waitForWindow(m_host->window));
-    // It is active before it is that large, and its commands are elsewhere then.
-    QTRY_VERIFY_WITH_TIMEOUT(!fullScreen
-                                 || m_host->window->geometry() == m_host->window->screen()->geometry(),
+    // It is active before it is that large, and its commands are elsewhere then. Only window managers make it
+    // so.
+    const bool grows = fullScreen && qgetenv("VIDTIPS_WINDOW_MANAGER") != "none";
+    const QWidget *const window = m_host->window;
+    QTRY_VERIFY_WITH_TIMEOUT(!grows || window->geometry() == window->screen()->geometry(),
                              RealPointer::patience);
     QVERIFY(m_host->hover(m_host->plain));
     QTRY_COMPARE(pixelInTip(), QColor("#2060c0"));
