@@ -183,7 +183,8 @@ void tst_DraftingAccess::spaceAndReturnPress()
     QFETCH(int, key);
     keep("draw.line");
     QTRY_COMPARE(focused(), QStringLiteral("Play"));
-    QTRY_VERIFY_WITH_TIMEOUT(find("Line")->object()->property("loadProgress").toDouble() > 0, 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(find("Line")->object()->property("status").toInt() == VTVideoComponent::Ready,
+                             30000);
     QTest::keyClick(view, Qt::Key(key));
     QTRY_VERIFY(find("Line")->state().animated);
     QTRY_COMPARE(focused(), QStringLiteral("Pause"));

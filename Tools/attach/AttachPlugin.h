@@ -10,5 +10,5 @@ class AttachPlugin : public QGenericPlugin
 
 public:
     /** Returns the Attachment, which belongs to Qt. */
-    QObject *create(const QString &key, const QString &specification) override;
+    QObject *create(const QString &key, const QString &parameters) override;
 };
