@@ -3,6 +3,7 @@
 #include "VTManager.h"
 #include "VTTipContainer_p.h"
 #include "VTTipContent_p.h"
+#include "VTTipOwner_p.h"
 #include "VTView.h"
 #include "VTWidget.h"
 
@@ -32,20 +33,6 @@ void closePopups()
 
 } // namespace
 
-QWidget *VTTipKeeping::lastingWindow(const QWidget *widget)
-{
-    QWidget *window = widget->window();
-    while (window->windowType() == Qt::Popup && window->parentWidget())
-        window = window->parentWidget()->window();
-    return window->windowType() == Qt::Popup ? QApplication::activeWindow() : window;
-}
-
-QWidget *VTTipKeeping::owner() const
-{
-    QWidget *const window = m_reference ? lastingWindow(m_reference) : nullptr;
-    return window == m_tip ? nullptr : window;
-}
-
 bool VTTipKeeping::canMoveInto(QWidget *container) const
 {
     if (!container || container == m_tip || m_tip->isAncestorOf(container))
@@ -66,7 +53,7 @@ bool VTTipKeeping::canMoveInto(QWidget *container) const
 void VTTipKeeping::prepare(QWidget *container) const
 {
     if (isOwnedBy(container, m_tip))
-        container->setParent(owner(), container->windowFlags());
+        container->setParent(VTTipOwner(m_tip, m_reference).window(), container->windowFlags());
 }
 
 void VTTipKeeping::moveInto(VTTipContainer container, const QPoint &position) const
@@ -96,7 +83,7 @@ void VTTipKeeping::takeFocus() const
 void VTTipKeeping::becomeWindow(const QPoint &position) const
 {
     m_tip->setAttribute(Qt::WA_DeleteOnClose);
-    m_tip->setParent(owner(),
+    m_tip->setParent(VTTipOwner(m_tip, m_reference).window(),
                      Qt::Tool | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint
                          | Qt::WindowCloseButtonHint);
     m_tip->setWindowModality(Qt::NonModal);

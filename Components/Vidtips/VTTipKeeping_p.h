@@ -19,12 +19,6 @@ public:
     {
     }
 
-    /** Returns the window that @p widget is in; menus and other popups come and go, so not those. */
-    static QWidget *lastingWindow(const QWidget *widget);
-
-    /** Returns the window that the tip belongs to; may be null. */
-    QWidget *owner() const;
-
     /** Tells whether @p container, which may be null, can take the tip in; the host is told why not. */
     bool canMoveInto(QWidget *container) const;
 

@@ -7,6 +7,7 @@
 #include "VTManager.h"
 #include "VTSurroundings_p.h"
 #include "VTTipContent_p.h"
+#include "VTTipOwner_p.h"
 #include "VTTipWatch_p.h"
 #include "VTView.h"
 #include "VTWidget.h"
@@ -101,7 +102,7 @@ bool VTTipShowing::announce(const VTShowRequest &request, VTFoundContent &found)
 bool VTTipShowing::keeps(const QString &key, const VTShowRequest &request)
 {
     VTWidget *const window = m_manager->widget();
-    if (!isVisibleWith(window, key) || !window->belongsTo(request.object))
+    if (!isVisibleWith(window, key) || !VTTipOwner(window, request.widget()).isJoined())
         return false;
     if (request.object)
         m_watch->begin(window, request.object, request.rect, request.position);
@@ -152,7 +153,7 @@ void VTTipShowing::findFallback(const QString &key, VTFoundContent &found)
 void VTTipShowing::hideFromOtherOwner(const VTShowRequest &request)
 {
     VTWidget *const window = m_manager->widget();
-    if (window && window->isVisible() && !window->belongsTo(request.object))
+    if (window && window->isVisible() && !VTTipOwner(window, request.widget()).isJoined())
         window->hide();
 }
 

@@ -2,7 +2,7 @@
 
 #include "VTPointer_p.h"
 #include "VTShowLog_p.h"
-#include "VTTipKeeping_p.h"
+#include "VTTipOwner_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QEvent>
@@ -69,7 +69,7 @@ bool VTTipWatch::isOfAnotherWindow(const QWidget *widget) const
     const QWidget *const window = widget ? widget->window() : nullptr;
     if (!command || !window || window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip)
         return false;
-    return !m_command.isReachedThrough(window) && window != VTTipKeeping::lastingWindow(command);
+    return !m_command.isReachedThrough(window) && window != VTTipOwner::lastingWindow(command);
 }
 
 void VTTipWatch::handleApplicationEvent(const QWidget *widget, const QEvent *event)

@@ -10,6 +10,7 @@
 #include "VTTipContainer_p.h"
 #include "VTTipFade_p.h"
 #include "VTTipKeeping_p.h"
+#include "VTTipOwner_p.h"
 #include "VTTipPlace_p.h"
 #include "VTTipPopup_p.h"
 #include "VTView.h"
@@ -20,7 +21,6 @@
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtGui/QMoveEvent>
-#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -154,8 +154,7 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     if (!referenceRect.isValid() && d->reference)
         d->referenceRect = QRect(d->reference->mapToGlobal(QPoint(0, 0)), d->reference->size());
     d->referenceIsAway = false;
-    leaveMinimised();
-    joinOwner();
+    VTTipOwner(this, d->reference).join();
     if (d->popup)
         askPopup(pos);
     const QPointer<VTView> view = d->view;
@@ -235,61 +234,16 @@ void VTWidget::changeEvent(QEvent *event)
         d->manager->refreshLater();
 }
 
-// A window manager that minimises a tip with its window may say so after the tip was hidden. A native window
-// that leaves that state would come onto the screen at once, and one that kept it would take its owner along.
-void VTWidget::leaveMinimised()
-{
-    if (isVisible() || !isMinimized() || !isWindow())
-        return;
-    destroy();
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-}
-
-QWidget *VTWidget::owner()
-{
-    QWidget *const wanted =
-        d->reference ? VTTipKeeping(this, d->reference).owner() : QApplication::activeModalWidget();
-    return VTWindowKind::footing(wanted, this);
-}
-
 void VTWidget::askPopup(const QPoint &pos)
 {
     const QPoint begin = d->manager ? d->manager->tooltipPosition(QPoint(), nullptr) : QPoint();
     d->popup->ask(surroundingsOf(d->reference, d->referenceRect, pos - begin, QSize(begin.x(), begin.y())),
-                  owner());
+                  VTTipOwner(this, d->reference).footing());
 }
 
 bool VTWidget::isPlacedAnew() const
 {
     return d->popup && d->popup->isMoving();
-}
-
-// A modal window blocks every other one except those that belong to it, and window managers keep a window
-// above the one that it belongs to, whatever that is above itself.
-void VTWidget::joinOwner()
-{
-    if (parentWidget())
-        return;
-    const QWidget *const window = owner();
-    QWindow *const handle = window ? window->windowHandle() : nullptr;
-    // A window that is on its way from the screen cannot change over to another owner.
-    if (windowHandle() && !isVisible() && windowHandle()->transientParent() != handle)
-        destroy();
-    if (!windowHandle())
-        create();
-    // A click into a tip leaves the keyboard where it is. The widget's own flags are not touched.
-    windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
-    windowHandle()->setTransientParent(handle);
-}
-
-// The window system learns of it only when a window is shown.
-bool VTWidget::belongsTo(const QObject *reference) const
-{
-    const auto *const widget = qobject_cast<const QWidget *>(reference);
-    if (!widget || !windowHandle() || parentWidget())
-        return true;
-    const QWidget *const window = VTTipKeeping::lastingWindow(widget);
-    return windowHandle()->transientParent() == (window ? window->windowHandle() : nullptr);
 }
 
 void VTWidget::refer(QWidget *reference, const QRect &rect)

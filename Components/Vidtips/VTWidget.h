@@ -121,6 +121,8 @@ private:
     // The manager stands above the operations that everybody may call, and acts before they do.
     friend class VTTipShowing;
     friend class VTTipWatch;
+    // It makes the native window, and ends it.
+    friend class VTTipOwner;
     VIDTIPS_NO_EXPORT bool fadesOut() const;
     VIDTIPS_NO_EXPORT void stopFadeOut();
     VIDTIPS_NO_EXPORT int idleInterval() const;
@@ -129,12 +131,8 @@ private:
     VIDTIPS_NO_EXPORT void reveal();
     VIDTIPS_NO_EXPORT void askPopup(const QPoint &pos);
     VIDTIPS_NO_EXPORT bool isPlacedAnew() const;
-    VIDTIPS_NO_EXPORT QWidget *owner();
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
     VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
-    VIDTIPS_NO_EXPORT bool belongsTo(const QObject *reference) const;
-    VIDTIPS_NO_EXPORT void leaveMinimised();
-    VIDTIPS_NO_EXPORT void joinOwner();
     VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
     VIDTIPS_NO_EXPORT QRect frameOnScreen() const;
 

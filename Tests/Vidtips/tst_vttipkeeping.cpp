@@ -5,7 +5,6 @@
 #include "TestPackage.h"
 
 #include <QtTest/QTest>
-#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSplitter>
 
@@ -19,8 +18,6 @@ class tst_VTTipKeeping : public QObject
 private slots:
     void init();
     void cleanup();
-    void lastingWindow();
-    void ownerOfTheTip();
     void canMoveInto();
     void obstacleIsTold();
     void containerThatTheTipOwns();
@@ -51,30 +48,6 @@ void tst_VTTipKeeping::cleanup()
 {
     session.reset();
     delete button;
-}
-
-void tst_VTTipKeeping::lastingWindow()
-{
-    QCOMPARE(VTTipKeeping::lastingWindow(button), &host);
-    QCOMPARE(VTTipKeeping::lastingWindow(&host), &host);
-    QMenu menu(button);
-    QCOMPARE(VTTipKeeping::lastingWindow(&menu), &host);
-    const QMenu *const submenu = menu.addMenu("More");
-    QCOMPARE(VTTipKeeping::lastingWindow(submenu), &host);
-    const QMenu alone;
-    QCOMPARE(VTTipKeeping::lastingWindow(&alone), QApplication::activeWindow());
-}
-
-void tst_VTTipKeeping::ownerOfTheTip()
-{
-    QCOMPARE(VTTipKeeping(tip, button).owner(), &host);
-    QVERIFY(!VTTipKeeping(tip, nullptr).owner());
-    QVERIFY(!VTTipKeeping(tip, tip).owner());
-    QVERIFY(!VTTipKeeping(tip, tip->view()).owner());
-    const VTTipKeeping keeping(tip, button);
-    delete button;
-    button = nullptr;
-    QVERIFY(!keeping.owner());
 }
 
 void tst_VTTipKeeping::canMoveInto()
