@@ -3,7 +3,6 @@
 #include "engine/qdeclarativeregistration_p.h"
 #include "qdeclarativegridview_p.h"
 #include "qdeclarativelistview_p.h"
-#include "qdeclarativepathview_p.h"
 
 void registerDeclarativeViewsTypes()
 {
@@ -11,5 +10,4 @@ void registerDeclarativeViewsTypes()
     registerDeclarativeType<QDeclarativeViewSection>("ViewSection");
     registerDeclarativeType<QDeclarativeListView>("ListView");
     registerDeclarativeType<QDeclarativeGridView>("GridView");
-    registerDeclarativeType<QDeclarativePathView>("PathView");
 }

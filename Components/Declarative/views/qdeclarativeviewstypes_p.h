@@ -1,4 +1,4 @@
 #pragma once
 
-/** Registers the views of models. */
+/** Registers the views of models in rows. */
 void registerDeclarativeViewsTypes();

@@ -13,6 +13,7 @@
 #include "models/qdeclarativemodelstypes_p.h"
 #include "motion/qdeclarativemotiontypes_p.h"
 #include "particles/qdeclarativeparticlestypes_p.h"
+#include "pathview/qdeclarativepathviewtypes_p.h"
 #include "qdeclarativedatabases_p.h"
 #include "text/qdeclarativetexttypes_p.h"
 #include "views/qdeclarativeviewstypes_p.h"
@@ -25,10 +26,11 @@ using RegisterTypes = void (*)();
 
 // Of each room that has types, from the lowest to the highest.
 const RegisterTypes rooms[] = {
-    registerDeclarativeEngineTypes,  registerDeclarativeItemTypes,     registerDeclarativeInputTypes,
-    registerDeclarativeModelsTypes,  registerDeclarativeImageTypes,    registerDeclarativeTextTypes,
-    registerDeclarativeEditorsTypes, registerDeclarativeMotionTypes,   registerDeclarativeFlickableTypes,
-    registerDeclarativeViewsTypes,   registerDeclarativeElementsTypes, registerDeclarativeParticlesTypes,
+    registerDeclarativeEngineTypes,    registerDeclarativeItemTypes,     registerDeclarativeInputTypes,
+    registerDeclarativeModelsTypes,    registerDeclarativeImageTypes,    registerDeclarativeTextTypes,
+    registerDeclarativeEditorsTypes,   registerDeclarativeMotionTypes,   registerDeclarativeFlickableTypes,
+    registerDeclarativeViewsTypes,     registerDeclarativePathViewTypes, registerDeclarativeElementsTypes,
+    registerDeclarativeParticlesTypes,
 };
 
 // Properties and signals of hosts name these by their QML 1 names, which moc writes down.

@@ -1,0 +1,4 @@
+#pragma once
+
+/** Registers the view of a model along a path. */
+void registerDeclarativePathViewTypes();
