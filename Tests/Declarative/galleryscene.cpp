@@ -171,6 +171,25 @@ void GalleryScene::load()
     if (!QTest::qWaitForWindowActive(&m_view))
         qFatal("the window does not become active");
     wait(100);
+    waitForModels();
+}
+
+// A thread of its own reads them, which the recorder had time for.
+void GalleryScene::waitForModels()
+{
+    constexpr int loading = 2;
+    const auto isReading = [this] {
+        const auto objects = m_view.rootObject()->findChildren<QObject *>();
+        return std::any_of(objects.begin(), objects.end(), [](const QObject *object) {
+            return object->inherits("QDeclarativeXmlListModel")
+                && object->property("status").toInt() == loading;
+        });
+    };
+    if (!m_view.rootObject() || !isReading())
+        return;
+    // One that is not read to its end differs from what was recorded.
+    if (QTest::qWaitFor([&] { return !m_view.rootObject() || !isReading(); }, 30000))
+        wait(100);
 }
 
 void GalleryScene::wait(int milliseconds)
@@ -189,14 +208,16 @@ QJsonValue GalleryScene::play(const QJsonObject &step)
 {
     if (step.contains(QLatin1String("eval")))
         return evaluate(step.value(QLatin1String("eval")).toString());
-    if (step.contains(QLatin1String("wait")))
+    if (step.contains(QLatin1String("wait"))) {
         wait(step.value(QLatin1String("wait")).toInt());
-    else if (step.contains(QLatin1String("mouse")))
+        waitForModels();
+    } else if (step.contains(QLatin1String("mouse"))) {
         mouse(step);
-    else if (step.contains(QLatin1String("key")))
+    } else if (step.contains(QLatin1String("key"))) {
         key(step);
-    else
+    } else {
         qFatal("the gallery has an unknown step");
+    }
     return QJsonValue::Undefined;
 }
 

@@ -47,6 +47,7 @@ public:
     bool isReady() const { return m_view.status() == QDeclarativeView::Ready; }
 
 private:
+    void waitForModels();
     QJsonValue evaluate(const QString &script);
     void mouse(const QJsonObject &step);
     void sendMouse(QEvent::Type type, const QPoint &at, Qt::MouseButton button,
