@@ -45,6 +45,7 @@ AttachedTips *AttachedTips::create(const AttachSettings &settings)
 
 AttachedTips::AttachedTips(VTContext &context, const AttachSettings &settings)
     : VTInterface(context, settings.dataPaths, nullptr)
+    , m_index(manager()->index())
     , m_traces(settings.isTraced)
 {
     m_locator.setFallbacks(CommandTexts::fallbacks);

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <Vidtips/VTCommandLocator.h>
+#include <Vidtips/VTIndex.h>
 #include <Vidtips/VTInterface.h>
 
 #include <QtCore/QPoint>
 #include <QtCore/QPointer>
+
+#include <memory>
 
 struct AttachSettings;
 
@@ -28,6 +31,7 @@ private:
     bool isTraced(QObject *object, const QPoint &position) const;
     bool isForeignTip(const QWidget *window) const;
 
+    const std::unique_ptr<Vidtips::VTIndex> m_index; ///< The manager's, which is its host's to delete.
     Vidtips::VTCommandLocator m_locator;
     Vidtips::VTCommandLocator::Command m_command; ///< What the pointer rested on last.
     QPointer<QObject> m_traced;
