@@ -31,6 +31,15 @@
 
 namespace {
 
+// Who ends by exit() leaves the application, and whatever that has, where it is.
+bool leavesAllBehind = false;
+
+[[noreturn]] void leave(int status)
+{
+    leavesAllBehind = true;
+    std::exit(status);
+}
+
 constexpr int patience = 30000; // milliseconds, on a busy machine
 
 void say(const QString &text)
@@ -190,7 +199,7 @@ int perform(Window &window, const QStringList &steps)
         else if (what == "return")
             return value.toInt();
         else if (what == "exit")
-            std::exit(value.toInt());
+            leave(value.toInt());
         else if (what == "_exit")
             _exit(value.toInt());
         else if (what == "signal")
@@ -200,6 +209,12 @@ int perform(Window &window, const QStringList &steps)
 }
 
 } // namespace
+
+// Asked by the leak sanitizer at the program's end.
+extern "C" __attribute__((visibility("default"))) int __lsan_is_turned_off()
+{
+    return leavesAllBehind;
+}
 
 int main(int argc, char *argv[])
 {
