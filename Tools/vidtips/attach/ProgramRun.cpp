@@ -16,24 +16,54 @@ namespace {
 constexpr int patience = 5000; // milliseconds: for a program that was asked to end
 
 std::atomic<pid_t> runningProgram{0};
+std::atomic<int> receivedSignal{0};
 
-// What the terminal sends reaches the program by itself; the tool waits for what it makes of that.
-constexpr int sharedSignals[] = {SIGINT, SIGQUIT};
-constexpr int forwardedSignals[] = {SIGTERM, SIGHUP};
-
-extern "C" void forwardSignal(int signal)
+// Also one that came before it was known whom it is for.
+void passSignalOn()
 {
-    if (const pid_t program = runningProgram)
+    const pid_t program = runningProgram;
+    const int signal = program ? receivedSignal.exchange(0) : 0;
+    if (signal)
         kill(program, signal);
 }
 
-void guardSignals(pid_t program)
+extern "C" void takeSignal(int signal)
 {
-    runningProgram = program;
-    for (int signal : sharedSignals)
-        std::signal(signal, SIG_IGN);
-    for (int signal : forwardedSignals)
-        std::signal(signal, program ? forwardSignal : SIG_DFL);
+    receivedSignal = signal;
+    passSignalOn();
+}
+
+using SignalHandler = void (*)(int);
+
+struct GuardedSignal
+{
+    int number;
+    SignalHandler guard;
+    SignalHandler before;
+};
+
+// What the terminal sends reaches the program by itself; the tool waits for what it makes of that.
+GuardedSignal guardedSignals[] = {{SIGINT, SIG_IGN, SIG_DFL},
+                                  {SIGQUIT, SIG_IGN, SIG_DFL},
+                                  {SIGTERM, takeSignal, SIG_DFL},
+                                  {SIGHUP, takeSignal, SIG_DFL}};
+
+// What is ignored stays so: the program is to ignore it, too.
+void guardSignals()
+{
+    receivedSignal = 0;
+    for (GuardedSignal &signal : guardedSignals) {
+        signal.before = std::signal(signal.number, signal.guard);
+        if (signal.before == SIG_IGN)
+            std::signal(signal.number, SIG_IGN);
+    }
+}
+
+void unguardSignals()
+{
+    runningProgram = 0;
+    for (const GuardedSignal &signal : guardedSignals)
+        std::signal(signal.number, signal.before);
 }
 
 void dieBy(int signal)
@@ -72,25 +102,30 @@ QString ProgramRun::start(const QString &path, const QStringList &arguments, Att
     setProcessEnvironment(environment);
     setProcessChannelMode(ForwardedChannels);
     setInputChannelMode(ForwardedInputChannel);
+    guardSignals();
     QProcess::start(path, arguments);
-    if (!waitForStarted(-1))
+    if (!waitForStarted(-1)) {
+        unguardSignals();
         return QString("cannot start %1: %2").arg(path, errorString());
-    guardSignals(pid_t(processId()));
+    }
+    runningProgram = pid_t(processId());
+    passSignalOn();
     return {};
 }
 
 // Runs in the new process, before the program does.
 void ProgramRun::setupChildProcess()
 {
-    for (int signal : sharedSignals)
-        std::signal(signal, SIG_DFL);
+    unguardSignals();
 }
 
 bool ProgramRun::wait(int milliseconds)
 {
-    if (state() != NotRunning && !waitForFinished(milliseconds))
-        return state() == NotRunning;
-    runningProgram = 0;
+    if (state() != NotRunning)
+        waitForFinished(milliseconds);
+    if (state() != NotRunning)
+        return false;
+    unguardSignals();
     return true;
 }
 
