@@ -184,6 +184,8 @@ int perform(Window &window, const QStringList &steps)
             window.line->setShortcut(QKeySequence(value));
         else if (what == "text")
             window.line->setText(value);
+        else if (what == "name")
+            window.line->setObjectName(value);
         else if (what == "drop")
             delete window.line;
         else if (what == "delete")

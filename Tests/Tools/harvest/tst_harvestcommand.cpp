@@ -27,6 +27,7 @@ private slots:
     void makesAPackage();
     void takesAnotherPackagesUserInterface();
     void tellsOfCommandsWithoutNames();
+    void leavesOutNamesThatCannotBeKeys();
     void takesTextsWhereAsked();
     void changesNothingWithoutAReason();
     void addsWhatIsNew();
@@ -121,6 +122,17 @@ void tst_HarvestCommand::tellsOfCommandsWithoutNames()
                           "  Draw: QAction \"Twice\", for example \"drawTwice\"",
                           "  Draw: QAction \"Twice\", for example \"drawTwice\""}));
     QVERIFY(!content(drawFile).contains("Unnamed"));
+}
+
+void tst_HarvestCommand::leavesOutNamesThatCannotBeKeys()
+{
+    const ToolRun run = harvest({"name:draw\u0001line"});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(firstLine(run), QString("Foreign.vidtips: 3 new, 0 kept, 0 changed, 0 gone"));
+    QCOMPARE(lines(run.output).last(),
+             QString("  Draw: QAction \"Line\", whose name \"draw\uFFFDline\" holds a control character"));
+    QVERIFY(content(drawFile).contains("key=\"draw.circle\""));
+    QVERIFY(!content(drawFile).contains("Line"));
 }
 
 void tst_HarvestCommand::takesTextsWhereAsked()

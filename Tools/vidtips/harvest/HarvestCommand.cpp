@@ -81,20 +81,31 @@ void writeSummary(const HarvestedPackage &package, Console &console)
         console.writeLine("gone     " + key);
 }
 
-void writeUnnamed(const QVector<HarvestedCommand> &commands, Console &console)
+QString unnamed(const HarvestedCommand &command)
 {
-    bool isFirst = true;
-    for (const HarvestedCommand &command : commands) {
-        if (command.hasUsableKey || command.title.isEmpty())
-            continue;
-        if (isFirst)
-            console.writeLine(
-                "\nThese commands have no names, so there are no tips for them. In the program's source, "
-                "setObjectName() gives a name:");
-        isFirst = false;
-        console.writeLine(QString("  %1: %2 \"%3\", for example \"%4\"")
-                              .arg(command.group, command.className, command.title, command.suggestedName()));
-    }
+    if (command.hasUsableKey || !command.keyProblem.isEmpty() || command.title.isEmpty())
+        return {};
+    return QString("  %1: %2 \"%3\", for example \"%4\"")
+        .arg(command.group, command.className, command.title, command.suggestedName());
+}
+
+QString unwritable(const HarvestedCommand &command)
+{
+    if (command.keyProblem.isEmpty())
+        return {};
+    return QString("  %1: %2 \"%3\", whose name \"%4\" %5")
+        .arg(command.group, command.className, command.title, command.shownKey(), command.keyProblem);
+}
+
+void writeLeftOut(const QString &heading, const QVector<HarvestedCommand> &commands,
+                  QString (*lineOf)(const HarvestedCommand &), Console &console)
+{
+    QStringList lines;
+    for (const HarvestedCommand &command : commands)
+        lines << lineOf(command);
+    lines.removeAll(QString());
+    if (!lines.isEmpty())
+        console.writeLine('\n' + heading + '\n' + lines.join('\n'));
 }
 
 } // namespace
@@ -160,6 +171,10 @@ int HarvestCommand::run(const QCommandLineParser &arguments, Console &console)
     if (!problem.isEmpty())
         return console.fail(problem);
     writeSummary(package, console);
-    writeUnnamed(commands, console);
+    writeLeftOut("These commands have no names, so there are no tips for them. In the program's source, "
+                 "setObjectName() gives a name:",
+                 commands, &unnamed, console);
+    writeLeftOut("The names of these commands cannot be keys, so there are no tips for them:", commands,
+                 &unwritable, console);
     return ExitFine;
 }

@@ -10,6 +10,7 @@
 
 namespace {
 
+constexpr int longestName = 200; // of a file, before its endings: at most 255 bytes with them
 constexpr char goneComment[] = "harvest: the program no longer has this command";
 
 QString fileNameOf(const QString &text)
@@ -18,7 +19,7 @@ QString fileNameOf(const QString &text)
     QString name = QString(text).replace(unfit, "-");
     while (name.startsWith('-') || name.startsWith('.'))
         name.remove(0, 1);
-    return name.isEmpty() ? QString("Other") : name;
+    return name.isEmpty() ? QString("Other") : name.left(longestName);
 }
 
 QString attribute(const char *name, const QString &value)
