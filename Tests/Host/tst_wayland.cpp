@@ -1,9 +1,8 @@
+#include "NestedPointer.h"
 #include "OuterScreen.h"
-#include "RealPointer.h"
 #include "TestHost.h"
 #include "TestPackage.h"
 
-#include <QtGui/QWindow>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
@@ -98,6 +97,7 @@ private slots:
 private:
     QPushButton *addCommand(const QString &name, const QPoint &center);
     QPoint openFramed();
+    static QPoint shiftOf(const QWidget *window, const QPoint &corner);
     bool hover(const QWidget *command);
     bool showsTip(const QRect &on = {}) const;
     QRect tipOnScreen() const { return OuterScreen::find(tipColor); }
@@ -108,6 +108,7 @@ private:
     std::unique_ptr<TestSession> m_session;
     std::unique_ptr<QWidget> m_window;
     std::unique_ptr<QWidget> m_framed;
+    NestedPointer m_pointer;
     QLineEdit *m_edit = nullptr;
     QStringList m_said;
 };
@@ -179,8 +180,7 @@ bool tst_Wayland::hover(const QWidget *command)
     const auto hasCome = [&] {
         return tip() && tip()->isVisible() && m_session->content()->attribute("key") == key && showsTip();
     };
-    return RealPointer::moveTo(RealPointer::center(command))
-        && QTest::qWaitFor(hasCome, RealPointer::patience);
+    return m_pointer.moveTo(RealPointer::center(command)) && QTest::qWaitFor(hasCome, RealPointer::patience);
 }
 
 void tst_Wayland::besideTheCommand_data()
@@ -229,10 +229,17 @@ QPoint tst_Wayland::openFramed()
     return OuterScreen::find(framedColor).topLeft();
 }
 
+// Where a window lies on the screen is the compositor's alone to know.
+QPoint tst_Wayland::shiftOf(const QWidget *window, const QPoint &corner)
+{
+    return corner - window->mapToGlobal(QPoint(0, 0));
+}
+
 void tst_Wayland::besideTheCommandOfAWindowWithAFrame()
 {
-    const QPoint pointer = openFramed() + QPoint(70, 42);
-    QVERIFY(RealPointer::moveTo(pointer));
+    const QPoint corner = openFramed();
+    const QPoint pointer = corner + QPoint(70, 42);
+    QVERIFY(m_pointer.moveTo(pointer, shiftOf(m_framed.get(), corner)));
     QTRY_VERIFY_WITH_TIMEOUT(showsTip(), RealPointer::patience);
     // The pointer came in two steps, and either may have been the one that the tip was asked for at.
     QVERIFY((tipOnScreen().topLeft() - pointer - QPoint(35, 30)).manhattanLength() <= 4);
@@ -278,7 +285,7 @@ void tst_Wayland::leavesTheActivationAndTakesClicks()
 {
     QSignalSpy focusChanges(qApp, &QApplication::focusChanged);
     QVERIFY(hover(m_window->findChild<QPushButton *>("middle")));
-    QVERIFY(RealPointer::click(tipOnScreen().topLeft() + QPoint(120, 40)));
+    QVERIFY(m_pointer.click(tipOnScreen().topLeft() + QPoint(120, 40)));
     QTRY_VERIFY_WITH_TIMEOUT(host()->notificationTexts().contains("20 middle"), RealPointer::patience);
     QVERIFY(tip()->isVisible());
     QVERIFY(m_window->isActiveWindow());
@@ -293,7 +300,7 @@ void tst_Wayland::takesTheWheel()
     QVERIFY(hover(m_window->findChild<QPushButton *>("middle")));
     const QPoint inTip = tipOnScreen().center();
     WheelLog wheel(tip()->view()->viewport());
-    QVERIFY(RealPointer::click(inTip, 5));
+    QVERIFY(m_pointer.click(inTip, 5));
     QTRY_COMPARE_WITH_TIMEOUT(wheel.turns, 1, RealPointer::patience);
     QVERIFY(tip()->isVisible());
 }
@@ -303,13 +310,13 @@ void tst_Wayland::goesWhenThePointerLeaves()
 {
     m_window->hide();
     const QPoint corner = openFramed();
-    QVERIFY(RealPointer::moveTo(corner + QPoint(70, 42)));
+    QVERIFY(m_pointer.moveTo(corner + QPoint(70, 42), shiftOf(m_framed.get(), corner)));
     QTRY_VERIFY_WITH_TIMEOUT(showsTip(), RealPointer::patience);
     const QRect window = OuterScreen::find(framedColor).adjusted(-60, -60, 60, 60);
     const QPoint outside(window.left() > 0 ? window.left() : window.right(), window.center().y());
     QVERIFY(QRect(QPoint(0, 0), screenSize).contains(outside));
     host()->context().set(IdleInterval, 100);
-    QVERIFY(RealPointer::moveTo(outside));
+    QVERIFY(m_pointer.moveUntil(outside, [&] { return !m_framed->underMouse(); }));
     QTRY_VERIFY_WITH_TIMEOUT(!tip()->isVisible(), RealPointer::patience);
     QTRY_VERIFY_WITH_TIMEOUT(!showsTip(), RealPointer::patience);
 }
@@ -341,7 +348,7 @@ void tst_Wayland::keptTipIsAWindow()
     const QPointer<VTWidget> kept = tip();
     qobject_cast<QObject *>(kept->view()->rootObject())->setProperty("page", 2);
     QTRY_COMPARE_WITH_TIMEOUT(tipOnScreen().height(), 200, RealPointer::patience);
-    QVERIFY(RealPointer::click(tipOnScreen().topLeft() + QPoint(40, 40)));
+    QVERIFY(m_pointer.click(tipOnScreen().topLeft() + QPoint(40, 40)));
     QTRY_VERIFY_WITH_TIMEOUT(tip() != kept, RealPointer::patience);
     QTRY_VERIFY_WITH_TIMEOUT(kept->isActiveWindow(), RealPointer::patience);
     QCOMPARE(kept->windowTitle(), QString("middle"));
@@ -351,15 +358,15 @@ void tst_Wayland::keptTipIsAWindow()
     OuterScreen::picture("wayland kept");
     // A bar with a title is above it, by which it is moved.
     const QPoint before = tipOnScreen().topLeft();
-    QVERIFY(RealPointer::jumpTo(before + QPoint(40, -10)));
+    QVERIFY(m_pointer.moveTo(before + QPoint(40, 40), shiftOf(kept, before)));
+    QVERIFY(m_pointer.moveUntil(before + QPoint(40, -10), [&] { return !kept->underMouse(); }));
     QVERIFY(RealPointer::xdotool({"mousedown", "1"}));
-    QVERIFY(RealPointer::jumpTo(before + QPoint(80, 20)));
-    QVERIFY(RealPointer::jumpTo(before + QPoint(140, 70)));
+    const auto hasMoved = [&] { return (tipOnScreen().topLeft() - before).manhattanLength() > 50; };
+    QVERIFY(m_pointer.moveUntil(before + QPoint(140, 70), hasMoved));
     QVERIFY(RealPointer::xdotool({"mouseup", "1"}));
-    QTRY_VERIFY_WITH_TIMEOUT((tipOnScreen().topLeft() - before).manhattanLength() > 50,
-                             RealPointer::patience);
     host()->notifications.clear();
-    QVERIFY(RealPointer::click(tipOnScreen().topLeft() + QPoint(120, 40)));
+    const QPoint after = tipOnScreen().topLeft();
+    QVERIFY(m_pointer.click(after + QPoint(120, 40), 1, shiftOf(kept, after)));
     QTRY_VERIFY_WITH_TIMEOUT(host()->notificationTexts().contains("20 middle"), RealPointer::patience);
     kept->close();
     QTRY_VERIFY_WITH_TIMEOUT(!showsTip() && m_window->isActiveWindow(), RealPointer::patience);
@@ -391,17 +398,17 @@ void tst_Wayland::besideTheMenu()
         menu->addAction("Make the plant " + name + " now")->setObjectName(name);
     bar.setGeometry(300, 300, 200, 30);
     bar.show();
-    QVERIFY(RealPointer::click(bar.mapToGlobal(bar.actionGeometry(menu->menuAction()).center())));
+    QVERIFY(m_pointer.click(bar.mapToGlobal(bar.actionGeometry(menu->menuAction()).center())));
     QTRY_VERIFY_WITH_TIMEOUT(menu->isVisible(), RealPointer::patience);
     const QPoint entry = menu->actionGeometry(menu->actions().constLast()).center();
-    QVERIFY(RealPointer::moveTo(menu->mapToGlobal(entry)));
+    QVERIFY(m_pointer.moveTo(menu->mapToGlobal(entry)));
     QTRY_VERIFY_WITH_TIMEOUT(showsTip(), RealPointer::patience);
     QVERIFY(!tipOnScreen().intersects(menu->geometry()));
     OuterScreen::picture("wayland menu");
-    QVERIFY(RealPointer::click(tipOnScreen().topLeft() + QPoint(120, 40)));
+    QVERIFY(m_pointer.click(tipOnScreen().topLeft() + QPoint(120, 40)));
     QTRY_VERIFY_WITH_TIMEOUT(host()->notificationTexts().contains("20 stop"), RealPointer::patience);
     QVERIFY(menu->isVisible());
-    QVERIFY(RealPointer::click({1000, 600}));
+    QVERIFY(m_pointer.click({1000, 600}));
     QTRY_VERIFY_WITH_TIMEOUT(!menu->isVisible() && !showsTip(), RealPointer::patience);
 }
 
