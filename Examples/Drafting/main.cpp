@@ -12,6 +12,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral("1.0"));
     const Options options = Options::parse(application);
     MainWindow window(options);
-    window.show();
+    if (options.fullScreen)
+        window.showFullScreen();
+    else
+        window.show();
     return QApplication::exec();
 }

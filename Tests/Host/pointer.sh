@@ -1,12 +1,18 @@
 # What tours of the example host share: starting it, moving a real pointer, waiting for what it tells, and taking
 # pictures of the screen. Sourced, not run. The caller sets `folder`, where everything is left, and `screen`.
+# In a Wayland session that is nested in an X server, only the host knows its windows. It fills the screen there, so
+# that the places that it tells are the screen's.
 
 events=$folder/events.txt
 
+on_wayland() { [[ -n ${WAYLAND_DISPLAY:-} ]]; }
+
 # start_host PROGRAM OPTION…: starts the example host, which tells what happens in $events.
 start_host() {
+    local place=()
     : >"$events"
-    "$1" --trace "${@:2}" >"$events" 2>>"$folder/messages.txt" &
+    on_wayland && place=(--full-screen)
+    "$1" --trace "${place[@]}" "${@:2}" >"$events" 2>>"$folder/messages.txt" &
     host=$!
     wait_for "the window" 20 grep -qx ready "$events"
     main_window=$(visible_windows)
@@ -54,6 +60,9 @@ glide() {
         xdotool mousemove $((X + ($1 - X) * i / steps)) $((Y + ($2 - Y) * i / steps))
         sleep 0.015
     done
+    # A hand is never quite still; a busy compositor may leave the last movement lying until there is another.
+    xdotool mousemove_relative 1 0
+    xdotool mousemove_relative -- -1 0
 }
 
 point_at() {
@@ -80,12 +89,35 @@ tip_window() { visible_windows | grep -vx "$main_window" | head -n 1 | grep .; }
 locate_tip() {
     local window
     X=0 Y=0 WIDTH=0 HEIGHT=0
+    if on_wayland; then
+        read -r X Y WIDTH HEIGHT < <(sed -n 's/^tip //p' "$events" | tail -n 1) || true
+        return 0
+    fi
     window=$(tip_window) || return 0
     eval "$(xdotool getwindowgeometry --shell "$window" 2>/dev/null | grep -E '^(X|Y|WIDTH|HEIGHT)=')"
 }
 
 tip_height() { locate_tip; echo "$HEIGHT"; }
 grown_beyond() { (($(tip_height) > $1)); }
+
+# is_pinned TITLE: whether there is a window with the tip of that title.
+is_pinned() {
+    if on_wayland; then
+        [[ $(grep -x -e "active $1" -e "closed $1" "$events" | tail -n 1) == "active $1" ]]
+    else
+        xdotool search --onlyvisible --pid "$host" --name "^$1\$" >/dev/null 2>&1
+    fi
+}
+
+# Gives the keyboard to the host's own window.
+activate_host() {
+    if on_wayland; then
+        away
+        xdotool click 1
+    else
+        xdotool windowactivate --sync "$main_window"
+    fi
+}
 
 # The drawing itself has no tip.
 away() { glide 860 570; }

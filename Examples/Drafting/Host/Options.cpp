@@ -39,6 +39,7 @@ void describe(QCommandLineParser &parser)
         {"modifier-only", Options::tr("Tips appear only while Ctrl is held.")},
         {"no-motion", Options::tr("Nothing moves in tips unless asked to.")},
         {"no-fallback", Options::tr("No tip for commands that have none.")},
+        {"full-screen", Options::tr("Fill the screen.")},
         {"no-sample", Options::tr("Start with an empty drawing.")},
         {"debug-messages", Options::tr("Show every message of the tip library in the message panel.")},
         {"trace", Options::tr("Write where commands are and what happens to tips to standard output.")},
@@ -70,6 +71,7 @@ Options Options::parse(const QCoreApplication &application)
     options.modifierOnly = parser.isSet("modifier-only");
     options.motion = !parser.isSet("no-motion");
     options.fallback = !parser.isSet("no-fallback");
+    options.fullScreen = parser.isSet("full-screen");
     options.sample = !parser.isSet("no-sample");
     options.debugMessages = parser.isSet("debug-messages");
     options.trace = parser.isSet("trace");

@@ -20,6 +20,7 @@ public:
     bool modifierOnly = false;
     bool motion = true;
     bool fallback = true;
+    bool fullScreen = false;
     bool sample = true;
     bool debugMessages = false;
     bool trace = false;

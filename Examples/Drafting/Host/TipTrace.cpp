@@ -2,9 +2,11 @@
 
 #include "TipHost.h"
 
+#include <Vidtips/VTWidget.h>
+
 #include <QtCore/QEvent>
-#include <QtCore/QTimer>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QToolButton>
 
 #include <cstdio>
@@ -17,21 +19,51 @@ TipTrace::TipTrace(TipHost *tips, QWidget *window)
             [](const QString &key) { write(QStringLiteral("shown %1").arg(key)); });
     connect(tips, &TipHost::tipHidden, this,
             [](const QString &key) { write(QStringLiteral("hidden %1").arg(key)); });
-    window->installEventFilter(this);
+    // By then the window manager has put the window in its place.
+    m_settling.setInterval(200);
+    m_settling.setSingleShot(true);
+    connect(&m_settling, &QTimer::timeout, this, &TipTrace::writeCommands);
+    qApp->installEventFilter(this);
 }
 
 bool TipTrace::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::WindowActivate) {
-        watched->removeEventFilter(this);
-        // By then the window manager has put the window in its place.
-        QTimer::singleShot(200, this, &TipTrace::writeCommands);
-    }
+    const auto *const widget = qobject_cast<QWidget *>(watched);
+    if (watched == m_window)
+        heedWindow(event);
+    else if (const auto *const tip = qobject_cast<Vidtips::VTWidget *>(watched))
+        heedTip(tip, event);
+    if (widget && widget->isWindow() && event->type() == QEvent::WindowActivate)
+        write(QStringLiteral("active %1").arg(widget->windowTitle()));
+    else if (widget && widget->isWindow() && event->type() == QEvent::Hide)
+        write(QStringLiteral("closed %1").arg(widget->windowTitle()));
     return false;
+}
+
+void TipTrace::heedWindow(QEvent *event)
+{
+    const bool changes = event->type() == QEvent::WindowActivate || event->type() == QEvent::Resize;
+    if (changes && !m_isReady && m_window->isActiveWindow())
+        m_settling.start();
+}
+
+void TipTrace::heedTip(const QWidget *tip, QEvent *event)
+{
+    const bool changes =
+        event->type() == QEvent::Show || event->type() == QEvent::Move || event->type() == QEvent::Resize;
+    if (!changes || !tip->isVisible())
+        return;
+    const QRect place = tip->geometry();
+    write(QStringLiteral("tip %1 %2 %3 %4")
+              .arg(place.x())
+              .arg(place.y())
+              .arg(place.width())
+              .arg(place.height()));
 }
 
 void TipTrace::writeCommands()
 {
+    m_isReady = true;
     const auto buttons = m_window->findChildren<QToolButton *>();
     for (const QToolButton *button : buttons) {
         if (!button->isVisible() || !button->defaultAction())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QTimer>
 
 class QWidget;
 class TipHost;
@@ -8,7 +9,8 @@ class TipHost;
 /**
  * Tells a program that drives the application what happens, one line each on standard output: "command KEY X
  * Y" for the middle of every tool button in screen pixels, "ready" after them, then "shown KEY" and "hidden
- * KEY".
+ * KEY", "tip X Y WIDTH HEIGHT" whenever a tip comes, moves or grows, and "active TITLE" and "closed TITLE"
+ * for windows.
  */
 class TipTrace : public QObject
 {
@@ -22,8 +24,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void heedWindow(QEvent *event);
+    static void heedTip(const QWidget *tip, QEvent *event);
     void writeCommands();
     static void write(const QString &line);
 
     QWidget *const m_window;
+    QTimer m_settling;
+    bool m_isReady = false;
 };

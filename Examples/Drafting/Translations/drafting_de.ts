@@ -309,6 +309,10 @@
         <translation>Kein Ersatztipp für Befehle ohne Tipp.</translation>
     </message>
     <message>
+        <source>Fill the screen.</source>
+        <translation>Den Bildschirm füllen.</translation>
+    </message>
+    <message>
         <source>Start with an empty drawing.</source>
         <translation>Mit einer leeren Zeichnung beginnen.</translation>
     </message>
