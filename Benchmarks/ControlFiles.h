@@ -32,12 +32,12 @@ inline void write(const QString &path, const QByteArray &content)
         qFatal("cannot write %s", qPrintable(path));
 }
 
-/** Writes the files into the folder @p package; returns their paths. */
-inline QStringList writePackage(const QString &package)
+/** Writes @p count files into the folder @p package; returns their paths. */
+inline QStringList writePackage(const QString &package, int count = fileCount)
 {
     QDir().mkpath(package + QStringLiteral("/Control"));
     QStringList paths;
-    for (int i = 0; i < fileCount; ++i) {
+    for (int i = 0; i < count; ++i) {
         paths << QStringLiteral("%1/Control/tips%2.xml").arg(package).arg(i);
         write(paths.constLast(), text(i));
     }

@@ -10,7 +10,10 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QThread>
 #include <QtXml/QXmlSimpleReader>
+
+#include <memory>
 
 QT_WARNING_DISABLE_DEPRECATED
 
@@ -39,38 +42,106 @@ void readAll(const QStringList &paths)
     }
 }
 
-} // namespace
-
-int main()
+/** What an index has of a package's control files. */
+class Content
 {
-    const QTemporaryDir folder;
-    const QString package = QDir(folder.path()).canonicalPath() + QStringLiteral("/Bench.vidtips");
-    const QStringList paths = ControlFiles::writePackage(package);
-    VTContext settings;
+public:
+    explicit Content(int files)
+        : paths(ControlFiles::writePackage(package, files))
+        , lastKey(QStringLiteral("command.%1.%2").arg(files - 1).arg(ControlFiles::tipsPerFile - 1))
+    {
+    }
 
+    void fill(Vidtips::VTIndex &index) const
+    {
+        for (const QString &path : paths)
+            index.indexControlFile(path, package);
+    }
+
+private:
+    const QTemporaryDir m_folder;
+
+public:
+    const QString package = QDir(m_folder.path()).canonicalPath() + QStringLiteral("/Bench.vidtips");
+    const QStringList paths;
+    const QString lastKey;
+};
+
+void lookUp(Vidtips::VTIndex &index, const QString &key, bool isThere)
+{
+    QString directory;
+    int depth = 0;
+    Vidtips::VTXmlElement *root = nullptr;
+    if ((index.retrieve(key, QLocale(QStringLiteral("en_US")), directory, depth, root) != nullptr) != isThere)
+        qFatal("%s was %s", qPrintable(key), isThere ? "not found" : "found");
+    delete root;
+}
+
+// Files that were written just now are read again, as the next change might not show in their times.
+void waitUntilSettled()
+{
+    QThread::sleep(2);
+}
+
+void measureLoading(VTContext &settings, const Content &content)
+{
     compare(
         "loading 1,000 control files", 15, 1.5,
         [&] {
             Vidtips::VTIndex index(&settings, {});
-            for (const QString &path : paths)
-                index.indexControlFile(path, package);
+            content.fill(index);
         },
-        [&] { readHeads(paths); });
+        [&] { readHeads(content.paths); });
+}
 
-    Vidtips::VTIndex index(&settings, {});
-    for (const QString &path : paths)
-        index.indexControlFile(path, package);
-    const QString key =
-        QStringLiteral("command.%1.%2").arg(ControlFiles::fileCount - 1).arg(ControlFiles::tipsPerFile - 1);
+void measureLookUps(VTContext &settings, const Content &content)
+{
+    const auto readThem = [&] { readAll(content.paths); };
+    const QString absent = QStringLiteral("command.absent");
+    std::unique_ptr<Vidtips::VTIndex> index;
+    const auto renew = [&] {
+        index = std::make_unique<Vidtips::VTIndex>(&settings, QStringList());
+        content.fill(*index);
+    };
+    renew();
     compare(
-        "retrieving the last file's key", 7, 1.2,
+        "the first look-up, of the last file's key", 15, 1.2, [&] { lookUp(*index, content.lastKey, true); },
+        readThem, renew);
+    lookUp(*index, absent, false);
+    compare(
+        "looking the last file's key up", 15, 0.02, [&] { lookUp(*index, content.lastKey, true); }, readThem);
+    compare(
+        "looking a key up that is in no file", 15, 0.02, [&] { lookUp(*index, absent, false); }, readThem);
+    compare(
+        "listing all keys", 15, 0.02, [&] { index->keys(); }, readThem);
+}
+
+void measureManyFiles(VTContext &settings, const Content &content)
+{
+    constexpr double mostMilliseconds = 15.0;
+    Vidtips::VTIndex index(&settings, {});
+    content.fill(index);
+    lookUp(index, content.lastKey, true);
+    compareMeasured(
+        "the last of 10,000 files, against 15 ms", "ms", 25, 1.0,
         [&] {
-            QString directory;
-            int depth = 0;
-            Vidtips::VTXmlElement *root = nullptr;
-            if (!index.retrieve(key, QLocale(QStringLiteral("en_US")), directory, depth, root))
-                qFatal("the key was not found");
-            delete root;
+            QElapsedTimer timer;
+            timer.start();
+            lookUp(index, content.lastKey, true);
+            return double(timer.nsecsElapsed()) / 1e6;
         },
-        [&] { readAll(paths); });
+        [] { return mostMilliseconds; });
+}
+
+} // namespace
+
+int main()
+{
+    const Content content(1000);
+    const Content large(10000);
+    VTContext settings;
+    measureLoading(settings, content);
+    waitUntilSettled();
+    measureLookUps(settings, content);
+    measureManyFiles(settings, large);
 }

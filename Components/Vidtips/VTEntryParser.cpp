@@ -12,11 +12,35 @@ namespace {
 constexpr int generateTree = VTXmlParser::GenerateElement | VTXmlParser::GenerateSubtree;
 constexpr int skipTree = VTXmlParser::SkipElement | VTXmlParser::SkipSubtree;
 
-/** A parser that knows whether it came to an end without an error. */
+/** A parser that knows whether it came to an end without an error, and which keys it came across. */
 class Parser : public VTXmlParser
 {
 public:
-    using VTXmlParser::VTXmlParser;
+    Parser(ShouldGenerateElementFunction filter, VTEntryParser *entryParser,
+           const VTEntryParser::Format &format)
+        : VTXmlParser(filter, entryParser)
+        , m_format(format)
+    {
+    }
+
+    bool startElement(const QString &nameSpace, const QString &localName, const QString &qName,
+                      const QXmlAttributes &atts) override
+    {
+        if (!VTXmlParser::startElement(nameSpace, localName, qName, atts))
+            return false;
+        if (m_depth == 0)
+            m_isDocument = isDocument(qName);
+        else if (m_depth == 1 && m_isDocument)
+            noteKey(qName, atts);
+        ++m_depth;
+        return true;
+    }
+
+    bool endElement(const QString &nameSpace, const QString &localName, const QString &qName) override
+    {
+        --m_depth;
+        return VTXmlParser::endElement(nameSpace, localName, qName);
+    }
 
     bool fatalError(const QXmlParseException &exception) override
     {
@@ -24,7 +48,50 @@ public:
         return VTXmlParser::fatalError(exception);
     }
 
+    QStringList keys;
     bool hasFailed = false;
+
+private:
+    bool isDocument(const QString &qName) const { return qName == QLatin1String(m_format.documentElement); }
+
+    // A document element within the document element has an object, too.
+    void noteKey(const QString &qName, const QXmlAttributes &atts)
+    {
+        const int key = atts.index(QLatin1String(m_format.keyAttribute));
+        if (key >= 0 && (qName == QLatin1String(m_format.entry) || isDocument(qName)))
+            keys.append(atts.value(key));
+    }
+
+    const VTEntryParser::Format &m_format;
+    int m_depth = 0;
+    bool m_isDocument = false;
+};
+
+/** A source that has all of its text: the reader asks for each character by itself. */
+class TextSource : public QXmlInputSource
+{
+public:
+    explicit TextSource(const QByteArray &bytes)
+    {
+        setData(bytes);
+        m_text = QXmlInputSource::data();
+    }
+
+    QChar next() override
+    {
+        if (m_position == m_text.size())
+            return EndOfDocument;
+        const QChar character = m_text.at(m_position++);
+        // The reader would take it for the end of what is there so far.
+        return character == QChar(EndOfData) ? QChar(EndOfDocument) : character;
+    }
+    void fetchData() override { }
+    QString data() const override { return m_text; }
+    void reset() override { m_position = 0; }
+
+private:
+    QString m_text;
+    int m_position = 0;
 };
 
 } // namespace
@@ -45,10 +112,20 @@ int VTEntryParser::filterByKey(const QString &qName, const QXmlAttributes &atts,
     return qName == QLatin1String(self->m_format.documentElement) ? VTXmlParser::GenerateElement : skipTree;
 }
 
-VTEntryParser::Result VTEntryParser::read(QIODevice &file, VTXmlParser::ShouldGenerateElementFunction filter)
+VTEntryParser::Result VTEntryParser::read(QIODevice &file)
 {
-    Parser parser(filter ? filter : &filterByKey, this);
-    const QList<QObject *> results = parser.read(QXmlInputSource(&file));
+    return read(QXmlInputSource(&file));
+}
+
+VTEntryParser::Result VTEntryParser::read(const QByteArray &bytes)
+{
+    return read(TextSource(bytes));
+}
+
+VTEntryParser::Result VTEntryParser::read(const QXmlInputSource &source)
+{
+    Parser parser(&filterByKey, this, m_format);
+    const QList<QObject *> results = parser.read(source);
     // An entry inside an element without an object belongs to nobody.
     qDeleteAll(parser.detachedObjects());
     Result result;
@@ -56,6 +133,7 @@ VTEntryParser::Result VTEntryParser::read(QIODevice &file, VTXmlParser::ShouldGe
     // An entry may be the document element itself, and have another entry's object inside.
     if (result.root && result.root->getTagName() != QLatin1String(m_format.documentElement))
         result.root.reset();
+    result.keys = parser.keys;
     result.isComplete = !parser.hasFailed;
     return result;
 }

@@ -4,6 +4,7 @@
 #include "VTXmlParser.h"
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <memory>
 
@@ -12,6 +13,9 @@ class QIODevice;
 QT_END_NAMESPACE
 
 namespace Vidtips {
+
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
 
 /** Reads the entries that a file has for one key. */
 class VTEntryParser
@@ -31,6 +35,8 @@ public:
     struct Result
     {
         std::unique_ptr<VTXmlElement> root; ///< the document element's object, or null
+        QStringList
+            keys; ///< of what lies in it as an entry does, in order; entries without a key are left out
         bool isComplete = false; ///< whether the whole file was read without an error
     };
 
@@ -38,21 +44,26 @@ public:
     VTEntryParser(const Format &format, const QString &key);
 
     /**
-     * Reads @p file, which is open, to its end or its first error. Without a @p filter there are objects for
-     * the document element and for the entries with the key, complete; it is not told of the key.
-     *
-     * The root is null as well where an entry is the document element itself.
+     * Reads @p file, which is open, to its end or its first error. There are objects for the document element
+     * and for the entries with the key, complete. The root is null as well where an entry is the document
+     * element itself.
      */
-    Result read(QIODevice &file, VTXmlParser::ShouldGenerateElementFunction filter = nullptr);
+    Result read(QIODevice &file);
+
+    /** Reads a file that consists of @p bytes in the same way, and faster. */
+    Result read(const QByteArray &bytes);
 
     /** Returns the first entry of @p root, or null when its first child is none. */
     VTXmlElement *firstEntry(const VTXmlElement *root) const;
 
 private:
+    Result read(const QXmlInputSource &source);
     static int filterByKey(const QString &qName, const QXmlAttributes &atts, void *parser);
 
     const Format &m_format;
     const QString m_key;
 };
+
+QT_WARNING_POP
 
 } // namespace Vidtips

@@ -3,11 +3,11 @@
 #include "VTContext.h"
 #include "VTControlFile_p.h"
 #include "VTEntryParser_p.h"
-#include "VTParseRecord_p.h"
+#include "VTKnownFile_p.h"
+#include "VTLookUp_p.h"
 #include "VTShowLog_p.h"
 #include "VTXmlElement.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -16,7 +16,8 @@
 #include <QtCore/QPointer>
 #include <QtCore/QRegExp>
 #include <QtCore/QSet>
-#include <QtCore/QVector>
+
+#include <vector>
 
 QT_WARNING_DISABLE_DEPRECATED
 
@@ -60,7 +61,7 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
 {
     struct ControlFile
     {
-        QString path;
+        VTKnownFile content;
         int depth;
     };
 
@@ -80,21 +81,19 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
     };
 
     int depthOf(const QString &controlFile, const QString &package);
-    VTXmlElement *parsedContent(const QString &path, const QString &key, const QLocale &locale);
     bool contains(const QString &path, int depth) const;
     void append(const QString &path, int depth);
     QString filesWithout(const QString &key) const;
 
     QPointer<VTContext> context;
     VTContext emptyContext; // stands in for a context that is gone
-    QVector<ControlFile> controlFiles;
+    std::vector<ControlFile> controlFiles;
     QSet<QPair<QString, int>> knownFiles;
     QMap<QString, QStringList> packages;
     bool inUpdate = false;
     QRegExp keySeparator{QStringLiteral("[,;\\s]+")};
     Place lastPlace;
     PackageName lastPackage;
-    VTParseRecord record;
 };
 
 int VTIndex::Private::depthOf(const QString &controlFile, const QString &package)
@@ -117,28 +116,8 @@ bool VTIndex::Private::contains(const QString &path, int depth) const
 
 void VTIndex::Private::append(const QString &path, int depth)
 {
-    controlFiles.append({path, depth});
+    controlFiles.push_back({VTKnownFile(path), depth});
     knownFiles.insert({path, depth});
-}
-
-// Returns what the control file has of the key, as the parser does. Null also where the record tells that
-// there cannot be an entry, or that it is for another locale.
-VTXmlElement *VTIndex::Private::parsedContent(const QString &path, const QString &key, const QLocale &locale)
-{
-    QFile file(path);
-    if (!openRegular(file))
-        return nullptr;
-    if (file.size() > VTParseRecord::sizeLimit)
-        return entriesOf(key).read(file).root.release();
-    VTParseRecord::File content(path, file.readAll());
-    if (record.isOfOtherLocale(content, locale) || record.rulesOut(content, key))
-        return nullptr;
-    QBuffer buffer(&content.bytes);
-    buffer.open(QIODevice::ReadOnly);
-    VTEntryParser::Result parsed = entriesOf(key).read(buffer);
-    if (parsed.isComplete)
-        record.remember(content, localeOf(parsed.root.get()));
-    return parsed.root.release();
 }
 
 // Every file that has something to say of the key, and as many of the others as can be read in one line.
@@ -148,11 +127,12 @@ QString VTIndex::Private::filesWithout(const QString &key) const
     QStringList files;
     int more = 0;
     for (const ControlFile &file : controlFiles) {
-        const QString obstacle = key.isEmpty() ? QString() : obstacleIn(file.path, key);
+        const QString &path = file.content.path();
+        const QString obstacle = key.isEmpty() ? QString() : obstacleIn(path, key);
         if (!obstacle.isEmpty())
-            files.append(QStringLiteral("%1 (%2)").arg(file.path, obstacle));
+            files.append(QStringLiteral("%1 (%2)").arg(path, obstacle));
         else if (files.size() < readable)
-            files.append(file.path);
+            files.append(path);
         else
             ++more;
     }
@@ -199,12 +179,14 @@ bool VTIndex::remove()
 VTXmlElement *VTIndex::retrieve(const QString &key, const QLocale &locale, QString &directory, int &depth,
                                 VTXmlElement *&root)
 {
-    for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        if (VTXmlElement *element = load(key, file.path, locale, root)) {
+    VTLookUp lookUp;
+    for (Private::ControlFile &file : d->controlFiles) {
+        if (VTXmlElement *element = contentIn(file.content, key, locale, lookUp, root)) {
+            const QString &path = file.content.path();
             depth = file.depth;
-            directory = QFileInfo(file.path).absolutePath();
+            directory = QFileInfo(path).absolutePath();
             qCDebug(showLog, "\"%s\" for %s: found in %s", qUtf8Printable(key), qUtf8Printable(locale.name()),
-                    qUtf8Printable(file.path));
+                    qUtf8Printable(path));
             return element;
         }
     }
@@ -238,22 +220,35 @@ bool VTIndex::isInUpdate()
     return d->inUpdate;
 }
 
+VTXmlElement *VTIndex::contentIn(VTKnownFile &file, const QString &key, const QLocale &locale,
+                                 VTLookUp &lookUp, VTXmlElement *&root)
+{
+    root = key.isEmpty() ? nullptr : file.entries(key, locale, lookUp).release();
+    if (!root)
+        return nullptr;
+    VTXmlElement *const element = entriesOf(key).firstEntry(root);
+    if (!element || root->children().size() != 1) {
+        delete root;
+        root = nullptr;
+        return nullptr;
+    }
+    const QString localeName = localeOf(root);
+    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
+        delete root;
+        return nullptr;
+    }
+    loadKeyData(key, file.path(), element);
+    element->setAttribute(QStringLiteral("VTLocation"), file.path());
+    element->setAttribute(QStringLiteral("VTPackagName"), packageNameForLocation(file.path()));
+    return element;
+}
+
 QStringList VTIndex::keys()
 {
+    VTLookUp lookUp;
     QStringList keys;
-    for (const Private::ControlFile &file : qAsConst(d->controlFiles)) {
-        QFile content(file.path);
-        if (!openRegular(content))
-            continue;
-        const auto root = entriesOf({}).read(content, &indexDataShouldGenerateElement).root;
-        if (!root)
-            continue;
-        for (const QObject *child : root->children()) {
-            const auto *entry = qobject_cast<const VTXmlElement *>(child);
-            if (entry && entry->hasAttribute(QStringLiteral("key")))
-                keys << entry->attribute(QStringLiteral("key"));
-        }
-    }
+    for (Private::ControlFile &file : d->controlFiles)
+        keys << file.content.keys(lookUp);
     return keys;
 }
 
@@ -293,24 +288,9 @@ void VTIndex::mapControlFile(const QString &controlFile, const QString &package)
 VTXmlElement *VTIndex::load(const QString &key, const QString &controlFile, const QLocale &locale,
                             VTXmlElement *&root)
 {
-    root = key.isEmpty() ? nullptr : d->parsedContent(controlFile, key, locale);
-    if (!root)
-        return nullptr;
-    VTXmlElement *const element = entriesOf(key).firstEntry(root);
-    if (!element || root->children().size() != 1) {
-        delete root;
-        root = nullptr;
-        return nullptr;
-    }
-    const QString localeName = localeOf(root);
-    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
-        delete root;
-        return nullptr;
-    }
-    loadKeyData(key, controlFile, element);
-    element->setAttribute(QStringLiteral("VTLocation"), controlFile);
-    element->setAttribute(QStringLiteral("VTPackagName"), packageNameForLocation(controlFile));
-    return element;
+    VTKnownFile file(controlFile);
+    VTLookUp lookUp;
+    return contentIn(file, key, locale, lookUp, root);
 }
 
 void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlElement *element)

@@ -14,6 +14,8 @@ class VTContext;
 
 namespace Vidtips {
 
+class VTKnownFile;
+class VTLookUp;
 class VTXmlElement;
 
 /**
@@ -21,9 +23,10 @@ class VTXmlElement;
  * hold for a key.
  *
  * A host may hand an index of its own to its VTInterface; every virtual operation has a working base. The
- * base keeps file names and package locations only and parses control files from disk at each lookup. Nothing
- * here reports anything: what cannot be read is passed over, and parse errors go to the Qt debug output. GUI
- * thread only.
+ * base keeps file names, package locations and the files' keys, never content: that is parsed from disk at
+ * each lookup, and a file that changed since the last one is read again. Nothing here reports anything: what
+ * cannot be read is passed over, and parse errors go to the Qt debug output, at each lookup anew. GUI thread
+ * only.
  */
 class VIDTIPS_EXPORT VTIndex : public QObject
 {
@@ -76,8 +79,7 @@ public:
     /** Ends a series of changes; see isInUpdate(). */
     virtual void endUpdate();
 
-    /** Returns the keys of all control files in order of admission, repetitions included. Parses every file.
-     */
+    /** Returns the keys of all control files in order of admission, repetitions included. */
     virtual QStringList keys();
 
     /**
@@ -141,6 +143,9 @@ protected:
     bool isInUpdate();
 
 private:
+    VIDTIPS_NO_EXPORT VTXmlElement *contentIn(VTKnownFile &file, const QString &key, const QLocale &locale,
+                                              VTLookUp &lookUp, VTXmlElement *&root);
+
     struct Private;
     std::unique_ptr<Private> const d;
 };

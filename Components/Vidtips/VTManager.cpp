@@ -6,6 +6,7 @@
 #include "VTContext.h"
 #include "VTIndex.h"
 #include "VTInterpolation_p.h"
+#include "VTLookUp_p.h"
 #include "VTPackageLoader_p.h"
 #include "VTQmlTypes_p.h"
 #include "VTReservations_p.h"
@@ -180,6 +181,7 @@ VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &d
     const QString unset = QStringLiteral("en_US");
     const QString locales[] = {d->text(ContentLocale, unset), d->text(UserInterfaceLocale, unset)};
     const QPointer<VTIndex> index = d->index;
+    const VTLookUp lookUp; // the second search need not look at the files again
     VTXmlElement *element = nullptr;
     for (const QString &locale : locales) {
         if (!element && index)

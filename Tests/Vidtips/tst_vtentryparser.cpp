@@ -1,5 +1,4 @@
 #include <Vidtips/VTEntryParser_p.h>
-#include <Vidtips/VTIndex.h>
 
 #include "MessageRecorder.h"
 
@@ -17,19 +16,21 @@ private slots:
     void entries();
     void entryIsWhole();
     void keyData();
-    void otherFilter();
+    void keys_data();
+    void keys();
+    void bytesAreReadAsAFileIs_data();
+    void bytesAreReadAsAFileIs();
     void firstEntryOfAnything_data();
     void firstEntryOfAnything();
 };
 
 /** Reads @p content, and nothing of what the parser says about it. */
-static VTEntryParser::Result read(VTEntryParser &parser, QByteArray content,
-                                  VTXmlParser::ShouldGenerateElementFunction filter = nullptr)
+static VTEntryParser::Result read(VTEntryParser &parser, QByteArray content)
 {
     const MessageRecorder silence;
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
-    return parser.read(buffer, filter);
+    return parser.read(buffer);
 }
 
 void tst_VTEntryParser::entries_data()
@@ -89,14 +90,78 @@ void tst_VTEntryParser::keyData()
     QVERIFY(!read(ofContent, content).root);
 }
 
-void tst_VTEntryParser::otherFilter()
+void tst_VTEntryParser::keys_data()
 {
-    VTEntryParser parser(VTEntryParser::contentFormat, QString());
-    const VTEntryParser::Result result =
-        read(parser, "<vidtips><vidtip key='a'><p/></vidtip><p/><vidtip key='b'/></vidtips>",
-             &VTIndex::indexDataShouldGenerateElement);
-    QCOMPARE(result.root->children().size(), 2);
-    QVERIFY(result.root->children().constFirst()->children().isEmpty());
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("keys");
+    QTest::newRow("in their order") << QByteArray("<vidtips><vidtip key='b'/><p/><vidtip key='a'/></vidtips>")
+                                    << QStringList{"b", "a"};
+    QTest::newRow("repeated") << QByteArray("<vidtips><vidtip key='a'/><vidtip key='a'/></vidtips>")
+                              << QStringList{"a", "a"};
+    QTest::newRow("empty") << QByteArray("<vidtips><vidtip key=''/></vidtips>") << QStringList{""};
+    QTest::newRow("none") << QByteArray("<vidtips><vidtip name='a'/></vidtips>") << QStringList();
+    QTest::newRow("in another entry")
+        << QByteArray("<vidtips><vidtip key='a'><vidtip key='b'/></vidtip></vidtips>") << QStringList{"a"};
+    QTest::newRow("in another element")
+        << QByteArray("<vidtips><p key='a'><vidtip key='b'/></p></vidtips>") << QStringList();
+    QTest::newRow("a document in the document")
+        << QByteArray("<vidtips key='a'><vidtips key='b'><vidtip key='c'/></vidtips></vidtips>")
+        << QStringList{"b"};
+    QTest::newRow("another document") << QByteArray("<tips><vidtip key='a'/></tips>") << QStringList();
+    QTest::newRow("the document itself")
+        << QByteArray("<vidtip key='a'><vidtip key='b'/></vidtip>") << QStringList();
+    QTest::newRow("breaks off") << QByteArray("<vidtips><vidtip key='a'/><vidtip key='b'")
+                                << QStringList{"a"};
+    QTest::newRow("ends with an attribute that is there twice")
+        << QByteArray("<vidtips><vidtip key='a'/><vidtip key='b' key='c'/></vidtips>") << QStringList{"a"};
+}
+
+void tst_VTEntryParser::keys()
+{
+    QFETCH(QByteArray, content);
+    for (const char *key : {"a", "other", ""}) {
+        VTEntryParser parser(VTEntryParser::contentFormat, key);
+        QTEST(read(parser, content).keys, "keys");
+    }
+}
+
+void tst_VTEntryParser::bytesAreReadAsAFileIs_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("UTF-8") << QStringLiteral(
+                                  "<?xml version='1.0' encoding='UTF-8'?>\n<!DOCTYPE vidtips [<!ENTITY "
+                                  "dash '\u2014'>]>\n<vidtips><vidtip key='cut' title='\u00e4&dash;'>"
+                                  "<![CDATA[<b>]]>\u20ac</vidtip></vidtips>\n")
+                                  .toUtf8();
+    QTest::newRow("Latin 1") << QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?>"
+                                           "<vidtips><vidtip key='cut' title='\xe4'/></vidtips>");
+    const QString text("<vidtips><vidtip key='cut' title='\u00e4'/></vidtips>");
+    const QString marked = QChar(QChar::ByteOrderMark) + text;
+    QTest::newRow("UTF-16") << QByteArray(reinterpret_cast<const char *>(marked.utf16()), marked.size() * 2);
+    QTest::newRow("characters that end a text")
+        << QStringLiteral("<vidtips><vidtip key='cut'>\ufffe</vidtip></vidtips>").toUtf8();
+    QTest::newRow("longer than a piece that is read") << "<vidtips>" + QByteArray(900, ' ')
+            + "<vidtip key='cut'>" + QByteArray(400, 'x') + "</vidtip></vidtips>";
+}
+
+void tst_VTEntryParser::bytesAreReadAsAFileIs()
+{
+    QFETCH(QByteArray, content);
+    for (int size = 0; size <= content.size(); ++size) {
+        QByteArray part = content.left(size);
+        QBuffer buffer(&part);
+        buffer.open(QIODevice::ReadOnly);
+        VTEntryParser parser(VTEntryParser::contentFormat, "cut");
+        const MessageRecorder recorder;
+        const VTEntryParser::Result ofFile = parser.read(buffer);
+        const QStringList messages = recorder.texts();
+        const VTEntryParser::Result ofBytes = parser.read(part);
+        QCOMPARE(recorder.texts(), messages + messages);
+        QCOMPARE(ofBytes.isComplete, ofFile.isComplete);
+        QCOMPARE(ofBytes.keys, ofFile.keys);
+        QCOMPARE(ofBytes.root ? ofBytes.root->toXml() : QString(),
+                 ofFile.root ? ofFile.root->toXml() : QString());
+    }
 }
 
 void tst_VTEntryParser::firstEntryOfAnything_data()
