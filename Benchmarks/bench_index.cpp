@@ -94,6 +94,23 @@ void measureLoading(VTContext &settings, const Content &content)
         [&] { readHeads(content.paths); });
 }
 
+// Several of ours in turn: the pass of the reader leaves the processor's caches empty.
+template <typename Work>
+void compareWarm(const char *what, const QStringList &paths, Work work)
+{
+    constexpr int times = 20;
+    const auto milliseconds = [](auto piece, int count) {
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < count; ++i)
+            piece();
+        return double(timer.nsecsElapsed()) / 1e6 / count;
+    };
+    compareMeasured(
+        what, "ms", 15, 0.02, [&] { return milliseconds(work, times); },
+        [&] { return milliseconds([&] { readAll(paths); }, 1); });
+}
+
 void measureLookUps(VTContext &settings, const Content &content)
 {
     const auto readThem = [&] { readAll(content.paths); };
@@ -108,12 +125,10 @@ void measureLookUps(VTContext &settings, const Content &content)
         "the first look-up, of the last file's key", 15, 1.2, [&] { lookUp(*index, content.lastKey, true); },
         readThem, renew);
     lookUp(*index, absent, false);
-    compare(
-        "looking the last file's key up", 15, 0.02, [&] { lookUp(*index, content.lastKey, true); }, readThem);
-    compare(
-        "looking a key up that is in no file", 15, 0.02, [&] { lookUp(*index, absent, false); }, readThem);
-    compare(
-        "listing all keys", 15, 0.02, [&] { index->keys(); }, readThem);
+    compareWarm("looking the last file's key up", content.paths,
+                [&] { lookUp(*index, content.lastKey, true); });
+    compareWarm("looking a key up that is in no file", content.paths, [&] { lookUp(*index, absent, false); });
+    compareWarm("listing all keys", content.paths, [&] { index->keys(); });
 }
 
 void measureManyFiles(VTContext &settings, const Content &content)

@@ -75,11 +75,24 @@ int flagsForChildren(int flags)
     return VTXmlParser::GenerateElement;
 }
 
+// Tells it of few attributes only, where comparing each with each takes less time than sorting them.
+bool areFewAndDifferent(const QXmlAttributes &atts)
+{
+    constexpr int few = 8;
+    if (atts.length() > few)
+        return false;
+    for (int i = 1; i < atts.length(); ++i) {
+        if (atts.index(atts.qName(i)) != i)
+            return false;
+    }
+    return true;
+}
+
 // Returns the name that two of the attributes have, or a null string. The reader lets such an element pass,
 // and whoever asks it for the attribute may get either value.
 QString repeatedName(const QXmlAttributes &atts)
 {
-    if (atts.length() < 2)
+    if (areFewAndDifferent(atts))
         return {};
     QStringList names;
     names.reserve(atts.length());
