@@ -219,7 +219,8 @@ QPoint tst_Wayland::openFramed()
     auto *const command = new QPushButton("other", m_framed.get());
     command->setObjectName("other");
     command->setGeometry(30, 30, 80, 24);
-    m_framed->resize(500, 400);
+    // A compositor that tiles leaves alone what has but one size.
+    m_framed->setFixedSize(500, 400);
     m_framed->show();
     const auto isThere = [&] {
         return m_framed->isActiveWindow() && OuterScreen::find(framedColor).size() == m_framed->size();
