@@ -356,7 +356,8 @@ void VTVideoComponent::setLoop(bool loop)
 void VTVideoComponent::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
     const bool wasSmooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, smooth());
+    if (smooth())
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawImage(QPoint(0, 0), d->frame);
     painter->setRenderHint(QPainter::SmoothPixmapTransform, wasSmooth);
 }

@@ -11,6 +11,7 @@
 
 #include <private/qquickrectangle_p.h>
 
+#include <cmath>
 #include <memory>
 
 /** What is longer is cut to what can be seen first: Qt's rasterizer has no more room for it. */
@@ -84,6 +85,38 @@ static QRectF visiblePart(const QPainter *painter, const QRectF &rect, qreal rea
     return rect & visible.adjusted(-reach, -reach, reach, reach);
 }
 
+/** Tells whether one pixel of a scene takes up no whole number of the device's, and nothing is turned. */
+static bool isBetweenPixels(const QPainter *painter)
+{
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    return ratio != std::floor(ratio) && painter->deviceTransform().type() <= QTransform::TxScale;
+}
+
+/** Returns the length of @p pixels on a device of @p scale, in whole pixels of that and not less than one. */
+static qreal wholePixels(qreal pixels, qreal scale)
+{
+    return qMax(1.0, std::floor(pixels * scale));
+}
+
+/** Moves @p start and @p end to whole pixels; lines of one pixel are of one width wherever they lie. */
+static void moveToPixels(qreal *start, qreal *end, qreal scale)
+{
+    const bool isLine = qFuzzyCompare(*end - *start, scale);
+    *start = std::round(*start);
+    *end = isLine ? *start + wholePixels(1, scale) : std::round(*end);
+}
+
+/** Returns @p rect with its sides between pixels of the device. */
+static QRectF onPixels(const QPainter *painter, const QRectF &rect)
+{
+    const QTransform toDevice = painter->deviceTransform();
+    qreal left, top, right, bottom;
+    toDevice.mapRect(rect).getCoords(&left, &top, &right, &bottom);
+    moveToPixels(&left, &right, qAbs(toDevice.m11()));
+    moveToPixels(&top, &bottom, qAbs(toDevice.m22()));
+    return toDevice.inverted().mapRect(QRectF(QPointF(left, top), QPointF(right, bottom)));
+}
+
 bool QDeclarativeRectanglePrivate::canTile(const QPainter *painter) const
 {
     const int margin = tileMargin();
@@ -135,12 +168,18 @@ void QDeclarativeRectanglePrivate::drawTile(QPainter *painter)
 
 void QDeclarativeRectanglePrivate::drawShape(QPainter *painter)
 {
-    const int border = isBordered() ? qMin(pen->width(), lengthLimit) : 0;
+    qreal border = isBordered() ? qMin(pen->width(), lengthLimit) : 0;
     const qreal corner = qMin(cornerRadius(), qreal(lengthLimit));
-    const qreal shift = border % 2 / 2.0;
+    const qreal shift = int(border) % 2 / 2.0;
     // Where a gradient is, a border of odd width keeps its spare pixel inside.
     const qreal spare = gradient ? 2 * shift : 0;
-    const QRectF rect(shift, shift, itemWidth - spare, itemHeight - spare);
+    QRectF rect(shift, shift, itemWidth - spare, itemHeight - spare);
+    if (border > 0 && isBetweenPixels(painter)) {
+        const QRectF outside = onPixels(painter, rect + QMarginsF(border, border, border, border) / 2);
+        const qreal scale = qAbs(painter->deviceTransform().m11());
+        border = wholePixels(border, scale) / scale;
+        rect = outside - QMarginsF(border, border, border, border) / 2;
+    }
     painter->setPen(border ? QPen(pen->color(), border, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin)
                            : QPen(Qt::NoPen));
     painter->setBrush(isFilled() ? fill(rect) : QBrush());
@@ -314,7 +353,7 @@ void QDeclarativeRectangle::paint(QPainter *painter, const QStyleOptionGraphicsI
     if (d->isSmooth)
         painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (!bordered && d->radius <= 0)
-        painter->fillRect(rect, d->fill(rect));
+        painter->fillRect(isBetweenPixels(painter) ? onPixels(painter, rect) : rect, d->fill(rect));
     else if (d->canTile(painter))
         d->drawTile(painter);
     else

@@ -63,6 +63,7 @@ public:
     QSize initialSize;
     QBasicTimer resizeTimer;
     ResizeMode resizeMode = SizeViewToRootObject;
+    bool isScaled = false;
 };
 
 void QDeclarativeView::Private::configureView()
@@ -306,6 +307,16 @@ void QDeclarativeView::resizeEvent(QResizeEvent *event)
     setSceneRect(d->root ? QRectF(QPointF(), d->rootSize()) : QRectF(rect()));
     Q_EMIT sceneResized(event->size());
     QGraphicsView::resizeEvent(event);
+}
+
+// Pictures are made for a screen of scale 1, and look torn on others when their pixels are repeated.
+void QDeclarativeView::paintEvent(QPaintEvent *event)
+{
+    const bool isScaled = devicePixelRatioF() != 1;
+    if (isScaled != d->isScaled)
+        setRenderHint(QPainter::SmoothPixmapTransform, isScaled);
+    d->isScaled = isScaled;
+    QGraphicsView::paintEvent(event);
 }
 
 void QDeclarativeView::timerEvent(QTimerEvent *event)

@@ -93,6 +93,9 @@ protected:
     /** Resizes the root object where it follows the view, and emits sceneResized(). */
     void resizeEvent(QResizeEvent *event) override;
 
+    /** Paints the scene; on a screen that is scaled, pictures are smoothed whatever their items say. */
+    void paintEvent(QPaintEvent *event) override;
+
     /** Takes over the root object's new size, once for all changes of a turn. */
     void timerEvent(QTimerEvent *event) override;
 

@@ -1,5 +1,7 @@
 #include "QmlScene.h"
 
+#include <QtCore/qmath.h>
+#include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 
 class tst_QDeclarativeRectangle : public QObject
@@ -18,6 +20,10 @@ private slots:
     void deletedGradientGivesTheColor();
     void unknownColorIsRefused();
     void repaintsOnlyItself();
+    void linesOnScaledScreens_data();
+    void linesOnScaledScreens();
+    void bordersOnScaledScreens_data();
+    void bordersOnScaledScreens();
     void hostileSizes_data();
     void hostileSizes();
 };
@@ -181,6 +187,95 @@ void tst_QDeclarativeRectangle::repaintsOnlyItself()
     changed.clear();
     scene.run(QStringLiteral("children[0].color = \"blue\""));
     QVERIFY(!changed.wait(50));
+}
+
+/** The scene on a screen of that scale. */
+static QImage scaledPicture(QmlScene &scene, qreal scale)
+{
+    QImage image((QSizeF(100, 100) * scale).toSize(), QImage::Format_ARGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    scene.view().scene()->render(&painter, QRectF(0, 0, 100, 100), QRectF(0, 0, 100, 100));
+    return image;
+}
+
+/** The lengths of the runs of black pixels in row @p y. */
+static QList<int> blackRuns(const QImage &image, int y)
+{
+    QList<int> runs;
+    bool isInside = false;
+    for (int x = 0; x < image.width(); ++x) {
+        const bool isBlack = image.pixelColor(x, y) == QColor(Qt::black);
+        if (isBlack && !isInside)
+            runs.append(0);
+        if (isBlack)
+            ++runs.last();
+        isInside = isBlack;
+    }
+    return runs;
+}
+
+void tst_QDeclarativeRectangle::linesOnScaledScreens_data()
+{
+    QTest::addColumn<qreal>("scale");
+    QTest::addColumn<int>("width");
+    QTest::newRow("1") << 1.0 << 1;
+    QTest::newRow("1.25") << 1.25 << 1;
+    QTest::newRow("1.5") << 1.5 << 1;
+    QTest::newRow("1.75") << 1.75 << 1;
+    QTest::newRow("2") << 2.0 << 2;
+    QTest::newRow("2.5") << 2.5 << 2;
+}
+
+// Lines are as wide as each other, wherever the pixels lie.
+void tst_QDeclarativeRectangle::linesOnScaledScreens()
+{
+    QFETCH(qreal, scale);
+    QFETCH(int, width);
+    QmlScene scene;
+    scene.load(
+        "import QtQuick 1.0\nItem { width: 100; height: 100\n"
+        "Repeater { model: 9; Rectangle { x: 3 + 11 * index; width: 1; height: 100; color: \"black\" } }\n"
+        "}");
+    QCOMPARE(blackRuns(scaledPicture(scene, scale), 10), QVector<int>(9, width).toList());
+    // What is wider covers all of its place, so that neighbours leave no gap.
+    scene.run(
+        QStringLiteral("for (var i = 0; i < 9; ++i) { children[i].width = 11; children[i].x = 11 * i }"));
+    QCOMPARE(blackRuns(scaledPicture(scene, scale), 10), QList<int>{qRound(99 * scale)});
+}
+
+void tst_QDeclarativeRectangle::bordersOnScaledScreens_data()
+{
+    QTest::addColumn<qreal>("scale");
+    QTest::addColumn<QByteArray>("properties");
+    QTest::addColumn<int>("width");
+    for (const qreal scale : {1.0, 1.25, 1.5, 2.0}) {
+        const QByteArray name = QByteArray::number(scale);
+        QTest::newRow("1 at " + name) << scale << QByteArray("border.width: 1") << qFloor(scale);
+        QTest::newRow("2 at " + name) << scale << QByteArray("border.width: 2") << qFloor(2 * scale);
+        QTest::newRow("rounded at " + name)
+            << scale << QByteArray("border.width: 1; radius: 6") << qFloor(scale);
+        QTest::newRow("smooth at " + name)
+            << scale << QByteArray("border.width: 1; smooth: true") << qFloor(scale);
+    }
+}
+
+void tst_QDeclarativeRectangle::bordersOnScaledScreens()
+{
+    QFETCH(qreal, scale);
+    QFETCH(QByteArray, properties);
+    QFETCH(int, width);
+    QmlScene scene;
+    scene.load(::scene("color: \"yellow\"; border.color: \"black\"; " + properties));
+    for (int x = 20; x < 30; ++x) {
+        scene.run(QStringLiteral("children[0].x = %1").arg(x));
+        const QImage picture = scaledPicture(scene, scale);
+        const int middle = qRound(30 * scale);
+        QCOMPARE(blackRuns(picture, middle), (QList<int>{width, width}));
+        QCOMPARE(blackRuns(picture.transformed(QTransform(0, 1, 1, 0, 0, 0)), qRound((x + 10) * scale)),
+                 (QList<int>{width, width}));
+    }
 }
 
 void tst_QDeclarativeRectangle::hostileSizes_data()

@@ -144,20 +144,15 @@ Rectangle {
         }
     }
 
+    // A border of one pixel lies within its item at the left and above, and beyond it at the right and below.
     Rectangle {
         x: 1
         y: 1
-        width: root.width - 1
-        height: root.height - 1
-        color: look.text
+        width: root.width - 2
+        height: root.height - 2
+        color: "transparent"
+        border { width: 1; color: look.text }
         opacity: look.hairline + 0.06
-    }
-    Rectangle {
-        x: 2
-        y: 2
-        width: root.width - 3
-        height: root.height - 3
-        color: look.window
     }
     MouseArea {
         id: more
