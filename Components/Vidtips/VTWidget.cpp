@@ -378,8 +378,11 @@ void VTWidget::contentResized()
 
 // Place and size in one request, or there would be an answer to the first with the old one of the second. A
 // request for the size alone would confirm a place that was reported wrongly.
+// On a screen of scale 1.5 or more Qt has window managers change sizes in steps of two pixels. They count from
+// the base size.
 void VTWidget::takeSize(const QSize &size)
 {
+    setBaseSize(size);
     if (isVisible() && !d->handedOver) {
         setMinimumSize(0, 0);
         setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);

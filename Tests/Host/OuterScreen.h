@@ -34,6 +34,16 @@ inline QImage grab()
         .convertToFormat(QImage::Format_RGB888);
 }
 
+/** Returns the size of a window in the server's pixels; an empty one when there is no such window. */
+inline QSize sizeOf(xcb_window_t window)
+{
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(xcb_connect(nullptr, nullptr),
+                                                                              &xcb_disconnect);
+    const std::unique_ptr<xcb_get_geometry_reply_t, decltype(&free)> geometry(
+        xcb_get_geometry_reply(server.get(), xcb_get_geometry(server.get(), window), nullptr), &free);
+    return geometry ? QSize(geometry->width, geometry->height) : QSize();
+}
+
 /** Returns the smallest rectangle around everything of that colour on the screen; null when there is nothing.
  */
 inline QRect find(const QColor &color)
