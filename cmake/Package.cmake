@@ -114,9 +114,12 @@ vidtips_package(tools vidtips-tools devel "rich, animated tooltips for applicati
     "does, with a short clip."
     "."
     "This package has what content is written with: the command-line tool, and"
-    "descriptions of the QML types for editors.")
+    "descriptions of the QML types for editors. The tool also shows such tooltips"
+    "in programs that were not made for them.")
 # The build's own library has no package yet that its users' dependencies could be read from.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} (>= ${version}), ${library}-codecs (>= ${version})")
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "bash-completion, vidtips-example (= ${version})")
 
 vidtips_package(data vidtips-data graphics "rich, animated tooltips for applications (user interface)"
     "Vidtips shows a small window beside a command that says what the command"
@@ -131,7 +134,9 @@ vidtips_package(examples vidtips-example graphics "rich, animated tooltips for a
     "does, with a short clip."
     "."
     "This package has a small drafting application, whose commands have such"
-    "tooltips in English and German.")
-set(CPACK_DEBIAN_EXAMPLES_PACKAGE_DEPENDS "${library} (>= ${version})")
+    "tooltips in English and German, and tooltips for LibreCAD.")
+# The tooltips for LibreCAD have the user interface of the one, and are shown by the other.
+set(CPACK_DEBIAN_EXAMPLES_PACKAGE_DEPENDS "${library} (>= ${version}), vidtips-data (>= ${version})")
+set(CPACK_DEBIAN_EXAMPLES_PACKAGE_SUGGESTS "librecad, vidtips-tools (= ${version})")
 
 include(CPack)
