@@ -19,9 +19,10 @@ QDeclarativePathViewAttached::QDeclarativePathViewAttached(QObject *object)
     m_attributes = new QQmlOpenMetaObject(this, making->view->attributeType);
     m_attributes->setCached(true);
     m_attributeKeeper = making->view->attributeKeeper;
-    const auto names = making->view->path ? making->view->attributes : QStringList();
+    const QDeclarativePathPlaces places = making->view->places;
+    const QStringList names = places.attributes();
     for (const QString &name : names)
-        setAttribute(name, making->view->path->attributeAt(name, making->place));
+        setAttribute(name, places.attributeAt(name, making->place));
 }
 
 QDeclarativePathView *QDeclarativePathViewAttached::view() const
@@ -96,6 +97,8 @@ void QDeclarativePathView::componentComplete()
     }
     d->createHighlight();
     d->reload();
+    if (!d->isStrict())
+        d->moveHighlight();
 }
 
 QVariant QDeclarativePathView::model() const
@@ -148,8 +151,10 @@ void QDeclarativePathView::setPath(QQuickPath *path)
     if (d->path)
         d->path->disconnect(this);
     d->path = path;
-    if (path)
+    if (path) {
         connect(path, &QQuickPath::changed, this, [d] { d->pathUpdated(); });
+        connect(path, &QObject::destroyed, this, [d] { d->pathUpdated(); });
+    }
     if (isComponentComplete())
         d->pathUpdated();
     Q_EMIT pathChanged();
@@ -162,20 +167,21 @@ int QDeclarativePathView::currentIndex() const
 
 void QDeclarativePathView::setCurrentIndex(int index)
 {
-    d_func()->setCurrent(index, QDeclarativePathViewPrivate::Shortest);
+    d_func()->setCurrent(index);
 }
 
 void QDeclarativePathView::incrementCurrentIndex()
 {
     Q_D(QDeclarativePathView);
-    d->setCurrent(d->currentIndex + 1, QDeclarativePathViewPrivate::Forwards);
+    if (d->rowCount > 0)
+        d->setCurrent(d->currentIndex + 1);
 }
 
 void QDeclarativePathView::decrementCurrentIndex()
 {
     Q_D(QDeclarativePathView);
     if (d->rowCount > 0)
-        d->setCurrent(d->currentIndex + d->rowCount - 1, QDeclarativePathViewPrivate::Backwards);
+        d->setCurrent(d->currentIndex + d->rowCount - 1);
 }
 
 qreal QDeclarativePathView::offset() const

@@ -4,6 +4,7 @@
 #include "flickable/qdeclarativetimeline_p.h"
 #include "item/qdeclarativeitem_p.h"
 #include "models/qdeclarativekeptchanges_p.h"
+#include "qdeclarativepathplaces_p.h"
 #include "qdeclarativepathview_p.h"
 
 #include <QtCore/QElapsedTimer>
@@ -27,20 +28,18 @@ public:
         QDeclarativePathViewAttached *attached;
         int index;
     };
-    enum Direction { Shortest, Forwards, Backwards };
+    enum Turn { NoTurn, OverTheStart, OverTheEnd };
+    enum Mover { Nobody, Script, User };
     using Value = QQuickTimeLineValueProxy<QDeclarativePathViewPrivate>;
 
     QDeclarativePathViewPrivate();
     ~QDeclarativePathViewPrivate() override;
 
     // Places. A place is a part of the path's length; beyond 1 an item is not on the path.
-    bool hasPath() const;
     int visibleRows() const;
     qreal rangeStart() const;
     bool isStrict() const;
-    qreal placeOf(int index, qreal offset) const;
-    qreal placeOf(int index) const { return placeOf(index, offset); }
-    qreal nearestPlace(const QPointF &, qreal *distance) const;
+    qreal placeOf(qreal index) const;
 
     // Items.
     Row makeRow(int index, qreal place);
@@ -56,20 +55,23 @@ public:
     void createHighlight();
     void makeHighlight();
     void placeHighlight(qreal place);
-    void moveHighlight(qreal offsetThen);
-    qreal highlightTarget(qreal offsetThen) const;
+    void keepHighlight();
+    void moveHighlight();
+    void moveHighlightTo(qreal index);
+    void pushRows();
     void itemGeometryChanged(QDeclarativeItem *, const QRectF &now, const QRectF &before) override;
     void itemDestroyed(QDeclarativeItem *) override;
 
     // Movement.
     void moveTo(qreal offset);
-    void setCurrent(int index, Direction);
+    void setCurrent(int index);
     void changeCurrent(int index);
     void updateCurrentItem();
     void followOffset();
-    qreal wayTo(int index, Direction) const;
-    qreal wayIntoRange(int index) const;
-    void moveBy(qreal way);
+    int rowInRange() const;
+    Turn turnFor(qreal way) const;
+    void moveRound(Value &, qreal from, qreal to, qreal end);
+    void moveToCurrent();
     void run(qreal velocity, qreal way);
     void notifyWhenDone();
     void stop();
@@ -84,7 +86,6 @@ public:
     void applyKeptChanges();
     void announce(void (QDeclarativePathView::*signal)());
     void dropRows();
-    void finishChanges(int count, int current, qreal start);
     void setRowCount(int);
     void reload();
     void keepCurrent();
@@ -110,17 +111,11 @@ public:
     };
     static const Making *making;
 
-    struct Sample
-    {
-        qint64 time; ///< nanoseconds
-        qreal way; ///< rows since the press
-    };
-
     QDeclarativeVisualModel *visualModel = nullptr;
     QQmlOpenMetaObjectType *attributeType = nullptr;
     std::shared_ptr<QDeclarativePathViewAttached> attributeKeeper;
-    QStringList attributes; ///< of the path
     QPointer<QQuickPath> path;
+    QDeclarativePathPlaces places; ///< of the path; none while it is still being declared
     QPointer<QQmlComponent> highlightComponent;
     QPointer<QDeclarativeItem> highlightItem;
     QPointer<QDeclarativePathViewAttached> highlightAttached;
@@ -130,22 +125,23 @@ public:
     Value offsetValue;
     Value highlightValue;
     QDeclarativeTimeLine timeLine;
-    QElapsedTimer clock;
-    QVector<Sample> samples;
-    QPointF pressPosition;
+    QElapsedTimer clock; ///< since the last way of a drag
+    QPointF dragStart; ///< on the path
     qreal offset = 0;
     qreal highlightBegin = 0;
     qreal highlightEnd = 0;
-    qreal highlightPlace = 0;
-    qreal pathSteps = 1; ///< how many points of the path items can stand at, less one
+    qreal highlightRow = 0; ///< where the highlight is among the rows
+    qreal highlightPlace = 0; ///< and where on the path that was when it was put there
     qreal dragMargin = 0;
     qreal deceleration = 100;
     qreal dragPlace = 0; ///< where on the path the mouse was last
-    qreal dragWay = 0; ///< in rows
+    qreal lastWay = 0; ///< of a drag, in rows
+    qint64 lastInterval = 0; ///< from the way before it, in milliseconds
     int rowCount = 0;
     int currentIndex = 0;
     int pathItemCount = -1;
     int highlightMoveDuration = 300;
+    Mover mover = Nobody; ///< who moved the rows last
     QDeclarativePathView::HighlightRangeMode rangeMode = QDeclarativePathView::StrictlyEnforceRange;
     bool interactive = true;
     bool moving = false;
@@ -154,9 +150,8 @@ public:
     bool steals = false; ///< the gesture is a drag of ours: from the next event on nobody else gets it
     bool isDragging = false;
     bool isRunning = false; ///< the rows move by themselves
-    bool wasStopped = false; ///< they did so until the press
     bool grabbing = false;
-    bool highlightMoves = false;
+    bool highlightRises = false; ///< it moves towards later rows
     bool layingOut = false;
     bool layOutAgain = false;
     bool hadRows = false;

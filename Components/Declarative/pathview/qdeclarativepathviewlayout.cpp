@@ -13,9 +13,9 @@
 namespace {
 
 const qreal tolerance = 1e-6; // in rows; below this a row stands exactly where it should
+const qreal circleGap = 0.01; // in rows; how near a moving highlight comes to the end of the circle
+const qreal pushGap = 1e-5; // in rows; how far the highlight is pushed into its range
 const int mostPasses = 10; // of a layout that its own items keep changing
-const int nearestSteps = 100;
-const int stepsPerPixel = 5; // that items on the path stop at
 
 const auto heard = QDeclarativeItemChanges(GeometryChange) | DestroyedChange;
 
@@ -43,21 +43,14 @@ const QDeclarativePathViewPrivate::Making *QDeclarativePathViewPrivate::making =
 QDeclarativePathViewPrivate::QDeclarativePathViewPrivate()
     : work([this] { dropRows(); })
     , offsetValue(this, &QDeclarativePathViewPrivate::moveTo)
-    , highlightValue(this, &QDeclarativePathViewPrivate::placeHighlight)
+    , highlightValue(this, &QDeclarativePathViewPrivate::moveHighlightTo)
 {
-    clock.start();
 }
 
 QDeclarativePathViewPrivate::~QDeclarativePathViewPrivate()
 {
     if (attributeType)
         attributeType->release();
-}
-
-/** Tells whether there is a path to stand on; one that is still being declared is none yet. */
-bool QDeclarativePathViewPrivate::hasPath() const
-{
-    return path && !path->path().isEmpty();
 }
 
 /** How many rows the whole path has room for. */
@@ -78,7 +71,7 @@ bool QDeclarativePathViewPrivate::isStrict() const
     return rangeMode == QDeclarativePathView::StrictlyEnforceRange && highlightBegin <= highlightEnd;
 }
 
-qreal QDeclarativePathViewPrivate::placeOf(int index, qreal offset) const
+qreal QDeclarativePathViewPrivate::placeOf(qreal index) const
 {
     if (rowCount <= 0)
         return 1;
@@ -86,30 +79,6 @@ qreal QDeclarativePathViewPrivate::placeOf(int index, qreal offset) const
     const qreal whole = qreal(rowCount) / shown;
     const qreal place = wrappedRows(index + offset, rowCount) / shown + rangeStart();
     return place > whole - tolerance ? qMax<qreal>(0, place - whole) : place;
-}
-
-/** The place on the path that is nearest to @p point, and how far away it is, in pixels. */
-qreal QDeclarativePathViewPrivate::nearestPlace(const QPointF &point, qreal *distance) const
-{
-    qreal nearest = 0;
-    qreal least = -1;
-    const auto search = [&](qreal from, qreal step) {
-        for (int i = 0; i <= nearestSteps; ++i) {
-            const qreal place = qBound<qreal>(0, from + i * step, 1);
-            const QPointF way = path->pointAtPercent(place) - point;
-            const qreal squared = QPointF::dotProduct(way, way);
-            if (least >= 0 && squared >= least)
-                continue;
-            least = squared;
-            nearest = place;
-        }
-    };
-    const qreal coarse = 1.0 / nearestSteps;
-    search(0, coarse);
-    search(nearest - coarse, 2 * coarse / nearestSteps);
-    if (distance)
-        *distance = std::sqrt(least);
-    return nearest;
 }
 
 QDeclarativePathViewPrivate::Row QDeclarativePathViewPrivate::makeRow(int index, qreal place)
@@ -164,10 +133,7 @@ void QDeclarativePathViewPrivate::clear()
 
 void QDeclarativePathViewPrivate::positionItem(QDeclarativeItem *item, qreal place)
 {
-    if (!path)
-        return;
-    const qreal step = qMin<qreal>(std::round(place * (pathSteps + 1)), pathSteps);
-    const QPointF point = path->sequentialPointAt(step / pathSteps);
+    const QPointF point = places.pointAt(place);
     item->setPos(QDeclarativeRounding::bounded(point.x() - item->width() / 2),
                  QDeclarativeRounding::bounded(point.y() - item->height() / 2));
 }
@@ -175,16 +141,18 @@ void QDeclarativePathViewPrivate::positionItem(QDeclarativeItem *item, qreal pla
 void QDeclarativePathViewPrivate::placeItem(QDeclarativeItem *item, QDeclarativePathViewAttached *attached,
                                             qreal place)
 {
-    for (int i = 0; i < attributes.count() && path; ++i)
-        attached->setAttribute(attributes.at(i), path->attributeAt(attributes.at(i), place));
+    // An attribute that is set may change the path.
+    const QDeclarativePathPlaces now = places;
+    const QStringList names = now.attributes();
+    for (const QString &name : names)
+        attached->setAttribute(name, now.attributeAt(name, place));
     positionItem(item, place);
-    attached->setOnPath(true);
 }
 
 /** Makes, moves and gives up items so that every row whose place is on the path has one there. */
 void QDeclarativePathViewPrivate::layOut()
 {
-    if (!componentIsComplete || !hasPath() || !visualModel->isValid() || rowCount <= 0)
+    if (!componentIsComplete || places.isEmpty() || !visualModel->isValid() || rowCount <= 0)
         return;
     if (layingOut) {
         layOutAgain = true;
@@ -195,7 +163,7 @@ void QDeclarativePathViewPrivate::layOut()
     int pass = 0;
     do {
         layOutAgain = false;
-        if (rowCount > 0 && hasPath())
+        if (rowCount > 0 && !places.isEmpty())
             layOutRows();
     } while (layOutAgain && ++pass < mostPasses);
 }
@@ -220,10 +188,14 @@ void QDeclarativePathViewPrivate::layOutRows()
         if (!hasItem[slot])
             addRow(wrappedIndex(first + slot, rowCount));
     }
-    for (size_t i = 0; i < rows.size() && !layOutAgain; ++i)
-        placeItem(rows[i].item, rows[i].attached, placeOf(rows[i].index));
-    if (!layOutAgain && highlightItem && !highlightMoves)
-        placeHighlight(highlightTarget(offset));
+    for (size_t i = 0; i < rows.size() && !layOutAgain; ++i) {
+        const Row row = rows[i];
+        placeItem(row.item, row.attached, placeOf(row.index));
+        if (!layOutAgain)
+            row.attached->setOnPath(true);
+    }
+    if (!layOutAgain && (isStrict() || mover != Script))
+        keepHighlight();
 }
 
 void QDeclarativePathViewPrivate::addRow(int index)
@@ -245,8 +217,7 @@ void QDeclarativePathViewPrivate::pathUpdated()
     Q_Q(QDeclarativePathView);
     if (!componentIsComplete || work.postpone([this] { pathUpdated(); }))
         return;
-    attributes = path ? path->attributes() : QStringList();
-    pathSteps = hasPath() ? qMax<qreal>(1, std::ceil(path->path().length() * stepsPerPixel)) : 1;
+    places = path ? QDeclarativePathPlaces(*path) : QDeclarativePathPlaces();
     if (!attributeType) {
         attributeType =
             new QQmlOpenMetaObjectType(&QDeclarativePathViewAttached::staticMetaObject, qmlEngine(q));
@@ -258,7 +229,8 @@ void QDeclarativePathViewPrivate::pathUpdated()
     QVector<QByteArray> known;
     for (int i = 0; i < attributeType->propertyCount(); ++i)
         known.append(attributeType->propertyName(i));
-    for (const QString &name : qAsConst(attributes)) {
+    const QStringList names = places.attributes();
+    for (const QString &name : names) {
         if (!known.contains(name.toUtf8()))
             attributeType->createProperty(name.toUtf8());
     }
@@ -268,11 +240,10 @@ void QDeclarativePathViewPrivate::pathUpdated()
 void QDeclarativePathViewPrivate::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
                                                       const QRectF &before)
 {
-    if (now.size() == before.size() || !hasPath())
+    if (now.size() == before.size() || places.isEmpty())
         return;
     if (item == highlightItem) {
-        if (highlightPlace < 1)
-            positionItem(item, highlightPlace);
+        positionItem(item, highlightPlace);
         return;
     }
     for (const Row &row : rows) {
@@ -296,7 +267,6 @@ void QDeclarativePathViewPrivate::createHighlight()
     const QDeclarativeWork::Scope scope(&work);
     const bool had = highlightItem;
     timeLine.reset(highlightValue);
-    highlightMoves = false;
     if (highlightItem)
         QDeclarativeItemPrivate::get(highlightItem.data())->removeChangeListener(this, heard);
     discard(highlightItem);
@@ -321,55 +291,60 @@ void QDeclarativePathViewPrivate::makeHighlight()
     }
     highlightItem = item;
     QDeclarativeItemPrivate::get(item)->addChangeListener(this, heard);
-    placeHighlight(highlightTarget(offset));
+    keepHighlight();
 }
 
-/** Where the highlight belongs once the rows have moved to @p offsetThen. */
-qreal QDeclarativePathViewPrivate::highlightTarget(qreal offsetThen) const
+/** Puts the highlight where it belongs: into a strict range, and elsewhere to the current row. */
+void QDeclarativePathViewPrivate::keepHighlight()
 {
-    return isStrict() ? rangeStart() : placeOf(currentIndex, offsetThen);
+    placeHighlight(isStrict() ? rangeStart() : placeOf(currentIndex));
 }
 
-/** Puts the highlight on the path; where its row is not on it, it stays where it was. */
+/** Puts the highlight on the path; it stands at the end while its row is not on it. */
 void QDeclarativePathViewPrivate::placeHighlight(qreal place)
 {
-    if (!highlightItem || !hasPath() || rowCount <= 0)
+    if (!highlightItem || places.isEmpty() || rowCount <= 0)
         return;
     const QDeclarativeWork::Scope scope(&work);
-    if (highlightMoves)
-        place -= std::floor(place);
-    if (place >= 1) {
-        highlightAttached->setOnPath(false);
-        return;
-    }
-    highlightPlace = place;
-    placeItem(highlightItem, highlightAttached, place);
+    highlightPlace = qMin<qreal>(place, 1);
+    placeItem(highlightItem, highlightAttached, highlightPlace);
+    if (highlightAttached)
+        highlightAttached->setOnPath(place < 1);
 }
 
-/** Moves the highlight to the current row, which the rows' movement to @p offsetThen takes along. */
-void QDeclarativePathViewPrivate::moveHighlight(qreal offsetThen)
+/** Moves the highlight to the current row. */
+void QDeclarativePathViewPrivate::moveHighlight()
 {
-    if (!highlightItem || isStrict())
+    if (!highlightItem || rowCount <= 0)
         return;
-    timeLine.reset(highlightValue);
-    highlightMoves = false;
-    const qreal target = highlightTarget(offsetThen);
-    if (target >= 1 || highlightMoveDuration <= 0) {
-        placeHighlight(target);
+    const qreal way = currentIndex - highlightRow;
+    const Turn turn = turnFor(way);
+    highlightRises = turn == OverTheEnd || (turn == NoTurn && way > 0);
+    moveRound(highlightValue, highlightRow, currentIndex, rowCount - circleGap);
+}
+
+/** Puts the highlight to where row @p index is, or would be; where that is out of the range the rows move. */
+void QDeclarativePathViewPrivate::moveHighlightTo(qreal index)
+{
+    if (index == highlightRow || rowCount <= 0)
         return;
-    }
-    qreal way = target - highlightPlace;
-    way -= std::round(way);
-    highlightMoves = true;
-    highlightValue.QQuickTimeLineValue::setValue(highlightPlace);
-    timeLine.move(highlightValue, highlightPlace + way, QEasingCurve(QEasingCurve::InOutQuad),
-                  highlightMoveDuration);
-    timeLine.callback(QQuickTimeLineCallback(
-        &highlightValue,
-        [](void *data) {
-            auto *view = static_cast<QDeclarativePathViewPrivate *>(data);
-            view->highlightMoves = false;
-            view->placeHighlight(view->highlightTarget(view->offset));
-        },
-        this));
+    const QDeclarativeWork::Scope scope(&work);
+    highlightRow = index;
+    pushRows();
+    placeHighlight(placeOf(highlightRow));
+}
+
+/** Moves the rows so that the highlight comes back into the range that it has left. */
+void QDeclarativePathViewPrivate::pushRows()
+{
+    const bool hasRange =
+        rangeMode != QDeclarativePathView::NoHighlightRange && highlightBegin <= highlightEnd;
+    const qreal shown = visibleRows();
+    const qreal way = wrappedRows(highlightRow + offset, rowCount);
+    // Towards earlier rows it may go on until the end of the range, counted from its start.
+    const qreal most = shown * (hasRange ? highlightEnd - (highlightRises ? highlightBegin : 0) : 1);
+    if (!highlightRises && way > most)
+        moveTo(offset + rowCount - way);
+    else if (highlightRises && way >= most)
+        moveTo(offset - (way - most) - pushGap);
 }

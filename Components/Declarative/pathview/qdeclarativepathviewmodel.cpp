@@ -4,12 +4,11 @@
 
 #include <QtCore/QHash>
 
-#include <cmath>
 #include <utility>
 
 namespace {
 
-/** Follows the rows, the current one and the one at the start of the path through changes of the model. */
+/** Follows the rows, the current one and the offset through changes of the model. */
 struct RowChanges
 {
     using Row = QDeclarativePathViewPrivate::Row;
@@ -19,7 +18,7 @@ struct RowChanges
         : rows(view.rows)
         , current(view.currentIndex)
         , count(view.rowCount)
-        , start(view.rowCount > 0 ? std::fmod(view.rowCount - view.offset, view.rowCount) : 0)
+        , offset(view.offset)
         , hasCurrent(view.currentIndex < view.rowCount)
     {
     }
@@ -33,8 +32,9 @@ struct RowChanges
     Key liftedCurrent = {-1, 0};
     int current;
     int count;
-    qreal start;
+    qreal offset;
     bool hasCurrent;
+    bool hasLostCurrent = false;
 };
 
 void RowChanges::remove(const QQmlChangeSet::Change &change)
@@ -54,18 +54,18 @@ void RowChanges::remove(const QQmlChangeSet::Change &change)
         left.push_back(row);
     }
     rows.swap(left);
+    if (!change.isMove() && change.index > current && offset >= change.count)
+        offset -= change.count;
     if (current >= end) {
         current -= change.count;
     } else if (current >= change.index) {
         if (hasCurrent && change.isMove())
             liftedCurrent = {change.moveId, change.offset + current - change.index};
+        else
+            hasLostCurrent = true;
         hasCurrent = false;
         current = change.index;
     }
-    if (start >= end)
-        start -= change.count;
-    else if (start > change.index)
-        start = change.index;
     count -= change.count;
 }
 
@@ -75,6 +75,9 @@ void RowChanges::insert(const QQmlChangeSet::Change &change)
         if (row.index >= change.index)
             row.index += change.count;
     }
+    // The rows on the path stay where they are.
+    if (!change.isMove() && change.index > current && offset > 0)
+        offset += change.count;
     if (hasCurrent && current >= change.index)
         current += change.count;
     if (change.isMove()) {
@@ -89,8 +92,6 @@ void RowChanges::insert(const QQmlChangeSet::Change &change)
             }
         }
     }
-    if (change.index < start)
-        start += change.count;
     count += change.count;
 }
 
@@ -187,18 +188,15 @@ void QDeclarativePathViewPrivate::applyChanges(const QQmlChangeSet &changes)
         done.insert(change);
     rows.swap(done.rows);
     releaseRows(done.gone);
-    finishChanges(done.count, done.current, done.start);
-}
-
-void QDeclarativePathViewPrivate::finishChanges(int count, int current, qreal start)
-{
     const bool hadNone = rowCount <= 0;
-    setRowCount(count);
-    changeCurrent(hadNone ? currentIndex : qBound(0, current, qMax(0, count - 1)));
+    // A strict range holds for the row that becomes the current one, not for one that rows come or go before.
+    const bool hasNewCurrent = currentIndex >= rowCount || (done.hasLostCurrent && isStrict() && !isPressed);
+    setRowCount(done.count);
+    changeCurrent(hadNone ? currentIndex : qBound(0, done.current, qMax(0, done.count - 1)));
     updateCurrentItem();
-    if (hadNone || (isStrict() && !isPressed))
+    if (hasNewCurrent)
         keepCurrent();
     else
-        moveTo(count > 0 ? count - start : 0);
+        moveTo(done.count > 0 ? done.offset : 0);
     layOut();
 }

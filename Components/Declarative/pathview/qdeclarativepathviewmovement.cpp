@@ -14,8 +14,6 @@ namespace {
 const qreal tolerance = 1e-6; // in rows
 const qreal minimumVelocity = 1; // rows per second; less is a hand that stops
 const qreal velocityPerRow = 2; // how much of it, for each visible row, a flick has at most
-const qint64 sampleAge = 100 * 1000000; // nanoseconds
-const qint64 shortestInterval = 1000000; // nanoseconds; events closer together tell no velocity
 
 qreal wrapped(qreal value, qreal range)
 {
@@ -40,15 +38,21 @@ void QDeclarativePathViewPrivate::moveTo(qreal value)
     offset = target;
     layOut();
     Q_EMIT q_func()->offsetChanged();
-    if (moving)
+    if (mover == User)
         followOffset();
 }
 
-/** Makes the row that the user moved into the range the current one. */
+/** Makes the row that the user moved into a strict range the current one. */
 void QDeclarativePathViewPrivate::followOffset()
 {
     if (isStrict() && rowCount > 0)
-        changeCurrent(int(wrapped(std::round(-offset), rowCount)));
+        changeCurrent(rowInRange());
+}
+
+/** The row that is nearest to the start of the range. */
+int QDeclarativePathViewPrivate::rowInRange() const
+{
+    return int(wrapped(std::round(-offset), rowCount));
 }
 
 void QDeclarativePathViewPrivate::changeCurrent(int index)
@@ -72,9 +76,9 @@ void QDeclarativePathViewPrivate::updateCurrentItem()
     }
 }
 
-void QDeclarativePathViewPrivate::setCurrent(int index, Direction direction)
+void QDeclarativePathViewPrivate::setCurrent(int index)
 {
-    if (work.postpone([=] { setCurrent(index, direction); }))
+    if (work.postpone([=] { setCurrent(index); }))
         return;
     if (!componentIsComplete || rowCount <= 0) {
         // Kept until there are rows.
@@ -92,57 +96,70 @@ void QDeclarativePathViewPrivate::setCurrent(int index, Direction direction)
         return;
     }
     stop();
-    const qreal then = offset + (isStrict() ? wayTo(target, direction) : wayIntoRange(target));
+    mover = Script;
     changeCurrent(target);
     if (currentIndex != target)
         return;
-    moveBy(then - offset);
-    moveHighlight(then);
+    if (isStrict())
+        moveToCurrent();
+    else
+        moveHighlight();
 }
 
-/** How far the rows have to move for row @p index to come to the start of the range. */
-qreal QDeclarativePathViewPrivate::wayTo(int index, Direction direction) const
+/** Whether a way of @p way rows is shorter over an end of the circle. A single row has its way round, too. */
+QDeclarativePathViewPrivate::Turn QDeclarativePathViewPrivate::turnFor(qreal way) const
 {
-    const qreal way = wrapped(-index - offset, rowCount);
-    if (way < tolerance || rowCount - way < tolerance)
-        return 0;
-    // The rows move backwards for a later one to come.
-    if (direction == Forwards || (direction == Shortest && way > rowCount / 2.0))
-        return way - rowCount;
-    return way;
+    const int half = rowCount / 2;
+    if (way > half)
+        return OverTheStart;
+    return way <= -half ? OverTheEnd : NoTurn;
 }
 
-/** How far they have to move for it to come into the range at all. */
-qreal QDeclarativePathViewPrivate::wayIntoRange(int index) const
+/**
+ * Moves @p value from @p from to @p to in a circle of the rows, the shorter way; @p end is where the circle
+ * starts again.
+ */
+void QDeclarativePathViewPrivate::moveRound(Value &value, qreal from, qreal to, qreal end)
 {
-    if (rangeMode != QDeclarativePathView::ApplyRange || highlightBegin > highlightEnd)
-        return 0;
-    const qreal place = placeOf(index);
-    if (place >= highlightBegin && place <= highlightEnd)
-        return 0;
-    const qreal toBegin = wayTo(index, Shortest);
-    const qreal width = (highlightEnd - highlightBegin) * visibleRows();
-    qreal toEnd = wrapped(toBegin + width, rowCount);
-    if (toEnd > rowCount / 2.0)
-        toEnd -= rowCount;
-    return qAbs(toEnd) < qAbs(toBegin) ? toEnd : toBegin;
+    timeLine.reset(value);
+    value.QQuickTimeLineValue::setValue(from);
+    if (highlightMoveDuration <= 0) {
+        value.setValue(to);
+        return;
+    }
+    const Turn turn = turnFor(to - from);
+    if (turn == NoTurn) {
+        timeLine.move(value, to, QEasingCurve(QEasingCurve::InOutQuad), highlightMoveDuration);
+        return;
+    }
+    // Over the end of the circle, in two parts that share the time. One without any is left out, and the
+    // value stays at the end if that is the last one.
+    const bool isRising = turn == OverTheEnd;
+    const qreal first = isRising ? rowCount - from : from;
+    const qreal second = isRising ? to : rowCount - to;
+    const auto part = [&](qreal distance) {
+        return first + second > 0 ? int(highlightMoveDuration * distance / (first + second)) : 0;
+    };
+    timeLine.move(value, isRising ? end : 0, QEasingCurve(QEasingCurve::InQuad), part(first));
+    timeLine.set(value, isRising ? 0 : end);
+    timeLine.move(value, to, QEasingCurve(QEasingCurve::OutQuad), part(second));
 }
 
-/** Moves the rows by @p way in the time of highlightMoveDuration. */
-void QDeclarativePathViewPrivate::moveBy(qreal way)
+/** Moves the rows until the current one is at the start of a strict range. */
+void QDeclarativePathViewPrivate::moveToCurrent()
 {
-    timeLine.reset(offsetValue);
-    isRunning = false;
-    const bool still = qAbs(way) < tolerance;
-    if (still || highlightMoveDuration <= 0) {
-        if (!still)
-            moveTo(offset + way);
+    const qreal target = wrapped(-currentIndex, rowCount);
+    if (qAbs(target - offset) < tolerance) {
+        timeLine.reset(offsetValue);
+        isRunning = false;
         endMovement();
         return;
     }
-    offsetValue.QQuickTimeLineValue::setValue(offset);
-    timeLine.move(offsetValue, offset + way, QEasingCurve(QEasingCurve::InOutQuad), highlightMoveDuration);
-    notifyWhenDone();
+    moveRound(offsetValue, offset, target, rowCount);
+    if (highlightMoveDuration > 0)
+        notifyWhenDone();
+    else
+        endMovement();
 }
 
 /** Lets the rows run out over @p way, from @p velocity on. */
@@ -222,18 +239,18 @@ void QDeclarativePathViewPrivate::endMovement()
 bool QDeclarativePathViewPrivate::isDragPoint(const QPointF &point) const
 {
     Q_Q(const QDeclarativePathView);
-    if (!interactive || !hasPath() || rowCount <= 0)
+    if (!interactive || places.isEmpty() || rowCount <= 0)
         return false;
     for (const Row &row : rows) {
         const QRectF area(0, 0, row.item->width(), row.item->height());
         if (area.contains(row.item->mapFromItem(q, point)))
             return true;
     }
-    qreal distance = 0;
     if (dragMargin <= 0)
         return false;
-    nearestPlace(point, &distance);
-    return distance <= dragMargin;
+    QPointF nearest;
+    places.nearestTo(point, &nearest);
+    return (point - nearest).manhattanLength() <= dragMargin;
 }
 
 bool QDeclarativePathViewPrivate::press(const QPointF &point)
@@ -247,70 +264,63 @@ bool QDeclarativePathViewPrivate::press(const QPointF &point)
     steals = flicking;
     q->setKeepMouseGrab(steals);
     timeLine.reset(offsetValue);
-    wasStopped = std::exchange(isRunning, false);
+    isRunning = false;
     endFlick();
-    pressPosition = point;
-    dragPlace = nearestPlace(point, nullptr);
-    dragWay = 0;
-    samples.clear();
-    samples.append({clock.nsecsElapsed(), 0});
+    // However far from the path the press is, how far a drag has come is measured along it.
+    dragPlace = places.nearestTo(point, &dragStart);
+    lastWay = 0;
+    lastInterval = 0;
+    clock.start();
     return true;
 }
 
 void QDeclarativePathViewPrivate::move(const QPointF &point)
 {
     Q_Q(QDeclarativePathView);
-    if (!isPressed || !hasPath() || rowCount <= 0)
+    if (!isPressed || places.isEmpty() || rowCount <= 0)
         return;
-    if (steals) {
-        drag(point);
-        return;
+    if (!steals) {
+        QPointF nearest;
+        const qreal place = places.nearestTo(point, &nearest);
+        const QPointF way = nearest - dragStart;
+        if (!QDeclarativePointer::passesThreshold(way.x()) && !QDeclarativePointer::passesThreshold(way.y()))
+            return;
+        steals = true;
+        q->setKeepMouseGrab(true);
+        // The rows follow from here on, so that they do not leap.
+        dragPlace = place;
     }
-    const QPointF way = point - pressPosition;
-    if (!QDeclarativePointer::passesThreshold(way.x()) && !QDeclarativePointer::passesThreshold(way.y()))
-        return;
-    // The rows follow from here on, so that they do not leap.
-    steals = true;
-    q->setKeepMouseGrab(true);
-    dragPlace = nearestPlace(point, nullptr);
+    drag(point);
 }
 
 /** Moves the rows along with the mouse. */
 void QDeclarativePathViewPrivate::drag(const QPointF &point)
 {
-    const qreal place = nearestPlace(point, nullptr);
-    qreal way = place - dragPlace;
-    if (path->isClosed())
-        way -= std::round(way);
+    isDragging = true;
+    mover = User;
+    startMovement();
+    const qreal place = places.nearestTo(point);
+    const qreal way = (place - dragPlace) * visibleRows();
     dragPlace = place;
-    way *= visibleRows();
-    if (!isDragging) {
-        isDragging = true;
-        startMovement();
-    }
-    dragWay += way;
-    const qint64 now = clock.nsecsElapsed();
-    samples.append({now, dragWay});
-    while (samples.first().time < now - sampleAge)
-        samples.removeFirst();
+    if (way == 0)
+        return;
+    lastWay = way - (qAbs(way) > rowCount / 2 ? std::copysign(rowCount, way) : 0);
+    lastInterval = clock.restart();
     moveTo(offset + way);
 }
 
-/** Rows per second at the release of the mouse. */
+/** Rows per second at the release of the mouse: the last way, in the time since the one before it. */
 qreal QDeclarativePathViewPrivate::releaseVelocity() const
 {
-    const qint64 now = clock.nsecsElapsed();
-    if (samples.count() < 2 || samples.last().time < now - sampleAge)
-        return 0;
-    const qint64 time = qMax(samples.last().time - samples.first().time, shortestInterval);
-    const qreal most = velocityPerRow * visibleRows();
-    return qBound(-most, (samples.last().way - samples.first().way) * 1e9 / time, most);
+    const qint64 time = qMax<qint64>(1, lastInterval + clock.elapsed());
+    const qreal most = velocityPerRow * (pathItemCount < 0 ? rowCount : pathItemCount);
+    return qBound(-most, lastWay * 1000 / time, most);
 }
 
 void QDeclarativePathViewPrivate::release()
 {
     if (isPressed)
-        settle(isDragging ? releaseVelocity() : 0);
+        settle(releaseVelocity());
 }
 
 /** Ends a drag that another item took over, or that is no more allowed. */
@@ -328,31 +338,35 @@ void QDeclarativePathViewPrivate::settle(qreal velocity)
     isDragging = false;
     steals = false;
     q->setKeepMouseGrab(false);
-    if (rowCount <= 0 || (!moving && !wasStopped)) {
+    if (rowCount <= 0) {
         endMovement();
         return;
     }
-    if (qAbs(velocity) > minimumVelocity && deceleration > 0) {
+    if (qAbs(velocity) > minimumVelocity && deceleration > 0)
         flick(velocity);
+    if (isRunning)
+        return;
+    if (!isStrict()) {
+        endMovement();
         return;
     }
-    // A drag has made the nearest row the current one.
-    moveBy(isStrict() ? wayTo(currentIndex, Shortest) : 0);
+    changeCurrent(rowInRange());
+    moveToCurrent();
 }
 
 void QDeclarativePathViewPrivate::flick(qreal velocity)
 {
-    const qreal sign = velocity > 0 ? 1 : -1;
-    qreal way = sign * qMin<qreal>(velocity * velocity / (2 * deceleration / 10), rowCount - 1);
+    const qreal distance = velocity * velocity / (2 * deceleration / 10);
+    const bool isRising = velocity > 0;
+    qreal way = qMin<qreal>(distance, rowCount - 1);
     if (isStrict()) {
-        const qreal next = sign > 0 ? std::floor(offset) + 1 : std::ceil(offset) - 1;
-        const qreal target = std::round(offset + way);
-        way = (sign > 0 ? qMax(target, next) : qMin(target, next)) - offset;
+        // Somewhat farther, so that it takes less to get to the next row.
+        way = qMin<qreal>(distance + 0.25, rowCount - 1);
+        way =
+            qMax<qreal>(0, isRising ? std::round(way + offset) - offset : std::round(way - offset) + offset);
     }
-    if (qAbs(way) < tolerance)
-        endMovement();
-    else
-        run(velocity, way);
+    if (way > tolerance)
+        run(velocity, isRising ? way : -way);
 }
 
 /** Lets the view see a child's event first; tells whether the child shall not get it. */
