@@ -29,10 +29,15 @@ void registerQmlTypes()
 
 void prepareDeclarativeModule()
 {
+#ifdef VIDTIPS_DECLARATIVE_BUNDLED
+    qmlRegisterDeclarativeTypes();
+#else
+    // Another module does that with its first view only.
     static bool isPrepared = false;
     if (!isPrepared)
         QDeclarativeView();
     isPrepared = true;
+#endif
 }
 
 } // namespace Vidtips

@@ -6,8 +6,8 @@ namespace Vidtips {
 void registerQmlTypes();
 
 /**
- * Has the declarative module make what it makes once in a process, which takes longer than showing a tip
- * does: its first view registers all element types. Does nothing when called again. GUI thread only.
+ * Has the declarative module register all element types, which it does once in a process and which takes
+ * longer than showing a tip does. Does nothing when called again. GUI thread only.
  */
 void prepareDeclarativeModule();
 
