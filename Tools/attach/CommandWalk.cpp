@@ -15,6 +15,7 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
 
@@ -44,6 +45,9 @@ QString placeOf(const QWidget *widget)
 
 bool isControl(const QWidget *widget)
 {
+    // What scrolls tabs and closes them is Qt's own.
+    if (qobject_cast<const QTabBar *>(widget->parentWidget()))
+        return false;
     return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget)
         || qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget)
         || qobject_cast<const QDockWidget *>(widget)

@@ -20,6 +20,7 @@
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStatusBar>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QToolTip>
@@ -101,6 +102,12 @@ private:
         auto *const button = new QPushButton("Plain", page);
         button->setObjectName("plain");
         button->setToolTip("A tool tip of its own");
+        (new QPushButton(page))->setObjectName("silent");
+        // Is narrow enough for buttons that scroll the tabs.
+        auto *const tabs = new QTabBar(page);
+        for (const char *text : {"One page", "Another page", "The last page"})
+            tabs->addTab(text);
+        tabs->setGeometry(0, 40, 100, 30);
         area->addSubWindow(page)->resize(200, 150);
         return area;
     }

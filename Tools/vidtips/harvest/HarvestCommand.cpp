@@ -12,6 +12,7 @@
 #include <QtCore/QFileInfo>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -98,7 +99,7 @@ QString unwritable(const HarvestedCommand &command)
 }
 
 void writeLeftOut(const QString &heading, const QVector<HarvestedCommand> &commands,
-                  QString (*lineOf)(const HarvestedCommand &), Console &console)
+                  const std::function<QString(const HarvestedCommand &)> &lineOf, Console &console)
 {
     QStringList lines;
     for (const HarvestedCommand &command : commands)
@@ -108,23 +109,38 @@ void writeLeftOut(const QString &heading, const QVector<HarvestedCommand> &comma
         console.writeLine('\n' + heading + '\n' + lines.join('\n'));
 }
 
+void writeAllLeftOut(const QVector<HarvestedCommand> &commands, const HarvestedPackage &package,
+                     Console &console)
+{
+    writeLeftOut("These commands have no names, so there are no tips for them. In the program's source, "
+                 "setObjectName() gives a name:",
+                 commands, unnamed, console);
+    const auto silent = [&package](const HarvestedCommand &command) {
+        if (!command.hasUsableKey || !command.isSilent() || package.hasTip(command.key))
+            return QString();
+        return QString("  %1: %2, key \"%3\"").arg(command.group, command.className, command.key);
+    };
+    writeLeftOut(
+        "Of these commands the program says nothing, so there are no tips for them until you write some:",
+        commands, silent, console);
+    writeLeftOut("The names of these commands cannot be keys, so there are no tips for them:", commands,
+                 unwritable, console);
+}
+
 } // namespace
 
 QStringList HarvestCommand::description() const
 {
     return {
         "Starts COMMAND, a program with windows of Qt 5, waits until its windows are up, lists the commands "
-        "of "
-        "its menus, tool bars and windows, ends it, and writes the package NAME.vidtips: for each command a "
-        "tip "
-        "with key, title, summary and icon, in control files by menu or tool bar; shortcuts go to the key "
-        "data "
-        "NAME.keys.xml beside the package. Commands without names are listed. The program is used as it "
-        "is: dialogs that it opens first have to be answered.",
+        "of its menus, tool bars and windows, ends it, and writes the package NAME.vidtips: for each command "
+        "a tip with key, title, summary and icon, in control files by menu or tool bar; shortcuts go to the "
+        "key data NAME.keys.xml beside the package. Commands without names, and those of which the program "
+        "says nothing, are listed. The program is used as it is: dialogs that it opens first have to be "
+        "answered.",
         "Where the package is there already, it is brought up to date: new commands are added, and nothing "
-        "that "
-        "is there is changed. Comments tell of commands that are gone and of texts that are not what they "
-        "were. Tips that were taken out of the package stay out of it; what the program said last stands in "
+        "that is there is changed. Comments tell of commands that are gone and of texts that are not what "
+        "they were. Tips that were taken out of the package stay out of it; what the program said last is in "
         "the package's harvest.json."};
 }
 
@@ -171,10 +187,6 @@ int HarvestCommand::run(const QCommandLineParser &arguments, Console &console)
     if (!problem.isEmpty())
         return console.fail(problem);
     writeSummary(package, console);
-    writeLeftOut("These commands have no names, so there are no tips for them. In the program's source, "
-                 "setObjectName() gives a name:",
-                 commands, &unnamed, console);
-    writeLeftOut("The names of these commands cannot be keys, so there are no tips for them:", commands,
-                 &unwritable, console);
+    writeAllLeftOut(commands, package, console);
     return ExitFine;
 }

@@ -17,6 +17,9 @@ struct HarvestedCommand
     QString group; ///< The menu, tool bar or dock that it is in.
     QString icon; ///< Path of the picture at scale 1, without ".png"; empty for none.
 
+    /** Tells whether the program says nothing of the command that a user could read. */
+    bool isSilent() const { return title.isEmpty() && summary.isEmpty(); }
+
     /** Returns the name that the program's source could give to the command. */
     QString suggestedName() const;
 

@@ -121,6 +121,9 @@ void HarvestedPackage::takeIn(const HarvestedCommand &command)
     bool isKnown = false;
     const HarvestedCommand before = m_state.command(command.key, &isKnown);
     const bool hasEntry = m_entries.contains(command.key);
+    // As long as there is nothing to say, it may yet be new.
+    if (!hasEntry && !isKnown && command.isSilent())
+        return;
     m_kept += hasEntry ? 1 : 0;
     if (!hasEntry && !isKnown)
         addEntry(command);

@@ -39,6 +39,9 @@ public:
     /** Takes in what the program has; returns what is wrong, or nothing. */
     QString update(const QVector<HarvestedCommand> &commands);
 
+    /** Tells whether there is an entry for @p key that has been there before. */
+    bool hasTip(const QString &key) const { return m_entries.contains(key); }
+
     const QStringList &added() const { return m_added; }
     const QStringList &gone() const { return m_gone; }
     const QVector<Change> &changes() const { return m_changes; }
