@@ -25,6 +25,8 @@
 
 #include <algorithm>
 
+// Models, graphics items and whoever overrides a function of a view or of the locator are called here, and
+// may delete any of what is looked at, the locator among it.
 namespace Vidtips {
 
 namespace {
@@ -62,7 +64,7 @@ QWidget *wholeOf(const QObject *part)
 /** Returns where @p whole is for someone who points at its part @p part; a list is in a window of its own. */
 QRect rectOfWhole(const QWidget *whole, const QWidget *part)
 {
-    const QWidget *const visible = whole->window() == part->window() ? whole : part->window();
+    const QWidget *const visible = !part || whole->window() == part->window() ? whole : part->window();
     return globalRect(visible, visible->rect());
 }
 
@@ -76,10 +78,12 @@ QAction *entryAt(const Menu *menu, const QPoint &position)
 template <typename Menu>
 Command entryOf(const VTCommandLocator &locator, const Menu *menu, const QPoint &position)
 {
-    QAction *const action = entryAt(menu, position);
+    const QPointer<QAction> action(entryAt(menu, position));
     if (!action)
         return {};
-    return {locator.keyForAction(action), globalRect(menu, menu->actionGeometry(action)), action};
+    const QRect rect = globalRect(menu, menu->actionGeometry(action));
+    const QString key = locator.keyForAction(action);
+    return action ? Command{key, rect, action.data()} : Command();
 }
 
 QWidget *dockTitled(const QMainWindow *window, const QString &title)
@@ -118,39 +122,52 @@ Command sectionOf(QHeaderView *header, const QPoint &position, int role)
         rect.setTop(header->sectionViewportPosition(section));
         rect.setHeight(header->sectionSize(section));
     }
+    rect = globalRect(viewport, rect & viewport->rect());
+    const QPointer<QHeaderView> guard(header);
     const QVariant data = header->model()->headerData(section, header->orientation(), role);
-    return {textIn(data), globalRect(viewport, rect & viewport->rect()), header};
+    return guard ? Command{textIn(data), rect, header} : Command();
 }
 
 Command itemOf(QAbstractItemView *view, const QPoint &position, int role)
 {
     const QWidget *const viewport = view->viewport();
-    QModelIndex index = view->indexAt(viewport->mapFromGlobal(position));
+    QPersistentModelIndex index = view->indexAt(viewport->mapFromGlobal(position));
     if (!index.isValid())
         return {};
+    const QPointer<QAbstractItemView> guard(view);
     QRect rect = view->visualRect(index);
+    QString key = textIn(index.data(role));
     // The first column of a tree stands for its row, and begins with branches that belong to no cell.
-    const bool isTree = qobject_cast<QTreeView *>(view);
-    if (isTree && textIn(index.data(role)).isEmpty())
-        index = index.siblingAtColumn(0);
+    const bool isTree = guard && qobject_cast<QTreeView *>(view);
+    if (isTree && key.isEmpty()) {
+        index = index.sibling(index.row(), 0);
+        key = textIn(index.data(role));
+    }
+    if (!guard)
+        return {};
     if (isTree && index.column() == 0)
         rect = QRect(0, rect.y(), viewport->width(), rect.height());
-    return {textIn(index.data(role)), globalRect(viewport, rect & viewport->rect()), view};
+    return {key, globalRect(viewport, rect & viewport->rect()), view};
 }
 
 Command graphicsOf(QGraphicsView *view, const QPoint &position, int dataKey)
 {
     const QWidget *const viewport = view->viewport();
+    const QPointer<QGraphicsView> guard(view);
     const QList<QGraphicsItem *> items = view->items(viewport->mapFromGlobal(position));
     for (QGraphicsItem *item : items) {
         while (item && textIn(item->data(dataKey)).isEmpty())
             item = item->parentItem();
         if (!item)
             continue;
+        const QString key = textIn(item->data(dataKey));
+        QObject *const graphicsObject = item->toGraphicsObject();
+        const QPointer<QObject> object(graphicsObject ? graphicsObject : view);
         const QRectF bounds = item->sceneBoundingRect() | item->mapRectToScene(item->childrenBoundingRect());
+        if (!guard || !object)
+            return {};
         const QRect rect = view->mapFromScene(bounds).boundingRect() & viewport->rect();
-        QObject *const object = item->toGraphicsObject();
-        return {textIn(item->data(dataKey)), globalRect(viewport, rect), object ? object : view};
+        return {key, globalRect(viewport, rect), object};
     }
     return {};
 }
@@ -185,6 +202,7 @@ struct VIDTIPS_NO_EXPORT VTCommandLocator::Private
     int itemRole = -1;
     int graphicsDataKey = -1;
     Fallbacks fallbacks = NoFallback;
+    const std::shared_ptr<char> life = std::make_shared<char>();
 };
 
 VTCommandLocator::VTCommandLocator()
@@ -230,27 +248,37 @@ Command VTCommandLocator::commandAt(QObject *object, const QPoint &position) con
         return entryOf(*this, menu, position);
     if (const auto *const bar = qobject_cast<QMenuBar *>(object))
         return entryOf(*this, bar, position);
-    const auto *const part = qobject_cast<QWidget *>(object);
-    for (QObject *candidate = object; candidate; candidate = wholeOf(candidate)) {
+    const std::weak_ptr<char> life(d->life);
+    const QPointer<QWidget> part(qobject_cast<QWidget *>(object));
+    QPointer<QObject> candidate(object);
+    while (candidate) {
         const Command command = partAt(candidate, position);
-        if (!command.key.isEmpty())
+        if (!command.key.isEmpty() || !candidate || life.expired())
             return command;
         const auto *const widget = qobject_cast<QWidget *>(candidate);
         const QString key = widget ? keyForWidget(widget) : nameOf(candidate);
+        if (!candidate || life.expired())
+            return {};
         if (!key.isEmpty())
             return {key, candidate == object ? QRect() : rectOfWhole(widget, part), candidate};
+        candidate = wholeOf(candidate);
     }
-    return d->fallbacks.testFlag(Container) ? enclosing(part) : Command();
+    return part && d->fallbacks.testFlag(Container) ? enclosing(part) : Command();
 }
 
 Command VTCommandLocator::enclosing(const QWidget *part) const
 {
-    QWidget *const container = FallbackKeys::container(part);
-    QWidget *widget = container ? part->parentWidget() : nullptr;
-    while (widget && widget != container && keyForWidget(widget).isEmpty())
-        widget = widget->parentWidget();
-    const QString key = widget ? keyForWidget(widget) : QString();
-    return key.isEmpty() ? Command() : Command{key, rectOfWhole(widget, part), widget};
+    const std::weak_ptr<char> life(d->life);
+    const QPointer<const QWidget> guard(part);
+    const QPointer<QWidget> container(FallbackKeys::container(part));
+    QPointer<QWidget> widget(container ? part->parentWidget() : nullptr);
+    while (widget && container && !life.expired()) {
+        const QString key = keyForWidget(widget);
+        if (widget && !key.isEmpty())
+            return {key, rectOfWhole(widget, guard), widget.data()};
+        widget = widget && widget != container ? widget->parentWidget() : nullptr;
+    }
+    return {};
 }
 
 Command VTCommandLocator::tabAt(QTabBar *bar, const QPoint &position) const
@@ -262,11 +290,11 @@ Command VTCommandLocator::tabAt(QTabBar *bar, const QPoint &position) const
     const QString data = textIn(bar->tabData(tab));
     if (!data.isEmpty())
         return {data, rect, bar};
+    const QString text = d->fallbacks.testFlag(Text) ? plainText(bar->tabText(tab)) : QString();
     QWidget *const page = pageOf(bar, tab);
-    QString key = page ? keyForWidget(page) : QString();
-    if (key.isEmpty() && d->fallbacks.testFlag(Text))
-        key = plainText(bar->tabText(tab));
-    return {key, rect, page ? page : bar};
+    const QPointer<QObject> object(page ? page : bar);
+    const QString key = page ? keyForWidget(page) : QString();
+    return object ? Command{key.isEmpty() ? text : key, rect, object} : Command();
 }
 
 Command VTCommandLocator::partAt(QObject *object, const QPoint &position) const
@@ -294,25 +322,31 @@ QString VTCommandLocator::keyAt(QObject *object, const QPoint &position, QRect &
 
 QString VTCommandLocator::keyForAction(const QAction *action) const
 {
+    const Fallbacks fallbacks = d->fallbacks;
+    const QPointer<const QAction> guard(action);
     QString key = nameOf(action);
     if (key.isEmpty() && action)
         key = nameOf(action->menu());
-    if (key.isEmpty() && d->fallbacks.testFlag(IconName))
+    if (key.isEmpty() && fallbacks.testFlag(IconName))
         key = FallbackKeys::iconName(action);
-    if (key.isEmpty() && action && d->fallbacks.testFlag(Text))
+    if (key.isEmpty() && guard && fallbacks.testFlag(Text))
         key = plainText(action->text());
     return key;
 }
 
 QString VTCommandLocator::keyForWidget(const QWidget *widget) const
 {
+    const Fallbacks fallbacks = d->fallbacks;
+    const QPointer<const QWidget> guard(widget);
     const QAction *const action = widget ? actionShownBy(widget) : nullptr;
     QString key = action ? keyForAction(action) : QString();
+    if (!guard)
+        return key;
     if (key.isEmpty())
         key = nameOf(widget);
-    if (key.isEmpty() && d->fallbacks.testFlag(StandardButton))
+    if (key.isEmpty() && fallbacks.testFlag(StandardButton))
         key = FallbackKeys::standardButton(widget);
-    if (key.isEmpty() && d->fallbacks.testFlag(Text))
+    if (key.isEmpty() && fallbacks.testFlag(Text))
         key = FallbackKeys::label(widget);
     return key;
 }
