@@ -81,6 +81,8 @@ void VTStyledRectangleComponent::setToolTipStyle(bool toolTipStyle)
 
 void VTStyledRectangleComponent::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
+    if (!painter)
+        return;
     QRectF rect = boundingRect();
     if (d->toolTipStyle) {
         painter->setBrush(QToolTip::palette().brush(QPalette::Current, QPalette::ToolTipBase));

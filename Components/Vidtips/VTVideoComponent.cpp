@@ -355,6 +355,8 @@ void VTVideoComponent::setLoop(bool loop)
 
 void VTVideoComponent::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
+    if (!painter)
+        return;
     const bool wasSmooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
     if (smooth())
         painter->setRenderHint(QPainter::SmoothPixmapTransform);

@@ -305,7 +305,8 @@ int VTVideoSourceChange::type()
 
 void VTVideoSourceChange::apply(VTVideoSource *source)
 {
-    source->changeSetAction(action);
+    if (source)
+        source->changeSetAction(action);
 }
 
 } // namespace Vidtips
@@ -325,6 +326,8 @@ int VTVideoSourceSourceChange::type()
 
 void VTVideoSourceSourceChange::apply(Vidtips::VTVideoSource *source)
 {
+    if (!source)
+        return;
     source->changeSetSource(url);
     source->changeSetAction(Vidtips::VTVideoSource::Load);
 }

@@ -230,6 +230,7 @@ void tst_VTStyledRectangleComponent::paintsWindowColoursBeyondItsEdge()
     auto *item = new VTStyledRectangleComponent;
     scene.addItem(item);
     item->setSize({12, 8});
+    item->paint(nullptr, nullptr, nullptr);
     Canvas canvas;
     paintDirectly(*item, canvas.painter);
     // A pen of one pixel draws the outline of a rectangle one pixel wider and higher.

@@ -233,6 +233,7 @@ void tst_VTVideoComponent::outsideASceneNothingIsStored()
     QCOMPARE(item.source(), QString());
     QVERIFY(controllerOf(&item)->source().isEmpty());
     QCOMPARE(painted(&item, QSize(8, 8)), blank(QSize(8, 8)));
+    item.paint(nullptr, nullptr, nullptr);
 }
 
 void tst_VTVideoComponent::emptyNameResets_data()

@@ -288,12 +288,14 @@ void tst_VTVideoSource::changeRecords()
     VTVideoSourceChange none(VTVideoSource::Action(-1));
     QCOMPARE(none.type(), 1);
     none.apply(&source);
+    none.apply(nullptr);
     QCOMPARE(source.action(), VTVideoSource::Idle);
     VTVideoSourceSourceChange change(clip);
     QCOMPARE(change.type(), 3);
     QCOMPARE(change.action, VTVideoSource::Load);
     QCOMPARE(change.url, clip);
     VTVideoSourceChange &base = change;
+    base.apply(nullptr);
     base.apply(&source);
     QCOMPARE(source.source(), clip);
     QCOMPARE(source.action(), VTVideoSource::Load);
