@@ -34,6 +34,13 @@ void tell(const QPointer<VTWidget> &tip, QAccessible::Event change)
     QAccessible::updateAccessibility(&event);
 }
 
+// The number that Qt gave last is given once more as soon as it is free: somebody else gets it in between.
+void useUpNumber()
+{
+    QWidget nobody;
+    QAccessible::queryAccessibleInterface(&nobody);
+}
+
 void forget(QObject *object)
 {
     QAccessibleInterface *const known = QAccessible::queryAccessibleInterface(object);
@@ -55,21 +62,25 @@ void install()
 void contentHasChanged(VTView *view)
 {
     const QPointer<VTWidget> tip(qobject_cast<VTWidget *>(view->parentWidget()));
-    if (!tip || !QAccessible::isActive())
+    if (!QAccessible::isActive())
         return;
-    if (const VTXmlElement *const content = view->content())
-        QObject::connect(content, &VTXmlElement::contentChanged, tip,
-                         [tip] { tell(tip, QAccessible::NameChanged); });
     tell(tip, QAccessible::NameChanged);
     tell(tip, QAccessible::DescriptionChanged);
     if (tip && tip->isVisible())
         tell(tip, QAccessible::ObjectShow);
 }
 
+void titleHasChanged(VTView *view)
+{
+    if (QAccessible::isActive())
+        tell(qobject_cast<VTWidget *>(view->parentWidget()), QAccessible::NameChanged);
+}
+
 void hasBecomeDialog(VTWidget *tip)
 {
     if (!QAccessible::isActive())
         return;
+    useUpNumber();
     if (tip->view())
         forget(tip->view());
     forget(tip);

@@ -20,6 +20,9 @@ void install();
  */
 void contentHasChanged(VTView *view);
 
+/** Tells that the tip of @p view has another name. */
+void titleHasChanged(VTView *view);
+
 /** Tells that @p tip is no tool tip any more: clients remember what an object is, so it becomes another one.
  */
 void hasBecomeDialog(VTWidget *tip);

@@ -59,6 +59,7 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     bool reserved = false;
     QPointer<VTXmlElement> exposed;
     QMetaObject::Connection exposedGone;
+    QMetaObject::Connection titleWatch;
     QUrl pendingSource;
     int hostCalls = 0;
 
@@ -212,6 +213,10 @@ void VTView::exposeContent(const QString &dataLocation)
     // Naming an object connects its end to the context, once more each time; this one lives for all tips.
     disconnect(this, &QObject::destroyed, rootContext(), nullptr);
     rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
+    disconnect(d->titleWatch);
+    if (d->content)
+        d->titleWatch = connect(d->content, &VTXmlElement::contentChanged, this,
+                                [this] { VTAccessibility::titleHasChanged(this); });
     VTAccessibility::contentHasChanged(this);
 }
 
