@@ -5,6 +5,8 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <utility>
+
 namespace {
 
 const QString root = QStringLiteral("<vidtips version=\"1\">");
@@ -81,31 +83,31 @@ void tst_EditedFile::writesNothingWithoutAChange()
 
 void tst_EditedFile::append_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *name, const QByteArray &before, const QByteArray &after) {
-        QTest::newRow(name) << before << after;
-    };
-    row("lines", "<a>\n</a>\n", "<a>\n<b/>\n</a>\n");
-    row("lines that end as Windows has it", "<a>\r\n</a>\r\n", "<a>\r\n<b/>\r\n</a>\r\n");
-    row("no line at the end", "<a>\n</a>", "<a>\n<b/>\n</a>");
-    row("byte order mark", "\xEF\xBB\xBF<a>\n</a>", "\xEF\xBB\xBF<a>\n<b/>\n</a>");
-    row("odd blanks and quotes", "<a  x = 'y'\t>\n\t\n</a >\n", "<a  x = 'y'\t>\n\t\n<b/>\n</a >\n");
-    row("UTF-8", "<?xml version='1.0' encoding='utf-8'?><a>\xC3\xA4\n</a>",
-        "<?xml version='1.0' encoding='utf-8'?><a>\xC3\xA4\n<b/>\n</a>");
-    row("another encoding in a comment", "<a><!-- encoding='x' -->\n</a>",
-        "<a><!-- encoding='x' -->\n<b/>\n</a>");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("lineEnd");
+    const std::pair<const char *, QByteArray> contents[] = {
+        {"lines", "<a>\n|</a>\n"},
+        {"no line at the end", "<a>\n|</a>"},
+        {"byte order mark", "\xEF\xBB\xBF<a>\n|</a>"},
+        {"odd blanks and quotes", "<a  x = 'y'\t>\n\t\n|</a >\n"},
+        {"UTF-8", "<?xml version='1.0' encoding='utf-8'?><a>\xC3\xA4\n|</a>"},
+        {"another encoding in a comment", "<a><!-- encoding='x' -->\n|</a>"}};
+    for (const auto &content : contents)
+        QTest::newRow(content.first) << content.second << QByteArray("\n");
+    QTest::newRow("lines that end as Windows has it") << QByteArray("<a>\r\n|</a>\r\n") << QByteArray("\r\n");
 }
 
+// The bar is where the line comes.
 void tst_EditedFile::append()
 {
-    QFETCH(QByteArray, before);
-    write(before);
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, lineEnd);
+    write(QByteArray(content).replace("|", ""));
     EditedFile file(path(), root);
     QCOMPARE(file.read(), QString());
     file.append("<b/>\n");
     QCOMPARE(file.write(), QString());
-    QTEST(content(), "after");
+    QCOMPARE(this->content(), QByteArray(content).replace("|", "<b/>" + lineEnd));
 }
 
 void tst_EditedFile::comment_data()

@@ -29,6 +29,10 @@ void tst_KeyName::problemWith_data()
         QString("the key \"\u201Ea\" holds a quotation mark, \u201E"));
     row("invisible", QString("a\u200Bb"), "the key \"ab\" holds the invisible character U+200b");
     row("control", QString("ab") + QChar(7), "the key \"ab\" holds the invisible character U+0007");
+    row("signs of messages", QString("%1%2\u200B"), "the key \"%1%2\" holds the invisible character U+200b");
+    row("a picture", QString::fromUtf8("\xf0\x9f\x96\x8c"), "");
+    row("invisible beyond 16 bits", QString::fromUtf8("a\xf3\xa0\x80\x81"),
+        "the key \"a\" holds the invisible character U+e0001");
     row("the first one counts", "a\"b c", "the key \"a\"b c\" holds a quotation mark, \"");
 }
 
