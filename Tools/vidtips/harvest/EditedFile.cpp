@@ -1,10 +1,11 @@
 #include "EditedFile.h"
 
+#include "shared/SavedFile.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSaveFile>
 #include <QtCore/QTextCodec>
 #include <QtCore/QXmlStreamReader>
 
@@ -132,10 +133,5 @@ QString EditedFile::write()
     if (!broken.isEmpty())
         return QString("cannot add to %1: %2").arg(m_path, broken);
     QDir().mkpath(QFileInfo(m_path).path());
-    // What is there is replaced as a whole or not at all.
-    QSaveFile file(m_path);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return QString("cannot write %1: %2").arg(m_path, file.errorString());
-    return {};
+    return SavedFile::write(m_path, text.toUtf8());
 }

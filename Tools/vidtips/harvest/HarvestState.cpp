@@ -1,8 +1,9 @@
 #include "HarvestState.h"
 
+#include "shared/SavedFile.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QSaveFile>
 
 HarvestState::HarvestState(const QString &package, const QString &locale)
     : m_path(package + "/harvest.json")
@@ -56,9 +57,5 @@ QString HarvestState::write() const
 {
     QJsonObject locales = m_locales;
     locales.insert(m_locale, m_commands);
-    const QByteArray content = QJsonDocument(locales).toJson();
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        return QString("cannot write %1: %2").arg(m_path, file.errorString());
-    return {};
+    return SavedFile::write(m_path, QJsonDocument(locales).toJson());
 }

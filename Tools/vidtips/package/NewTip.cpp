@@ -2,12 +2,12 @@
 
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "shared/SavedFile.h"
 #include "vocabulary/KeyName.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QLocale>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSaveFile>
 
 #include <algorithm>
 
@@ -52,15 +52,6 @@ bool isUtf8(const ControlFile &file)
 {
     QFile bytes(file.path);
     return bytes.open(QIODevice::ReadOnly) && bytes.readAll() == file.document.text().toUtf8();
-}
-
-QString write(const QString &path, const QString &text)
-{
-    QSaveFile file(path);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return QString("cannot write %1: %2").arg(path, file.errorString());
-    return {};
 }
 
 } // namespace
@@ -124,7 +115,7 @@ QString NewTip::add(const Content &content, const QStringList &locales)
         if (!problem.isEmpty())
             return problem;
         const QString text = textWith(*file);
-        problem = write(file->path, text);
+        problem = SavedFile::write(file->path, text.toUtf8());
         const int line = text.leftRef(text.indexOf("key=\"" + m_key.toHtmlEscaped())).count('\n') + 1;
         m_places << Places::shown(file->path, {line, 0});
     }

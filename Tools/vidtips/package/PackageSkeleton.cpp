@@ -1,5 +1,7 @@
 #include "PackageSkeleton.h"
 
+#include "shared/SavedFile.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -105,9 +107,8 @@ QString PackageSkeleton::writeFile(const QString &file, const QByteArray &conten
 {
     const QString target = path() + '/' + file;
     QDir().mkpath(QFileInfo(target).path());
-    QFile out(target);
-    if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size() || !out.flush())
-        return QString("cannot write %1: %2").arg(target, out.errorString());
-    m_files << file;
-    return {};
+    const QString problem = SavedFile::write(target, content);
+    if (problem.isEmpty())
+        m_files << file;
+    return problem;
 }

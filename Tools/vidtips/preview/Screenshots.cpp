@@ -5,6 +5,7 @@
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "shared/SavedFile.h"
 #include "stage/PreviewStage.h"
 
 #include <Vidtips/VTWidget.h>
@@ -152,10 +153,9 @@ int Screenshots::all(const QVector<PreviewKey> &keys, const QString &folder, Con
     }
     console.progress(keys.size(), keys.size(), "tips");
     const QString index = folder + "/index.html";
-    const QByteArray html = page(shots).toUtf8();
-    QSaveFile out(index);
-    if (!out.open(QIODevice::WriteOnly) || out.write(html) != html.size() || !out.commit())
-        return console.fail(QString("cannot write %1: %2").arg(index, out.errorString()));
+    const QString problem = SavedFile::write(index, page(shots).toUtf8());
+    if (!problem.isEmpty())
+        return console.fail(problem);
     console.writeLine(Places::shown(QFileInfo(index).canonicalFilePath()));
     return isFine ? ExitFine : ExitFindings;
 }

@@ -2,15 +2,15 @@
 
 #include "CatalogueName.h"
 #include "QmlTextSource.h"
+#include "QtTool.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
-#include "shared/QtTool.h"
+#include "shared/SavedFile.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 
 namespace {
 
@@ -146,9 +146,9 @@ QString CatalogueJobs::write() const
         const QString folder = QFileInfo(job.translations).path();
         if (!QDir().mkpath(folder))
             return QString("cannot make the folder: %1").arg(folder);
-        QSaveFile file(job.translations);
-        if (!file.open(QIODevice::WriteOnly) || file.write(job.xml) != job.xml.size() || !file.commit())
-            return QString("cannot write %1: %2").arg(job.translations, file.errorString());
+        const QString problem = SavedFile::write(job.translations, job.xml);
+        if (!problem.isEmpty())
+            return problem;
     }
     return {};
 }

@@ -1,7 +1,7 @@
 #include "QmlTextSource.h"
 
+#include "QtTool.h"
 #include "TsFile.h"
-#include "shared/QtTool.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
