@@ -7,8 +7,8 @@
 namespace SavedFile {
 
 /**
- * Writes @p content to the file at @p path, which is replaced once everything is written; its folder is there.
- * Returns what is wrong, or nothing.
+ * Writes @p content to the file at @p path, which is replaced once everything is written; its folder is
+ * there. Returns what is wrong, or nothing.
  */
 QString write(const QString &path, const QByteArray &content);
 
