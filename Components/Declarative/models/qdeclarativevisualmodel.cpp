@@ -201,11 +201,12 @@ bool QDeclarativeVisualModel::isValid() const
     return items && items->isValid();
 }
 
-void QDeclarativeVisualModel::initItem(int, QObject *object)
+void QDeclarativeVisualModel::initItem(int index, QObject *object)
 {
     auto *item = qobject_cast<QGraphicsObject *>(object);
     if (item && container)
         item->setParentItem(container);
+    Q_EMIT beganItem(index, object);
 }
 
 QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)

@@ -78,6 +78,8 @@ public:
 Q_SIGNALS:
     /** Rows came, went, moved or changed; @p reset says that nothing of what was known holds. */
     void modelUpdated(const QQmlChangeSet &changes, bool reset);
+    /** An item is being made, by this view or another one of its model, and its bindings are still to run. */
+    void beganItem(int index, QObject *item);
     void createdItem(int index, QObject *item);
     void destroyingItem(QObject *item);
 

@@ -22,6 +22,18 @@ int percentReach(const QQuickPathPrivate &path)
     return reach;
 }
 
+/** The names of the attributes of @p path, also while it is still being declared. */
+QStringList attributesOf(const QQuickPathPrivate &path)
+{
+    QStringList names;
+    for (QQuickPathElement *element : path._pathElements) {
+        const auto *attribute = qobject_cast<QQuickPathAttribute *>(element);
+        if (attribute && !names.contains(attribute->name()))
+            names.append(attribute->name());
+    }
+    return names;
+}
+
 QBezier straight(const QPointF &from, const QPointF &to)
 {
     return QBezier::fromPoints(from, (2 * from + to) / 3, (from + 2 * to) / 3, to);
@@ -30,8 +42,7 @@ QBezier straight(const QPointF &from, const QPointF &to)
 } // namespace
 
 QDeclarativePathPlaces::QDeclarativePathPlaces(const QQuickPath &path)
-    : m_attributes(path.attributes())
-    , m_isClosed(path.isClosed())
+    : m_attributes(attributesOf(*QQuickPathPrivate::get(&path)))
 {
     addPieces(path.path());
     addMarks(*QQuickPathPrivate::get(&path));

@@ -24,9 +24,6 @@ public:
     /** Whether there is no path to stand on; one that is still being declared is none yet. */
     bool isEmpty() const { return m_pieces.isEmpty(); }
 
-    /** Whether the end of the path is its start. */
-    bool isClosed() const { return m_isClosed; }
-
     QStringList attributes() const { return m_attributes; }
 
     /** The point at @p place, which is bounded to the path. */
@@ -66,5 +63,4 @@ private:
     QStringList m_attributes;
     qreal m_length = 0;
     qreal m_steps = 1; ///< from start to end of the path
-    bool m_isClosed = false;
 };

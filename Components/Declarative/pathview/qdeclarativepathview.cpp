@@ -71,6 +71,8 @@ QDeclarativePathView::QDeclarativePathView(QDeclarativeItem *parent)
     d->visualModel = new QDeclarativeVisualModel(this);
     connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
             [d](const QQmlChangeSet &changes, bool reset) { d->rowsChanged(changes, reset); });
+    connect(d->visualModel, &QDeclarativeVisualModel::beganItem, this,
+            [d](int index, QObject *item) { d->beginRow(index, item); });
 }
 
 QDeclarativePathView::~QDeclarativePathView()

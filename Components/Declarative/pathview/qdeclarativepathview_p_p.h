@@ -43,6 +43,7 @@ public:
 
     // Items.
     Row makeRow(int index, qreal place);
+    void beginRow(int index, QObject *);
     void addRow(int index);
     void releaseRow(const Row &);
     void releaseRows(const std::vector<Row> &);
@@ -52,6 +53,7 @@ public:
     void layOut();
     void layOutRows();
     void pathUpdated();
+    void readPath();
     void createHighlight();
     void makeHighlight();
     void placeHighlight(qreal place);

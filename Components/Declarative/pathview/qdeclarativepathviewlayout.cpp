@@ -5,6 +5,7 @@
 
 #include <QtCore/QScopedValueRollback>
 
+#include <private/qqmldelegatemodel_p.h>
 #include <private/qqmlopenmetaobject_p.h>
 
 #include <algorithm>
@@ -102,12 +103,30 @@ QDeclarativePathViewPrivate::Row QDeclarativePathViewPrivate::makeRow(int index,
         visualModel->releaseItem(object);
         return {nullptr, nullptr, index};
     }
-    // An item that a VisualItemModel owns stays as it was declared.
-    if (!qobject_cast<QQmlObjectModel *>(visualModel->instance()))
+    // An item that a VisualItemModel owns stays as it was declared, and a part of a package.
+    if (qobject_cast<QQmlDelegateModel *>(visualModel->instance()))
         item->setZValue(index + 1);
     QDeclarativeItemPrivate::get(item)->addChangeListener(this, heard);
     attached->setView(q);
     return {item, attached, index};
+}
+
+/**
+ * Attaches the path's attributes to a part of a package that another view makes, which may be before this one
+ * and its path are complete.
+ */
+void QDeclarativePathViewPrivate::beginRow(int index, QObject *object)
+{
+    const auto *model = visualModel->instance();
+    const bool isPart =
+        !qobject_cast<const QQmlDelegateModel *>(model) && !qobject_cast<const QQmlObjectModel *>(model);
+    if (making || !isPart || !qobject_cast<QDeclarativeItem *>(object))
+        return;
+    if (!componentIsComplete)
+        readPath();
+    const Making context = {this, placeOf(index), index == currentIndex};
+    const QScopedValueRollback<const Making *> guard(making, &context);
+    qmlAttachedPropertiesObject<QDeclarativePathView>(object);
 }
 
 void QDeclarativePathViewPrivate::releaseRow(const Row &row)
@@ -214,9 +233,15 @@ void QDeclarativePathViewPrivate::addRow(int index)
 
 void QDeclarativePathViewPrivate::pathUpdated()
 {
-    Q_Q(QDeclarativePathView);
     if (!componentIsComplete || work.postpone([this] { pathUpdated(); }))
         return;
+    readPath();
+    layOut();
+}
+
+void QDeclarativePathViewPrivate::readPath()
+{
+    Q_Q(QDeclarativePathView);
     places = path ? QDeclarativePathPlaces(*path) : QDeclarativePathPlaces();
     if (!attributeType) {
         attributeType =
@@ -234,7 +259,6 @@ void QDeclarativePathViewPrivate::pathUpdated()
         if (!known.contains(name.toUtf8()))
             attributeType->createProperty(name.toUtf8());
     }
-    layOut();
 }
 
 void QDeclarativePathViewPrivate::itemGeometryChanged(QDeclarativeItem *item, const QRectF &now,
