@@ -4,6 +4,7 @@
 #include "qdeclarativeimageprovider.h"
 #include "qdeclarativenetworkaccessmanagerfactory.h"
 
+#include <private/qqmlengine_p.h>
 #include <private/qv4engine_p.h>
 
 namespace {
@@ -32,8 +33,11 @@ QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
 {
     boundCallDepth(this);
     prepareDeclarativeEngine(this);
-    connect(this, &QQmlEngine::warnings, this,
-            [this](const QList<QQmlError> &errors) { Q_EMIT warnings(QDeclarativeError::named(errors)); });
+    connect(this, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &errors) {
+        ++m_warningsInHand;
+        Q_EMIT warnings(QDeclarativeError::named(errors));
+        --m_warningsInHand;
+    });
 }
 
 QDeclarativeEngine::~QDeclarativeEngine() = default;
@@ -56,4 +60,10 @@ bool QDeclarativeEngine::importPlugin(const QString &filePath, const QString &ur
     if (error)
         *error = errors.value(0).description();
     return false;
+}
+
+bool QDeclarativeEngine::isRunning() const
+{
+    auto *const made = QQmlEnginePrivate::get(static_cast<const QQmlEngine *>(this));
+    return handle()->currentStackFrame || made->inProgressCreations > 0 || m_warningsInHand > 0;
 }

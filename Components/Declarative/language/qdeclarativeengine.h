@@ -18,6 +18,11 @@ class QDeclarativeNetworkAccessManagerFactory;
 class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeEngine : public QQmlEngine
 {
     Q_OBJECT
+    /**
+     * Whether the engine is on the stack: a script, an object that it makes, a warning. It must not be
+     * destroyed then, nor what it runs.
+     */
+    Q_PROPERTY(bool running READ isRunning)
 
 public:
     /** Makes an engine that @p parent owns, if there is one. */
@@ -54,6 +59,12 @@ public:
 Q_SIGNALS:
     /** Emitted with what went wrong while QML ran. */
     void warnings(const QList<QDeclarativeError> &warnings);
+
+private:
+    friend class QDeclarativeView;
+    VIDTIPS_DECLARATIVE_NO_EXPORT bool isRunning() const;
+
+    int m_warningsInHand = 0;
 };
 
 inline QDeclarativeEngine *QDeclarativeContext::engine() const

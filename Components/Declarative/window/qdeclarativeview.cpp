@@ -5,7 +5,9 @@
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
+#include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtCore/QTimerEvent>
 #include <QtGui/QResizeEvent>
 #include <QtWidgets/QGraphicsScene>
@@ -15,6 +17,9 @@
 #include <private/qqmldata_p.h>
 
 namespace {
+
+/** Milliseconds between two looks at whether scripts, which may run event loops, have returned. */
+constexpr int returnInterval = 10;
 
 // Rests every binding of what is about to be destroyed. What a view has made is below the item as an item,
 // but not as an object.
@@ -40,11 +45,15 @@ public:
 
     void configureView();
     void execute();
+    void executeOnceReturned();
+    void outliveView();
     void finishLoading();
+    void ignoreRoot();
     void releaseRoot();
     void adoptRoot(QGraphicsObject *);
     void fitToRoot();
     void fitRootToView();
+    bool isRunning() const { return engine.isRunning(); }
     void report(const QList<QDeclarativeError> &) const;
     QSize rootSize() const;
     QDeclarativeItem *rootItem() const { return qobject_cast<QDeclarativeItem *>(root.data()); }
@@ -62,6 +71,7 @@ public:
     QUrl source;
     QSize initialSize;
     QBasicTimer resizeTimer;
+    QBasicTimer loadTimer; ///< until the scripts have returned
     ResizeMode resizeMode = SizeViewToRootObject;
     bool isScaled = false;
 };
@@ -107,10 +117,41 @@ void QDeclarativeView::Private::execute()
     }
 }
 
+// A handler of the root object may have asked for another, or be in an event loop of its own.
+void QDeclarativeView::Private::executeOnceReturned()
+{
+    if (isRunning()) {
+        loadTimer.start(returnInterval, q);
+        return;
+    }
+    loadTimer.stop();
+    execute();
+}
+
+// Its scripts go on, and find the view gone.
+void QDeclarativeView::Private::outliveView()
+{
+    auto *const timer = new QTimer(QCoreApplication::instance());
+    const auto deleteOnceReturned = [this, timer] {
+        if (isRunning())
+            return;
+        timer->deleteLater();
+        releaseRoot();
+        delete this;
+    };
+    QObject::connect(timer, &QTimer::timeout, timer, deleteOnceReturned);
+    timer->start(returnInterval);
+}
+
 void QDeclarativeView::Private::finishLoading()
 {
+    const QPointer<QDeclarativeView> view(q);
     QObject::disconnect(component.data(), &QQmlComponent::statusChanged, q, nullptr);
     QObject *object = component->isError() ? nullptr : component->create();
+    if (!view) {
+        root = qobject_cast<QGraphicsObject *>(object);
+        return;
+    }
     if (component->isError()) {
         delete object;
         report(q->errors());
@@ -127,10 +168,15 @@ void QDeclarativeView::Private::report(const QList<QDeclarativeError> &errors) c
     }
 }
 
-void QDeclarativeView::Private::releaseRoot()
+void QDeclarativeView::Private::ignoreRoot()
 {
     if (QDeclarativeItem *item = rootItem())
         QDeclarativeItemPrivate::get(item)->removeChangeListener(this, GeometryChange);
+}
+
+void QDeclarativeView::Private::releaseRoot()
+{
+    ignoreRoot();
     if (root) {
         // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
         rest(root);
@@ -210,7 +256,12 @@ QDeclarativeView::QDeclarativeView(const QUrl &source, QWidget *parent)
 
 QDeclarativeView::~QDeclarativeView()
 {
-    d->releaseRoot();
+    if (!d->isRunning()) {
+        d->releaseRoot();
+        return;
+    }
+    d->ignoreRoot();
+    d.release()->outliveView();
 }
 
 QUrl QDeclarativeView::source() const
@@ -221,7 +272,7 @@ QUrl QDeclarativeView::source() const
 void QDeclarativeView::setSource(const QUrl &source)
 {
     d->source = source;
-    d->execute();
+    d->executeOnceReturned();
 }
 
 QDeclarativeEngine *QDeclarativeView::engine() const
@@ -259,6 +310,8 @@ void QDeclarativeView::setResizeMode(ResizeMode mode)
 
 QDeclarativeView::Status QDeclarativeView::status() const
 {
+    if (d->loadTimer.isActive())
+        return Loading;
     if (!d->loadErrors.isEmpty())
         return Error;
     return d->component ? Status(d->component->status()) : Null;
@@ -321,6 +374,10 @@ void QDeclarativeView::paintEvent(QPaintEvent *event)
 
 void QDeclarativeView::timerEvent(QTimerEvent *event)
 {
+    if (event->timerId() == d->loadTimer.timerId()) {
+        d->executeOnceReturned();
+        return;
+    }
     if (event->timerId() != d->resizeTimer.timerId()) {
         QGraphicsView::timerEvent(event);
         return;

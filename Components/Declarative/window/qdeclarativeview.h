@@ -44,6 +44,8 @@ public:
 
     /** Makes a view inside @p parent, if there is one, and loads @p source. */
     explicit QDeclarativeView(const QUrl &source, QWidget *parent = nullptr);
+
+    /** Deletes everything of the view; where a script of it is on the stack, what that needs goes later. */
     ~QDeclarativeView() override;
 
     /** Returns the QML file shown, empty at first. */
@@ -51,7 +53,8 @@ public:
 
     /**
      * Deletes the root object and loads @p url, also when it is the current file. Emits statusChanged(); a
-     * file over the network is ready later.
+     * file over the network is ready later. While a script of the view is on the stack, all that waits until
+     * it has returned.
      */
     void setSource(const QUrl &url);
 
@@ -109,5 +112,5 @@ protected:
 
 private:
     class Private;
-    std::unique_ptr<Private> const d;
+    std::unique_ptr<Private> d;
 };

@@ -2,6 +2,7 @@
 #include <QtDeclarative/QDeclarativeView>
 
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -36,6 +37,9 @@ private slots:
     void bindingsRestOnDestruction_data();
     void bindingsRestOnDestruction();
     void rootDestroyedByHost();
+    void sourceSetByAHandler();
+    void viewDeletedByAHandler_data();
+    void viewDeletedByAHandler();
     void translucent();
     void embedded();
 
@@ -435,6 +439,66 @@ void tst_QDeclarativeView::embedded()
     QVERIFY(QTest::qWaitForWindowExposed(&outer));
     const QImage inScene = outer.grab().toImage();
     QCOMPARE(inScene.pixelColor(20, 10), QColor(Qt::red));
+}
+
+void tst_QDeclarativeView::sourceSetByAHandler()
+{
+    QDeclarativeView view;
+    const QUrl first = write("import QtQuick 1.0\nItem { objectName: 'first' }");
+    const QUrl second = write("import QtQuick 1.0\nItem { objectName: 'second' }");
+    view.rootContext()->setContextProperty(QStringLiteral("view"), &view);
+    view.setSource(write(R"(import QtQuick 1.0
+        Item {
+            property int step: 0
+            property variant sources
+            onStepChanged: { view.source = sources[0]; view.source = sources[1]; step = 2 }
+        })"));
+    const QPointer<QGraphicsObject> root(view.rootObject());
+    root->setProperty("sources", QVariantList{first, second});
+    root->setProperty("step", 1);
+    QVERIFY(root);
+    QCOMPARE(root->property("step").toInt(), 2);
+    QCOMPARE(view.source(), second);
+    QCOMPARE(view.status(), QDeclarativeView::Loading);
+    QTRY_COMPARE(view.status(), QDeclarativeView::Ready);
+    QCOMPARE(view.rootObject()->objectName(), QStringLiteral("second"));
+    QVERIFY(!root);
+}
+
+void tst_QDeclarativeView::viewDeletedByAHandler_data()
+{
+    QTest::addColumn<bool>("isBeingMade");
+    QTest::newRow("of the root object") << false;
+    QTest::newRow("while the root object is made") << true;
+}
+
+// The host's slot that the handler calls; the rest of the handler runs afterwards.
+void tst_QDeclarativeView::viewDeletedByAHandler()
+{
+    QFETCH(bool, isBeingMade);
+    QPointer<QDeclarativeView> view(new QDeclarativeView);
+    const QPointer<QDeclarativeEngine> engine(view->engine());
+    QTimer host;
+    connect(&host, &QTimer::objectNameChanged, [&] {
+        delete view;
+        // As an event loop of a dialog would.
+        for (int i = 0; i < 3; ++i) {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    });
+    view->rootContext()->setContextProperty(QStringLiteral("host"), &host);
+    view->setSource(write(R"(import QtQuick 1.0
+        Item {
+            property int step: 0
+            onStepChanged: { host.objectName = "first"; host.interval = 7 }
+            Component.onCompleted: step = )"
+                          + QByteArray::number(int(isBeingMade)) + " }"));
+    if (!isBeingMade)
+        view->rootObject()->setProperty("step", 1);
+    QVERIFY(!view);
+    QCOMPARE(host.interval(), 7);
+    QTRY_VERIFY(!engine);
 }
 
 QTEST_MAIN(tst_QDeclarativeView)
