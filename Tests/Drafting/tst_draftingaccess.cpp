@@ -3,6 +3,7 @@
 
 #include <Vidtips/VTVideoComponent.h>
 
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsObject>
@@ -242,11 +243,15 @@ void tst_DraftingAccess::staysAsLargeInAnotherLanguage()
     const auto state = [this] { return view->rootObject()->property("state").toString(); };
     QTRY_COMPARE(state(), QStringLiteral("expanded"));
     const QPointer<VTXmlElement> before = session->content();
+    // Not even for a moment.
+    const QSignalSpy changes(view->rootObject(), SIGNAL(stateChanged(QString)));
+    QVERIFY(changes.isValid());
     QEvent event(QEvent::LanguageChange);
     QCoreApplication::sendEvent(qApp, &event);
     QTRY_VERIFY(!before);
     QVERIFY(session->content());
     QCOMPARE(state(), QStringLiteral("expanded"));
+    QCOMPARE(changes.count(), 0);
     QVERIFY(session->host->show("draw.circle", QPoint(10, 20), &command));
     QCOMPARE(state(), QString());
 }

@@ -24,9 +24,10 @@ Rectangle {
     property bool plays: !!media.item && !!media.item.toggle && media.item.visible
 
     function read() {
-        // The same tip in another language; a tip that goes leaves this state.
+        // The same tip in another language stays as it has grown; a tip that goes leaves this state.
         var isBeingRead = state === "expanded" && !!tip && tip.attribute("key") === key;
-        state = "";
+        if (!isBeingRead)
+            state = "";
         if (!tip || !complete)
             return;
         key = tip.attribute("key");
@@ -52,20 +53,29 @@ Rectangle {
             tip.title = title;
         else
             root.focus = true;
-        if (pinned || isBeingRead)
+        if (isBeingRead && !hasMore)
+            state = "";
+        else if (isBeingRead)
+            fill();
+        else if (pinned)
             expand();
     }
 
     function expand() {
         if (!hasMore || state === "expanded")
             return;
+        fill();
+        state = "expanded";
+    }
+
+    // What is only seen in a tip that has grown.
+    function fill() {
         dwell.stop();
         release.stop();
         words.sourceComponent = undefined;
         words.sourceComponent = wordsPart;
         media.sourceComponent = undefined;
         media.sourceComponent = clip !== "" ? clipPart : picture !== "" ? picturePart : undefined;
-        state = "expanded";
     }
 
     function pin() {
