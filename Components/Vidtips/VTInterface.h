@@ -120,7 +120,8 @@ public:
 
     /**
      * Receives a VTNotification or a number that a package's QML sent. The default does nothing. What is told
-     * of as VTNotificationShown has been found and comes on screen only after this returns.
+     * of as VTNotificationShown has been found and comes on screen only after this returns. The window may be
+     * deleted within, also when it tells that it was hidden.
      */
     virtual void notification(VTNotification type, const QVariant &value, const QString &text);
 

@@ -48,6 +48,7 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     QMap<QString, QVariant> globalProperties;
     bool filterInstalled = false;
     bool refreshIsDue = false;
+    bool isRefreshing = false;
     QPointer<VTView> askingView; ///< has asked the host for a translation, which may ask the manager
     VTCatalogue catalogue;
     const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
@@ -263,6 +264,22 @@ bool VTManager::isVisible() const
 
 void VTManager::refresh()
 {
+    if (d->showing.isAtWork()) {
+        refreshLater();
+        return;
+    }
+    // Who is asked for what is looked up anew cannot have it looked up once more.
+    if (d->isRefreshing)
+        return;
+    const QPointer<VTManager> self(this);
+    d->isRefreshing = true;
+    refreshWindows();
+    if (self)
+        d->isRefreshing = false;
+}
+
+void VTManager::refreshWindows()
+{
     const QPointer<VTManager> self(this);
     const QPointer<VTWidget> window = d->widget;
     if (isVisible() && !d->showing.refill(window, d->showing.shown().object) && self && window)
@@ -289,9 +306,11 @@ void VTManager::refreshLater()
     QMetaObject::invokeMethod(this, refreshNow, Qt::QueuedConnection);
 }
 
-void VTManager::setAskingView(VTView *view)
+VTView *VTManager::setAskingView(VTView *view)
 {
+    VTView *const before = d->askingView;
     d->askingView = view;
+    return before;
 }
 
 QObject *VTManager::referenceObject() const
@@ -323,12 +342,17 @@ QPoint VTManager::tooltipPosition(const QPoint &position, QWidget *) const
 void VTManager::initializeTooltipWindow(QWidget *parent)
 {
     const QPointer<VTManager> self(this);
-    if (d->widget)
-        d->widget->setParent(parent);
-    else
+    const QPointer<VTWidget> window = d->widget;
+    // Another parent hides a window, and the host, which hears of that, may delete it.
+    if (window && window->parentWidget() != parent)
+        window->hide();
+    if (window)
+        window->setParent(parent);
+    if (!self)
+        return;
+    if (!d->widget)
         d->widget = new VTWidget(this, parent, nullptr, QRect());
-    // Another parent hides a window, and the host hears of that.
-    if (!self || !d->widget || d->widget->view())
+    if (d->widget->view())
         return;
     auto *const view = new VTView(this, d->widget);
     connect(view, &VTView::statusChanged, view, &VTView::statusHasChanged);

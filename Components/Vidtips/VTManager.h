@@ -144,7 +144,8 @@ public:
 
     /**
      * Looks the content of the tip on screen and of kept ones up anew and shows it in their place. Where
-     * there is none any more, the tip on screen is hidden and kept ones stay as they are. This happens by
+     * there is none any more, the tip on screen is hidden and kept ones stay as they are. While a tip is
+     * being shown, this waits until it is; while it is under way, another call has no effect. It happens by
      * itself some time after the application's language has changed (QEvent::LanguageChange), when the host
      * has had its turn to change settings.
      */
@@ -203,7 +204,8 @@ private:
     friend class VTView;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT void refreshLater();
-    VIDTIPS_NO_EXPORT void setAskingView(VTView *view);
+    VIDTIPS_NO_EXPORT void refreshWindows();
+    VIDTIPS_NO_EXPORT VTView *setAskingView(VTView *view);
 
     struct Private;
     std::unique_ptr<Private> const d;

@@ -19,6 +19,12 @@ VTXmlElement *contentOf(const VTWidget *window)
     return window && window->view() ? window->view()->content() : nullptr;
 }
 
+QObject *treeOf(VTXmlElement *content)
+{
+    auto *const root = content ? qobject_cast<VTXmlElement *>(content->parent()) : nullptr;
+    return root ? root : content;
+}
+
 QString keyOf(const VTXmlElement &content)
 {
     return content.attribute(keyAttribute());

@@ -2,6 +2,10 @@
 
 #include <QtCore/QString>
 
+QT_BEGIN_NAMESPACE
+class QObject;
+QT_END_NAMESPACE
+
 namespace Vidtips {
 
 class VTWidget;
@@ -9,6 +13,10 @@ class VTXmlElement;
 
 /** Returns the content that @p window, which may be null, shows; null where it shows none. */
 VTXmlElement *contentOf(const VTWidget *window);
+
+/** Returns what goes with @p content, which may be null: its root container, which is its parent, else
+ * itself. */
+QObject *treeOf(VTXmlElement *content);
 
 /** Returns the key of @p content; empty where it has none. */
 QString keyOf(const VTXmlElement &content);

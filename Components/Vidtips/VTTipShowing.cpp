@@ -10,6 +10,7 @@
 #include "VTTipOwner_p.h"
 #include "VTTipWatch_p.h"
 #include "VTView.h"
+#include "VTViewWork_p.h"
 #include "VTWidget.h"
 
 #include <QtCore/QFileInfo>
@@ -19,6 +20,9 @@
 namespace Vidtips {
 
 namespace {
+
+/** How many tips may be asked for while the one before is being shown. */
+constexpr int mostDepth = 10;
 
 QString describeShown(const VTXmlElement &content, const QString &key)
 {
@@ -55,7 +59,35 @@ VTTipShowing::VTTipShowing(VTManager *manager, const std::shared_ptr<VTTipWatch>
 {
 }
 
+// What the host is called for may show the next tip, and showing that calls the host.
 bool VTTipShowing::show(const VTShowRequest &request)
+{
+    if (m_depth >= mostDepth) {
+        refuseWithoutEnd(request);
+        return false;
+    }
+    const QPointer<VTManager> self(m_manager);
+    ++m_depth;
+    const bool isThere = showNow(request);
+    if (self && --m_depth == 0)
+        m_isRefusing = false;
+    return isThere;
+}
+
+// Who hears of it may show yet another.
+void VTTipShowing::refuseWithoutEnd(const VTShowRequest &request)
+{
+    request.log(QStringLiteral("not shown, as %1 others are being shown").arg(mostDepth));
+    if (m_isRefusing)
+        return;
+    m_isRefusing = true;
+    m_manager->handleMessage(
+        VTMessageWarning,
+        QStringLiteral("\"%1\" is not shown, as showing a tip shows another one without end")
+            .arg(request.key));
+}
+
+bool VTTipShowing::showNow(const VTShowRequest &request)
 {
     const QString obstacle = obstacleIn(m_manager->context());
     if (!obstacle.isEmpty()) {
@@ -171,6 +203,7 @@ bool VTTipShowing::present(const VTShowRequest &request, VTFoundContent &found)
         return true;
     }
     const QPointer<VTManager> self(m_manager);
+    const std::shared_ptr<VTViewWork> work = view->work();
     const QPointer<VTXmlElement> old = view->content() == content ? nullptr : view->content();
     const QPoint point = m_manager->tooltipPosition(request.position, request.widget());
     view->setContent(content);
@@ -185,10 +218,12 @@ bool VTTipShowing::present(const VTShowRequest &request, VTFoundContent &found)
     if (view)
         view->releaseContent(old);
     else
-        VTView::deleteContent(old);
-    if (filled && self && view && window == m_manager->widget() && view->content() == content)
+        work->release(old);
+    // Else the host has shown something else meanwhile, which may wait for its user interface.
+    const bool stays = filled && self && content && window && window == m_manager->widget();
+    if (stays && contentOf(window) == content)
         return reveal(request);
-    return current || (self && m_manager->isVisible());
+    return self && (isAwaiting() || m_manager->isVisible());
 }
 
 // What cannot be filled is not shown: where the full user interface does not load, the simple one may.
@@ -197,13 +232,14 @@ bool VTTipShowing::reveal(const VTShowRequest &request)
     const QPointer<VTManager> self(m_manager);
     const QPointer<VTWidget> window = m_manager->widget();
     const QPointer<VTView> view = window->view();
+    const QPointer<VTXmlElement> content = view->content();
     const QFileInfo simple(view->simpleRootFilePath());
     if (!view->rootObject() && !view->isWaiting() && simple.isFile()) {
         view->loadQML(simple.absoluteFilePath());
         if (view)
             view->fitToContent();
     }
-    if (!self || !view || window != m_manager->widget())
+    if (!self || !content || !window || window != m_manager->widget() || contentOf(window) != content)
         return self && m_manager->isVisible();
     if (view->isWaiting()) {
         m_awaited = request;
@@ -293,17 +329,20 @@ bool VTTipShowing::keepOrHide(const VTShowRequest &request)
 
 bool VTTipShowing::refill(VTWidget *window, QObject *object)
 {
+    const QPointer<VTManager> self(m_manager);
     const QPointer<VTWidget> guard(window);
-    const VTXmlElement *const old = contentOf(window);
+    const QPointer<VTXmlElement> old = contentOf(window);
     if (!old)
         return false;
     const VTShowRequest request{keyOf(*old), m_shown.position, object, QRect()};
     VTFoundContent found;
     find(request.key, found);
-    if (!found.element || !found.root)
-        return false;
-    rewriteShortcut(request, found.element);
-    if (!guard || !found.element)
+    if (self && found.element && found.root)
+        rewriteShortcut(request, found.element);
+    // What the host has shown in the window meanwhile is there anew.
+    if (guard && contentOf(guard) != old)
+        return true;
+    if (!guard || !found.element || !found.root)
         return false;
     found.taken = true;
     guard->refill(found.element, found.packageFolder());

@@ -43,6 +43,9 @@ public:
     /** Moves the tip on screen off the popups that are open now, where its command is in one. */
     void placeAnew();
 
+    /** Tells whether the host and the QML have been called for a tip that is to be shown. */
+    bool isAtWork() const { return m_depth > 0; }
+
     /** Tells whether a tip waits for its user interface. */
     bool isAwaiting() const { return m_awaited.has_value(); }
 
@@ -50,6 +53,8 @@ public:
     const VTShowRequest &shown() const { return m_shown; }
 
 private:
+    bool showNow(const VTShowRequest &request);
+    void refuseWithoutEnd(const VTShowRequest &request);
     void remember(const VTShowRequest &request);
     void follow(const VTShowRequest &request);
     bool keeps(const QString &key, const VTShowRequest &request);
@@ -67,6 +72,8 @@ private:
     VTManager *const m_manager;
     const std::shared_ptr<VTTipWatch> m_watch;
     VTShowRequest m_shown;
+    int m_depth = 0; ///< of shows, each from within the one before
+    bool m_isRefusing = false;
     QRect m_place; ///< where the command was when the tip was placed
     std::optional<VTShowRequest> m_awaited; ///< until its user interface is loaded
 };

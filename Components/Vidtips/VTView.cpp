@@ -3,21 +3,35 @@
 #include "VTAccessibility_p.h"
 #include "VTIndex.h"
 #include "VTManager.h"
+#include "VTRemainingWindows_p.h"
+#include "VTTipContent_p.h"
+#include "VTViewWork_p.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtDeclarative/QDeclarativeContext>
 #include <QtDeclarative/QDeclarativeEngine>
 #include <QtGui/QCursor>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QGraphicsScene>
 
 namespace Vidtips {
 
 namespace {
+
+/** Milliseconds between two looks at whether scripts and the host have returned. */
+constexpr int returnInterval = 10;
+
+/** How often content is named once more for bindings that have had other content shown. */
+constexpr int mostRounds = 5;
+
+/** How many user interfaces may load the next as soon as they are made. */
+constexpr int mostLoadsInARow = 10;
 
 Qt::CursorShape cursorShape(const QString &name)
 {
@@ -42,10 +56,12 @@ bool isInTree(const QObject *object, const QObject *root)
     return object;
 }
 
-QObject *ownerOf(VTXmlElement *content)
+/** Returns how large all screens together are. What is larger cannot be seen, but its picture fills memory.
+ */
+QSize largestSize()
 {
-    auto *const root = content ? qobject_cast<VTXmlElement *>(content->parent()) : nullptr;
-    return root ? root : content;
+    const QScreen *const screen = QGuiApplication::primaryScreen();
+    return screen ? screen->virtualSize() : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 }
 
 } // namespace
@@ -57,33 +73,20 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     QString packageRoot;
     bool stayOpen = false;
     bool reserved = false;
+    QString dataLocation;
     QPointer<VTXmlElement> exposed;
     QMetaObject::Connection exposedGone;
     QMetaObject::Connection titleWatch;
+    int exposures = 0; ///< that were asked for
+    bool isExposing = false;
     QUrl pendingSource;
-    int hostCalls = 0;
+    int loadsInARow = 0; ///< each asked for by the one before, while that was being made
+    QUrl cutSource; ///< the last user interface that was told to be too large
+    QTimer settling; ///< to what waits until scripts and the host have returned
+    bool hasEnded = false;
+    const std::shared_ptr<VTViewWork> work = std::make_shared<VTViewWork>();
 
     VTInterface *host() const { return manager ? manager->vtinterface() : nullptr; }
-};
-
-/** Marks that the host is being called, most often from a handler of the QML. */
-class VIDTIPS_NO_EXPORT VTView::HostCall
-{
-public:
-    explicit HostCall(VTView *view)
-        : m_view(view)
-    {
-        ++view->d->hostCalls;
-    }
-    ~HostCall()
-    {
-        if (m_view)
-            --m_view->d->hostCalls;
-    }
-
-private:
-    Q_DISABLE_COPY(HostCall)
-    const QPointer<VTView> m_view;
 };
 
 VTView::VTView(VTManager *manager, QWidget *parent)
@@ -95,6 +98,9 @@ VTView::VTView(VTManager *manager, QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setFrameShadow(QFrame::Plain);
     setResizeMode(QDeclarativeView::SizeViewToRootObject);
+    setMaximumSize(largestSize());
+    d->settling.setSingleShot(true);
+    connect(&d->settling, &QTimer::timeout, this, &VTView::settle);
 }
 
 VTView::~VTView()
@@ -106,7 +112,44 @@ VTView::~VTView()
     disconnect(this, &QDeclarativeView::statusChanged, this, &VTView::statusHasChanged);
     nameContent(nullptr);
     rootContext()->setContextProperty(QStringLiteral("vidTipView"), static_cast<QObject *>(nullptr));
-    deleteContent(d->content);
+    d->work->release(d->content);
+}
+
+// What the view has on the stack comes back to it, and to its engine.
+void VTView::end()
+{
+    if (!isAtWork()) {
+        delete this;
+        return;
+    }
+    d->hasEnded = true;
+    d->manager = nullptr;
+    setParent(nullptr);
+    VTRemainingWindows::add(this);
+    d->settling.start(0);
+}
+
+bool VTView::isAtWork() const
+{
+    return d->work->isInHand() || engine()->property("running").toBool();
+}
+
+// The host, or a handler of the QML, may be in an event loop of its own.
+void VTView::settle()
+{
+    if (isAtWork())
+        d->settling.start(returnInterval);
+    else if (d->hasEnded)
+        deleteLater();
+    else if (!isLoaded(d->pendingSource))
+        load();
+    else
+        Q_EMIT statusChanged(status());
+}
+
+std::shared_ptr<VTViewWork> VTView::work() const
+{
+    return d->work;
 }
 
 bool VTView::stayOpen() const
@@ -206,13 +249,28 @@ QString VTView::findComponent(const QString &attribute, contextKey key, const QS
     return path;
 }
 
+// Bindings ask the host, which may show other content meanwhile. That is named at once, and once more
+// afterwards: a binding that was being evaluated has not taken it.
 void VTView::exposeContent(const QString &dataLocation)
 {
-    nameContent(d->content);
-    rootContext()->setContextProperty(QStringLiteral("dataLocation"), dataLocation);
-    // Naming an object connects its end to the context, once more each time; this one lives for all tips.
-    disconnect(this, &QObject::destroyed, rootContext(), nullptr);
-    rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
+    const VTViewWork::Scope scope(d->work);
+    const QPointer<VTView> self(this);
+    d->dataLocation = dataLocation;
+    setMaximumSize(largestSize());
+    ++d->exposures;
+    if (d->isExposing) {
+        nameAll();
+        return;
+    }
+    d->isExposing = true;
+    int seen = 0;
+    for (int round = 0; self && seen != d->exposures && round < mostRounds; ++round) {
+        seen = d->exposures;
+        nameAll();
+    }
+    if (!self)
+        return;
+    d->isExposing = false;
     disconnect(d->titleWatch);
     if (d->content)
         d->titleWatch = connect(d->content, &VTXmlElement::contentChanged, this,
@@ -220,8 +278,22 @@ void VTView::exposeContent(const QString &dataLocation)
     VTAccessibility::contentHasChanged(this);
 }
 
+void VTView::nameAll()
+{
+    const QPointer<VTView> self(this);
+    nameContent(d->content);
+    if (self)
+        rootContext()->setContextProperty(QStringLiteral("dataLocation"), d->dataLocation);
+    if (!self)
+        return;
+    // Naming an object connects its end to the context, once more each time; this one lives for all tips.
+    disconnect(this, &QObject::destroyed, rootContext(), nullptr);
+    rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
+}
+
 void VTView::nameContent(VTXmlElement *content)
 {
+    const VTViewWork::Scope scope(d->work);
     disconnect(d->exposedGone);
     d->exposed = content;
     // Not every engine notices when a context property dies, and anyone may delete the tree.
@@ -233,26 +305,25 @@ void VTView::nameContent(VTXmlElement *content)
 void VTView::releaseContent(VTXmlElement *content)
 {
     const QPointer<VTXmlElement> old(content);
-    QObject *const tree = ownerOf(content);
+    const std::shared_ptr<VTViewWork> work = d->work;
+    QObject *const tree = treeOf(content);
     if (!tree || isInTree(d->content, tree))
         return;
     if (isInTree(d->exposed, tree))
         nameContent(d->content);
-    deleteContent(old);
+    work->release(old);
 }
 
 void VTView::deleteContent(VTXmlElement *content)
 {
-    delete ownerOf(content);
+    delete treeOf(content);
 }
 
 void VTView::statusHasChanged(QDeclarativeView::Status s)
 {
     if (s != QDeclarativeView::Error)
         return;
-    const QList<QDeclarativeError> failures = errors();
-    for (const QDeclarativeError &error : failures)
-        report(describe(QStringLiteral("Error %1:%2:%3"), error));
+    reportAll(QStringLiteral("Error %1:%2:%3"), errors());
 }
 
 void VTView::loadQML(const QString &path)
@@ -262,19 +333,34 @@ void VTView::loadQML(const QString &path)
         return;
     }
     const QUrl url = QUrl::fromLocalFile(path);
+    if (!isLoaded(url) && loadsWithoutEnd())
+        return;
     d->pendingSource = url;
     if (isLoaded(url))
         return;
-    if (d->hostCalls == 0) {
-        setSource(url);
-        return;
-    }
-    // The QML that called the host must not be destroyed while its handler runs.
-    const auto loadPending = [this] {
-        if (!isLoaded(d->pendingSource))
-            setSource(d->pendingSource);
-    };
-    QMetaObject::invokeMethod(this, loadPending, Qt::QueuedConnection);
+    // The QML must not be destroyed while its handler runs, or the host that it has called.
+    if (isAtWork())
+        d->settling.start(0);
+    else
+        load();
+}
+
+bool VTView::loadsWithoutEnd()
+{
+    const bool isInARow = isAtWork() && !rootObject();
+    d->loadsInARow = isInARow ? d->loadsInARow + 1 : 0;
+    // Who hears of it may ask for the next one.
+    if (d->loadsInARow == mostLoadsInARow + 1)
+        warn(QStringLiteral("%1 has another user interface loaded before it is made, as did those before it; "
+                            "it stays")
+                 .arg(source().toLocalFile()));
+    return d->loadsInARow > mostLoadsInARow;
+}
+
+void VTView::load()
+{
+    const VTViewWork::Scope scope(d->work);
+    setSource(d->pendingSource);
 }
 
 bool VTView::isLoaded(const QUrl &url) const
@@ -287,26 +373,52 @@ bool VTView::isLoaded(const QUrl &url) const
 // before another can replace it.
 bool VTView::isWaiting() const
 {
-    return status() == Loading || (d->hostCalls > 0 && !isLoaded(d->pendingSource));
+    return status() == Loading || (d->settling.isActive() && !isLoaded(d->pendingSource));
 }
 
 // The base class waits for the end of the pass through the event loop, and a window that is shown before
 // would have the size of other content.
 void VTView::fitToContent()
 {
-    const QSize wanted = rootObject() ? sizeHint() : QSize();
+    const VTViewWork::Scope scope(d->work);
+    const QPointer<VTView> self(this);
+    const QSize wanted = rootObject() ? sizeHint().boundedTo(maximumSize()) : QSize();
     if (!wanted.isEmpty() && wanted != size())
         resize(wanted);
+    if (self)
+        tellIfCutOff();
+}
+
+void VTView::tellIfCutOff()
+{
+    const QSize whole = sizeHint();
+    const QSize most = maximumSize();
+    if (!rootObject() || whole == whole.boundedTo(most) || d->cutSource == source())
+        return;
+    d->cutSource = source();
+    warn(
+        QStringLiteral("%1 is %2 x %3 pixels, which is more than the screens have, and is cut off at %4 x %5")
+            .arg(source().toLocalFile(), QString::number(whole.width()), QString::number(whole.height()),
+                 QString::number(most.width()), QString::number(most.height())));
 }
 
 void VTView::handleWarnings(const QList<QDeclarativeError> &warnings)
 {
-    for (const QDeclarativeError &warning : warnings)
-        report(describe(QStringLiteral("QML Warning %1:%2:%3"), warning));
+    reportAll(QStringLiteral("QML Warning %1:%2:%3"), warnings);
+}
+
+void VTView::reportAll(const QString &pattern, const QList<QDeclarativeError> &errors)
+{
+    const QPointer<VTView> self(this);
+    for (const QDeclarativeError &error : errors) {
+        if (self)
+            report(describe(pattern, error));
+    }
 }
 
 void VTView::resetState()
 {
+    const VTViewWork::Scope scope(d->work);
     if (rootObject())
         rootObject()->setProperty("state", QStringLiteral(""));
 }
@@ -334,7 +446,7 @@ void VTView::debugLog(const QString &msg)
 
 void VTView::openExternalResource(const QString &resourceLocator)
 {
-    const HostCall call(this);
+    const VTViewWork::Scope scope(d->work);
     if (d->manager)
         d->manager->openExternalResource(resourceLocator);
 }
@@ -359,13 +471,13 @@ QString VTView::translate(const QString &string, const QString &context)
 {
     if (!d->host())
         return string;
-    const HostCall call(this);
+    const VTViewWork::Scope scope(d->work);
     const QPointer<VTManager> manager = d->manager;
     // A kept tip has another package, and so another catalogue, than the one on screen.
-    manager->setAskingView(this);
+    const QPointer<VTView> before = manager->setAskingView(this);
     const QString translation = d->host()->translateString(string, context);
     if (manager)
-        manager->setAskingView(nullptr);
+        manager->setAskingView(before);
     return translation;
 }
 
@@ -379,7 +491,7 @@ void VTView::notification(int notification, const QVariant &value)
 {
     if (!d->host() || !d->content)
         return;
-    const HostCall call(this);
+    const VTViewWork::Scope scope(d->work);
     d->host()->notification(static_cast<VTNotification>(notification), value,
                             d->content->attribute(QStringLiteral("key")));
 }
@@ -400,8 +512,24 @@ void VTView::resizeEvent(QResizeEvent *)
 {
     if (!rootObject())
         return;
+    const QPointer<VTView> self(this);
     scene()->setSceneRect(rootObject()->boundingRect());
     Q_EMIT contentSizeChanged();
+    if (self)
+        tellIfCutOff();
+}
+
+// Handlers run in events, and the view in which they run must not end before these do.
+bool VTView::event(QEvent *event)
+{
+    const VTViewWork::Scope scope(d->work);
+    return QDeclarativeView::event(event);
+}
+
+bool VTView::viewportEvent(QEvent *event)
+{
+    const VTViewWork::Scope scope(d->work);
+    return QDeclarativeView::viewportEvent(event);
 }
 
 QVariant VTView::setting(contextKey key, const QVariant &defaultValue) const
@@ -411,12 +539,14 @@ QVariant VTView::setting(contextKey key, const QVariant &defaultValue) const
 
 void VTView::report(const QString &message)
 {
+    const VTViewWork::Scope scope(d->work);
     if (d->manager)
         d->manager->handleMessage(VTMessageDebug, message);
 }
 
 void VTView::warn(const QString &message)
 {
+    const VTViewWork::Scope scope(d->work);
     if (d->manager)
         d->manager->handleMessage(VTMessageWarning, message);
 }

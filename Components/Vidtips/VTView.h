@@ -17,6 +17,7 @@
 namespace Vidtips {
 
 class VTManager;
+class VTViewWork;
 
 /**
  * The QML view of a tip. It chooses and loads the user interface for its content, offers that QML a small set
@@ -130,7 +131,8 @@ public Q_SLOTS:
 
     /**
      * Loads the user interface at @p path, unless it is the one that is loaded. A missing file is reported
-     * and leaves the current one.
+     * and leaves the current one. While a script of the view or the host that it has called is on the stack,
+     * that waits until they have returned, and the last path counts.
      */
     void loadQML(const QString &path);
 
@@ -179,6 +181,12 @@ protected:
     /** Makes the scene as large as the user interface. The base class has no part in it. */
     void resizeEvent(QResizeEvent *event) override;
 
+    /** Keeps the view from ending while it handles an event. */
+    bool event(QEvent *event) override;
+
+    /** Keeps the view from ending while it handles an event of its viewport. */
+    bool viewportEvent(QEvent *event) override;
+
     /** Gives the key to the user interface; Escape closes a kept tip that is a window, unless that wants it.
      */
     void keyPressEvent(QKeyEvent *event) override;
@@ -191,14 +199,22 @@ private:
     VIDTIPS_NO_EXPORT void report(const QString &message);
     VIDTIPS_NO_EXPORT void warn(const QString &message);
     VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
+    VIDTIPS_NO_EXPORT void nameAll();
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
     friend class VTTipShowing;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;
     VIDTIPS_NO_EXPORT void fitToContent();
+    VIDTIPS_NO_EXPORT void tellIfCutOff();
+    VIDTIPS_NO_EXPORT void end();
+    VIDTIPS_NO_EXPORT bool isAtWork() const;
+    VIDTIPS_NO_EXPORT void settle();
+    VIDTIPS_NO_EXPORT void load();
+    VIDTIPS_NO_EXPORT bool loadsWithoutEnd();
+    VIDTIPS_NO_EXPORT void reportAll(const QString &pattern, const QList<QDeclarativeError> &errors);
+    VIDTIPS_NO_EXPORT std::shared_ptr<VTViewWork> work() const;
 
-    class HostCall;
     struct Private;
     std::unique_ptr<Private> const d;
 };

@@ -8,12 +8,14 @@
 #include "VTShowLog_p.h"
 #include "VTSurroundings_p.h"
 #include "VTTipContainer_p.h"
+#include "VTTipContent_p.h"
 #include "VTTipFade_p.h"
 #include "VTTipKeeping_p.h"
 #include "VTTipOwner_p.h"
 #include "VTTipPlace_p.h"
 #include "VTTipPopup_p.h"
 #include "VTView.h"
+#include "VTViewWork_p.h"
 #include "VTWindowKind_p.h"
 
 #include <QtCore/QDir>
@@ -40,6 +42,8 @@ struct VIDTIPS_NO_EXPORT VTWidget::Private
     QPointer<VTManager> manager;
     VTTipContainer container;
     bool handedOver = false;
+    int visibilityChanges = 0; ///< on the stack
+    bool hasHidden = false; ///< and the host does not know it yet
 
     /** Returns a fade's milliseconds; Wayland has none for windows. */
     int fadeDuration(contextKey key, int defaultValue) const
@@ -113,7 +117,10 @@ void VTWidget::setView(VTView *view)
         return;
     VTView *const old = d->view;
     d->view = nullptr;
-    delete old;
+    if (old) {
+        disconnect(old, nullptr, this, nullptr);
+        old->end();
+    }
     d->view = view;
     if (!view)
         return;
@@ -157,29 +164,47 @@ bool VTWidget::fill(QObject *reference, const QRect &referenceRect, const QPoint
     VTTipOwner(this, d->reference).join();
     if (d->popup)
         askPopup(pos);
+    const QPointer<VTWidget> self(this);
+    d->place.put(pos);
+    if (!isVisible())
+        move(pos);
+    if (!putContent(content, rootPath))
+        return false;
+    d->view->fitToContent();
+    if (!self || contentOf(this) != content)
+        return false;
+    // The view tells of its size when it is shown, which is too late to find a place for it.
+    if (!isVisible())
+        contentResized();
+    move(d->place.position());
+    return true;
+}
+
+// The QML may send notifications on the way, and the host may answer by anything: another tip that it shows
+// is the one that stays.
+bool VTWidget::putContent(VTXmlElement *content, const QString &rootPath)
+{
+    const QPointer<VTWidget> self(this);
     const QPointer<VTView> view = d->view;
+    const std::shared_ptr<VTViewWork> work = view->work();
+    const QPointer<VTXmlElement> current(content);
+    const auto isCurrent = [&] {
+        return self && view && d->view == view && current && contentOf(this) == current;
+    };
     view->setPackageRoot(QDir(rootPath));
     const QPointer<VTXmlElement> old = view->content();
     view->setContent(content);
     const QFileInfo userInterface(view->uiRootFilePath());
-    d->place.put(pos);
-    if (!isVisible())
-        move(pos);
-    view->exposeContent(rootPath);
-    // Only now does no binding name the old tree any more. Whatever the QML ran may have sent notifications,
-    // and the host may have answered by anything.
+    if (isCurrent())
+        view->exposeContent(rootPath);
+    // Only now does no binding name the old tree any more.
     if (view)
         view->releaseContent(old);
-    if (view)
+    else
+        work->release(old);
+    if (isCurrent())
         view->loadQML(userInterface.absoluteFilePath());
-    if (view)
-        view->fitToContent();
-    // The view tells of its size when it is shown, which is too late to find a place for it.
-    if (view && !isVisible())
-        contentResized();
-    if (view)
-        move(d->place.position());
-    return view;
+    return isCurrent();
 }
 
 void VTWidget::reveal()
@@ -200,18 +225,9 @@ void VTWidget::reveal()
 void VTWidget::refill(VTXmlElement *content, const QString &rootPath)
 {
     const QPointer<VTWidget> self(this);
-    const QPointer<VTView> view = d->view;
-    const QPointer<VTXmlElement> old = view->content();
+    const VTXmlElement *const old = contentOf(this);
     const QString oldTitle = old ? old->attribute(QStringLiteral("title")) : QString();
-    view->setPackageRoot(QDir(rootPath));
-    view->setContent(content);
-    const QFileInfo userInterface(view->uiRootFilePath());
-    view->exposeContent(rootPath);
-    if (view)
-        view->releaseContent(old);
-    if (view)
-        view->loadQML(userInterface.absoluteFilePath());
-    if (self && d->handedOver)
+    if (putContent(content, rootPath) && self && d->handedOver)
         retitle(oldTitle);
 }
 
@@ -301,9 +317,11 @@ void VTWidget::stopFadeOut()
 
 void VTWidget::hideAnimationFinished()
 {
+    const QPointer<VTWidget> self(this);
     if (d->view)
         d->view->resetState();
-    hide();
+    if (self)
+        hide();
 }
 
 int VTWidget::idleInterval() const
@@ -435,7 +453,27 @@ void VTWidget::hideEvent(QHideEvent *event)
     d->fade->stop();
     // Movement during a fade-out may have started it again, and it would hide the next tip.
     d->timer->stop();
-    if (d->view)
+    d->hasHidden = true;
+    // Whoever hides a window together with others goes on with it.
+    if (d->visibilityChanges == 0)
+        QMetaObject::invokeMethod(this, &VTWidget::tellIfHidden, Qt::QueuedConnection);
+}
+
+// The host, which hears of a hide, may delete the window. So it hears of it when Qt is done with that.
+void VTWidget::setVisible(bool visible)
+{
+    const QPointer<VTWidget> self(this);
+    ++d->visibilityChanges;
+    QWidget::setVisible(visible);
+    if (self && --d->visibilityChanges == 0)
+        tellIfHidden();
+}
+
+void VTWidget::tellIfHidden()
+{
+    const bool isNews = d->hasHidden;
+    d->hasHidden = false;
+    if (isNews && d->view)
         d->view->notification(VTNotificationHidden, QStringLiteral("hide"));
 }
 

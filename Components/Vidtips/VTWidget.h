@@ -65,6 +65,9 @@ public:
      */
     void deleteWithApplication();
 
+    /** Tells the host of a hide once that is done: the window may be deleted then. */
+    void setVisible(bool visible) override;
+
 public Q_SLOTS:
     /**
      * Shows @p content at the global position @p pos, with the package folder @p rootPath. The window owns
@@ -105,7 +108,7 @@ protected:
     /** Starts the idle timer unless the pointer is where it keeps the tip. */
     void showEvent(QShowEvent *event) override;
 
-    /** Tells the host of every hide. */
+    /** Has the host told of every hide, also when another window has brought it about. */
     void hideEvent(QHideEvent *event) override;
 
     /** Notes where the window is, and has it go back where a window manager only reports another place. */
@@ -128,7 +131,9 @@ private:
     VIDTIPS_NO_EXPORT int idleInterval() const;
     VIDTIPS_NO_EXPORT bool fill(QObject *reference, const QRect &referenceRect, const QPoint &pos,
                                 VTXmlElement *content, const QString &rootPath);
+    VIDTIPS_NO_EXPORT bool putContent(VTXmlElement *content, const QString &rootPath);
     VIDTIPS_NO_EXPORT void reveal();
+    VIDTIPS_NO_EXPORT void tellIfHidden();
     VIDTIPS_NO_EXPORT void askPopup(const QPoint &pos);
     VIDTIPS_NO_EXPORT bool isPlacedAnew() const;
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;

@@ -3,6 +3,8 @@
 
 #include <Vidtips/VTXmlElement.h>
 
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QWindow>
 #include <QtTest/QSignalSpy>
@@ -199,7 +201,101 @@ void changeSettings(Stage &stage)
         stage.host->context().set(key, QStringLiteral("odd"));
 }
 
+/** Does @p action in an event loop of the host's, such as that of a dialog, where deletions are due as well.
+ */
+template <typename Action>
+void inAnEventLoop(Action action)
+{
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, action);
+    QTimer::singleShot(15, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void callTheManager(Stage &stage)
+{
+    VTManager *const manager = stage.host->manager();
+    manager->keys();
+    manager->vidTipAttribute("cut", "title", "none");
+    manager->translateString("word", "context");
+    manager->interpolate("%(name)s");
+    manager->setGlobalProperty("name", "value");
+    manager->raise();
+    manager->setStayOnTop(true);
+    manager->setStayOnTop(false);
+    manager->handleMessage(VTMessageError, "text");
+    manager->openExternalResource("topic");
+    QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), farAway, Qt::NoButton, Qt::NoButton, {});
+    manager->mouseMoveEventFilter(stage.command.data(), &move);
+    manager->mouseButtonEventFilter(stage.command.data(), &move);
+}
+
+void callTheWindow(Stage &stage)
+{
+    if (!stage.window())
+        return;
+    stage.window()->checkMousePosition(farAway);
+    stage.window()->setTimer();
+    stage.window()->contentResized();
+    stage.window()->contentReservedChanged();
+    stage.window()->showAnimated();
+}
+
 const Oddity oddities[] = {
+    {"refreshes", [](Stage &stage) { stage.host->manager()->refresh(); }, false},
+    {"hides", [](Stage &stage) { stage.host->hide(); }, false},
+    {"calls the manager", callTheManager, false},
+    {"calls the window", callTheWindow, false},
+    {"hands the window over",
+     [](Stage &stage) {
+         const QPointer<VTWidget> kept = stage.window();
+         QWidget *container = nullptr;
+         stage.host->manager()->reserve(kept, container);
+     },
+     false},
+    {"fades the window out",
+     [](Stage &stage) {
+         stage.host->context().set(HideDuration, 5);
+         if (stage.window())
+             stage.window()->hideAnimated();
+     },
+     false},
+    {"shows content of its own",
+     [](Stage &stage) {
+         if (stage.view())
+             stage.window()->showWithContent(stage.command.data(), {}, {}, new VTXmlElement, stage.folder);
+     },
+     false},
+    {"loads another user interface",
+     [](Stage &stage) {
+         if (stage.view())
+             stage.view()->loadQML(stage.folder + "/Basic.vidtips/ui/Other.qml");
+     },
+     false},
+    {"unloads the user interface",
+     [](Stage &stage) {
+         if (stage.view())
+             stage.view()->setSource(QUrl());
+     },
+     false},
+    {"gives the window another view",
+     [](Stage &stage) {
+         if (stage.window())
+             stage.window()->setView(new VTView(stage.host->manager(), stage.window()));
+     },
+     true},
+    {"takes the window's view",
+     [](Stage &stage) {
+         if (stage.window())
+             stage.window()->setView(nullptr);
+     },
+     true},
+    {"shows another key in an event loop", [](Stage &stage) { inAnEventLoop([&] { stage.hover("copy"); }); },
+     false},
+    {"deletes the window in an event loop",
+     [](Stage &stage) { inAnEventLoop([&] { delete stage.window(); }); }, true},
+    {"deletes the host in an event loop", [](Stage &stage) { inAnEventLoop([&] { delete stage.host; }); },
+     false},
     {"shows the same key", [](Stage &stage) { stage.host->show("cut", {}, nullptr); }, false},
     {"shows another key", [](Stage &stage) { stage.host->show("copy", {}, nullptr); }, false},
     {"shows another user interface", [](Stage &stage) { stage.host->show("other", {}, nullptr); }, false},
@@ -251,7 +347,7 @@ const Oddity oddities[] = {
 struct Trigger
 {
     const char *name;
-    bool mayDestroy; ///< nothing of the window is at work while the host is called
+    bool mayDestroy; ///< the host is called, or nothing of the window is at work
 };
 
 const Trigger triggers[] = {
@@ -259,12 +355,12 @@ const Trigger triggers[] = {
     {"keyAt", true},
     {"shortCutForObject", true},
     {"shown", true},
-    {"hidden", false},
-    {"createWindow", false},
-    {"translateString", false},
-    {"openExternalResource", false},
-    {"handleMessage", false},
-    {"notification of the QML", false},
+    {"hidden", true},
+    {"createWindow", true},
+    {"translateString", true},
+    {"openExternalResource", true},
+    {"handleMessage", true},
+    {"notification of the QML", true},
     {"stayOpenChanged", false},
     {"reservedChanged", false},
     {"contentSizeChanged", false},

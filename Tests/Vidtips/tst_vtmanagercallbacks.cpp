@@ -31,7 +31,13 @@ public:
     std::function<void()> onRetrieve;
 };
 
+const QByteArray askingUserInterface = R"(
+    property string title: vidtip ? vidtip.attribute("title") : ""
+    onTitleChanged: vidTipView.notification(9, title))";
+
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Vidtips::VTWidget *)>)
 
 /** What a host may do from within its callbacks while a tip is shown. */
 class tst_VTManagerCallbacks : public QObject
@@ -62,6 +68,13 @@ private slots:
     void retrievalDeletesTheWindow();
     void takingTheWindowBackDeletesTheHost();
     void qmlNotificationShowsAnotherUserInterface();
+    void fillingShowsAnotherKey();
+    void showingShowsOneAfterAnother();
+    void fillingRefreshes();
+    void refreshingRefreshes();
+    void hiddenNotificationDeletesTheWindow_data();
+    void hiddenNotificationDeletesTheWindow();
+    void windowHiddenWithItsOwnerIsDeleted();
     void deletedWindowIsMadeAnew();
     void windowWithoutAViewGetsOne();
 
@@ -378,6 +391,125 @@ void tst_VTManagerCallbacks::qmlNotificationShowsAnotherUserInterface()
     QVERIFY(QMetaObject::invokeMethod(session.view()->rootObject(), "asked"));
     QCOMPARE(session.content()->attribute("key"), QStringLiteral("other"));
     QTRY_COMPARE(session.view()->rootObject()->objectName(), QStringLiteral("other"));
+}
+
+// The QML takes the new content, and asks the host while it does.
+void tst_VTManagerCallbacks::fillingShowsAnotherKey()
+{
+    packages->writeUserInterface("Basic", askingUserInterface);
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("copy", {}, nullptr));
+    session.host->onNotification = [&](int type, const QString &key) {
+        if (type == 9 && key == "cut")
+            QVERIFY(session.host->show("copy", QPoint(300, 200), nullptr));
+    };
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("copy"));
+    QCOMPARE(session.view()->rootObject()->property("title").toString(), QStringLiteral("Copy"));
+    QCOMPARE(session.window()->pos(), QPoint(335, 230));
+    QVERIFY(session.window()->isVisible());
+    QCOMPARE(session.index.roots.count(), 3);
+    QVERIFY(!session.index.roots.at(0));
+    QVERIFY(!session.index.roots.at(1));
+}
+
+void tst_VTManagerCallbacks::showingShowsOneAfterAnother()
+{
+    TestSession session({packages->path()});
+    session.host->onNotification = [&](int type, const QString &key) {
+        if (type == VTNotificationShown)
+            session.host->show(key == "cut" ? "copy" : "cut", {}, nullptr);
+    };
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QVERIFY(session.window()->isVisible());
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("cut"));
+    QCOMPARE(session.host->messages.count(), 1);
+    QVERIFY(session.host->messages.first().second.contains("without end"));
+    session.host->onNotification = nullptr;
+    QVERIFY(session.host->show("other", {}, nullptr));
+    QCOMPARE(session.content()->attribute("key"), QStringLiteral("other"));
+}
+
+void tst_VTManagerCallbacks::fillingRefreshes()
+{
+    packages->writeUserInterface("Basic", askingUserInterface);
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("copy", {}, nullptr));
+    bool hasAsked = false;
+    session.host->onNotification = [&](int type, const QString &) {
+        if (type != 9 || hasAsked)
+            return;
+        hasAsked = true;
+        session.manager()->refresh();
+    };
+    const QPoint place(40, 50);
+    QVERIFY(session.host->show("cut", place, nullptr));
+    QCOMPARE(session.window()->pos(), session.manager()->tooltipPosition(place, nullptr));
+    QCOMPARE(session.index.roots.count(), 2);
+    // It waits until the tip is there.
+    QTRY_COMPARE(session.index.roots.count(), 3);
+    QVERIFY(!session.index.roots.at(1));
+    QVERIFY(session.window()->isVisible());
+}
+
+void tst_VTManagerCallbacks::refreshingRefreshes()
+{
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("copy", {}, nullptr));
+    session.host->onShortcut = [&](const QString &, QObject *, const QString &shortcut) {
+        session.manager()->refresh();
+        return shortcut;
+    };
+    session.manager()->refresh();
+    QCOMPARE(session.index.roots.count(), 2);
+    QVERIFY(!session.index.roots.first());
+    session.manager()->refresh();
+    QCOMPARE(session.index.roots.count(), 3);
+    QVERIFY(session.window()->isVisible());
+}
+
+void tst_VTManagerCallbacks::hiddenNotificationDeletesTheWindow_data()
+{
+    QTest::addColumn<std::function<void(VTWidget *)>>("hide");
+    const auto row = [](const char *name, const std::function<void(VTWidget *)> &hide) {
+        QTest::newRow(name) << hide;
+    };
+    row("hidden", [](VTWidget *window) { window->hide(); });
+    row("closed", [](VTWidget *window) { window->close(); });
+    row("hidden by the manager", [](VTWidget *window) { window->manager()->hide(); });
+    row("faded out", [](VTWidget *window) { window->hideAnimated(); });
+}
+
+void tst_VTManagerCallbacks::hiddenNotificationDeletesTheWindow()
+{
+    QFETCH(std::function<void(VTWidget *)>, hide);
+    TestSession session({packages->path()});
+    session.set(HideDuration, 0);
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    session.host->onNotification = [&](int type, const QString &) {
+        if (type == VTNotificationHidden)
+            delete session.window();
+    };
+    hide(session.window());
+    QVERIFY(!session.window());
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QVERIFY(session.window()->isVisible());
+}
+
+// Qt goes on with a window whose owner is hidden, so the host hears of it afterwards.
+void tst_VTManagerCallbacks::windowHiddenWithItsOwnerIsDeleted()
+{
+    TestSession session({packages->path()});
+    QVERIFY(session.host->show("cut", {}, nullptr));
+    QWidget owner;
+    owner.show();
+    session.window()->setParent(&owner, {});
+    session.window()->show();
+    session.host->notifications.clear();
+    session.host->onNotification = [&](int, const QString &) { delete session.window(); };
+    owner.hide();
+    QTRY_VERIFY(!session.window());
+    QCOMPARE(session.host->notificationTexts(), QStringList{"6 cut"});
 }
 
 void tst_VTManagerCallbacks::deletedWindowIsMadeAnew()

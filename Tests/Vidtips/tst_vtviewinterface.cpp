@@ -1,5 +1,7 @@
 #include "ViewTest.h"
 
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QGraphicsObject>
 #include <QtWidgets/QGraphicsScene>
@@ -32,6 +34,10 @@ private slots:
     void loadQmlReportsAMissingFile_data();
     void loadQmlReportsAMissingFile();
     void loadQmlKeepsTheLoadedFile();
+    void loadQmlOfAHandlerWaits();
+    void loadQmlOfItselfWhileItIsMade();
+    void loadQmlInCircles();
+    void tooLargeARootIsCutOff();
     void errorsAreReported();
     void errorsOfAnotherStatusAreNot();
     void warningsAreReported();
@@ -99,6 +105,85 @@ void tst_VTViewInterface::loadQmlKeepsTheLoadedFile()
     QVERIFY(!root);
     QCOMPARE(view->rootObject()->objectName(), QStringLiteral("odd"));
     QVERIFY(messages().isEmpty());
+}
+
+void tst_VTViewInterface::loadQmlOfAHandlerWaits()
+{
+    const QString first = packages->write("first.qml", "import QtQuick 1.0\nItem { objectName: 'first' }");
+    const QString last = packages->write("last.qml", "import QtQuick 1.0\nItem { objectName: 'last' }");
+    setContent();
+    view->exposeContent("here");
+    view->loadQML(packages->write("loads.qml", R"(import QtQuick 1.0
+        Item {
+            property int step: 0
+            property variant files
+            onStepChanged: { vidTipView.loadQML(files[0]); vidTipView.loadQML(files[1]); step = 2 }
+        })"));
+    const QPointer<QGraphicsObject> root(view->rootObject());
+    root->setProperty("files", QStringList{first, last});
+    QStringList loaded;
+    connect(view.data(), &QDeclarativeView::statusChanged, this,
+            [&] { loaded << view->rootObject()->objectName(); });
+    root->setProperty("step", 1);
+    QVERIFY(root);
+    QCOMPARE(root->property("step").toInt(), 2);
+    QTRY_COMPARE(loaded, QStringList{"last"});
+    QVERIFY(!root);
+}
+
+void tst_VTViewInterface::loadQmlOfItselfWhileItIsMade()
+{
+    setContent();
+    view->exposeContent("here");
+    const QString file = packages->filePath("itself.qml");
+    packages->write("itself.qml",
+                    "import QtQuick 1.0\nItem { Component.onCompleted: { vidTipView.notification(9, 0); "
+                    "vidTipView.loadQML('"
+                        + file.toUtf8() + "') } }");
+    QSignalSpy changes(view.data(), &QDeclarativeView::statusChanged);
+    view->loadQML(file);
+    QVERIFY(view->rootObject());
+    QTRY_COMPARE(changes.count(), 2);
+    QCOMPARE(session->host->notifications.count(), 1);
+    QVERIFY(messages().isEmpty());
+}
+
+void tst_VTViewInterface::loadQmlInCircles()
+{
+    setContent();
+    view->exposeContent("here");
+    const QString a = packages->filePath("a.qml");
+    const QString b = packages->filePath("b.qml");
+    const QByteArray loading = "import QtQuick 1.0\nItem { Component.onCompleted: vidTipView.loadQML('";
+    packages->write("a.qml", loading + b.toUtf8() + "') }");
+    packages->write("b.qml", loading + a.toUtf8() + "') }");
+    view->loadQML(a);
+    QTRY_COMPARE(messages().count(), 1);
+    QVERIFY(messages().first().second.startsWith(view->source().toLocalFile()));
+    QVERIFY(view->rootObject());
+    const QPointer<QGraphicsObject> root(view->rootObject());
+    // Another is loaded all the same.
+    view->loadQML(packages->filePath("Basic.vidtips/ui/VidtipsUI.qml"));
+    QVERIFY(!root && view->rootObject());
+}
+
+void tst_VTViewInterface::tooLargeARootIsCutOff()
+{
+    const QSize screens = QGuiApplication::primaryScreen()->virtualSize();
+    const auto file = [&](const char *name, const char *size) {
+        return packages->write(name, QByteArray("import QtQuick 1.0\nItem { ") + size + " }");
+    };
+    view->show();
+    view->loadQML(file("wide.qml", "width: 1e9; height: 40"));
+    QCOMPARE(view->size(), QSize(screens.width(), 40));
+    QCOMPARE(messages().count(), 1);
+    QVERIFY(messages().first().second.contains(QStringLiteral("cut off at %1").arg(screens.width())));
+    view->rootObject()->setProperty("height", 1e9);
+    QTRY_COMPARE(view->size(), screens);
+    QCOMPARE(messages().count(), 1);
+    view->loadQML(file("full.qml", qPrintable(QStringLiteral("width: %1; height: 40").arg(screens.width()))));
+    QCOMPARE(view->size(), QSize(screens.width(), 40));
+    QCOMPARE(messages().count(), 1);
 }
 
 void tst_VTViewInterface::errorsAreReported()
