@@ -324,9 +324,7 @@ void QDeclarativeFlickable::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     Q_D(QDeclarativeFlickable);
     d->release();
     event->accept();
-    // Taken from a child, the mouse does not come free by itself.
-    if (QDeclarativePointer::grabber(this) == this)
-        ungrabMouse();
+    QDeclarativePointer::letGo(this);
 }
 
 void QDeclarativeFlickable::wheelEvent(QGraphicsSceneWheelEvent *event)

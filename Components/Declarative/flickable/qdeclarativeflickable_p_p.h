@@ -116,6 +116,7 @@ public:
 
     void press(const QGraphicsSceneMouseEvent &);
     void move(const QGraphicsSceneMouseEvent &);
+    bool endPress();
     void release();
     void cancel();
     void drag(Axis &, int way, bool stealing);

@@ -9,6 +9,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -123,14 +124,20 @@ void QDeclarativeFlickablePrivate::move(const QGraphicsSceneMouseEvent &event)
         delayedPress.reset();
 }
 
+/** Lets go of the mouse; tells whether it was held. */
+bool QDeclarativeFlickablePrivate::endPress()
+{
+    if (!std::exchange(isPressed, false))
+        return false;
+    steals = false;
+    q_func()->setKeepMouseGrab(false);
+    return true;
+}
+
 void QDeclarativeFlickablePrivate::release()
 {
-    Q_Q(QDeclarativeFlickable);
-    if (!isPressed)
+    if (!endPress())
         return;
-    isPressed = false;
-    steals = false;
-    q->setKeepMouseGrab(false);
     const qint64 now = clock.nsecsElapsed();
     for (Axis *axis : {&x, &y}) {
         const qreal velocity = axis->dragged ? axis->releaseVelocity(now) : 0;
@@ -149,12 +156,8 @@ void QDeclarativeFlickablePrivate::release()
 /** Ends a drag that another item took over. */
 void QDeclarativeFlickablePrivate::cancel()
 {
-    Q_Q(QDeclarativeFlickable);
-    if (!isPressed)
+    if (!endPress())
         return;
-    isPressed = false;
-    steals = false;
-    q->setKeepMouseGrab(false);
     delayedPressTimer.stop();
     delayedPress.reset();
     for (Axis *axis : {&x, &y}) {

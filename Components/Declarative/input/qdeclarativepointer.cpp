@@ -56,4 +56,10 @@ void steal(QDeclarativeItem *item)
         item->grabMouse();
 }
 
+void letGo(QDeclarativeItem *item)
+{
+    if (grabber(item) == item)
+        item->ungrabMouse();
+}
+
 } // namespace QDeclarativePointer

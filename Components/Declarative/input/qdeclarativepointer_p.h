@@ -31,4 +31,7 @@ bool isKeptFrom(const QDeclarativeItem *item);
 /** Gives the mouse to @p item if another item has it and does not keep it. */
 void steal(QDeclarativeItem *item);
 
+/** Takes the mouse from @p item if it has it; taken from a child, it does not come free by itself. */
+void letGo(QDeclarativeItem *item);
+
 } // namespace QDeclarativePointer

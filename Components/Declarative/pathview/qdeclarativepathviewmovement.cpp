@@ -413,9 +413,7 @@ void QDeclarativePathView::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     Q_D(QDeclarativePathView);
     d->release();
     event->accept();
-    // Taken from a child, the mouse does not come free by itself.
-    if (QDeclarativePointer::grabber(this) == this)
-        ungrabMouse();
+    QDeclarativePointer::letGo(this);
 }
 
 bool QDeclarativePathView::sceneEvent(QEvent *event)
