@@ -243,6 +243,14 @@ void VTWidget::retitle(const QString &oldTitle)
         d->container.setTitle(content->attribute(QStringLiteral("title")));
 }
 
+// Qt has yet to tell what is left of the size in the pixels of the new screen.
+bool VTWidget::event(QEvent *event)
+{
+    if (event->type() == QEvent::ScreenChangeInternal)
+        QMetaObject::invokeMethod(this, [this] { renewSize(); }, Qt::QueuedConnection);
+    return QWidget::event(event);
+}
+
 void VTWidget::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
@@ -409,6 +417,16 @@ void VTWidget::takeSize(const QSize &size)
     setFixedSize(size);
     if (d->popup && isVisible() && !d->handedOver)
         d->popup->handleResize();
+}
+
+// What window managers were told of the size was in pixels of the screen before.
+void VTWidget::renewSize()
+{
+    if (!isWindow() || !d->view)
+        return;
+    setMinimumSize(0, 0);
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    takeSize(d->view->size() + QSize(1, 1));
 }
 
 QRect VTWidget::findVisibleGeometry(QRect geometry, bool *)

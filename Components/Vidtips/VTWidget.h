@@ -105,6 +105,9 @@ public Q_SLOTS:
     QRect findVisibleGeometry(QRect geometry, bool *move = nullptr);
 
 protected:
+    /** Takes its size anew on another screen, whose pixels may be of another size. */
+    bool event(QEvent *event) override;
+
     /** Starts the idle timer unless the pointer is where it keeps the tip. */
     void showEvent(QShowEvent *event) override;
 
@@ -139,6 +142,7 @@ private:
     VIDTIPS_NO_EXPORT bool isOnReference(const QPoint &globalPos) const;
     VIDTIPS_NO_EXPORT void refer(QWidget *reference, const QRect &rect);
     VIDTIPS_NO_EXPORT void takeSize(const QSize &size);
+    VIDTIPS_NO_EXPORT void renewSize();
     VIDTIPS_NO_EXPORT QRect frameOnScreen() const;
 
     struct Private;
