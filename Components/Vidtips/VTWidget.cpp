@@ -247,7 +247,8 @@ void VTWidget::retitle(const QString &oldTitle)
 bool VTWidget::event(QEvent *event)
 {
     if (event->type() == QEvent::ScreenChangeInternal)
-        QMetaObject::invokeMethod(this, [this] { renewSize(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { renewSize(); }, Qt::QueuedConnection);
     return QWidget::event(event);
 }
 
@@ -404,8 +405,8 @@ void VTWidget::contentResized()
 
 // Place and size in one request, or there would be an answer to the first with the old one of the second. A
 // request for the size alone would confirm a place that was reported wrongly.
-// On a screen of scale 1.5 or more Qt has window managers change sizes in steps of two pixels. They count from
-// the base size.
+// On a screen of scale 1.5 or more Qt has window managers change sizes in steps of two pixels. They count
+// from the base size.
 void VTWidget::takeSize(const QSize &size)
 {
     setBaseSize(size);

@@ -196,6 +196,8 @@ void tst_ScaledScreens::standsOnTheScreenOfThePointer()
 void tst_ScaledScreens::keptTipIsDraggedAcross()
 {
     QVERIFY(show({60, 60}));
+    // Only what is seen can be kept.
+    QTRY_VERIFY_WITH_TIMEOUT(!OuterScreen::find(rimColor).isNull(), RealPointer::patience);
     const QPointer<VTWidget> kept = tip();
     kept->view()->setReserved(true);
     QTRY_VERIFY_WITH_TIMEOUT(kept->isVisible() && tip() != kept, RealPointer::patience);
