@@ -358,8 +358,10 @@ void VTVideoComponent::paint(QPainter *painter, const QStyleOptionGraphicsItem *
     if (!painter)
         return;
     const bool wasSmooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
-    if (smooth())
-        painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    // No clip is made for a screen that is scaled, so there it is smoothed in any case.
+    const QPaintDevice *const device = painter->device();
+    const bool isScaled = device && device->devicePixelRatioF() != 1;
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, smooth() || isScaled);
     painter->drawImage(QPoint(0, 0), d->frame);
     painter->setRenderHint(QPainter::SmoothPixmapTransform, wasSmooth);
 }
