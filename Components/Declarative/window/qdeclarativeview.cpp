@@ -131,6 +131,9 @@ void QDeclarativeView::Private::executeOnceReturned()
 // Its scripts go on, and find the view gone.
 void QDeclarativeView::Private::outliveView()
 {
+    // These are the view's, which nobody else would stop.
+    loadTimer.stop();
+    resizeTimer.stop();
     auto *const timer = new QTimer(QCoreApplication::instance());
     const auto deleteOnceReturned = [this, timer] {
         if (isRunning())
