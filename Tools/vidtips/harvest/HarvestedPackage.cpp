@@ -103,9 +103,11 @@ QString HarvestedPackage::readKeyData()
     return {};
 }
 
+// Entries know their file by its whole path, additions by the folder as it was named: it is written once.
 EditedFile *HarvestedPackage::file(const QString &path, const QString &root)
 {
-    std::unique_ptr<EditedFile> &file = m_files[path];
+    const QFileInfo info(path);
+    std::unique_ptr<EditedFile> &file = m_files[info.exists() ? info.canonicalFilePath() : path];
     if (!file) {
         file = std::make_unique<EditedFile>(path, root);
         const QString problem = file->read();
