@@ -74,6 +74,16 @@ void addAdmissionRows()
         packageWith(
             {{"Tools.vidtips/ui/schema.xml", "<schema><element name=\"vidtip\"\n  txt=\"yes\"/></schema>"}}),
         {"VT115"}, "ui/schema.xml:2:3", "no attribute \"txt\"");
+    row("schema with an element twice",
+        packageWith({{"Tools.vidtips/ui/schema.xml",
+                      "<schema><element name=\"vidtip\"><element name=\"icon\"/>\n<element name=\"note\"/>\n"
+                      " <element name=\"icon\"/></element></schema>"}}),
+        {"VT115"}, "ui/schema.xml:3:2", "the element \"icon\" of \"vidtip\" is described twice: see line 1");
+    row("schema with an attribute twice",
+        packageWith({{"Tools.vidtips/ui/schema.xml",
+                      "<schema><element name=\"vidtip\"><element name=\"a\"><element name=\"b\"/>\n"
+                      "<attribute name=\"b\"/>\n<attribute name=\"b\"/></element></element></schema>"}}),
+        {"VT115"}, "ui/schema.xml:3:1", "the attribute \"b\" of \"a\" is described twice: see line 2");
     row("schema not well-formed", packageWith({{"Tools.vidtips/ui/schema.xml", "<schema>\n<element>"}}),
         {"VT115"}, "ui/schema.xml:2:", "");
     row("suffix", packageWith({{"Tools.vidtips/Control/Tools.xml.new", other}}), {"VT206"},

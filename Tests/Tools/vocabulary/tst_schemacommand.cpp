@@ -28,6 +28,8 @@ private slots:
     void judgesAsTheVocabularySays();
     void acceptsTheExample();
     void saysWhatEachIsFor();
+    void describesNothingTwice();
+    void refusesWhatIsDescribedTwice();
     void makesTheSchemaOfAnyTips();
     void refusesBadUse_data();
     void refusesBadUse();
@@ -87,6 +89,39 @@ void tst_SchemaCommand::saysWhatEachIsFor()
              qPrintable(run.output));
     QVERIFY(run.output.contains("&quot;More help&quot;"));
     QCOMPARE(run.exitCode, 0);
+}
+
+// The key belongs to the library, and a user interface may read it; what others read may have the same name.
+void tst_SchemaCommand::describesNothingTwice()
+{
+    const TestPackages packages;
+    packages.write("schema.xml",
+                   "<schema><element name=\"vidtip\"><attribute name=\"key\" about=\"What it is for.\"/>"
+                   "<attribute name=\"title\"/><element name=\"vidtip\"><attribute name=\"key\"/>"
+                   "<element name=\"vidtip\" text=\"yes\"/></element></element></schema>");
+    const QByteArray written = ToolRun({"schema", "schema.xml"}, packages.path()).output.toUtf8();
+    QXmlSchema schema;
+    QVERIFY2(schema.load(written), written.constData());
+    QVERIFY2(written.contains("<xs:documentation>What it is for."), written.constData());
+    Silence silence;
+    schema.setMessageHandler(&silence);
+    const QXmlSchemaValidator validator(schema);
+    QVERIFY(validator.validate("<vidtips><vidtip key=\"a\"><vidtip key=\"\"/></vidtip></vidtips>"));
+    QVERIFY(!validator.validate("<vidtips><vidtip key=\"\"/></vidtips>"));
+}
+
+void tst_SchemaCommand::refusesWhatIsDescribedTwice()
+{
+    const TestPackages packages;
+    packages.write("schema.xml",
+                   "<schema><element name=\"vidtip\">\n<element name=\"icon\"/>\n"
+                   "<element name=\"icon\"/></element></schema>");
+    const ToolRun run({"schema", "schema.xml"}, packages.path());
+    QCOMPARE(run.errors,
+             QString("vidtips: schema.xml:3:1: the element \"icon\" of \"vidtip\" is described twice: see "
+                     "line 2\n"));
+    QCOMPARE(run.output, QString());
+    QCOMPARE(run.exitCode, 2);
 }
 
 void tst_SchemaCommand::makesTheSchemaOfAnyTips()

@@ -116,6 +116,7 @@ VocabularyElement Vocabulary::elementFrom(const XmlNode &node)
         else
             element.elements << elementFrom(*child);
     }
+    refuseRepetitions(node);
     return element;
 }
 
@@ -151,6 +152,21 @@ int Vocabulary::mostOf(const XmlNode &node)
         refuse(node.positionOf("most"),
                QString("\"most\" is a number from 1, not \"%1\"").arg(node.attribute("most")));
     return most;
+}
+
+// Only one of two descriptions could be right.
+void Vocabulary::refuseRepetitions(const XmlNode &node)
+{
+    QMap<QString, int> lines;
+    for (const auto &child : node.children) {
+        const QString described = QString("the %1 \"%2\"").arg(child->name, child->attribute("name"));
+        if (lines.contains(described))
+            refuse(child->position,
+                   QString("%1 of \"%2\" is described twice: see line %3")
+                       .arg(described, node.attribute("name"))
+                       .arg(lines.value(described)));
+        lines.insert(described, child->position.line);
+    }
 }
 
 void Vocabulary::refuseOthers(const XmlNode &node, const QStringList &attributes)

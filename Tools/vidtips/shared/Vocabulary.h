@@ -85,6 +85,7 @@ private:
     QString nameOf(const XmlNode &node);
     bool flagOf(const XmlNode &node, const QString &name);
     int mostOf(const XmlNode &node);
+    void refuseRepetitions(const XmlNode &node);
     void refuseOthers(const XmlNode &node, const QStringList &attributes);
     void refuse(Position position, const QString &problem);
 

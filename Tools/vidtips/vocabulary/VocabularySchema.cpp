@@ -4,6 +4,8 @@
 
 #include <QtCore/QFile>
 
+#include <algorithm>
+
 namespace {
 
 const char entryBegin[] = "  <xs:complexType name=\"entry\"";
@@ -102,14 +104,31 @@ void writeElement(Writer &writer, const VocabularyElement &element)
     writer.close("xs:element");
 }
 
+// The key is the library's, whatever a user interface reads of it.
+void writeKey(Writer &writer, const VocabularyElement &tip)
+{
+    const VocabularyAttribute *const key = tip.attribute("key");
+    writer.open("xs:attribute name=\"key\" type=\"keyName\" use=\"required\"");
+    writer.about(key ? key->about : QString());
+    writer.close("xs:attribute");
+}
+
+VocabularyElement withoutKey(VocabularyElement tip)
+{
+    const auto isKey = [](const VocabularyAttribute &attribute) { return attribute.name == "key"; };
+    const auto end = std::remove_if(tip.attributes.begin(), tip.attributes.end(), isKey);
+    tip.attributes.erase(end, tip.attributes.end());
+    return tip;
+}
+
 QString entryOf(const VocabularyElement &tip)
 {
     Writer writer;
     writer.setDepth(1);
     writer.open(QString("xs:complexType name=\"entry\"%1").arg(tip.hasText ? " mixed=\"true\"" : ""));
     writeElements(writer, tip);
-    writer.line("<xs:attribute name=\"key\" type=\"keyName\" use=\"required\"/>");
-    writeAttributes(writer, tip, Vocabulary::entryAttributes);
+    writeKey(writer, tip);
+    writeAttributes(writer, withoutKey(tip), Vocabulary::entryAttributes);
     writer.close("xs:complexType");
     writer.line("");
     writer.line("<!-- What is shown is not empty. -->");
