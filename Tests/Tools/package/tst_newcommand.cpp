@@ -98,6 +98,15 @@ void tst_NewCommand::addsTips_data()
     QTest::newRow("first") << QByteArray("<vidtips/>") << QStringList{}
                            << QByteArray("<vidtips>\n" + entry + "</vidtips>")
                            << "Tools.vidtips/Control/T.xml:2";
+    const QByteArray longer =
+        "<vidtips>\n<!-- key=\"draw.free-hand\" -->\n<vidtip key=\"draw.free-hand.2\"/>\n";
+    QTest::newRow("begins like another")
+        << QByteArray(longer + "</vidtips>") << QStringList{} << QByteArray(longer + entry + "</vidtips>")
+        << "Tools.vidtips/Control/T.xml:4";
+    QTest::newRow("one locale in two spellings")
+        << QByteArray("<vidtips locale=\"de\">\n</vidtips>")
+        << QStringList{"--locale", "de", "--locale", "de_DE"}
+        << QByteArray("<vidtips locale=\"de\">\n" + entry + "</vidtips>") << "Tools.vidtips/Control/T.xml:2";
     QTest::newRow("of a locale") << QByteArray("<vidtips locale=\"de\">\n</vidtips>")
                                  << QStringList{"--locale", "de_DE"}
                                  << QByteArray("<vidtips locale=\"de\">\n" + entry + "</vidtips>")
@@ -128,6 +137,13 @@ void tst_NewCommand::refusesTips_data()
     QTest::newRow("key that is there") << german << QStringList{"a", ".", "--locale", "de"}
                                        << "Tools.vidtips/Control/T.xml has a tip \"a\" already";
     QTest::newRow("key of two words") << german << QStringList{"a b", "."} << "the key \"a b\" holds a blank";
+    QTest::newRow("key of nothing") << german << QStringList{"", ".", "--locale", "de"} << "the key is empty";
+    QTest::newRow("key that is there in another file")
+        << german << QStringList{"c", ".", "--locale", "de"}
+        << "Tools.vidtips/Control/Z.xml has a tip \"c\" already";
+    QTest::newRow("key that is there for one of all locales")
+        << QByteArray("<vidtips/>") << QStringList{"c", "."}
+        << "Tools.vidtips/Control/Z.xml has a tip \"c\" already";
     QTest::newRow("other locale") << german << QStringList{"b", ".", "--locale", "fr_FR"}
                                   << "the package has no control file for fr_FR";
     QTest::newRow("no locale that is usual")
@@ -152,6 +168,7 @@ void tst_NewCommand::refusesTips()
     QFETCH(QString, error);
     const TestPackages packages;
     const QString file = packages.write("Tools.vidtips/Control/T.xml", before);
+    packages.writeControl("Tools", "Z.xml", "<vidtip key=\"c\"/>", "locale=\"de_DE\"");
     const ToolRun run(QStringList{"new", "tip"} + arguments, packages.path());
     QCOMPARE(run.errors, "vidtips: " + error + '\n');
     QCOMPARE(run.exitCode, 2);

@@ -18,7 +18,7 @@ void tst_KeyName::problemWith_data()
     const auto row = [](const char *name, const QString &key, const QString &expected) {
         QTest::newRow(name) << key << expected;
     };
-    row("empty", "", "");
+    row("empty", "", "the key is empty");
     row("letters, digits and signs", "edit.Cut_2-a/b:c&<>", "");
     row("other letters", QString::fromUtf8("Schöne保存"), "");
     row("blank", "a b", "the key \"a b\" holds a blank");

@@ -37,6 +37,21 @@ bool hasKey(const ControlFile &file, const QString &key)
                        [&](const XmlNode *entry) { return entry->attribute("key") == key; });
 }
 
+bool haveCommonReaders(const ControlFile &one, const ControlFile &other)
+{
+    return one.locale().isEmpty() || other.locale().isEmpty() || isFor(one, other.locale());
+}
+
+// One of two entries that are for the same reader would vanish.
+QString placeOfKey(const Content &content, const ControlFile &file, const QString &key)
+{
+    for (const ControlFile &other : content.controlFiles()) {
+        if (other.isAdmitted && hasKey(other, key) && haveCommonReaders(file, other))
+            return Places::shown(other.path);
+    }
+    return {};
+}
+
 // "draw.free-hand" is probably called "Free hand".
 QString titleFrom(const QString &key)
 {
@@ -68,14 +83,17 @@ QString NewTip::choose(const Content &content, const QStringList &locales,
     if (locales.isEmpty())
         files << usual;
     for (const QString &locale : locales) {
-        if (!fileFor(content, locale))
+        const ControlFile *const file = fileFor(content, locale);
+        if (!file)
             return QString("the package has no control file for %1").arg(locale);
-        files << fileFor(content, locale);
+        if (!files.contains(file))
+            files << file;
     }
     for (const ControlFile *file : qAsConst(files)) {
         const QString path = Places::shown(file->path);
-        if (hasKey(*file, m_key))
-            return QString("%1 has a tip \"%2\" already").arg(path, m_key);
+        const QString present = placeOfKey(content, *file, m_key);
+        if (!present.isEmpty())
+            return QString("%1 has a tip \"%2\" already").arg(present, m_key);
         if (!file->document.error().isEmpty() || !file->document.encodingProblem().message.isEmpty())
             return QString("%1 has mistakes: see \"vidtips check\"").arg(path);
         if (!isUtf8(*file))
@@ -116,7 +134,7 @@ QString NewTip::add(const Content &content, const QStringList &locales)
             return problem;
         const QString text = textWith(*file);
         problem = SavedFile::write(file->path, text.toUtf8());
-        const int line = text.leftRef(text.indexOf("key=\"" + m_key.toHtmlEscaped())).count('\n') + 1;
+        const int line = text.leftRef(text.lastIndexOf(entry())).count('\n') + 1;
         m_places << Places::shown(file->path, {line, 0});
     }
     return problem;

@@ -15,6 +15,8 @@ bool isQuote(const QString &character)
 
 QString KeyName::problemWith(const QString &key)
 {
+    if (key.isEmpty())
+        return "the key is empty";
     for (const uint c : key.toUcs4()) {
         const QString character = QString::fromUcs4(&c, 1);
         if (QChar::isSpace(c))

@@ -5,7 +5,7 @@
 /** What keys of tips are made of. */
 namespace KeyName {
 
-/** Returns what in @p key somebody who types it would not see or not type; nothing where nothing is. */
+/** Returns why @p key is none: it is empty, or holds what nobody sees or types. Nothing where it is one. */
 QString problemWith(const QString &key);
 
 } // namespace KeyName
