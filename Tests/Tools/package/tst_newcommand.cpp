@@ -3,6 +3,21 @@
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
 
+namespace {
+
+// The call that the tool's last line proposes.
+QStringList callIn(const QString &output)
+{
+    return output.trimmed().section("See it: vidtips ", 1).split(' ');
+}
+
+QString errorsOfPreview(const QStringList &call, const QString &folder)
+{
+    return ToolRun(call + QStringList{"--delay", "0", "--screenshot", "tip.png"}, folder).errors;
+}
+
+} // namespace
+
 /** Runs the command that makes packages. */
 class tst_NewCommand : public QObject
 {
@@ -13,6 +28,7 @@ private slots:
     void newPackagesAreClean();
     void newPackagesUseASharedInterface();
     void saysThatTheSharedPackageIsMissing();
+    void saysThatThereIsNothingToTranslate();
     void addsTips_data();
     void addsTips();
     void refusesTips_data();
@@ -35,6 +51,7 @@ void tst_NewCommand::newPackagesAreClean()
     const TestPackages packages;
     const ToolRun made(QStringList{"new", "Mine.2"} + options, packages.path());
     QVERIFY2(made.exitCode == 0, qPrintable(made.errors));
+    QCOMPARE(made.errors, QString());
     QStringList files = packages.files("Mine.2.vidtips");
     QCOMPARE(files.filter("l10n"),
              options.isEmpty() ? QStringList()
@@ -59,12 +76,15 @@ void tst_NewCommand::newPackagesUseASharedInterface()
     const TestPackages packages;
     QVERIFY(QDir().mkpath(packages.filePath("Data")));
     QCOMPARE(ToolRun({"new", "Shared", "--directory", "Data"}, packages.path()).exitCode, 0);
-    QCOMPARE(ToolRun({"new", "Tools", "--directory", "Data", "--search", "Shared"}, packages.path()).exitCode,
-             0);
+    const ToolRun tools({"new", "Tools", "--directory", "Data", "--search", "Shared"}, packages.path());
+    QCOMPARE(tools.exitCode, 0);
     QCOMPARE(packages.files("Data/Tools.vidtips"),
              QStringList({"Control/Tools.en_US.xml", "Resources/first.png"}));
     QCOMPARE(ToolRun({"check", "Data"}, packages.path()).output,
              QString("2 packages, 2 control files: nothing found\n"));
+    const QStringList call = callIn(tools.output);
+    QCOMPARE(call, QStringList({"preview", "tools.first", "Data"}));
+    QCOMPARE(errorsOfPreview(call, packages.path()), QString());
 }
 
 void tst_NewCommand::saysThatTheSharedPackageIsMissing()
@@ -75,8 +95,26 @@ void tst_NewCommand::saysThatTheSharedPackageIsMissing()
         run.errors,
         QString(
             "vidtips: there is no package \"Shared\" in ., where its user interface is looked for: put it "
-            "there, or name its folder as well\n"));
+            "there, or name the folder that has it, FOLDER below\n"));
     QCOMPARE(run.exitCode, 0);
+    QVERIFY(QDir().mkpath(packages.filePath("Elsewhere")));
+    QCOMPARE(ToolRun({"new", "Shared", "--directory", "Elsewhere"}, packages.path()).exitCode, 0);
+    QStringList call = callIn(run.output);
+    QCOMPARE(call, QStringList({"preview", "tools.first", ".", "FOLDER"}));
+    call.last() = "Elsewhere";
+    QCOMPARE(errorsOfPreview(call, packages.path()), QString());
+}
+
+void tst_NewCommand::saysThatThereIsNothingToTranslate()
+{
+    const TestPackages packages;
+    QCOMPARE(ToolRun({"new", "Shared"}, packages.path()).exitCode, 0);
+    const ToolRun run({"new", "Tools", "--search", "Shared", "--locale", "de_DE"}, packages.path());
+    QCOMPARE(run.errors,
+             QString("vidtips: there is nothing to translate yet: the words of the user interface are "
+                     "translated in the package \"Shared\", and tips have a control file for each locale\n"));
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(packages.files("Tools.vidtips").filter("l10n"), QStringList());
 }
 
 void tst_NewCommand::addsTips_data()

@@ -62,6 +62,39 @@ QString problemWith(const QCommandLineParser &arguments)
     return problem.isEmpty() ? PackageSkeleton::problemWith(names.constFirst()) : problem;
 }
 
+QString dataPath(const QCommandLineParser &arguments)
+{
+    return Places::shown(QFileInfo(arguments.value("directory")).canonicalFilePath());
+}
+
+bool lacksShared(const QCommandLineParser &arguments)
+{
+    const QString shared = arguments.value("search");
+    return !shared.isEmpty() && !QFileInfo(arguments.value("directory") + '/' + shared + ".vidtips").isDir();
+}
+
+// A preview looks only in what it is given, which has to have both packages.
+QString seenIn(const QCommandLineParser &arguments, const QString &package)
+{
+    if (arguments.value("search").isEmpty())
+        return package;
+    return dataPath(arguments) + (lacksShared(arguments) ? " FOLDER" : "");
+}
+
+void writeNotes(const QCommandLineParser &arguments, const QStringList &translations, Console &console)
+{
+    const QString shared = arguments.value("search");
+    if (arguments.isSet("locale") && translations.isEmpty())
+        console.note(
+            QString("vidtips: there is nothing to translate yet: the words of the user interface are "
+                    "translated in the package \"%1\", and tips have a control file for each locale")
+                .arg(shared));
+    if (lacksShared(arguments))
+        console.note(QString("vidtips: there is no package \"%1\" in %2, where its user interface is looked "
+                             "for: put it there, or name the folder that has it, FOLDER below")
+                         .arg(shared, dataPath(arguments)));
+}
+
 } // namespace
 
 QStringList NewCommand::description() const
@@ -116,16 +149,9 @@ int NewCommand::run(const QCommandLineParser &arguments, Console &console)
         console.writeLine(path + '/' + file);
     for (const QString &file : qAsConst(translations))
         console.writeLine(file);
-    const QString shared = arguments.value("search");
-    const QString folder = arguments.value("directory");
-    if (!shared.isEmpty() && !QFileInfo(folder + '/' + shared + ".vidtips").isDir())
-        console.note(
-            QString(
-                "vidtips: there is no package \"%1\" in %2, where its user interface is looked for: put it "
-                "there, or name its folder as well")
-                .arg(shared, Places::shown(QFileInfo(folder).canonicalFilePath())));
+    writeNotes(arguments, translations, console);
     console.writeLine("\n" + console.in(Console::Dim, "See it: ")
-                      + QString("vidtips preview %1 %2").arg(skeleton.firstKey(), path));
+                      + QString("vidtips preview %1 %2").arg(skeleton.firstKey(), seenIn(arguments, path)));
     return ExitFine;
 }
 
