@@ -76,8 +76,10 @@ void AdmissionCheck::run(const Content &content, Findings &findings)
 void AdmissionCheck::checkFolders(const Content &content, Findings &findings)
 {
     for (const QString &path : content.unreadable()) {
-        if (QFileInfo(path).isDir())
-            findings.add("VT100", path, {}, "the folder cannot be read");
+        const QFileInfo folder(path);
+        if (folder.isDir())
+            findings.add("VT100", path, {},
+                         folder.isReadable() ? "the folder cannot be entered" : "the folder cannot be read");
     }
 }
 

@@ -74,6 +74,35 @@ QString lookedFor(const QStringList &candidates)
     return shown.isEmpty() ? "nowhere to look" : "looked for " + shown.join(", ");
 }
 
+// What is in such a folder counts as missing.
+bool isBarred(const QString &path)
+{
+    const QFileInfo folder(path);
+    return folder.isDir() && !folder.isExecutable();
+}
+
+// The folder on the way to one of them that cannot be entered.
+QString barredFolder(const QStringList &candidates)
+{
+    for (const QString &candidate : candidates) {
+        QFileInfo folder(QFileInfo(QDir::cleanPath(candidate)).path());
+        while (!folder.exists() && !folder.isRoot())
+            folder.setFile(folder.path());
+        if (isBarred(folder.filePath()))
+            return folder.filePath();
+    }
+    return {};
+}
+
+QString whyMissing(const QStringList &candidates)
+{
+    const QString barred = barredFolder(candidates);
+    if (!barred.isEmpty())
+        return QString("the folder %1 cannot be entered").arg(Places::shown(barred));
+    const QString other = similar(candidates);
+    return other.isEmpty() ? lookedFor(candidates) : QString("there is \"%1\"").arg(other);
+}
+
 } // namespace
 
 void FileCheck::run(const Content &content, Findings &findings)
@@ -82,6 +111,7 @@ void FileCheck::run(const Content &content, Findings &findings)
         QDirIterator files(package.path, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext())
             gather(QFileInfo(files.next()).canonicalFilePath(), findings);
+        checkEntrances(content, package.path, findings);
     }
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || !file.document.root() || file.document.root()->name != "vidtips")
@@ -100,12 +130,16 @@ void FileCheck::run(const Content &content, Findings &findings)
 void FileCheck::gather(const QString &path, Findings &findings)
 {
     const FileKind kind = kindOf(path);
-    // Who opens a pipe waits for somebody to write to it.
-    if (kind != FileKind::None && !QFileInfo(path).isFile()) {
-        reportIrregular(path, findings);
+    const QFileInfo file(path);
+    // Of what is in a folder that cannot be entered there is only a name.
+    if (kind == FileKind::None || !file.exists())
         return;
-    }
-    if (kind == FileKind::Picture)
+    // Who opens a pipe waits for somebody to write to it.
+    if (!file.isFile())
+        reportUnreadable(path, "this is no file that can be read", findings);
+    else if (!file.isReadable())
+        reportUnreadable(path, "the file cannot be read", findings);
+    else if (kind == FileKind::Picture)
         m_pictures << path;
     else if (kind == FileKind::Clip)
         m_clips << path;
@@ -113,12 +147,23 @@ void FileCheck::gather(const QString &path, Findings &findings)
         m_qmlFiles << path;
 }
 
-void FileCheck::reportIrregular(const QString &path, Findings &findings)
+// Control folders have been judged with what is in them.
+void FileCheck::checkEntrances(const Content &content, const QString &package, Findings &findings)
 {
-    if (m_irregular.contains(path))
+    QDirIterator folders(package, QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (folders.hasNext()) {
+        const QString path = QFileInfo(folders.next()).canonicalFilePath();
+        if (isBarred(path) && !content.unreadable().contains(path))
+            reportUnreadable(path, "the folder cannot be entered", findings);
+    }
+}
+
+void FileCheck::reportUnreadable(const QString &path, const QString &problem, Findings &findings)
+{
+    if (m_unreadable.contains(path))
         return;
-    m_irregular << path;
-    findings.add("VT100", path, {}, "this is no file that can be read");
+    m_unreadable << path;
+    findings.add("VT100", path, {}, problem);
 }
 
 QStringList FileCheck::sorted(QStringList list)
@@ -164,7 +209,7 @@ void FileCheck::checkUserInterfaces(const Content &content, const ControlFile &f
             isFileReported = isFileReported || !isOwn;
             const XmlNode &holder = isOwn ? *entry : *file.document.root();
             findings.add(interface.code, file.path, holder.positionOf(interface.category.attribute),
-                         interface.missing + lookedFor(content.candidates(file, entry, interface.category)));
+                         interface.missing + whyMissing(content.candidates(file, entry, interface.category)));
         }
     }
 }
@@ -201,11 +246,9 @@ void FileCheck::checkNamed(const Content &content, const ControlFile &file, cons
         return;
     }
     const QStringList candidates = content.candidates(file, &entry, Content::resources, attribute.value);
-    const QString other = similar(candidates);
-    const QString hint = other.isEmpty() ? lookedFor(candidates) : QString("there is \"%1\"").arg(other);
     findings.add(codeFor(kind), file.path, attribute.position,
                  QString("\"%1\" of the tip \"%2\" is missing: %3")
-                     .arg(attribute.value, entry.attribute("key"), hint));
+                     .arg(attribute.value, entry.attribute("key"), whyMissing(candidates)));
 }
 
 void FileCheck::checkPictures(Findings &findings) const

@@ -29,13 +29,14 @@ private:
                    Findings &findings);
     void checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
                     const XmlAttribute &attribute, Findings &findings);
+    void checkEntrances(const Content &content, const QString &package, Findings &findings);
     void gather(const QString &path, Findings &findings);
-    void reportIrregular(const QString &path, Findings &findings);
+    void reportUnreadable(const QString &path, const QString &problem, Findings &findings);
     void checkPictures(Findings &findings) const;
     static QStringList sorted(QStringList list);
 
     QStringList m_clips;
     QStringList m_pictures;
-    QStringList m_irregular;
+    QStringList m_unreadable;
     QStringList m_qmlFiles;
 };

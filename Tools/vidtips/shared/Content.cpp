@@ -18,6 +18,12 @@ bool isPackage(const QFileInfo &folder)
     return folder.suffix() == packageSuffix;
 }
 
+// Without the one permission nothing in it is listed, without the other nothing is opened.
+bool isOpen(const QFileInfo &folder)
+{
+    return folder.isReadable() && folder.isExecutable();
+}
+
 QString categoryPath(const ControlFile &file, const XmlNode *entry, const FileCategory &category)
 {
     const XmlNode *const holder = entry && entry->find(category.attribute) ? entry : file.document.root();
@@ -92,8 +98,8 @@ QString Content::addFolder(const QString &path)
         return QString("no such folder: %1").arg(path);
     if (!folder.isDir())
         return QString("not a folder: %1").arg(path);
-    if (!folder.isReadable())
-        return QString("the folder cannot be read: %1").arg(path);
+    if (!isOpen(folder))
+        return QString("the folder cannot be %1: %2").arg(folder.isReadable() ? "entered" : "read", path);
     const QString canonical = folder.canonicalFilePath();
     if (isPackage(QFileInfo(canonical))) {
         addPackage(canonical);
@@ -119,7 +125,7 @@ bool Content::addDataPath(const QString &path)
     for (const QFileInfo &package : packages) {
         if (package.isSymLink())
             m_links << package.absoluteFilePath();
-        else if (!package.isReadable())
+        else if (!isOpen(package))
             m_unreadable << package.absoluteFilePath();
         else
             addPackage(package.canonicalFilePath());
@@ -140,8 +146,10 @@ void Content::addPackage(const QString &path)
 void Content::addControlFiles(const Package &package)
 {
     const QFileInfo folder(package.controlFolder());
-    if (folder.isDir() && !folder.isReadable())
+    if (folder.isDir() && !isOpen(folder)) {
         m_unreadable << folder.filePath();
+        return;
+    }
     const QDir::Filters filters = QDir::Files | QDir::NoDotAndDotDot;
     const auto files = QDir(folder.filePath()).entryInfoList({"*.xml"}, filters, QDir::Name);
     for (const QFileInfo &info : files) {
