@@ -347,9 +347,13 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
     // It gets the focus, some time after it is on the screen, and only an active window has tips.
     QVERIFY(RealPointer::waitForWindow(pinned));
-    m_window->activateWindow();
-    QVERIFY(RealPointer::waitForWindow(m_window.get()));
-    QVERIFY(hover(m_second));
+    // The window manager and the tip both ask for that, and the later one may come after the host has it
+    // back.
+    const auto hoverInHost = [this] {
+        m_window->activateWindow();
+        return RealPointer::waitForWindow(m_window.get()) && hover(m_second);
+    };
+    QVERIFY(hoverInHost() || hoverInHost());
     QVERIFY(pinned->isVisible());
     pinned->close();
     QTRY_VERIFY(!pinned);
