@@ -1,6 +1,6 @@
 #include "VTLookUp_p.h"
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -27,7 +27,7 @@ VTLookUp::~VTLookUp()
     --openLookUps;
 }
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
 
 // The system finds a name in an open folder faster than at the end of a path. A folder is only opened for its
 // second file, so that folders with one file each are not.
