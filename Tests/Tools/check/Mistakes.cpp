@@ -224,6 +224,17 @@ void addFileMistakes()
                  {"package that is missing",
                   Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Oaks\""),
                   "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]"}});
+    const auto folder = [](const char *name, const QByteArray &path, const QString &finding) {
+        const Files files{{path + "/Control/Bush.xml", "<vidtips/>"}};
+        table << Mistake{name, files, path + ": warning: " + finding, QString()};
+    };
+    const QString noPackage = "the folder is no package, because its name does not end in \".vidtips\"";
+    folder("package with another suffix", "Bush.vidtip", noPackage + ": name it \"Bush.vidtips\" [VT211]");
+    folder("package without a suffix", "Bush 1.0", noPackage + ": name it \"Bush 1.0.vidtips\" [VT211]");
+    folder("blank behind the suffix", "Bush.vidtips ", noPackage + ": name it \"Bush.vidtips\" [VT211]");
+    folder("copy without the suffix", "Garden", noPackage + " [VT211]");
+    folder("package in a folder", "Plants/Bush.vidtips",
+           "the package lies too deep to be found: move it up, or name \"Plants\" as well [VT212]");
     table << Mistake{
         "picture larger than a screen",
         {{"Garden.vidtips/Resources/tree.svg",

@@ -96,7 +96,13 @@ void addAdmissionRows()
         "is hidden");
     row("no control file", packageWith({{"Shared.vidtips/ui/VidtipsUI.qml", emptyItem}}), {"VT208"},
         "Shared.vidtips:0:0", "\"Shared\"");
-    row("no package", Files{{"Tools/Control/Tools.xml", other}}, {"VT209"}, ":0:0", "no package");
+    row("no package", Files{{"Tools/Control/Tools.xml", "<tools/>"}}, {"VT209"}, ":0:0", "no package");
+    row("package without a suffix", Files{{"Tools/Control/Tools.xml", other}}, {"VT211"}, "Tools:0:0",
+        ": name it \"Tools.vidtips\"");
+    row("package beside one of the right name", packageWith({{"Tools/Control/Tools.xml", other}}), {"VT211"},
+        "Tools:0:0", "because its name does not end in \".vidtips\"");
+    row("package in a folder of a data path", packageWith({{"More/Bush.vidtips/Control/Bush.xml", other}}),
+        {"VT212"}, "Bush.vidtips:0:0", "name \"More\" as well");
 }
 
 void addKeyRows()

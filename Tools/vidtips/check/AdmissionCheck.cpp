@@ -37,13 +37,6 @@ FirstTag firstTag(const QString &text)
     return {};
 }
 
-bool looksLikeControlFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly)
-        && firstTag(QString::fromUtf8(file.read(headSize))).name == "vidtips";
-}
-
 bool hasControlFiles(const Content &content, const Package &package)
 {
     const auto &files = content.controlFiles();
@@ -55,8 +48,6 @@ bool hasControlFiles(const Content &content, const Package &package)
 
 void AdmissionCheck::run(const Content &content, Findings &findings)
 {
-    for (const QString &folder : content.emptyFolders())
-        findings.add("VT209", folder, {}, "no package was found here");
     for (const QString &link : content.links())
         findings.add("VT207", link, {}, "the symbolic link is skipped");
     checkFolders(content, findings);
@@ -71,6 +62,13 @@ void AdmissionCheck::run(const Content &content, Findings &findings)
             findings.add("VT208", package.path, {},
                          QString("no control file of the package \"%1\" is admitted").arg(package.name));
     }
+}
+
+bool AdmissionCheck::looksLikeControlFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly)
+        && firstTag(QString::fromUtf8(file.read(headSize))).name == "vidtips";
 }
 
 void AdmissionCheck::checkFolders(const Content &content, Findings &findings)

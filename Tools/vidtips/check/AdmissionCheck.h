@@ -13,6 +13,9 @@ class AdmissionCheck
 public:
     void run(const Content &content, Findings &findings);
 
+    /** Tells whether the first tag of the file at @p path is that of a control file, whatever its place. */
+    static bool looksLikeControlFile(const QString &path);
+
 private:
     void checkFolders(const Content &content, Findings &findings);
     void checkFile(const ControlFile &file, Findings &findings);

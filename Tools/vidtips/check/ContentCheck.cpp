@@ -2,6 +2,7 @@
 
 #include "AdmissionCheck.h"
 #include "FileCheck.h"
+#include "FolderCheck.h"
 #include "KeyCheck.h"
 #include "StructureCheck.h"
 #include "shared/Content.h"
@@ -49,6 +50,7 @@ bool hasKey(const ControlFile &file, const QString &key)
 
 void ContentCheck::run(const Content &content, FileCheck &files, Findings &findings)
 {
+    FolderCheck().run(content, findings);
     AdmissionCheck().run(content, findings);
     KeyCheck().run(content, findings);
     StructureCheck().run(content, findings);

@@ -71,6 +71,9 @@ public:
     /** Does the same, and counts what cannot be read in these folders as wrong. */
     QString loadWhole(const QStringList &paths);
 
+    /** The folders that were named. */
+    const QStringList &arguments() const { return m_arguments; }
+
     const QVector<Package> &packages() const { return m_packages; }
     const std::vector<ControlFile> &controlFiles() const { return m_files; }
 
