@@ -224,6 +224,22 @@ void addFileMistakes()
                  {"package that is missing",
                   Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Oaks\""),
                   "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]"}});
+    const auto elsewhere = [](const char *name, const QByteArray &source, const QString &reason,
+                              const Files &others = {}) {
+        Files files = others;
+        files.insert(Garden::control, tip("<picture source=\"" + source + "\"/>"));
+        const QString line =
+            QString("%1:4:10: warning: \"%2\" of the tip \"tree\" %3: put the file into the package [VT411]")
+                .arg(Garden::control, source, reason);
+        table << Mistake{name, files, line, line};
+    };
+    const QByteArray picture = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>";
+    elsewhere("absolute path", "/nowhere/tree.png", "is a path of this machine");
+    elsewhere("absolute path of Windows", "C:\\nowhere\\tree.png", "is a path of this machine");
+    elsewhere("address of a file", "file:///nowhere/tree.png", "is a path of this machine");
+    elsewhere("address in the network", "https://localhost/tree.png", "is in the network, and is not loaded");
+    elsewhere("path out of the package", "../../tree.svg", "lies outside the package",
+              {{"tree.svg", picture}, {"Garden.vidtips/Resources/bush.svg", picture}});
     const auto folder = [](const char *name, const QByteArray &path, const QString &finding) {
         const Files files{{path + "/Control/Bush.xml", "<vidtips/>"}};
         table << Mistake{name, files, path + ": warning: " + finding, QString()};

@@ -3,12 +3,15 @@
 #include "findings/Finding.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "shared/Vocabulary.h"
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 #include <QtGui/QImageReader>
+
+#include <algorithm>
 
 namespace {
 
@@ -43,8 +46,31 @@ bool isOtherAttribute(const QString &name)
 
 bool isForHost(const QString &value)
 {
-    static const QRegularExpression addressOrPlaceholder("^[A-Za-z][-A-Za-z0-9+.]+:|%\\([-_a-zA-Z0-9]+\\)s");
+    static const QRegularExpression addressOrPlaceholder(
+        "^(?!(?:file|https?|ftp):)[A-Za-z][-A-Za-z0-9+.]+:|%\\([-_a-zA-Z0-9]+\\)s",
+        QRegularExpression::CaseInsensitiveOption);
     return addressOrPlaceholder.match(value).hasMatch();
+}
+
+bool isOfNetwork(const QString &value)
+{
+    static const QRegularExpression address("^(?:https?|ftp):", QRegularExpression::CaseInsensitiveOption);
+    return address.match(value).hasMatch();
+}
+
+bool isOfMachine(const QString &value)
+{
+    static const QRegularExpression path("^(?:file:|/|[A-Za-z]:[/\\\\]|\\\\\\\\)",
+                                         QRegularExpression::CaseInsensitiveOption);
+    return path.match(value).hasMatch();
+}
+
+bool liesIn(const QStringList &folders, const QString &path)
+{
+    const QString clean = QDir::cleanPath(path);
+    return std::any_of(folders.cbegin(), folders.cend(), [&](const QString &folder) {
+        return clean.startsWith(QDir::cleanPath(folder) + '/');
+    });
 }
 
 const char *codeFor(FileKind kind)
@@ -240,13 +266,36 @@ void FileCheck::checkNamed(const Content &content, const ControlFile &file, cons
     if ((kind == FileKind::None && !isSource) || isOtherAttribute(attribute.name)
         || isForHost(attribute.value))
         return;
-    const QString found = content.find(file, &entry, Content::resources, attribute.value);
-    if (!found.isEmpty()) {
-        gather(QFileInfo(found).canonicalFilePath(), findings);
+    // Elsewhere than in a source, an address is one that the user may go to; and without a schema, anything
+    // may stand in a tip.
+    if (isOfNetwork(attribute.value) && (!isSource || Vocabulary::pathFor(content, file, &entry).isEmpty()))
         return;
-    }
+    const QString found = content.find(file, &entry, Content::resources, attribute.value);
+    if (!found.isEmpty())
+        gather(QFileInfo(found).canonicalFilePath(), findings);
+    const bool isOutside = !found.isEmpty() && !liesIn(content.locations(file), found);
+    if (isOfNetwork(attribute.value) || isOfMachine(attribute.value) || isOutside)
+        reportElsewhere(file, entry, attribute, findings);
+    else if (found.isEmpty())
+        reportMissing(content, file, entry, attribute, findings);
+}
+
+void FileCheck::reportElsewhere(const ControlFile &file, const XmlNode &entry, const XmlAttribute &attribute,
+                                Findings &findings)
+{
+    const QString reason = isOfNetwork(attribute.value) ? "is in the network, and is not loaded"
+        : isOfMachine(attribute.value)                  ? "is a path of this machine"
+                                                        : "lies outside the package";
+    findings.add("VT411", file.path, attribute.position,
+                 QString("\"%1\" of the tip \"%2\" %3: put the file into the package")
+                     .arg(attribute.value, entry.attribute("key"), reason));
+}
+
+void FileCheck::reportMissing(const Content &content, const ControlFile &file, const XmlNode &entry,
+                              const XmlAttribute &attribute, Findings &findings)
+{
     const QStringList candidates = content.candidates(file, &entry, Content::resources, attribute.value);
-    findings.add(codeFor(kind), file.path, attribute.position,
+    findings.add(codeFor(kindOf(attribute.value)), file.path, attribute.position,
                  QString("\"%1\" of the tip \"%2\" is missing: %3")
                      .arg(attribute.value, entry.attribute("key"), whyMissing(candidates)));
 }

@@ -29,6 +29,10 @@ private:
                    Findings &findings);
     void checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
                     const XmlAttribute &attribute, Findings &findings);
+    static void reportElsewhere(const ControlFile &file, const XmlNode &entry, const XmlAttribute &attribute,
+                                Findings &findings);
+    static void reportMissing(const Content &content, const ControlFile &file, const XmlNode &entry,
+                              const XmlAttribute &attribute, Findings &findings);
     void checkEntrances(const Content &content, const QString &package, Findings &findings);
     void gather(const QString &path, Findings &findings);
     void reportUnreadable(const QString &path, const QString &problem, Findings &findings);
