@@ -260,6 +260,25 @@ void addFileMistakes()
         QString()};
 }
 
+// Beside the packages, where nobody but the application reads it.
+void addKeyDataMistakes()
+{
+    const auto mistake = [](const char *name, const QByteArray &keyData, const QString &finding) {
+        table << Mistake{name, {{"keys.xml", keyData}}, "keys.xml:" + finding, QString()};
+    };
+    mistake("key data that is empty", "", " error: the file holds no element [VT804]");
+    mistake("key data with a misspelt root", "<vidtipskeys/>",
+            "1:1: error: the document element is \"vidtipskeys\": did you mean \"vidtipkeys\"? [VT804]");
+    mistake("key data with a misspelt element", "<vidtipkeys>\n<kye name=\"tree\"/></vidtipkeys>",
+            "2:1: warning: \"kye\" is not read here: only \"key\" is [VT805]");
+    mistake("key data with a misspelt attribute",
+            "<vidtipkeys>\n<key name=\"tree\" shrtcut=\"T\"/></vidtipkeys>",
+            "2:18: warning: the attribute \"shrtcut\" is not read: did you mean \"shortcut\"? [VT805]");
+    mistake("key data with a misspelt attribute of the schema",
+            "<vidtipkeys>\n<key name=\"tree\" hlep=\"trees\"/></vidtipkeys>",
+            "2:18: warning: the attribute \"hlep\" is not read: did you mean \"help\"? [VT805]");
+}
+
 // A shared user interface of two words, in a package of its own.
 Files withWords(Files changes)
 {
@@ -412,6 +431,7 @@ QVector<Mistake> allMistakes()
         addEncodingMistakes();
         addKeyMistakes();
         addFileMistakes();
+        addKeyDataMistakes();
         addTranslationMistakes();
         addClipMistakes();
         addQmlMistakes();

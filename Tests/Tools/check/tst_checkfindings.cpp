@@ -296,6 +296,7 @@ void tst_CheckFindings::findsWhatIsUnreadable_data()
                             << QStringList{place + ": error: " + problem + " [VT100]"} + others;
     };
     row("file", control, none, "the file cannot be read");
+    row("key data", "Keys.xml", none, "the file cannot be read");
     row("control folder", "Tools.vidtips/Control", none, "the folder cannot be read");
     row("control folder without entrance", "Tools.vidtips/Control", noEntrance,
         "the folder cannot be entered");
@@ -324,7 +325,8 @@ void tst_CheckFindings::findsWhatIsUnreadable()
     const CheckPackages packages(
         packageWith({{control, document("<vidtip key=\"a\"><picture source=\"a.svg\"/></vidtip>")},
                      {"Tools.vidtips/Resources/a.svg",
-                      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>"}}));
+                      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>"},
+                     {"Keys.xml", "<vidtipkeys/>"}}));
     const QString unreadable = packages.filePath(place);
     const QFile::Permissions before = QFile::permissions(unreadable);
     QVERIFY(QFile::setPermissions(unreadable, permissions));

@@ -66,9 +66,7 @@ void checkAll(const Content &content, const Limits &limits, Console &console, Fi
     UserInterfaceCheck().run(content, findings);
     ClipCheck(limits.budget, limits.longest).run(files.clips(), findings, progressOf("clips"));
     CatalogueCheck(limits.sourceLocale).run(content, findings);
-    QStringList keyData = limits.keyData + content.keyDataFiles();
-    keyData.removeDuplicates();
-    KeyDataCheck().run(content, keyData, findings);
+    KeyDataCheck().run(content, limits.keyData, findings);
 }
 
 } // namespace

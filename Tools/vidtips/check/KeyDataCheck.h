@@ -17,13 +17,16 @@ public:
     KeyDataCheck();
     ~KeyDataCheck();
 
-    /** @p files are paths of key-data files. */
-    void run(const Content &content, const QStringList &files, Findings &findings);
+    /** Checks @p named, paths of key-data files, and what lies beside the packages and is meant as such. */
+    void run(const Content &content, const QStringList &named, Findings &findings);
 
 private:
-    void checkFile(const QString &path, const QStringList &keys, Findings &findings);
-    void checkNames(const QString &path, const XmlDocument &document, const QStringList &keys,
-                    Findings &findings);
+    void collect(const Content &content);
+    void checkFile(const QString &path, const XmlDocument &document, Findings &findings);
+    void checkNames(const QString &path, const XmlDocument &document, Findings &findings);
+    void checkSpelling(const QString &path, const XmlDocument &document, Findings &findings) const;
 
+    QStringList m_keys;
+    QStringList m_attributes; ///< That are read of a tip, and so of key data.
     std::unique_ptr<SchemaCheck> m_schema;
 };

@@ -172,7 +172,7 @@ bool Content::admits(const ControlFile &file)
     return !index.componentPathsForPackageNamed(index.packageNameForLocation(file.package)).isEmpty();
 }
 
-QStringList Content::keyDataFiles() const
+QStringList Content::filesBesidePackages() const
 {
     QStringList folders = m_dataPaths;
     for (const QString &argument : m_arguments) {
@@ -183,11 +183,20 @@ QStringList Content::keyDataFiles() const
     folders.removeDuplicates();
     QStringList found;
     for (const QString &folder : qAsConst(folders)) {
-        for (const QFileInfo &file : QDir(folder).entryInfoList({"*.xml"}, QDir::Files, QDir::Name)) {
-            const XmlDocument document = XmlDocument::read(file.filePath());
-            if (document.root() && document.root()->name == "vidtipkeys")
-                found << file.canonicalFilePath();
-        }
+        for (const QFileInfo &file : QDir(folder).entryInfoList({"*.xml"}, QDir::Files, QDir::Name))
+            found << file.canonicalFilePath();
+    }
+    found.removeDuplicates();
+    return found;
+}
+
+QStringList Content::keyDataFiles() const
+{
+    QStringList found;
+    for (const QString &path : filesBesidePackages()) {
+        const XmlDocument document = XmlDocument::read(path);
+        if (document.root() && document.root()->name == "vidtipkeys")
+            found << path;
     }
     return found;
 }

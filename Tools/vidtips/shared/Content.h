@@ -89,8 +89,10 @@ public:
     /** Package folders, control folders and control files that cannot be read. */
     const QStringList &unreadable() const { return m_unreadable; }
 
-    /** Files in the argument folders and data paths, outside packages, whose document element is
-     * "vidtipkeys". */
+    /** The XML files in the argument folders and data paths themselves, outside packages. */
+    QStringList filesBesidePackages() const;
+
+    /** Those of them whose document element is "vidtipkeys". */
     QStringList keyDataFiles() const;
 
     /** The index, filled as a host's would be. */
