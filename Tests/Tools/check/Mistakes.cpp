@@ -32,8 +32,8 @@ void addStructureMistakes()
     using Garden::file;
     using Garden::tip;
     addMistakes(
-        {{"misspelt attribute of a tip", file(R"(<vidtip key="tree" tilte="Tree"/>)"),
-          "3:20: warning: the attribute \"tilte\" of \"vidtip\" is not read: did you mean \"title\"? "
+        {{"misspelt attribute of a tip", file(R"(<vidtip key="tree" title="Tree" tilte="Tree"/>)"),
+          "3:33: warning: the attribute \"tilte\" of \"vidtip\" is not read: did you mean \"title\"? "
           "[VT108]"},
          {"attribute that there is not", tip(R"(<picture source="%(kind)s" width="20"/>)"),
           "4:28: warning: the attribute \"width\" of \"picture\" is not read: \"source\" is [VT108]"},
@@ -71,6 +71,10 @@ void addStructureMistakes()
           "4:1: warning: this \"picture\" has no \"source\" [VT113]"},
          {"clip with an empty name", tip(R"(<clip source=""/>)"),
           "4:7: warning: \"source\" of this \"clip\" is empty [VT113]"},
+         {"tip without a title", file("<vidtip key=\"tree\"/>"),
+          "3:1: warning: this \"vidtip\" has no \"title\" [VT113]"},
+         {"tip with an empty title", file("<vidtip key=\"tree\" title=\" \"/>"),
+          "3:20: warning: \"title\" of this \"vidtip\" is empty [VT113]"},
          {"text beside elements", tip("<summary>One.</summary>\n  Two."),
           "5:3: warning: text in \"vidtip\" is not shown [VT114]"},
          {"name of a picture as text", tip("<picture source=\"%(kind)s\">tree.png</picture>"),
@@ -205,11 +209,11 @@ void addKeyMistakes()
     key("invisible character in a key", "oak\u200B", "\"oak\" holds the invisible character U+200b");
     const QString twice = QString(Garden::control)
         + ":4:9: error: the key \"tree\" vanishes: it has an entry in line 3 already [VT303]";
-    table << Mistake{
-        "key twice",
-        {{Garden::control, file("<vidtip key=\"tree\" title=\"Tree\"/>\n<vidtip key=\"tree\"/>")}},
-        twice,
-        twice + "\nthe tip \"tree\" is not shown"};
+    table << Mistake{"key twice",
+                     {{Garden::control,
+                       file("<vidtip key=\"tree\" title=\"Tree\"/>\n<vidtip key=\"tree\" title=\"T\"/>")}},
+                     twice,
+                     twice + "\nthe tip \"tree\" is not shown"};
 }
 
 void addFileMistakes()

@@ -47,13 +47,14 @@ void tst_SchemaCommand::judgesAsTheVocabularySays_data()
         R"(<clip source="a.mp4"/><step>1</step><step>2</step></vidtip>)",
         true);
     row("of another namespace",
-        R"(<vidtip key="a" x:y="1" xmlns:x="urn:x"><x:z/><step x:w="">1</step></vidtip>)", true);
-    row("misspelt attribute", R"(<vidtip key="a" tilte="A"/>)", false);
-    row("misspelt element", R"(<vidtip key="a"><stpe>1</stpe></vidtip>)", false);
-    row("markup", R"(<vidtip key="a"><step>Press <b>S</b></step></vidtip>)", false);
-    row("empty text", R"(<vidtip key="a"><step> </step></vidtip>)", false);
-    row("picture without a file", R"(<vidtip key="a"><picture/></vidtip>)", false);
-    row("text between elements", R"(<vidtip key="a">words</vidtip>)", false);
+        R"(<vidtip key="a" title="A" x:y="1" xmlns:x="urn:x"><x:z/><step x:w="">1</step></vidtip>)", true);
+    row("misspelt attribute", R"(<vidtip key="a" title="A" tilte="A"/>)", false);
+    row("no title", R"(<vidtip key="a"><step>1</step></vidtip>)", false);
+    row("misspelt element", R"(<vidtip key="a" title="A"><stpe>1</stpe></vidtip>)", false);
+    row("markup", R"(<vidtip key="a" title="A"><step>Press <b>S</b></step></vidtip>)", false);
+    row("empty text", R"(<vidtip key="a" title="A"><step> </step></vidtip>)", false);
+    row("picture without a file", R"(<vidtip key="a" title="A"><picture/></vidtip>)", false);
+    row("text between elements", R"(<vidtip key="a" title="A">words</vidtip>)", false);
     row("no key", R"(<vidtip title="A"/>)", false);
 }
 
