@@ -244,6 +244,20 @@ void addFileMistakes()
     elsewhere("address in the network", "https://localhost/tree.png", "is in the network, and is not loaded");
     elsewhere("path out of the package", "../../tree.svg", "lies outside the package",
               {{"tree.svg", picture}, {"Garden.vidtips/Resources/bush.svg", picture}});
+    const auto swapped = [&](const char *name, const QByteArray &element, const QByteArray &file,
+                             const QByteArray &bytes, const QString &finding) {
+        const QString line =
+            QString("%1:4:%2: warning: %3 [VT412]").arg(Garden::control).arg(element.size() + 3).arg(finding);
+        table << Mistake{name,
+                         {{Garden::control, tip('<' + element + " source=\"" + file + "\"/>")},
+                          {"Garden.vidtips/Resources/" + file, bytes}},
+                         line,
+                         line};
+    };
+    swapped("clip that is a picture", "clip", "tree.svg", picture,
+            "\"tree.svg\" is a picture, and this is a \"clip\": did you mean \"picture\"?");
+    swapped("picture that is a clip", "picture", "tree.mp4", TestClips::read(TestClips::h264()),
+            "\"tree.mp4\" is a clip, and this is a \"picture\": did you mean \"clip\"?");
     const auto folder = [](const char *name, const QByteArray &path, const QString &finding) {
         const Files files{{path + "/Control/Bush.xml", "<vidtips/>"}};
         table << Mistake{name, files, path + ": warning: " + finding, QString()};

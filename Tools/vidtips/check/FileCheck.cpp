@@ -254,8 +254,26 @@ void FileCheck::checkNode(const Content &content, const ControlFile &file, const
 {
     for (const XmlAttribute &attribute : node.attributes)
         checkNamed(content, file, entry, attribute, findings);
+    checkKind(content, file, entry, node, findings);
     for (const auto &child : node.children)
         checkNode(content, file, entry, *child, findings);
+}
+
+// A GIF may be either. Without a schema, an element of this name may be for anything.
+void FileCheck::checkKind(const Content &content, const ControlFile &file, const XmlNode &entry,
+                          const XmlNode &node, Findings &findings)
+{
+    const QString source = node.attribute("source");
+    const FileKind kind = kindOf(source);
+    const bool isGif = source.endsWith(".gif", Qt::CaseInsensitive);
+    const bool isSwapped = (node.name == "clip" && kind == FileKind::Picture && !isGif)
+        || (node.name == "picture" && kind == FileKind::Clip);
+    if (!isSwapped || Vocabulary::pathFor(content, file, &entry).isEmpty())
+        return;
+    const QString other = kind == FileKind::Clip ? "clip" : "picture";
+    findings.add(
+        "VT412", file.path, node.positionOf("source"),
+        QString("\"%1\" is a %2, and this is a \"%3\": did you mean \"%2\"?").arg(source, other, node.name));
 }
 
 void FileCheck::checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,

@@ -27,6 +27,8 @@ private:
     void checkFolders(const ControlFile &file, const XmlNode &node, Findings &findings);
     void checkNode(const Content &content, const ControlFile &file, const XmlNode &entry, const XmlNode &node,
                    Findings &findings);
+    static void checkKind(const Content &content, const ControlFile &file, const XmlNode &entry,
+                          const XmlNode &node, Findings &findings);
     void checkNamed(const Content &content, const ControlFile &file, const XmlNode &entry,
                     const XmlAttribute &attribute, Findings &findings);
     static void reportElsewhere(const ControlFile &file, const XmlNode &entry, const XmlAttribute &attribute,
