@@ -63,7 +63,7 @@ QString tst_Gallery::scene;
 
 namespace {
 
-const QDir sets(QStringLiteral(TEST_SOURCE_DIR));
+const QDir sets(TestPaths::source("Tests/Declarative"));
 
 /** The folders of recorded scenes besides gallery/. */
 QStringList sceneFolders()
@@ -405,7 +405,7 @@ void tst_Gallery::comparePicture(GalleryScene *scene, const QString &file)
     }
     if (how.isEmpty())
         return;
-    seen.save(QDir(QStringLiteral(TEST_BINARY_DIR)).filePath(QLatin1String("seen_") + file));
+    seen.save(TestPaths::built("Tests/Declarative/seen_") + file);
     differs(file, QStringLiteral("%1x%2").arg(recorded.width()).arg(recorded.height()), how);
 }
 
@@ -470,4 +470,5 @@ int main(int argc, char **argv)
                         QStringList{arguments.at(0), QStringLiteral("-maxwarnings"), QStringLiteral("0")}
                             + arguments.mid(1));
 }
+#include "TestPaths.h"
 #include "tst_gallery.moc"

@@ -78,7 +78,7 @@ namespace {
 
 QJsonObject readJson(const QString &name)
 {
-    QFile file(QStringLiteral(TEST_SOURCE_DIR "/") + name);
+    QFile file(TestPaths::source("Tests/Declarative/") + name);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("cannot read %s", qPrintable(file.fileName()));
     QJsonParseError error;
@@ -140,7 +140,7 @@ tst_Types::Result tst_Types::load(const QString &module, const QString &body)
 {
     QQmlComponent component(m_view.engine());
     const QString text = QStringLiteral("import %1\n%2\n").arg(module, body);
-    component.setData(text.toUtf8(), QUrl::fromLocalFile(QStringLiteral(TEST_SOURCE_DIR "/Row.qml")));
+    component.setData(text.toUtf8(), QUrl::fromLocalFile(TestPaths::source("Tests/Declarative/Row.qml")));
     QSharedPointer<QObject> root(component.create());
     return {root, component.errorString()};
 }
@@ -462,7 +462,7 @@ void tst_Types::knownDifferencesAreMet()
 
 int main(int argc, char **argv)
 {
-    qputenv("FONTCONFIG_FILE", TEST_SOURCE_DIR "/gallery/fonts.conf");
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(TestPaths::source("Tests/Declarative/gallery/fonts.conf")));
     // Text without a size was recorded at the platform's own resolution.
     qunsetenv("QT_FONT_DPI");
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -471,4 +471,5 @@ int main(int argc, char **argv)
     tst_Types test;
     return QTest::qExec(&test, argc, argv);
 }
+#include "TestPaths.h"
 #include "tst_types.moc"

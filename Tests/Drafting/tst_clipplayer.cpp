@@ -71,10 +71,11 @@ private:
 void tst_ClipPlayer::init()
 {
     VTContext context;
-    context.set(KeyDataFile, QStringLiteral(CONTENT_DIR "/Keys.xml"));
+    context.set(KeyDataFile, TestPaths::built("share/vidtips-drafting/Content/Keys.xml"));
     context.set(HideDuration, 0);
     context.set(IdleInterval, 0);
-    session = std::make_unique<TestSession>(QStringList{QStringLiteral(CONTENT_DIR "/Base")}, context);
+    session = std::make_unique<TestSession>(
+        QStringList{TestPaths::built("share/vidtips-drafting/Content/Base")}, context);
 }
 
 void tst_ClipPlayer::cleanup()
@@ -185,7 +186,7 @@ void tst_ClipPlayer::brokenClipTakesNoRoom()
 <vidtip key="broken" title="Odd"><clip source="broken.mp4"/><step>First</step></vidtip>
 <vidtip key="none" title="Odd"><step>First</step></vidtip>)",
                           "search=\"Shared\"");
-    TestSession odd({QStringLiteral(CONTENT_DIR "/Base"), packages.path()});
+    TestSession odd({TestPaths::built("share/vidtips-drafting/Content/Base"), packages.path()});
     QVERIFY(odd.host->show("none", QPoint(10, 20), &command));
     QVERIFY(grow(odd.view()));
     QObject *const root = odd.view()->rootObject();
@@ -211,4 +212,5 @@ void tst_ClipPlayer::brokenClipTakesNoRoom()
 }
 
 QTEST_MAIN(tst_ClipPlayer)
+#include "TestPaths.h"
 #include "tst_clipplayer.moc"

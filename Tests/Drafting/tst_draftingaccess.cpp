@@ -51,12 +51,14 @@ private:
 void tst_DraftingAccess::init()
 {
     VTContext context;
-    context.set(KeyDataFile, QStringLiteral(CONTENT_DIR "/Keys.xml"));
+    context.set(KeyDataFile, TestPaths::built("share/vidtips-drafting/Content/Keys.xml"));
     context.set(HideDuration, 0);
     context.set(IdleInterval, 0);
     context.set(AllowDocumentation, true);
-    session = std::make_unique<TestSession>(
-        QStringList{QStringLiteral(CONTENT_DIR "/Base"), QStringLiteral(CONTENT_DIR "/Extra")}, context);
+    session =
+        std::make_unique<TestSession>(QStringList{TestPaths::built("share/vidtips-drafting/Content/Base"),
+                                                  TestPaths::built("share/vidtips-drafting/Content/Extra")},
+                                      context);
     session->host->setGlobalProperty("motion", "off");
     session->host->setGlobalProperty("grid", "10 mm");
 }
@@ -280,4 +282,5 @@ void tst_DraftingAccess::followsTheReadingDirection()
 }
 
 QTEST_MAIN(tst_DraftingAccess)
+#include "TestPaths.h"
 #include "tst_draftingaccess.moc"

@@ -36,7 +36,7 @@ private:
 
 namespace {
 
-const QString content = QStringLiteral(CONTENT_DIR);
+const QString content = TestPaths::built("share/vidtips-drafting/Content");
 
 QString simplified(const VTXmlElement *element)
 {
@@ -187,4 +187,5 @@ void tst_DraftingContent::helpTopicsExistInBothLanguages()
 }
 
 QTEST_GUILESS_MAIN(tst_DraftingContent)
+#include "TestPaths.h"
 #include "tst_draftingcontent.moc"

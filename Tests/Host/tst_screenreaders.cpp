@@ -55,7 +55,7 @@ QStringList tst_ScreenReaders::ask(const QStringList &arguments, int *exitCode) 
 {
     QProcess client;
     client.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    client.start(TEST_SOURCE_DIR "/assistive-client",
+    client.start(TestPaths::source("Tests/Host/assistive-client"),
                  QStringList(QCoreApplication::applicationName()) + arguments);
     const bool hasEnded = QTest::qWaitFor([&] { return client.state() == QProcess::NotRunning; }, patience);
     if (exitCode)
@@ -88,7 +88,8 @@ void tst_ScreenReaders::watch()
     told.clear();
     watcher = std::make_unique<QProcess>();
     watcher->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    watcher->start(TEST_SOURCE_DIR "/assistive-client", {QCoreApplication::applicationName(), "watch"});
+    watcher->start(TestPaths::source("Tests/Host/assistive-client"),
+                   {QCoreApplication::applicationName(), "watch"});
     QVERIFY(isTold("ready"));
     // This program learns later than the client who wants to hear what, and descriptions come last.
     int changes = 0;
@@ -218,4 +219,5 @@ void tst_ScreenReaders::noTipNoMore()
 }
 
 QTEST_MAIN(tst_ScreenReaders)
+#include "TestPaths.h"
 #include "tst_screenreaders.moc"

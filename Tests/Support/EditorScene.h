@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestPaths.h"
 #include "WatchedScene.h"
 
 #include <QtGui/QInputMethodEvent>
@@ -19,7 +20,8 @@ public:
     /** Makes texts as wide as in the recorded scenes; to be called before there is an application. */
     static void useRecordedFonts()
     {
-        qputenv("FONTCONFIG_FILE", GALLERY_DIR "/fonts.conf");
+        qputenv("FONTCONFIG_FILE",
+                QFile::encodeName(TestPaths::source("Tests/Declarative/gallery/fonts.conf")));
         qputenv("QT_FONT_DPI", "96");
     }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestPaths.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -355,7 +357,7 @@ public:
 
     static QDir folder()
     {
-        QDir dir(QStringLiteral(TEST_BINARY_DIR "/clips"));
+        QDir dir(TestPaths::built("Tests/clips"));
         dir.mkpath(".");
         return dir;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TestPaths.h"
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -12,10 +14,13 @@
 class ToolRun
 {
 public:
+    /** The path of the tool. */
+    static QString tool() { return TestPaths::built("bin/vidtips"); }
+
     /** Runs the tool with @p arguments in the folder @p folder, in an environment without a display. */
     explicit ToolRun(const QStringList &arguments, const QString &folder = QString(),
                      const QStringList &extraEnvironment = {})
-        : ToolRun(VIDTIPS_TOOL, arguments, folder, extraEnvironment)
+        : ToolRun(tool(), arguments, folder, extraEnvironment)
     {
     }
 
@@ -28,7 +33,7 @@ public:
         // Still root, who alone may reach what lies in root's own folder.
         const QString powers("-dac_override,-dac_read_search");
         return ToolRun("setpriv",
-                       QStringList{"--inh-caps", powers, "--bounding-set", powers, VIDTIPS_TOOL} + arguments,
+                       QStringList{"--inh-caps", powers, "--bounding-set", powers, tool()} + arguments,
                        folder);
     }
 
@@ -36,7 +41,7 @@ public:
     static ToolRun onTerminal(const QStringList &arguments, const QString &folder,
                               const QStringList &extraEnvironment = {})
     {
-        const QString command = QString("stty cols 80; exec '%1' %2").arg(VIDTIPS_TOOL, arguments.join(' '));
+        const QString command = QString("stty cols 80; exec '%1' %2").arg(tool(), arguments.join(' '));
         return ToolRun("script", {"-qec", command, "/dev/null"}, folder, extraEnvironment);
     }
 

@@ -1,4 +1,5 @@
 #include "TestPackage.h"
+#include "TestPaths.h"
 #include "ToolRefusal.h"
 
 #include <QtCore/QRegularExpression>
@@ -95,14 +96,15 @@ void tst_CommandTable::fallsSilentWithoutAReader()
     // "true" may read nothing and still be there while the tool writes, so the pipe is closed first.
     command.replace("(\"$0\"", "(sleep 0.3; \"$0\"");
     QProcess shell;
-    shell.start("sh", {"-c", command, VIDTIPS_TOOL});
+    shell.start("sh", {"-c", command, ToolRun::tool()});
     QVERIFY(shell.waitForFinished(60000));
     QCOMPARE(shell.readAllStandardError(), error);
 }
 
 void tst_CommandTable::describesItselfInAManualPage()
 {
-    const QString page = QString::fromUtf8(TestPackages::read(MANUAL_PAGE)).replace("\\-", "-");
+    const QString page =
+        QString::fromUtf8(TestPackages::read(TestPaths::built("Tools/vidtips.1"))).replace("\\-", "-");
     for (const char *command :
          {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"}) {
         QVERIFY2(page.contains(QString("\n.SH %1\n").arg(QString(command).toUpper())), command);

@@ -52,14 +52,14 @@ QStringList tst_Completion::completed(const QStringList &words)
     QProcess shell;
     shell.setWorkingDirectory(m_packages.path());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("PATH", QFileInfo(VIDTIPS_TOOL).path() + ':' + environment.value("PATH"));
+    environment.insert("PATH", QFileInfo(ToolRun::tool()).path() + ':' + environment.value("PATH"));
     shell.setProcessEnvironment(environment);
     shell.start("bash",
                 QStringList{"--norc", "-c",
-                            "source " COMPLETION "; COMP_WORDS=(\"$@\") COMP_CWORD=$(($# - 1)); "
+                            "source \"$0\"; COMP_WORDS=(\"$@\") COMP_CWORD=$(($# - 1)); "
                             "_vidtips \"$1\" \"${!#}\"; [[ ${#COMPREPLY[@]} == 0 ]] || "
                             "printf '%s\\n' \"${COMPREPLY[@]}\"",
-                            "bash", "vidtips"}
+                            TestPaths::source("Tools/completion/vidtips.bash"), "vidtips"}
                     + words);
     if (!shell.waitForFinished(100000))
         return {"bash did not end"};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QmlScene.h"
+#include "TestPaths.h"
 
 /** The status of a picture, as QML sees it. */
 enum Status { Null, Ready, Loading, Error };
@@ -36,5 +37,5 @@ inline QSizeF sizeOf(const QDeclarativeItem *item)
 /** The address of one of the pictures that the recorded scenes show. */
 inline QUrl galleryFile(const char *name)
 {
-    return QUrl::fromLocalFile(QLatin1String(GALLERY_DIR "/images/") + QLatin1String(name));
+    return QUrl::fromLocalFile(TestPaths::source("Tests/Declarative/gallery/images/") + QLatin1String(name));
 }

@@ -1,4 +1,5 @@
 #include "HeldServer.h"
+#include "TestPaths.h"
 #include "WatchedScene.h"
 
 #include <QtCore/QBuffer>
@@ -62,7 +63,7 @@ private:
 
 void tst_QDeclarativeText::initMain()
 {
-    qputenv("FONTCONFIG_FILE", GALLERY_DIR "/fonts.conf");
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(TestPaths::source("Tests/Declarative/gallery/fonts.conf")));
 }
 
 /** Returns the smallest rectangle around everything that is not background. */

@@ -8,6 +8,9 @@
 
 namespace {
 
+const QString foreignProgram = TestPaths::built("bin/foreignprogram");
+const QString linkedProgram = TestPaths::built("bin/foreignprogram_vidtips");
+
 constexpr char userInterface[] =
     "import QtQuick 1.1\n"
     "Item {\n"
@@ -69,7 +72,7 @@ private slots:
 
 private:
     ToolRun attach(const QStringList &steps, const QStringList &options = {},
-                   const QString &program = FOREIGN)
+                   const QString &program = foreignProgram)
     {
         const QStringList arguments = QStringList{"attach", "--data-path", m_packages->path()} + options
             + QStringList{"--", program} + steps;
@@ -134,8 +137,9 @@ void tst_AttachCommand::leavesTheEnvironmentOfChildrenAlone()
     QCOMPARE(lines(run.output), before + before);
     const QStringList own{"QT_PLUGIN_PATH=/nowhere", "QT_QPA_GENERIC_PLUGINS=tuiotouch",
                           "VIDTIPS_ATTACH=unset"};
-    const ToolRun other({"attach", "--data-path", m_packages->path(), FOREIGN, "environment", "return:0"}, {},
-                        {"QT_QPA_PLATFORM=offscreen", own.at(0), own.at(1)});
+    const ToolRun other(
+        {"attach", "--data-path", m_packages->path(), foreignProgram, "environment", "return:0"}, {},
+        {"QT_QPA_PLATFORM=offscreen", own.at(0), own.at(1)});
     QCOMPARE(lines(other.output), own);
 }
 
@@ -159,7 +163,7 @@ void tst_AttachCommand::isTransparent()
     QTEST(run.output, "output");
     QTEST(run.exitCode, "exitCode");
     // Without "--", what follows the program's name is the program's as well.
-    const ToolRun bare(QStringList{"attach", "--data-path", m_packages->path(), FOREIGN} + steps, {},
+    const ToolRun bare(QStringList{"attach", "--data-path", m_packages->path(), foreignProgram} + steps, {},
                        {"QT_QPA_PLATFORM=offscreen"});
     QTEST(bare.output, "output");
     QTEST(bare.exitCode, "exitCode");
@@ -171,7 +175,7 @@ void tst_AttachCommand::passesInputOn()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     process.setProcessEnvironment(environment);
-    process.start(VIDTIPS_TOOL, {"attach", "--trace", FOREIGN, "cat", "return:0"});
+    process.start(ToolRun::tool(), {"attach", "--trace", foreignProgram, "cat", "return:0"});
     process.write("from outside");
     process.closeWriteChannel();
     QVERIFY(process.waitForFinished(100000));
@@ -189,7 +193,7 @@ void tst_AttachCommand::passesSignalsOn()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     process.setProcessEnvironment(environment);
-    process.start(VIDTIPS_TOOL,
+    process.start(ToolRun::tool(),
                   {"attach", "--trace", "sh", "-c",
                    "trap 'echo asked; kill $!; exit 9' TERM; sleep 600 & echo here; wait"});
     QVERIFY(process.waitForReadyRead(100000));
@@ -227,7 +231,7 @@ void tst_AttachCommand::tracesWhatThePointerRestsOn()
     const ToolRun run = attach({"hover:draw.line", "hover:plain", "return:0"}, {"--trace"});
     QCOMPARE(errorsOf(run), QStringList({"draw.line\tQToolButton\tLine\ttip", "plain\tQPushButton\tPlain"}));
     // To learn the names, no packages are needed.
-    const ToolRun bare({"attach", "--trace", FOREIGN, "hover:plain", "return:0"}, m_packages->path(),
+    const ToolRun bare({"attach", "--trace", foreignProgram, "hover:plain", "return:0"}, m_packages->path(),
                        {"QT_QPA_PLATFORM=offscreen"});
     QCOMPARE(errorsOf(bare), QStringList("plain\tQPushButton\tPlain"));
     QCOMPARE(bare.exitCode, 0);
@@ -241,9 +245,9 @@ void tst_AttachCommand::stepsBack_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<int>("exitCode");
     QTest::newRow("has tips of its own")
-        << FOREIGN_VIDTIPS << QStringList{"hover:plain", "return:3"} << "tool tip: A tool tip of its own\n"
+        << linkedProgram << QStringList{"hover:plain", "return:3"} << "tool tip: A tool tip of its own\n"
         << "foreign: has tips of its own, so there are no others in it" << 3;
-    QTest::newRow("no widgets") << FOREIGN << QStringList{"no-widgets"} << ""
+    QTest::newRow("no widgets") << foreignProgram << QStringList{"no-widgets"} << ""
                                 << "foreignprogram: has no widgets, so there are no tips in it" << 4;
 }
 
@@ -272,7 +276,7 @@ void tst_AttachCommand::takesInstalledPackages()
 {
     const TestPackages data;
     const auto run = [&] {
-        return ToolRun({"attach", FOREIGN, "hover:draw.line", "return:0"}, data.path(),
+        return ToolRun({"attach", foreignProgram, "hover:draw.line", "return:0"}, data.path(),
                        {"QT_QPA_PLATFORM=offscreen", "XDG_DATA_DIRS=" + data.path(),
                         "XDG_DATA_HOME=" + data.filePath("home")});
     };

@@ -2,6 +2,7 @@
 
 #include "TestCatalogue.h"
 #include "TestClips.h"
+#include "TestPaths.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTextCodec>
@@ -420,7 +421,7 @@ void addQmlMistakes()
 
 Files Garden::with(const Files &changes)
 {
-    const QString shared = QString(EXAMPLE_CONTENT) + "/Base/Shared.vidtips";
+    const QString shared = TestPaths::source("Examples/Drafting/Content/Base/Shared.vidtips");
     Files files;
     QDirIterator walk(shared, {"*.qml", "*.js", "*.xml"}, QDir::Files, QDirIterator::Subdirectories);
     while (walk.hasNext()) {

@@ -164,8 +164,8 @@ void tst_CheckCommand::takesEveryKindOfFolder()
 void tst_CheckCommand::findsTheExampleClean_data()
 {
     QTest::addColumn<QString>("folder");
-    QTest::newRow("sources") << EXAMPLE_CONTENT;
-    QTest::newRow("built") << BUILT_CONTENT;
+    QTest::newRow("sources") << TestPaths::source("Examples/Drafting/Content");
+    QTest::newRow("built") << TestPaths::built("share/vidtips-drafting/Content");
 }
 
 void tst_CheckCommand::findsTheExampleClean()
@@ -266,7 +266,7 @@ void tst_CheckCommand::groupsFindingsOnATerminal()
 void tst_CheckCommand::validatesAgainstItsSchemas()
 {
     for (const char *name : {"vidtips.xsd", "vidtipkeys.xsd"}) {
-        QXmlStreamReader reader(TestPackages::read(QString(SCHEMA_DIR "/") + name));
+        QXmlStreamReader reader(TestPackages::read(TestPaths::source("Tools/schema/") + name));
         QVERIFY(reader.readNextStartElement());
         QCOMPARE(reader.namespaceUri().toString(), QString("http://www.w3.org/2001/XMLSchema"));
         while (!reader.atEnd())

@@ -49,7 +49,7 @@ private:
     ToolRun harvest(const QStringList &steps = {}, const QStringList &options = {})
     {
         return ToolRun(QStringList{"harvest", "--into", m_packages->path(), "--name", "Foreign"} + options
-                           + QStringList{"--", FOREIGN} + steps,
+                           + QStringList{"--", TestPaths::built("bin/foreignprogram")} + steps,
                        m_packages->path(), {"QT_QPA_PLATFORM=offscreen"});
     }
     QByteArray content(const QString &file) const { return TestPackages::read(m_packages->filePath(file)); }
@@ -335,7 +335,7 @@ void tst_HarvestCommand::tellsWhyThereIsNothing_data()
     QTest::addColumn<QString>("problem");
     // A busy machine takes its time over what ends by itself.
     const QString patience = "60";
-    const QString program = FOREIGN;
+    const QString program = TestPaths::built("bin/foreignprogram");
     QTest::newRow("no window") << "2" << QStringList{program, "never"}
                                << program + " has opened no window within 2 seconds";
     QTest::newRow("no window, and no Qt")

@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "ToolRefusal.h"
 
 #include <QtCore/QUrl>
@@ -8,7 +9,7 @@
 
 namespace {
 
-const char shared[] = EXAMPLE_CONTENT "/Base/Shared.vidtips";
+const QString shared = TestPaths::source("Examples/Drafting/Content/Base/Shared.vidtips");
 
 class Silence : public QAbstractMessageHandler
 {
@@ -75,7 +76,8 @@ void tst_SchemaCommand::acceptsTheExample()
     QXmlSchema schema;
     QVERIFY(schema.load(ToolRun({"schema", shared}).output.toUtf8()));
     const QXmlSchemaValidator validator(schema);
-    QDirIterator walk(EXAMPLE_CONTENT, {"*.??_??.xml"}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator walk(TestPaths::source("Examples/Drafting/Content"), {"*.??_??.xml"}, QDir::Files,
+                      QDirIterator::Subdirectories);
     QVERIFY(walk.hasNext());
     while (walk.hasNext()) {
         const QString path = walk.next();
@@ -127,7 +129,8 @@ void tst_SchemaCommand::refusesWhatIsDescribedTwice()
 
 void tst_SchemaCommand::makesTheSchemaOfAnyTips()
 {
-    QCOMPARE(ToolRun({"schema"}).output.toUtf8(), TestPackages::read(SCHEMA_DIR "/vidtips.xsd"));
+    QCOMPARE(ToolRun({"schema"}).output.toUtf8(),
+             TestPackages::read(TestPaths::source("Tools/schema/vidtips.xsd")));
 }
 
 void tst_SchemaCommand::refusesBadUse_data()
