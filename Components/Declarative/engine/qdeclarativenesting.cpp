@@ -2,23 +2,23 @@
 
 namespace {
 
-constexpr int mostLevels = 100;
+constexpr int mostNested = 100;
 
-thread_local int levels = 0;
+thread_local int nested = 0;
 thread_local bool isUnwinding = false;
 
 } // namespace
 
 QDeclarativeNesting::QDeclarativeNesting()
 {
-    ++levels;
-    m_isFirst = levels > mostLevels && !isUnwinding;
+    ++nested;
+    m_isFirst = nested > mostNested && !isUnwinding;
     isUnwinding = isUnwinding || m_isFirst;
     m_isRefused = isUnwinding;
 }
 
 QDeclarativeNesting::~QDeclarativeNesting()
 {
-    if (--levels == 0)
+    if (--nested == 0)
         isUnwinding = false;
 }

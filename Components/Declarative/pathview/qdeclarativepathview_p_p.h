@@ -16,6 +16,9 @@ class QDeclarativeVisualModel;
 class QGraphicsSceneMouseEvent;
 class QQmlOpenMetaObjectType;
 
+/** How far from its place a row still counts as there, in rows. */
+constexpr qreal qdeclarativeRowTolerance = 1e-6;
+
 class QDeclarativePathViewPrivate : public QDeclarativeItemPrivate, public QDeclarativeItemChangeListener
 {
     Q_DECLARE_PUBLIC(QDeclarativePathView)

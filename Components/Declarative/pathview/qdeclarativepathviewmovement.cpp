@@ -11,7 +11,6 @@
 
 namespace {
 
-const qreal tolerance = 1e-6; // in rows
 const qreal minimumVelocity = 1; // rows per second; less is a hand that stops
 const qreal velocityPerRow = 2; // how much of it, for each visible row, a flick has at most
 
@@ -30,7 +29,7 @@ void QDeclarativePathViewPrivate::moveTo(qreal value)
     if (componentIsComplete && rowCount > 0) {
         target = wrapped(value, rowCount);
         const qreal whole = std::round(target);
-        if (qAbs(target - whole) < tolerance)
+        if (qAbs(target - whole) < qdeclarativeRowTolerance)
             target = whole < rowCount ? whole : 0;
     }
     if (target == offset)
@@ -149,7 +148,7 @@ void QDeclarativePathViewPrivate::moveRound(Value &value, qreal from, qreal to, 
 void QDeclarativePathViewPrivate::moveToCurrent()
 {
     const qreal target = wrapped(-currentIndex, rowCount);
-    if (qAbs(target - offset) < tolerance) {
+    if (qAbs(target - offset) < qdeclarativeRowTolerance) {
         timeLine.reset(offsetValue);
         isRunning = false;
         endMovement();
@@ -365,7 +364,7 @@ void QDeclarativePathViewPrivate::flick(qreal velocity)
         way =
             qMax<qreal>(0, isRising ? std::round(way + offset) - offset : std::round(way - offset) + offset);
     }
-    if (way > tolerance)
+    if (way > qdeclarativeRowTolerance)
         run(velocity, isRising ? way : -way);
 }
 

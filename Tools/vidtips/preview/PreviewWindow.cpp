@@ -21,7 +21,7 @@ using namespace Vidtips;
 namespace {
 
 constexpr int lookEvery = 200; // milliseconds: how soon a warning of the QML is seen
-constexpr int settleTime = 60; // milliseconds: a window that is dragged moves the tip once it stops
+constexpr int dragPause = 60; // milliseconds: a window that is dragged moves the tip once it stops
 constexpr int gap = 12; // pixels between the window and the tip
 constexpr int keyRole = Qt::UserRole;
 
@@ -44,7 +44,7 @@ PreviewWindow::PreviewWindow(const PreviewSettings &settings, const QString &key
     m_look.setInterval(lookEvery);
     connect(&m_look, &QTimer::timeout, this, &PreviewWindow::lookForProblems);
     m_settle.setSingleShot(true);
-    m_settle.setInterval(settleTime);
+    m_settle.setInterval(dragPause);
     connect(&m_settle, &QTimer::timeout, this, &PreviewWindow::placeTip);
     qApp->installEventFilter(this);
     reload();
