@@ -1,5 +1,7 @@
 #include "qdeclarativelocalfile_p.h"
 
+#include "guard/qdeclarativeguards_p.h"
+
 #include <QtCore/QFileInfo>
 #include <QtCore/QUrl>
 #include <QtQml/QQmlFile>
@@ -15,6 +17,11 @@ bool QDeclarativeLocalFile::isRefused(const QUrl &url)
     return file.exists() && !file.isFile();
 }
 
+bool QDeclarativeLocalFile::isRefused(const QUrl &url, const QObject *element)
+{
+    return isRefused(url) || QDeclarativeGuards::refuses(url, element);
+}
+
 QString QDeclarativeLocalFile::message(const QUrl &url)
 {
     return QStringLiteral("Cannot open: %1").arg(url.toString());
@@ -22,7 +29,7 @@ QString QDeclarativeLocalFile::message(const QUrl &url)
 
 bool QDeclarativeLocalFile::refuse(const QUrl &url, const QObject *element)
 {
-    if (!isRefused(url))
+    if (!isRefused(url, element))
         return false;
     qmlWarning(element) << message(url);
     return true;

@@ -17,7 +17,10 @@ bool isRefused(const QUrl &);
 /** What to report of an address that is refused. */
 QString message(const QUrl &);
 
-/** Reports an address that is refused as a warning of @p element, and returns whether it is. */
+/** Tells the same, and whether the guard of the engine that made @p element refuses the address. */
+bool isRefused(const QUrl &, const QObject *element);
+
+/** Reports an address that is refused to @p element as a warning of that, and returns whether it is. */
 bool refuse(const QUrl &, const QObject *element);
 
 } // namespace QDeclarativeLocalFile

@@ -254,10 +254,12 @@ void QDeclarativeAnimatedImage::load()
     const QString file = QQmlFile::urlToLocalFileOrQrc(d->url);
     if (d->url.isEmpty())
         d->finish(Null, 0);
+    else if (!d->refusal(d->url, QSize()).isEmpty())
+        d->open(MoviePointer(new QMovie));
     else if (file.isEmpty())
         d->fetch();
     else
-        d->open(MoviePointer(d->refusal(d->url, QSize()).isEmpty() ? new QMovie(file) : new QMovie));
+        d->open(MoviePointer(new QMovie(file)));
     if (isPlaying() != wasPlaying)
         Q_EMIT playingChanged();
 }

@@ -66,13 +66,13 @@ void QDeclarativeBorderImagePrivate::dropReply()
 
 void QDeclarativeBorderImagePrivate::loadDescription()
 {
+    if (QDeclarativeLocalFile::refuse(url, q_func())) {
+        setTo(QDeclarativeImageBase::Error, 0, QSize(0, 0));
+        return;
+    }
     const QString path = QQmlFile::urlToLocalFileOrQrc(url);
     if (path.isEmpty()) {
         fetchDescription();
-        return;
-    }
-    if (QDeclarativeLocalFile::refuse(url, q_func())) {
-        setTo(QDeclarativeImageBase::Error, 0, QSize(0, 0));
         return;
     }
     QFile file(path);

@@ -18,6 +18,11 @@ static bool isVectorFormat(const QByteArray &format)
     return format.startsWith("svg") || format == "pdf";
 }
 
+static bool isCached(const QUrl &url, const QSize &size)
+{
+    return QQuickPixmap::isCached(url, QRect(), size, 0, QQuickImageProviderOptions());
+}
+
 /** The size of a bitmap of the size @p own: no larger, and with one side given in its proportion. */
 static QSize boundedSize(const QSize &own, const QSize &wanted)
 {
@@ -41,10 +46,10 @@ bool QDeclarativeImageBasePrivate::scalesBitmap(const QUrl &url) const
 QString QDeclarativeImageBasePrivate::refusal(const QUrl &url, const QSize &requested) const
 {
     const QString file = QQmlFile::urlToLocalFileOrQrc(url);
-    if (file.isEmpty())
-        return {};
-    if (QDeclarativeLocalFile::isRefused(url))
+    if (QDeclarativeLocalFile::isRefused(url, q_func()))
         return QDeclarativeLocalFile::message(url);
+    if (file.isEmpty() || isCached(url, requested))
+        return {};
     QImageReader reader(file);
     QSizeF size = reader.size();
     if (size.isEmpty())
@@ -69,8 +74,7 @@ bool QDeclarativeImageBasePrivate::request(const QUrl &url)
     options.setFlag(QQuickPixmap::Cache, cache);
     // Qt would keep the aspect ratio of a bitmap, or round it, so that one is loaded whole.
     const QSize size = scalesBitmap(url) ? QSize() : wantedSize;
-    if (!QQuickPixmap::isCached(url, QRect(), size, 0, QQuickImageProviderOptions()))
-        refused = refusal(url, size);
+    refused = refusal(url, size);
     if (!refused.isEmpty())
         return false;
     QQmlEngine *engine = qmlEngine(q);

@@ -1,5 +1,6 @@
 #include "qdeclarativeengine.h"
 
+#include "guard/qdeclarativeguards_p.h"
 #include "qdeclarativeengine_p.h"
 #include "qdeclarativeimageprovider.h"
 #include "qdeclarativenetworkaccessmanagerfactory.h"
@@ -40,7 +41,10 @@ QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
     });
 }
 
-QDeclarativeEngine::~QDeclarativeEngine() = default;
+QDeclarativeEngine::~QDeclarativeEngine()
+{
+    QDeclarativeGuards::end(this);
+}
 
 QDeclarativeImageProvider *QDeclarativeEngine::imageProvider(const QString &id) const
 {
@@ -50,6 +54,16 @@ QDeclarativeImageProvider *QDeclarativeEngine::imageProvider(const QString &id) 
 QDeclarativeNetworkAccessManagerFactory *QDeclarativeEngine::networkAccessManagerFactory() const
 {
     return dynamic_cast<QDeclarativeNetworkAccessManagerFactory *>(QQmlEngine::networkAccessManagerFactory());
+}
+
+std::shared_ptr<QDeclarativeGuard> QDeclarativeEngine::guard() const
+{
+    return QDeclarativeGuards::of(this);
+}
+
+void QDeclarativeEngine::setGuard(const std::shared_ptr<QDeclarativeGuard> &guard)
+{
+    QDeclarativeGuards::set(this, guard);
 }
 
 bool QDeclarativeEngine::importPlugin(const QString &filePath, const QString &uri, QString *error)

@@ -7,6 +7,9 @@
 #include <QtQml/QQmlEngine>
 #include <QtQml/qqml.h>
 
+#include <memory>
+
+class QDeclarativeGuard;
 class QDeclarativeImageProvider;
 class QDeclarativeNetworkAccessManagerFactory;
 
@@ -37,6 +40,16 @@ public:
 
     /** Returns what makes the engine's network access managers, or null if none of this class is set. */
     QDeclarativeNetworkAccessManagerFactory *networkAccessManagerFactory() const;
+
+    /** Returns what decides about the reach of content; null at first, which lets it reach everything. */
+    std::shared_ptr<QDeclarativeGuard> guard() const;
+
+    /**
+     * Sets what decides about the reach of content that is loaded from now on; null lets it reach
+     * everything. What is already loaded stays in the engine's cache (clearComponentCache()), and may have
+     * kept what it was given. An address interceptor that was set before is asked first.
+     */
+    void setGuard(const std::shared_ptr<QDeclarativeGuard> &guard);
 
     using QQmlEngine::importPlugin;
 

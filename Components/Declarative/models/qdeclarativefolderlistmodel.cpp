@@ -1,5 +1,7 @@
 #include "qdeclarativefolderlistmodel_p.h"
 
+#include "guard/qdeclarativeguards_p.h"
+
 #include <QtCore/QDateTime>
 
 namespace {
@@ -36,6 +38,8 @@ QDeclarativeFolderListModel::QDeclarativeFolderListModel(QObject *parent)
 void QDeclarativeFolderListModel::setFolder(const QUrl &folder)
 {
     if (folder == address)
+        return;
+    if (QDeclarativeGuards::refuses(folder, this))
         return;
     const QString path = pathOf(folder);
     if (!folder.isEmpty() && (path.isEmpty() || !QFileInfo(path).isDir()))
@@ -139,6 +143,10 @@ QDir::SortFlags QDeclarativeFolderListModel::sorting() const
 
 QFileInfoList QDeclarativeFolderListModel::list() const
 {
+    // Nobody has asked for the folder that there is without one.
+    if (QDeclarativeGuards::refuses(address.isEmpty() ? QUrl::fromLocalFile(QDir::rootPath()) : address,
+                                    this))
+        return {};
     // Without a folder there is the root of the file system, alone.
     if (address.isEmpty())
         return {QFileInfo(QDir::rootPath())};

@@ -213,7 +213,7 @@ void QDeclarativeXmlListModel::request(const QUrl &url)
     QQmlEngine *engine = qmlEngine(this);
     if (!engine)
         return;
-    if (QDeclarativeLocalFile::isRefused(url)) {
+    if (QDeclarativeLocalFile::isRefused(url, this)) {
         fail(QDeclarativeLocalFile::message(url));
         return;
     }
@@ -256,6 +256,7 @@ void QDeclarativeXmlListModel::startQuery(const QByteArray &document)
     query.document = document;
     query.query = path;
     query.namespaces = namespaces;
+    query.engine = qmlEngine(this);
     for (const QDeclarativeXmlRole *role : qAsConst(allRoles))
         query.roleQueries.append(role->query());
     isCancelled = std::make_shared<std::atomic_bool>(false);

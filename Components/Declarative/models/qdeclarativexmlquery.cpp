@@ -1,7 +1,11 @@
 #include "qdeclarativexmlquery_p.h"
 
+#include "guard/qdeclarativeguardednetwork_p.h"
+#include "guard/qdeclarativeguards_p.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
+#include <QtNetwork/QNetworkAccessManager>
 #include <QtXmlPatterns/QAbstractMessageHandler>
 #include <QtXmlPatterns/QXmlItem>
 #include <QtXmlPatterns/QXmlQuery>
@@ -26,6 +30,8 @@ public:
     {
         document.open(QIODevice::ReadOnly);
         query.setMessageHandler(&silence);
+        if (QDeclarativeGuards::of(asked.engine))
+            query.setNetworkAccessManager(network());
         query.bindVariable(QStringLiteral("document"), &document);
     }
 
@@ -46,9 +52,16 @@ public:
     }
 
 private:
+    QNetworkAccessManager *network()
+    {
+        manager.reset(QDeclarativeGuardedNetworkFactory(asked.engine).create(nullptr));
+        return manager.get();
+    }
+
     QDeclarativeXmlQuery &asked;
     QBuffer document;
     Silence silence;
+    std::unique_ptr<QNetworkAccessManager> manager;
     QXmlQuery query;
 };
 

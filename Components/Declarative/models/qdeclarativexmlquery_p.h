@@ -8,6 +8,8 @@
 #include <atomic>
 #include <memory>
 
+class QQmlEngine;
+
 /** What an XmlListModel asks of a document. */
 struct QDeclarativeXmlQuery
 {
@@ -15,6 +17,7 @@ struct QDeclarativeXmlQuery
     QString query;
     QString namespaces; ///< declarations that come before the query
     QStringList roleQueries; ///< relative to what the query finds
+    const QQmlEngine *engine = nullptr; ///< whose guard decides about other documents that queries name
     std::shared_ptr<std::atomic_bool> isCancelled; ///< checked between roles
 };
 

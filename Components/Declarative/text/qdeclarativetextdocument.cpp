@@ -39,7 +39,8 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
 {
     QQmlContext *context = qmlContext(owner);
     if (type != QTextDocument::ImageResource || !context)
-        return QDeclarativeLocalFile::isRefused(name) ? QVariant() : QTextDocument::loadResource(type, name);
+        return QDeclarativeLocalFile::isRefused(name, owner) ? QVariant()
+                                                             : QTextDocument::loadResource(type, name);
     const QUrl url = context->resolvedUrl(name);
     Picture &entry = pictures[url];
     if (!entry.source) {

@@ -1,5 +1,7 @@
 #include "qdeclarativedatabases_p.h"
 
+#include "guard/qdeclarativeguardedfunctions_p.h"
+
 #include <QtCore/QVariant>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
@@ -42,6 +44,8 @@ QObject *QDeclarativeDatabases::storage(QString *error)
 
 void QDeclarativeDatabases::openDatabaseSync(QQmlV4Function *arguments)
 {
+    if (QDeclarativeGuardedFunctions::refuses(m_engine, QStringLiteral("openDatabaseSync()")))
+        return;
     QString error;
     QObject *const databases = storage(&error);
     if (databases)

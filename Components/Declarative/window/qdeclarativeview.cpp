@@ -2,6 +2,7 @@
 
 #include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativerounding_p.h"
+#include "guard/qdeclarativeguardedfunctions_p.h"
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
@@ -331,6 +332,12 @@ QList<QDeclarativeError> QDeclarativeView::errors() const
             error.setUrl(d->source);
     }
     return all;
+}
+
+void QDeclarativeView::setStyleSheet(const QString &styleSheet)
+{
+    if (!QDeclarativeGuardedFunctions::refuses(&d->engine, QStringLiteral("setting a style sheet")))
+        QGraphicsView::setStyleSheet(styleSheet);
 }
 
 QSize QDeclarativeView::sizeHint() const

@@ -22,6 +22,8 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeView : public QGraphicsView
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
     /** The QML file shown. */
     Q_PROPERTY(QUrl source READ source WRITE setSource DESIGNABLE true)
+    /** The widget's style sheet, which can name pictures. */
+    Q_PROPERTY(QString styleSheet READ styleSheet WRITE setStyleSheet)
 
 public:
     /** Which of view and root object takes the other's size. */
@@ -84,6 +86,10 @@ public:
 
     /** The size of the root object right after loading. */
     QSize initialSize() const;
+
+public Q_SLOTS:
+    /** Sets the widget's style sheet, which is refused while the engine has a guard. */
+    void setStyleSheet(const QString &styleSheet);
 
 Q_SIGNALS:
     /** Emitted when the view was resized, after the root object followed it where it has to. */

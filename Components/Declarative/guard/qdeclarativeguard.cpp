@@ -1,0 +1,3 @@
+#include "qdeclarativeguard.h"
+
+QDeclarativeGuard::~QDeclarativeGuard() = default;

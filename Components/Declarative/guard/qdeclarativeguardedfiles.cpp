@@ -1,0 +1,70 @@
+#include "qdeclarativeguardedfiles_p.h"
+
+#include "qdeclarativeguard.h"
+#include "qdeclarativeguards_p.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QThread>
+#include <QtQml/QQmlEngine>
+
+#include <private/qabstractfileengine_p.h>
+
+namespace {
+
+thread_local int pauses = 0;
+
+/** A file that is not there. */
+class Absent : public QAbstractFileEngine
+{
+public:
+    bool open(QIODevice::OpenMode) override
+    {
+        setError(QFile::PermissionsError, QStringLiteral("Access denied"));
+        return false;
+    }
+};
+
+const QQmlEngine *engineOfWorker()
+{
+    const QThread *const thread = QThread::currentThread();
+    if (!QCoreApplication::instance() || thread == QCoreApplication::instance()->thread())
+        return nullptr;
+    return thread->inherits("QQuickWorkerScriptEngine") ? qobject_cast<QQmlEngine *>(thread->parent())
+                                                        : nullptr;
+}
+
+class Handler : public QAbstractFileEngineHandler
+{
+public:
+    QAbstractFileEngine *create(const QString &path) const override
+    {
+        const auto guard = pauses > 0 ? nullptr : QDeclarativeGuards::of(engineOfWorker());
+        if (!guard)
+            return nullptr;
+        const QDeclarativeGuardedFiles::Pause pause;
+        const QUrl url =
+            path.startsWith(QLatin1Char(':')) ? QUrl(QLatin1String("qrc") + path) : QUrl::fromLocalFile(path);
+        if (guard->admits(url))
+            return nullptr;
+        guard->refused(QDeclarativeGuards::message(url), QUrl(), 0);
+        return new Absent;
+    }
+};
+
+} // namespace
+
+void QDeclarativeGuardedFiles::install()
+{
+    static const Handler handler;
+    Q_UNUSED(handler)
+}
+
+QDeclarativeGuardedFiles::Pause::Pause()
+{
+    ++pauses;
+}
+
+QDeclarativeGuardedFiles::Pause::~Pause()
+{
+    --pauses;
+}

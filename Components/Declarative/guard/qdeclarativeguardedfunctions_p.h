@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QQmlEngine;
+
+/** The functions by which scripts reach further than their content. */
+namespace QDeclarativeGuardedFunctions {
+
+/** Has those of @p engine ask its guard, while it has one. A second time changes nothing. */
+void install(QQmlEngine *engine);
+
+/** Lets go of what is kept of @p engine, which is about to go. */
+void forget(QQmlEngine *engine);
+
+/**
+ * Tells whether @p engine has a guard, which then hears that @p what was refused, and where. The script that
+ * runs, if any, is given an error.
+ */
+bool refuses(QQmlEngine *engine, const QString &what);
+
+} // namespace QDeclarativeGuardedFunctions
