@@ -4,8 +4,11 @@
 #include "VTIndex.h"
 #include "VTManager.h"
 #include "VTRemainingWindows_p.h"
+#include "VTScriptWatch_p.h"
+#include "VTStoppedFiles_p.h"
 #include "VTTipContent_p.h"
 #include "VTViewWork_p.h"
+#include "VTWidget.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
@@ -85,8 +88,31 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     QTimer settling; ///< to what waits until scripts and the host have returned
     bool hasEnded = false;
     const std::shared_ptr<VTViewWork> work = std::make_shared<VTViewWork>();
+    std::unique_ptr<VTScriptWatch> scriptWatch;
 
     VTInterface *host() const { return manager ? manager->vtinterface() : nullptr; }
+};
+
+/** Marks that the host is being called, most often from a handler of the QML; its time is not the QML's. */
+class VIDTIPS_NO_EXPORT VTView::HostCall
+{
+public:
+    explicit HostCall(VTView *view)
+        : m_scope(view->d->work)
+        , m_view(view)
+    {
+        view->d->scriptWatch->beginPause();
+    }
+    ~HostCall()
+    {
+        if (m_view)
+            m_view->d->scriptWatch->endPause();
+    }
+
+private:
+    Q_DISABLE_COPY(HostCall)
+    const VTViewWork::Scope m_scope;
+    const QPointer<VTView> m_view;
 };
 
 VTView::VTView(VTManager *manager, QWidget *parent)
@@ -94,6 +120,7 @@ VTView::VTView(VTManager *manager, QWidget *parent)
     , d(new Private)
 {
     d->manager = manager;
+    d->scriptWatch.reset(new VTScriptWatch(engine(), [this] { stop(); }));
     connect(engine(), &QDeclarativeEngine::warnings, this, &VTView::handleWarnings);
     setFrameShape(QFrame::NoFrame);
     setFrameShadow(QFrame::Plain);
@@ -107,7 +134,7 @@ VTView::~VTView()
 {
     // The QML goes first, with everything it names still alive; what the engine keeps beyond it finds
     // nothing.
-    setSource(QUrl());
+    replaceSource(QUrl());
     disconnect(engine(), nullptr, this, nullptr);
     disconnect(this, &QDeclarativeView::statusChanged, this, &VTView::statusHasChanged);
     nameContent(nullptr);
@@ -281,6 +308,8 @@ void VTView::exposeContent(const QString &dataLocation)
 void VTView::nameAll()
 {
     const QPointer<VTView> self(this);
+    // What is bound to them follows at once.
+    d->scriptWatch->restart(scriptTimeout());
     nameContent(d->content);
     if (self)
         rootContext()->setContextProperty(QStringLiteral("dataLocation"), d->dataLocation);
@@ -332,13 +361,18 @@ void VTView::loadQML(const QString &path)
         report(QStringLiteral("Can't find :%1").arg(path));
         return;
     }
-    const QUrl url = QUrl::fromLocalFile(path);
-    if (!isLoaded(url) && loadsWithoutEnd())
+    const QPointer<VTView> self(this);
+    const QUrl url = isBarred(path) ? QUrl() : QUrl::fromLocalFile(path);
+    if (!self || (!isLoaded(url) && loadsWithoutEnd()))
         return;
     d->pendingSource = url;
-    if (isLoaded(url))
-        return;
-    // The QML must not be destroyed while its handler runs, or the host that it has called.
+    if (!isLoaded(url))
+        loadOnceReturned();
+}
+
+// The QML must not be destroyed while its handler runs, or the host that it has called.
+void VTView::loadOnceReturned()
+{
     if (isAtWork())
         d->settling.start(0);
     else
@@ -360,7 +394,59 @@ bool VTView::loadsWithoutEnd()
 void VTView::load()
 {
     const VTViewWork::Scope scope(d->work);
-    setSource(d->pendingSource);
+    replaceSource(d->pendingSource);
+}
+
+// The next user interface begins with all of its time, and answers for its own scripts alone.
+void VTView::replaceSource(const QUrl &url)
+{
+    const QPointer<VTView> self(this);
+    const QString before = source().toLocalFile();
+    d->scriptWatch->restart(scriptTimeout());
+    setSource(QUrl());
+    if (self && d->scriptWatch->resume())
+        countStop(before);
+    if (!self || url.isEmpty())
+        return;
+    d->scriptWatch->restart(scriptTimeout());
+    setSource(url);
+}
+
+bool VTView::isBarred(const QString &path)
+{
+    if (!VTStoppedFiles::instance().isBarred(path))
+        return false;
+    warn(QStringLiteral("%1 was stopped twice and is not loaded until it changes").arg(path));
+    return true;
+}
+
+int VTView::scriptTimeout() const
+{
+    return setting(ScriptTimeout, 5000).toInt();
+}
+
+void VTView::countStop(const QString &path)
+{
+    VTStoppedFiles::instance().add(path);
+    // What has changed since is to be read when it is loaded again.
+    engine()->clearComponentCache();
+    warn(QStringLiteral("%1 was stopped, as its scripts ran for more than %2 ms")
+             .arg(path, QString::number(scriptTimeout())));
+}
+
+// One that holds the application up does so again at the next occasion, so that all of it goes. The script
+// that was stopped may have been called by another, in whose event loop this is.
+void VTView::stop()
+{
+    const QPointer<VTView> self(this);
+    const QString path = source().toLocalFile();
+    d->pendingSource.clear();
+    loadOnceReturned();
+    if (self && !path.isEmpty())
+        countStop(path);
+    auto *const window = self ? qobject_cast<VTWidget *>(parentWidget()) : nullptr;
+    if (window)
+        window->close();
 }
 
 bool VTView::isLoaded(const QUrl &url) const
@@ -427,6 +513,8 @@ void VTView::managerContextSettingDidChange(VTContextKey key)
 {
     if (key == AllowDocumentation)
         Q_EMIT documentationAvailableChanged();
+    else if (key == ScriptTimeout)
+        d->scriptWatch->restart(scriptTimeout());
 }
 
 void VTView::setItemCursor(QDeclarativeItem *object, const QString &shape, const QString &)
@@ -471,7 +559,7 @@ QString VTView::translate(const QString &string, const QString &context)
 {
     if (!d->host())
         return string;
-    const VTViewWork::Scope scope(d->work);
+    const HostCall call(this);
     const QPointer<VTManager> manager = d->manager;
     // A kept tip has another package, and so another catalogue, than the one on screen.
     const QPointer<VTView> before = manager->setAskingView(this);
@@ -491,7 +579,7 @@ void VTView::notification(int notification, const QVariant &value)
 {
     if (!d->host() || !d->content)
         return;
-    const VTViewWork::Scope scope(d->work);
+    const HostCall call(this);
     d->host()->notification(static_cast<VTNotification>(notification), value,
                             d->content->attribute(QStringLiteral("key")));
 }
@@ -539,14 +627,14 @@ QVariant VTView::setting(contextKey key, const QVariant &defaultValue) const
 
 void VTView::report(const QString &message)
 {
-    const VTViewWork::Scope scope(d->work);
+    const HostCall call(this);
     if (d->manager)
         d->manager->handleMessage(VTMessageDebug, message);
 }
 
 void VTView::warn(const QString &message)
 {
-    const VTViewWork::Scope scope(d->work);
+    const HostCall call(this);
     if (d->manager)
         d->manager->handleMessage(VTMessageWarning, message);
 }

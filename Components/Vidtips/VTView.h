@@ -132,7 +132,9 @@ public Q_SLOTS:
     /**
      * Loads the user interface at @p path, unless it is the one that is loaded. A missing file is reported
      * and leaves the current one. While a script of the view or the host that it has called is on the stack,
-     * that waits until they have returned, and the last path counts.
+     * that waits until they have returned, and the last path counts. One that was stopped twice,
+     * as its scripts ran for longer than Vidtips::ScriptTimeout, is reported and leaves none, until the file
+     * changes.
      */
     void loadQML(const QString &path);
 
@@ -142,7 +144,10 @@ public Q_SLOTS:
     /** Sets the root object's state to its default one. */
     void resetState();
 
-    /** Emits documentationAvailableChanged() when @p key is Vidtips::AllowDocumentation. */
+    /**
+     * Emits documentationAvailableChanged() when @p key is Vidtips::AllowDocumentation; the scripts that run
+     * have the new time when it is Vidtips::ScriptTimeout.
+     */
     void managerContextSettingDidChange(VTContextKey key);
 
 public:
@@ -195,12 +200,18 @@ private:
     Q_DISABLE_COPY(VTView)
     // Which says by the view that a clip is missing or broken.
     friend class VTVideoComponent;
+    class HostCall;
     VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
     VIDTIPS_NO_EXPORT void report(const QString &message);
     VIDTIPS_NO_EXPORT void warn(const QString &message);
     VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
     VIDTIPS_NO_EXPORT void nameAll();
     VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
+    VIDTIPS_NO_EXPORT void replaceSource(const QUrl &url);
+    VIDTIPS_NO_EXPORT bool isBarred(const QString &path);
+    VIDTIPS_NO_EXPORT int scriptTimeout() const;
+    VIDTIPS_NO_EXPORT void countStop(const QString &path);
+    VIDTIPS_NO_EXPORT void stop();
     friend class VTTipShowing;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
@@ -211,6 +222,7 @@ private:
     VIDTIPS_NO_EXPORT bool isAtWork() const;
     VIDTIPS_NO_EXPORT void settle();
     VIDTIPS_NO_EXPORT void load();
+    VIDTIPS_NO_EXPORT void loadOnceReturned();
     VIDTIPS_NO_EXPORT bool loadsWithoutEnd();
     VIDTIPS_NO_EXPORT void reportAll(const QString &pattern, const QList<QDeclarativeError> &errors);
     VIDTIPS_NO_EXPORT std::shared_ptr<VTViewWork> work() const;

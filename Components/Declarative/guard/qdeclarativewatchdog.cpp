@@ -1,0 +1,59 @@
+#include "qdeclarativewatchdog.h"
+
+#include "qdeclarativewatch_p.h"
+#include "qdeclarativeworktime_p.h"
+
+#include <QtQml/QQmlEngine>
+
+QDeclarativeWatchdog::QDeclarativeWatchdog(QQmlEngine *engine, QObject *parent)
+    : QObject(parent)
+    , d(new QDeclarativeWatched(this, engine))
+{
+    QDeclarativeWatch::instance()->add(d.get());
+}
+
+QDeclarativeWatchdog::~QDeclarativeWatchdog()
+{
+    QDeclarativeWatch::instance()->remove(d.get());
+    d->engine->setInterrupted(false);
+}
+
+int QDeclarativeWatchdog::timeout() const
+{
+    return d->timeout;
+}
+
+void QDeclarativeWatchdog::setTimeout(int timeout)
+{
+    if (timeout != d->timeout)
+        QDeclarativeWatch::instance()->setTimeout(d.get(), timeout);
+}
+
+void QDeclarativeWatchdog::restart()
+{
+    QDeclarativeWorkTime::restart();
+}
+
+void QDeclarativeWatchdog::beginPause()
+{
+    if (d->pauses++ == 0)
+        d->elapsed = qMax<qint64>(0, QDeclarativeWorkTime::elapsed());
+}
+
+void QDeclarativeWatchdog::endPause()
+{
+    if (d->pauses == 1)
+        QDeclarativeWorkTime::restart(d->elapsed);
+    --d->pauses;
+}
+
+bool QDeclarativeWatchdog::resume()
+{
+    return QDeclarativeWatch::instance()->resume(d.get());
+}
+
+void QDeclarativeWatchdog::announce()
+{
+    if (resume())
+        Q_EMIT interrupted();
+}

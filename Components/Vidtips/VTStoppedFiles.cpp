@@ -1,0 +1,41 @@
+#include "VTStoppedFiles_p.h"
+
+#include <QtCore/QFile>
+
+namespace Vidtips {
+
+namespace {
+
+constexpr int mostStops = 2;
+
+VTFileStamp stampOf(const QString &path)
+{
+    constexpr int noFolder = -1;
+    return VTFileStamp::at(QFile::encodeName(path).constData(), noFolder);
+}
+
+} // namespace
+
+VTStoppedFiles &VTStoppedFiles::instance()
+{
+    static VTStoppedFiles files;
+    return files;
+}
+
+void VTStoppedFiles::add(const QString &path)
+{
+    const VTFileStamp now = stampOf(path);
+    const auto found = m_files.find(path);
+    if (found != m_files.end() && found->stamp == now)
+        ++found->count;
+    else
+        m_files.insert(path, {now, 1});
+}
+
+bool VTStoppedFiles::isBarred(const QString &path) const
+{
+    const auto found = m_files.constFind(path);
+    return found != m_files.constEnd() && found->count >= mostStops && found->stamp == stampOf(path);
+}
+
+} // namespace Vidtips

@@ -1,0 +1,154 @@
+#include "HostileTest.h"
+
+#include <QtCore/QTimer>
+
+using namespace Vidtips;
+
+/** User interfaces whose scripts do not end, which the library stops: one that it does not hangs the test. */
+class tst_EndlessScripts : public HostileTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        begin();
+        session->set(ScriptTimeout, 100);
+    }
+
+    void cleanup() { end(); }
+
+    void stops_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("when it is there") << QByteArray("Component.onCompleted: { while (true); }");
+        QTest::newRow("in a binding") << QByteArray("property int a: { while (true); return 1 }");
+        QTest::newRow("in a timer") << QByteArray(
+            "Timer { interval: 1; running: true; onTriggered: { while (true); } }");
+        QTest::newRow("that asks the host again and again")
+            << QByteArray("Component.onCompleted: { while (true) vidTipView.notification(9, 1); }");
+        QTest::newRow("after the host was asked")
+            << QByteArray("Component.onCompleted: { vidTipView.notification(9, 1); while (true); }");
+    }
+
+    void stops()
+    {
+        QFETCH(const QByteArray, body);
+        writeEndless(body);
+        showLater("endless");
+        QTRY_COMPARE(told("was stopped"), 1);
+        QTRY_VERIFY(!session->window()->isVisible());
+        QVERIFY(!root());
+        QCOMPARE(told("was stopped"), 1);
+    }
+
+    // As the host that calls show() from elsewhere than an event.
+    void stopsWithoutAnEvent()
+    {
+        writeEndless("Component.onCompleted: { while (true); }");
+        show("endless");
+        QTRY_COMPARE(told("was stopped"), 1);
+        QTRY_VERIFY(!session->window()->isVisible());
+    }
+
+    void saysWhichOne()
+    {
+        const QString path = writeEndless("Component.onCompleted: { while (true); }");
+        showLater("endless");
+        QTRY_COMPARE(told("was stopped"), 1);
+        const auto message =
+            qMakePair(int(VTMessageWarning),
+                      QStringLiteral("%1 was stopped, as its scripts ran for more than 100 ms").arg(path));
+        QVERIFY(session->host->messages.contains(message));
+    }
+
+    void isLoadedAgainWhenItHasChanged()
+    {
+        const QByteArray body = "Component.onCompleted: { while (true); }";
+        writeEndless(body);
+        for (int i = 1; i <= 2; ++i) {
+            showLater("endless");
+            QTRY_COMPARE(told("was stopped"), i);
+            QTRY_VERIFY(!session->window()->isVisible());
+        }
+        show("endless");
+        QVERIFY(!root());
+        QVERIFY(told("was stopped twice and is not loaded until it changes") > 0);
+        writeEndless("property int changed: 1");
+        show("endless");
+        QTRY_VERIFY(root());
+        QCOMPARE(root()->property("changed").toInt(), 1);
+    }
+
+    void stopsWhatGoes()
+    {
+        writeEndless("Component.onDestruction: { while (true); }");
+        QVERIFY(show("endless"));
+        QTRY_VERIFY(root());
+        QTimer::singleShot(0, this, [this] { show("sound"); });
+        QTRY_VERIFY(root() && root()->property("key") == "sound");
+        QCOMPARE(told("Endless.vidtips/ui/VidtipsUI.qml was stopped"), 1);
+        QCoreApplication::processEvents();
+        QVERIFY(session->window()->isVisible());
+        QCOMPARE(told("was stopped"), 1);
+    }
+
+    void takesANewTimeAtOnce()
+    {
+        session->set(ScriptTimeout, 0);
+        writeEndless(
+            "property bool isDone: false\n"
+            "function take() { var end = Date.now() + 400; while (Date.now() < end); isDone = true }");
+        QVERIFY(show("endless"));
+        QTRY_VERIFY(root());
+        QMetaObject::invokeMethod(root(), "take", Qt::QueuedConnection);
+        QTRY_VERIFY(root()->property("isDone").toBool());
+        root()->setProperty("isDone", false);
+        session->set(ScriptTimeout, 100);
+        QMetaObject::invokeMethod(root(), "take", Qt::QueuedConnection);
+        QTRY_COMPARE(told("was stopped"), 1);
+    }
+
+    // The host may ask the user something in what a user interface has it do.
+    void waitsForTheHost()
+    {
+        writeEndless(
+            "property bool isDone: false\nfunction tell() { vidTipView.notification(9, 1); isDone = true }");
+        QVERIFY(show("endless"));
+        QTRY_VERIFY(root());
+        session->host->onNotification = [](int type, const QString &) {
+            if (type == 9)
+                QTest::qSleep(400);
+        };
+        QMetaObject::invokeMethod(root(), "tell", Qt::QueuedConnection);
+        QTRY_VERIFY(root()->property("isDone").toBool());
+        session->host->onNotification = nullptr;
+        QCoreApplication::processEvents();
+        QCOMPARE(told("was stopped"), 0);
+    }
+
+private:
+    QString writeEndless(const QByteArray &body)
+    {
+        packages->writeControl("Endless", "tips.xml", R"(<vidtip key="endless"/>)");
+        const QString path = packages->writeUserInterface("Endless", body);
+        session->manager()->loadPackage(QFileInfo(packages->filePath("Endless.vidtips")));
+        return path;
+    }
+
+    void showLater(const QString &key)
+    {
+        QTimer::singleShot(0, this, [this, key] { show(key); });
+    }
+
+    int told(const QString &text) const
+    {
+        int count = 0;
+        for (const auto &message : qAsConst(session->host->messages))
+            count += message.second.contains(text) && message.first == VTMessageWarning;
+        return count;
+    }
+};
+
+QTEST_MAIN(tst_EndlessScripts)
+#include "tst_endlessscripts.moc"
