@@ -14,7 +14,7 @@ start_host() {
     on_wayland && place=(--full-screen)
     "$1" --trace "${place[@]}" "${@:2}" >"$events" 2>>"$folder/messages.txt" &
     host=$!
-    wait_for "the window" 20 grep -qx ready "$events"
+    wait_for "the window" grep -qx ready "$events"
     main_window=$(visible_windows)
 }
 
@@ -31,13 +31,14 @@ fail() {
     exit 1
 }
 
-# wait_for WHAT SECONDS COMMAND…: until COMMAND succeeds.
+# wait_for WHAT COMMAND…: until COMMAND succeeds, for longer than a busy machine takes.
 wait_for() {
-    local what=$1 tries=$(($2 * 20))
-    shift 2
+    local what=$1 tries=400
+    shift
     until "$@"; do
         ((tries-- > 0)) || fail "$what did not happen"
         kill -0 "$host" 2>/dev/null || fail "the host ended while waiting: $what"
+        ((tries % 40)) || ! on_wayland || tremble
         sleep 0.05
     done
 }
@@ -52,6 +53,12 @@ shot() {
 count() { grep -cx "$1" "$events" || true; }
 told_since() { (($(count "$1") > $2)); }
 
+# A hand is never quite still; a busy compositor may leave what it has heard last lying until there is more.
+tremble() {
+    xdotool mousemove_relative 1 0
+    xdotool mousemove_relative -- -1 0
+}
+
 # glide X Y: moves the pointer as a hand does, through what lies between.
 glide() {
     local X Y steps=12 i
@@ -60,9 +67,7 @@ glide() {
         xdotool mousemove $((X + ($1 - X) * i / steps)) $((Y + ($2 - Y) * i / steps))
         sleep 0.015
     done
-    # A hand is never quite still; a busy compositor may leave the last movement lying until there is another.
-    xdotool mousemove_relative 1 0
-    xdotool mousemove_relative -- -1 0
+    tremble
 }
 
 point_at() {
@@ -77,7 +82,7 @@ hover() {
     local before
     before=$(count "shown $1")
     point_at "$1"
-    wait_for "the tip of $1" 5 told_since "shown $1" "$before"
+    wait_for "the tip of $1" told_since "shown $1" "$before"
 }
 
 visible_windows() { xdotool search --onlyvisible --pid "$host" 2>/dev/null || true; }
@@ -96,6 +101,9 @@ locate_tip() {
     window=$(tip_window) || return 0
     eval "$(xdotool getwindowgeometry --shell "$window" 2>/dev/null | grep -E '^(X|Y|WIDTH|HEIGHT)=')"
 }
+
+# first_height KEY: what the tip of a command was when it came last.
+first_height() { tac "$events" | sed "/^shown $1\$/q" | sed -n 's/^tip .* //p' | tail -n 1; }
 
 tip_height() { locate_tip; echo "$HEIGHT"; }
 grown_beyond() { (($(tip_height) > $1)); }

@@ -4,7 +4,7 @@
 
 #include <Vidtips/VTWidget.h>
 
-#include <QtCore/QEvent>
+#include <QtGui/QWindow>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QToolButton>
@@ -29,14 +29,14 @@ TipTrace::TipTrace(TipHost *tips, QWidget *window)
 bool TipTrace::eventFilter(QObject *watched, QEvent *event)
 {
     const auto *const widget = qobject_cast<QWidget *>(watched);
+    if (event->type() == QEvent::Expose)
+        heedExposure(static_cast<QWindow *>(watched));
     if (watched == m_window)
         heedWindow(event);
     else if (const auto *const tip = qobject_cast<Vidtips::VTWidget *>(watched))
         heedTip(tip, event);
-    if (widget && widget->isWindow() && event->type() == QEvent::WindowActivate)
-        write(QStringLiteral("active %1").arg(widget->windowTitle()));
-    else if (widget && widget->isWindow() && event->type() == QEvent::Hide)
-        write(QStringLiteral("closed %1").arg(widget->windowTitle()));
+    if (widget && widget->isWindow())
+        heedAnyWindow(widget, event->type());
     return false;
 }
 
@@ -45,6 +45,25 @@ void TipTrace::heedWindow(QEvent *event)
     const bool changes = event->type() == QEvent::WindowActivate || event->type() == QEvent::Resize;
     if (changes && !m_isReady && m_window->isActiveWindow())
         m_settling.start();
+    if (event->type() == QEvent::LanguageChange)
+        write(QStringLiteral("language"));
+}
+
+// A window that was asked for is not there yet: a Wayland compositor refuses a menu when keys come before it.
+void TipTrace::heedExposure(QWindow *window)
+{
+    static const char isTold[] = "isTold";
+    if (window->isExposed() && !window->property(isTold).toBool())
+        write(QStringLiteral("opened %1").arg(window->title()));
+    window->setProperty(isTold, window->isExposed());
+}
+
+void TipTrace::heedAnyWindow(const QWidget *window, QEvent::Type event)
+{
+    if (event == QEvent::WindowActivate)
+        write(QStringLiteral("active %1").arg(window->windowTitle()));
+    else if (event == QEvent::Hide)
+        write(QStringLiteral("closed %1").arg(window->windowTitle()));
 }
 
 void TipTrace::heedTip(const QWidget *tip, QEvent *event)
