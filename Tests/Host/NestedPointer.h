@@ -28,7 +28,7 @@ public:
     bool moveUntil(const QPoint &position, const std::function<bool()> &hasArrived)
     {
         for (int waited = 0; waited < RealPointer::patience; waited += once) {
-            if (!RealPointer::moveTo(position))
+            if (!nudgeTo(position))
                 return false;
             if (QTest::qWaitFor(hasArrived, once))
                 return true;
@@ -51,6 +51,13 @@ protected:
     }
 
 private:
+    /** Moves the pointer by hand in the end: mutter heeds no jump, which is no device's doing. */
+    static bool nudgeTo(const QPoint &position)
+    {
+        return RealPointer::jumpTo(position - QPoint(2, 0))
+            && RealPointer::xdotool({"mousemove_relative", "2", "0"});
+    }
+
     /** Milliseconds, more than a movement takes on a busy machine. */
     static constexpr int once = 2000;
     static constexpr QPoint nowhere{-1, -1};
