@@ -1,7 +1,9 @@
 #include "qdeclarativeenginetypes_p.h"
 
+#include "qdeclarativeconnections_p.h"
 #include "qdeclarativeqttype_p.h"
 
+#include <private/qqmlbind_p.h>
 #include <private/qquickrectangle_p.h>
 
 namespace {
@@ -16,7 +18,6 @@ struct QtType
 const QtType qtTypes[] = {
     {"QtQml", "QtObject"},
     {"QtQml", "Component"},
-    {"QtQml", "Connections"},
     {"QtQml", "Timer"},
     {"QtQml.WorkerScript", "WorkerScript"},
     {"QtQml.Models", "Package"},
@@ -40,12 +41,18 @@ const QtType qtTypes[] = {
 
 QDeclarativeQtType::CreateFunction createQtBinding = nullptr;
 
-/** Qt's Binding knows a third state of `when`, not given, which reads as false. */
+/**
+ * Qt's Binding knows a third state of `when`, not given, which reads as false.
+ *
+ * It advises to say what becomes of the value afterwards, which QML 1 has no word for.
+ */
 void createBinding(void *memory)
 {
     createQtBinding(memory);
     // Its first base is QObject.
-    static_cast<QObject *>(memory)->setProperty("when", true);
+    auto *binding = static_cast<QObject *>(memory);
+    binding->setProperty("when", true);
+    binding->setProperty("restoreMode", QQmlBind::RestoreBinding);
 }
 
 /** Qt leaves the position as it finds it. */
@@ -63,6 +70,16 @@ void registerInitialisedTypes()
                                      {createGradientStop});
 }
 
+void registerConnections()
+{
+    const auto inModule = [](const char *uri, int major, int minor) {
+        qmlRegisterCustomType<QDeclarativeConnections>(uri, major, minor, "Connections",
+                                                       new QDeclarativeConnectionsParser);
+    };
+    inModule("QtQuick", 1, 0);
+    inModule("Qt", 4, 7);
+}
+
 void registerUncreatableTypes()
 {
     // QML 1 refuses it without a reason, so that the engine gives its own.
@@ -77,6 +94,7 @@ void registerUncreatableTypes()
 
 void registerDeclarativeEngineTypes()
 {
+    registerConnections();
     for (const QtType &type : qtTypes)
         QDeclarativeQtType::registerCopy(QDeclarativeQtType::find(type.module, type.name), type.name);
     registerUncreatableTypes();

@@ -3,7 +3,6 @@
 #include "editors/qdeclarativeeditorstypes_p.h"
 #include "elements/qdeclarativeelementstypes_p.h"
 #include "engine/qdeclarativeenginetypes_p.h"
-#include "engine/qdeclarativenotices_p.h"
 #include "engine/qdeclarativeqtmodules_p.h"
 #include "flickable/qdeclarativeflickabletypes_p.h"
 #include "image/qdeclarativeimagetypes_p.h"
@@ -53,7 +52,6 @@ void qmlRegisterDeclarativeTypes()
     std::call_once(once, [] {
         registerNames();
         QDeclarativeQtModules::registerTypes();
-        QDeclarativeNotices::silence();
         for (const RegisterTypes registerTypes : rooms)
             registerTypes();
     });
