@@ -1,6 +1,7 @@
 #include "qdeclarativepainteditem_p.h"
 
 #include <QtGui/QPainter>
+#include <QtWidgets/QStyleOptionGraphicsItem>
 
 QDeclarativePaintedItem::QDeclarativePaintedItem(QDeclarativePaintedItemPrivate &dd, QDeclarativeItem *parent)
     : QDeclarativeItem(dd, parent)
@@ -95,7 +96,7 @@ void QDeclarativePaintedItem::updateContents(const QRectF &rect)
     update(QRectF(rect.topLeft() * d->contentsScale, rect.size() * d->contentsScale));
 }
 
-void QDeclarativePaintedItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+void QDeclarativePaintedItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *)
 {
     Q_D(QDeclarativePaintedItem);
     painter->save();
@@ -107,7 +108,8 @@ void QDeclarativePaintedItem::paint(QPainter *painter, const QStyleOptionGraphic
         painter->fillRect(QDeclarativeItem::boundingRect(), d->fillColor);
     if (d->contentsScale != 1)
         painter->scale(d->contentsScale, d->contentsScale);
-    drawContents(painter);
+    const QRectF exposed = option ? option->exposedRect : boundingRect();
+    drawContents(painter, QRectF(exposed.topLeft() / d->contentsScale, exposed.size() / d->contentsScale));
     painter->restore();
 }
 

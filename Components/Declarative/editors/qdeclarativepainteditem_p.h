@@ -53,8 +53,11 @@ protected:
 
     QVariant itemChange(GraphicsItemChange, const QVariant &) override;
 
-    /** Draws the contents; the painter is in their coordinates, its state is restored afterwards. */
-    virtual void drawContents(QPainter *) = 0;
+    /**
+     * Draws the contents, at least what is in @p exposed; both are in coordinates of the contents. The
+     * painter's state is restored afterwards.
+     */
+    virtual void drawContents(QPainter *, const QRectF &exposed) = 0;
 
     /** What drawContents() covers, which may reach beyond the item; in coordinates of the contents. */
     virtual QRectF drawnRect() const = 0;

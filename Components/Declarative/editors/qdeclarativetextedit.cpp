@@ -22,6 +22,7 @@ QDeclarativeTextEdit::~QDeclarativeTextEdit()
 void QDeclarativeTextEditPrivate::init()
 {
     Q_Q(QDeclarativeTextEdit);
+    q->setFlag(QGraphicsItem::ItemUsesExtendedStyleOption);
     document.setUndoRedoEnabled(true);
     document.setDefaultFont(font);
     control.setDragEnabled(false);

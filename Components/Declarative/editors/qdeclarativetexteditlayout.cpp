@@ -180,10 +180,13 @@ QRectF QDeclarativeTextEdit::drawnRect() const
     return text.adjusted(-overhang, 0, overhang, 1);
 }
 
-void QDeclarativeTextEdit::drawContents(QPainter *painter)
+void QDeclarativeTextEdit::drawContents(QPainter *painter, const QRectF &exposed)
 {
     Q_D(QDeclarativeTextEdit);
     auto context = d->control.getPaintContext(nullptr);
+    // Letters reach over the height of their line.
+    const qreal line = QFontMetricsF(d->font).height();
+    context.clip = exposed.adjusted(0, -line, 0, line).translated(0, -d->offset);
     const bool isLit = std::exchange(context.cursorPosition, -1) != -1;
     painter->translate(0, d->offset);
     d->document.documentLayout()->draw(painter, context);

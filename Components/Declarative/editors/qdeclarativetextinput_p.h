@@ -108,7 +108,7 @@ Q_SIGNALS:
 protected:
     void componentComplete() override;
     void geometryChanged(const QRectF &newGeometry, const QRectF &oldGeometry) override;
-    void drawContents(QPainter *) override;
+    void drawContents(QPainter *, const QRectF &exposed) override;
     QRectF drawnRect() const override;
     void setSelection(int anchor, int pos) override;
     void selectBeyond(int pos) override;

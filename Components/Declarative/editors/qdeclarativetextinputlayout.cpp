@@ -118,7 +118,7 @@ QRectF QDeclarativeTextInput::drawnRect() const
     return line.naturalTextRect().translated(-d->scroll, 0).adjusted(-overhang, 0, overhang, 1);
 }
 
-void QDeclarativeTextInput::drawContents(QPainter *painter)
+void QDeclarativeTextInput::drawContents(QPainter *painter, const QRectF &)
 {
     Q_D(QDeclarativeTextInput);
     int parts = QWidgetLineControl::DrawText;

@@ -17,6 +17,7 @@ QDeclarativeText::QDeclarativeText(QDeclarativeItem *parent)
     : QDeclarativeItem(*new QDeclarativeTextPrivate, parent)
 {
     d_func()->enablePainting();
+    setFlag(ItemUsesExtendedStyleOption);
 }
 
 QDeclarativeText::~QDeclarativeText() = default;

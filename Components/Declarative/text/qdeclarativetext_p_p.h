@@ -30,7 +30,8 @@ public:
     qreal implicitWidth() const override;
     qreal verticalOffset() const;
     QRectF contentRect() const;
-    void draw(QPainter *, const QPointF &, const QColor &, bool isStyle);
+    void draw(QPainter *, const QPointF &, const QColor &, bool isStyle, const QRectF &exposed);
+    QRectF drawnRect(const QRectF &exposed) const;
     QString linkAt(const QPointF &) const;
 
     QString text;

@@ -88,9 +88,11 @@ void QDeclarativeTextDocument::pictureFinished()
     Q_EMIT loaded();
 }
 
-void QDeclarativeTextDocument::draw(QPainter *painter, const QColor &color, bool everything)
+void QDeclarativeTextDocument::draw(QPainter *painter, const QColor &color, bool everything,
+                                    const QRectF &exposed)
 {
     QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = exposed;
     context.palette.setColor(QPalette::Text, color);
     if (everything) {
         QAbstractTextDocumentLayout::Selection all;

@@ -26,8 +26,11 @@ public:
     /** Replaces the text. Pictures of the text before are let go. */
     void setMarkup(const QString &);
 
-    /** Draws in @p color, in which @p everything is drawn even where the text names other colours. */
-    void draw(QPainter *, const QColor &color, bool everything);
+    /**
+     * Draws what reaches into @p exposed in @p color, in which @p everything is drawn even where the text
+     * names other colours.
+     */
+    void draw(QPainter *, const QColor &color, bool everything, const QRectF &exposed);
 
 Q_SIGNALS:
     void loaded();

@@ -119,9 +119,9 @@ qreal QDeclarativeTextLayout::naturalWidth(const Parameters &parameters)
     return widest;
 }
 
-void QDeclarativeTextLayout::draw(QPainter *painter, const QPointF &position) const
+void QDeclarativeTextLayout::draw(QPainter *painter, const QPointF &position, const QRectF &exposed) const
 {
-    layout.draw(painter, position);
+    layout.draw(painter, position, {}, exposed);
     if (ellipsis.isNull())
         return;
     const qreal ascent = layout.lineAt(layout.lineCount() - 1).ascent();

@@ -48,8 +48,11 @@ public:
     /** Returns the width of the longest line if none is wrapped or elided. */
     static qreal naturalWidth(const Parameters &);
 
-    /** Draws in the pen's colour what no format gives a colour of its own. */
-    void draw(QPainter *, const QPointF &) const;
+    /**
+     * Draws the lines at @p position that reach into @p exposed, in the pen's colour what no format gives a
+     * colour of its own.
+     */
+    void draw(QPainter *, const QPointF &position, const QRectF &exposed) const;
 
 private:
     void breakLines(const Parameters &);

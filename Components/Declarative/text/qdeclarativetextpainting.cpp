@@ -1,7 +1,9 @@
 #include "qdeclarativetext_p_p.h"
 
 #include "engine/qdeclarativerounding_p.h"
+#include <QtGui/QFontMetrics>
 #include <QtGui/QPainter>
+#include <QtWidgets/QStyleOptionGraphicsItem>
 
 qreal QDeclarativeTextPrivate::verticalOffset() const
 {
@@ -32,16 +34,23 @@ QRectF QDeclarativeTextPrivate::contentRect() const
 }
 
 void QDeclarativeTextPrivate::draw(QPainter *painter, const QPointF &position, const QColor &color,
-                                   bool isStyle)
+                                   bool isStyle, const QRectF &exposed)
 {
     if (document) {
         painter->translate(position);
-        document->draw(painter, color, isStyle);
+        document->draw(painter, color, isStyle, exposed.translated(-position));
         painter->translate(-position);
     } else if (layout) {
         painter->setPen(color);
-        layout->draw(painter, position);
+        layout->draw(painter, position, exposed);
     }
+}
+
+/** What is drawn for @p exposed to be whole: letters reach over the height of their line. */
+QRectF QDeclarativeTextPrivate::drawnRect(const QRectF &exposed) const
+{
+    const qreal line = QFontMetricsF(font).height();
+    return exposed.adjusted(0, -line, 0, line);
 }
 
 QRectF QDeclarativeText::boundingRect() const
@@ -51,7 +60,7 @@ QRectF QDeclarativeText::boundingRect() const
     return clip() ? item : item | d->contentRect();
 }
 
-void QDeclarativeText::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
+void QDeclarativeText::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *)
 {
     Q_D(QDeclarativeText);
     static const QPoint outline[] = {{-1, 0}, {1, 0}, {0, -1}, {0, 1}};
@@ -64,13 +73,14 @@ void QDeclarativeText::paint(QPainter *painter, const QStyleOptionGraphicsItem *
         painter->setClipRect(QDeclarativeItem::boundingRect(), Qt::IntersectClip);
     // Text with a style stands one pixel further left, where the style's own outline begins.
     const QPointF position(d->style == Normal ? 0 : -1, d->verticalOffset());
+    const QRectF exposed = d->drawnRect(option ? option->exposedRect : boundingRect());
     const QColor styleColor = d->styleColor.isValid() ? d->styleColor : QColor(Qt::black);
     if (d->style == Outline) {
         for (const QPoint &offset : outline)
-            d->draw(painter, position + offset, styleColor, true);
+            d->draw(painter, position + offset, styleColor, true, exposed);
     } else if (d->style != Normal) {
-        d->draw(painter, position + QPointF(0, d->style == Raised ? 1 : -1), styleColor, true);
+        d->draw(painter, position + QPointF(0, d->style == Raised ? 1 : -1), styleColor, true, exposed);
     }
-    d->draw(painter, position, d->color, false);
+    d->draw(painter, position, d->color, false, exposed);
     painter->restore();
 }

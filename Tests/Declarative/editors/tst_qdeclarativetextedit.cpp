@@ -1,4 +1,5 @@
 #include "EditorScene.h"
+#include "PaintedPart.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QtMath>
@@ -19,6 +20,7 @@ public:
 private slots:
     void tabulator_data();
     void tabulator();
+    void drawsOnlyWhatIsExposed();
     void initTestCase();
     void init();
     void formats_data();
@@ -448,6 +450,18 @@ void tst_QDeclarativeTextEdit::tabulator()
     EditorScene scene("TextEdit { text: \"ab\"; focus: true; " + settings + " }");
     scene.key(Qt::Key_Tab);
     QTEST(scene.text(), "text");
+}
+
+void tst_QDeclarativeTextEdit::drawsOnlyWhatIsExposed()
+{
+    EditorScene scene("TextEdit { width: 100; wrapMode: TextEdit.Wrap; contentsScale: 2 }");
+    scene.root()->setProperty("text", QStringLiteral("some words ").repeated(2000));
+    auto *edit = static_cast<QDeclarativeItem *>(scene.root());
+    const uint all = paintedPart(edit, edit->boundingRect());
+    const uint part = paintedPart(edit, QRectF(0, edit->boundingRect().height() * 0.9, 100, 100));
+    QVERIFY2(part > 100 && part < all / 20, qPrintable(QStringLiteral("%1 of %2").arg(part).arg(all)));
+    // Or the view says that everything is exposed.
+    QVERIFY(edit->flags() & QGraphicsItem::ItemUsesExtendedStyleOption);
 }
 
 QTEST_MAIN(tst_QDeclarativeTextEdit)

@@ -1,4 +1,5 @@
 #include "HeldServer.h"
+#include "PaintedPart.h"
 #include "TestPaths.h"
 #include "WatchedScene.h"
 
@@ -56,6 +57,8 @@ private slots:
     void loadsLatePictures();
     void survivesOddText_data();
     void survivesOddText();
+    void drawsOnlyWhatIsExposed_data();
+    void drawsOnlyWhatIsExposed();
 
 private:
     static QRect inked(const QImage &, QRgb background = 0xffffffff);
@@ -721,6 +724,28 @@ void tst_QDeclarativeText::survivesOddText()
         scene.picture();
         QCOMPARE(scene.value("text").toString(), text);
     }
+}
+
+void tst_QDeclarativeText::drawsOnlyWhatIsExposed_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    for (const char *format : {"PlainText", "StyledText", "RichText"})
+        QTest::newRow(format) << QByteArray(format);
+}
+
+void tst_QDeclarativeText::drawsOnlyWhatIsExposed()
+{
+    QFETCH(QByteArray, format);
+    WatchedScene scene;
+    QVERIFY(scene.load("Text { width: 100; wrapMode: Text.Wrap; style: Text.Outline; textFormat: Text."
+                       + format + " }"));
+    scene.root()->setProperty("text", QStringLiteral("some words ").repeated(2000));
+    auto *text = static_cast<QDeclarativeItem *>(scene.root());
+    const uint all = paintedPart(text, text->boundingRect());
+    const uint part = paintedPart(text, QRectF(0, text->height() / 2, 100, 100));
+    QVERIFY2(part > 100 && part < all / 20, qPrintable(QStringLiteral("%1 of %2").arg(part).arg(all)));
+    // Or the view says that everything is exposed.
+    QVERIFY(text->flags() & QGraphicsItem::ItemUsesExtendedStyleOption);
 }
 
 QTEST_MAIN(tst_QDeclarativeText)
