@@ -19,6 +19,7 @@ QDeclarativeRepeater::QDeclarativeRepeater(QDeclarativeItem *parent)
     // The rows count from when there is a model; items are made when the repeater is complete.
     rows->componentComplete();
     connect(rows, &QDeclarativeVisualModel::modelUpdated, this, &QDeclarativeRepeater::updateItems);
+    connect(rows, &QDeclarativeVisualModel::itemsReturned, this, &QDeclarativeRepeater::restack);
 }
 
 QDeclarativeRepeater::~QDeclarativeRepeater()

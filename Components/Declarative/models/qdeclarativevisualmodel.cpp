@@ -28,6 +28,13 @@ bool isNumber(const QVariant &model)
     return model.userType() == QMetaType::Int || model.userType() == QMetaType::Double;
 }
 
+/** Those that show items of models that are not theirs, which others may show too. */
+QVector<QDeclarativeVisualModel *> &borrowers()
+{
+    static QVector<QDeclarativeVisualModel *> all;
+    return all;
+}
+
 /** Returns what to show of a model that gives items by itself. */
 QQmlInstanceModel *shownModel(QQmlInstanceModel *given)
 {
@@ -48,6 +55,7 @@ QDeclarativeVisualModel::QDeclarativeVisualModel(QDeclarativeItem *view)
 
 QDeclarativeVisualModel::~QDeclarativeVisualModel()
 {
+    borrowers().removeOne(this);
     dispose();
 }
 
@@ -94,12 +102,29 @@ void QDeclarativeVisualModel::lend(QGraphicsObject *item)
         lent.append(item);
 }
 
+/** Has the last of the other views that use the item show it, if there is one. */
+bool QDeclarativeVisualModel::handOn(QGraphicsObject *item)
+{
+    const auto uses = [=](const QDeclarativeVisualModel *other) {
+        return other != this && other->watched && other->borrowed.contains(item);
+    };
+    const auto &all = borrowers();
+    const auto found = std::find_if(all.crbegin(), all.crend(), uses);
+    if (found == all.crend())
+        return false;
+    const QPointer<QDeclarativeVisualModel> other(*found);
+    item->setParentItem(other->watched);
+    if (other)
+        Q_EMIT other->itemsReturned();
+    return true;
+}
+
 /** Keeps items that others have not given back yet from going with their parent. */
 void QDeclarativeVisualModel::partWithLent(const QGraphicsItem *container)
 {
     const auto left = std::exchange(lent, {});
     for (const QPointer<QGraphicsObject> &item : left) {
-        if (!item || item->parentItem() != container)
+        if (!item || item->parentItem() != container || handOn(item))
             continue;
         item->setParentItem(nullptr);
         if (item->scene())
@@ -151,6 +176,10 @@ void QDeclarativeVisualModel::adopt(QQmlInstanceModel *model, bool own)
 {
     if (items)
         items->disconnect(this);
+    partWithLent(watched);
+    borrowers().removeOne(this);
+    if (!own)
+        borrowers().append(this);
     // It may be in the middle of telling us of a change.
     if (isOwn) {
         items->setParent(this);

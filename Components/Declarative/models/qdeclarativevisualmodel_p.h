@@ -16,7 +16,8 @@
  * own with the delegate. Nothing is made before componentComplete().
  *
  * Items go with their container: they are given back when it is about to be destroyed, since the model does
- * not get over items that are destroyed behind its back.
+ * not get over items that are destroyed behind its back. An item that several views of one model use stands
+ * in the container that asked for it last; when that is done with the model, in that of another.
  */
 class QDeclarativeVisualModel : public QObject, public QDeclarativeItemChangeListener
 {
@@ -82,6 +83,8 @@ Q_SIGNALS:
     void beganItem(int index, QObject *item);
     void createdItem(int index, QObject *item);
     void destroyingItem(QObject *item);
+    /** Items stand in our container again that others had taken into theirs; they are to be placed anew. */
+    void itemsReturned();
 
 private:
     void adopt(QQmlInstanceModel *, bool own);
@@ -90,6 +93,7 @@ private:
     void dispose();
     void lend(QGraphicsObject *);
     void partWithLent(const QGraphicsItem *container);
+    bool handOn(QGraphicsObject *);
     void itemDestroyed(QDeclarativeItem *) override;
 
     QDeclarativeItem *const view;

@@ -73,6 +73,10 @@ QDeclarativePathView::QDeclarativePathView(QDeclarativeItem *parent)
             [d](const QQmlChangeSet &changes, bool reset) { d->rowsChanged(changes, reset); });
     connect(d->visualModel, &QDeclarativeVisualModel::beganItem, this,
             [d](int index, QObject *item) { d->beginRow(index, item); });
+    // Another view may be in the middle of going.
+    connect(
+        d->visualModel, &QDeclarativeVisualModel::itemsReturned, this, [d] { d->layOut(); },
+        Qt::QueuedConnection);
 }
 
 QDeclarativePathView::~QDeclarativePathView()

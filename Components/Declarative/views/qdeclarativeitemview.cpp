@@ -55,6 +55,10 @@ QDeclarativeItemView::QDeclarativeItemView(QDeclarativeItemViewPrivate &dd, QDec
     d->visualModel->componentComplete();
     connect(d->visualModel, &QDeclarativeVisualModel::modelUpdated, this,
             [d](const QQmlChangeSet &changes, bool reset) { d->applyChanges(changes, reset); });
+    // Another view may be in the middle of going.
+    connect(
+        d->visualModel, &QDeclarativeVisualModel::itemsReturned, this, [d] { d->takeBackItems(); },
+        Qt::QueuedConnection);
     connect(&d->timeLine, &QQuickTimeLine::completed, this, [d] { d->releaseDeferred(); });
     connect(d->visualModel, &QDeclarativeVisualModel::createdItem, this, [d](int index) {
         if (index == d->requestedIndex)

@@ -177,6 +177,7 @@ public:
     void announce(void (QDeclarativeItemView::*signal)());
     void dropRows();
     void releaseItem(std::unique_ptr<Item>);
+    void takeBackItems();
     bool isUsed(const QDeclarativeItem *) const;
     void takeVisible(int slot);
     void dropBeyond(qreal to);

@@ -145,6 +145,16 @@ void QDeclarativeItemViewPrivate::releaseItem(std::unique_ptr<Item> released)
     visualModel->releaseItem(item);
 }
 
+/** Places the items anew that another view of the same model had placed. */
+void QDeclarativeItemViewPrivate::takeBackItems()
+{
+    Q_Q(QDeclarativeItemView);
+    const QDeclarativeWork::Scope scope(&work);
+    for (size_t slot = 0; slot < visibleItems.size(); ++slot)
+        visibleItems[slot]->attached->setItemView(q);
+    layoutWhenIdle();
+}
+
 QDeclarativeViewItem *QDeclarativeItemViewPrivate::visibleItem(int index) const
 {
     for (const auto &item : visibleItems) {

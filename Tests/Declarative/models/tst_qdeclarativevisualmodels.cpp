@@ -80,6 +80,8 @@ private slots:
     void movesRowsOfWhichSomeHaveItems_data();
     void movesRowsOfWhichSomeHaveItems();
     void itemsOutliveAViewThatPassedThem();
+    void partnerGoes_data();
+    void partnerGoes();
 
 private:
     static bool load(WatchedScene &scene, const QByteArray &body, const QVariant &model)
@@ -484,6 +486,67 @@ void tst_QDeclarativeVisualModels::itemsOutliveAViewThatPassedThem()
     scene.evaluate("lasting.contentY = 0; lasting.contentY = 60");
     QTRY_COMPARE(scene.evaluate("lasting.contentItem.children[0].row").toInt(), 3);
     QTRY_COMPARE(scene.value("alive").toInt(), 1);
+}
+
+void tst_QDeclarativeVisualModels::partnerGoes_data()
+{
+    QTest::addColumn<QByteArray>("view");
+    QTest::addColumn<QByteArray>("going");
+    QTest::addColumn<QString>("places");
+    const QList<QPair<const char *, QByteArray>> views = {
+        {"ListView", "ListView { anchors.fill: parent; model: visual }"},
+        {"GridView", "GridView { anchors.fill: parent; model: visual; cellWidth: 30; cellHeight: 30 }"},
+        {"PathView",
+         "PathView { anchors.fill: parent; model: visual; path: Path { startX: 5; startY: 5; PathLine { x: "
+         "65; "
+         "y: 65 } } }"},
+        {"Repeater", "Grid { columns: 2; Repeater { model: visual } }"},
+    };
+    const QStringList places = {"0,0 0,10 0,20", "0,0 30,0 60,0", "0,0 20,20 40,40", "0,0 10,0 0,10"};
+    for (int i = 0; i < views.count(); ++i) {
+        QTest::addRow("%s, destroyed", views[i].first)
+            << views[i].second << QByteArray("destroy()") << places[i];
+        QTest::addRow("%s, other model", views[i].first)
+            << views[i].second << QByteArray("model = 2") << places[i];
+    }
+}
+
+/** Where the rows stand that @p holder has. */
+static QString placesIn(WatchedScene &scene, const QGraphicsItem *holder)
+{
+    QStringList places;
+    for (const char *name : {"row0", "row1", "row2"}) {
+        const QGraphicsObject *row = scene.item(name);
+        if (row && row->parentItem() == holder)
+            places += QStringLiteral("%1,%2").arg(row->x()).arg(row->y());
+    }
+    return places.join(QLatin1Char(' '));
+}
+
+// Of two views of one model the later one has the items, and gives them back.
+void tst_QDeclarativeVisualModels::partnerGoes()
+{
+    QFETCH(QByteArray, view);
+    QFETCH(QByteArray, going);
+    WatchedScene scene;
+    QVERIFY(scene.load(R"(Item {
+        id: root; width: 100; height: 100
+        property Item partner
+        VisualDataModel { id: visual; model: 3; delegate: Item { objectName: "row" + index; width: 10; height: 10 } }
+        Component { id: maker; ListView { width: 100; height: 100; model: visual; spacing: 9 } }
+        Item { id: place; anchors.fill: parent; )"
+                       + view + " } }"));
+    const auto *holder = scene.item("row0")->parentItem();
+    scene.evaluate("partner = maker.createObject(root)");
+    const auto *partner = scene.item("row0")->parentItem();
+    QVERIFY(partner != holder);
+    // Across its direction a list leaves an item where it is.
+    for (const char *name : {"row0", "row1", "row2"})
+        scene.item(name)->setPos(0, scene.item(name)->y());
+    scene.evaluate("partner." + going);
+    QFETCH(QString, places);
+    QTRY_COMPARE(placesIn(scene, holder), places);
+    QCOMPARE(scene.warnings, QStringList());
 }
 
 QTEST_MAIN(tst_QDeclarativeVisualModels)
