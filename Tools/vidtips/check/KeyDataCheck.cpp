@@ -1,11 +1,11 @@
 #include "KeyDataCheck.h"
 
-#include "SchemaCheck.h"
 #include "StructureCheck.h"
 #include "findings/Finding.h"
 #include "shared/Content.h"
 #include "shared/Nearest.h"
 #include "shared/Vocabulary.h"
+#include "vocabulary/SchemaCheck.h"
 
 #include <QtCore/QMap>
 

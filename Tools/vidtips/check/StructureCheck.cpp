@@ -1,9 +1,9 @@
 #include "StructureCheck.h"
 
-#include "SchemaCheck.h"
 #include "findings/Finding.h"
 #include "shared/Content.h"
 #include "shared/Locales.h"
+#include "vocabulary/SchemaCheck.h"
 
 namespace {
 
