@@ -12,7 +12,7 @@ namespace {
 constexpr int generateTree = VTXmlParser::GenerateElement | VTXmlParser::GenerateSubtree;
 constexpr int skipTree = VTXmlParser::SkipElement | VTXmlParser::SkipSubtree;
 
-/** A parser that knows whether it came to an end without an error, and which keys it came across. */
+/** A parser that knows what kept it from the end of the file, and which keys it came across. */
 class Parser : public VTXmlParser
 {
 public:
@@ -44,12 +44,15 @@ public:
 
     bool fatalError(const QXmlParseException &exception) override
     {
-        hasFailed = true;
+        error = QStringLiteral("%1:%2: %3")
+                    .arg(exception.lineNumber())
+                    .arg(exception.columnNumber())
+                    .arg(reasonOf(exception));
         return VTXmlParser::fatalError(exception);
     }
 
     QStringList keys;
-    bool hasFailed = false;
+    QString error;
 
 private:
     bool isDocument(const QString &qName) const { return qName == QLatin1String(m_format.documentElement); }
@@ -134,7 +137,7 @@ VTEntryParser::Result VTEntryParser::read(const QXmlInputSource &source)
     if (result.root && result.root->getTagName() != QLatin1String(m_format.documentElement))
         result.root.reset();
     result.keys = parser.keys;
-    result.isComplete = !parser.hasFailed;
+    result.error = parser.error;
     return result;
 }
 

@@ -37,7 +37,7 @@ public:
         std::unique_ptr<VTXmlElement> root; ///< the document element's object, or null
         QStringList
             keys; ///< of what lies in it as an entry does, in order; entries without a key are left out
-        bool isComplete = false; ///< whether the whole file was read without an error
+        QString error; ///< line, column and reason of what ended the reading; empty for the end of the file
     };
 
     /** Makes a parser for the entries with @p key in a file of the kind @p format, which must outlive it. */

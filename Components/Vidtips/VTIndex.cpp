@@ -1,5 +1,6 @@
 #include "VTIndex.h"
 
+#include "VTBrokenFiles_p.h"
 #include "VTContext.h"
 #include "VTControlFile_p.h"
 #include "VTEntryParser_p.h"
@@ -52,7 +53,7 @@ QString obstacleIn(const QString &path, const QString &key)
         return QStringLiteral("has the key %1 times").arg(entries);
     if (entries == 1)
         return QStringLiteral("has it for %1").arg(localeOf(parsed.root.get()));
-    return parsed.isComplete ? QString() : QStringLiteral("is malformed");
+    return parsed.error.isEmpty() ? QString() : QStringLiteral("is malformed");
 }
 
 } // namespace
@@ -90,6 +91,7 @@ struct VIDTIPS_NO_EXPORT VTIndex::Private
     std::vector<ControlFile> controlFiles;
     QSet<QPair<QString, int>> knownFiles;
     QMap<QString, QStringList> packages;
+    VTBrokenFiles brokenFiles;
     bool inUpdate = false;
     QRegExp keySeparator{QStringLiteral("[,;\\s]+")};
     Place lastPlace;
@@ -224,6 +226,7 @@ VTXmlElement *VTIndex::contentIn(VTKnownFile &file, const QString &key, const QL
                                  VTLookUp &lookUp, VTXmlElement *&root)
 {
     root = key.isEmpty() ? nullptr : file.entries(key, locale, lookUp).release();
+    d->brokenFiles.note(file.path(), file.error());
     if (!root)
         return nullptr;
     VTXmlElement *const element = entriesOf(key).firstEntry(root);
@@ -247,9 +250,16 @@ QStringList VTIndex::keys()
 {
     VTLookUp lookUp;
     QStringList keys;
-    for (Private::ControlFile &file : d->controlFiles)
+    for (Private::ControlFile &file : d->controlFiles) {
         keys << file.content.keys(lookUp);
+        d->brokenFiles.note(file.content.path(), file.content.error());
+    }
     return keys;
+}
+
+QStringList VTIndex::takeMessages()
+{
+    return d->brokenFiles.takeMessages();
 }
 
 void VTIndex::indexControlFile(const QString &controlFile, const QString &package)
@@ -304,6 +314,7 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
         return;
     VTEntryParser parser(VTEntryParser::keyDataFormat, key);
     const VTEntryParser::Result parsed = parser.read(file);
+    d->brokenFiles.note(keyDataFile, VTFileError(file, parsed.error));
     const VTXmlElement *const data = parser.firstEntry(parsed.root.get());
     if (!data)
         return;

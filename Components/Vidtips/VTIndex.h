@@ -25,8 +25,8 @@ class VTXmlElement;
  * A host may hand an index of its own to its VTInterface; every virtual operation has a working base. The
  * base keeps file names, package locations and the files' keys, never content: that is parsed from disk at
  * each lookup, and a file that changed since the last one is read again. Nothing here reports anything: what
- * cannot be read is passed over, and parse errors go to the Qt debug output, at each lookup anew. GUI thread
- * only.
+ * cannot be read is passed over, and parse errors go to the Qt debug output, at each lookup anew. The manager
+ * names such a file to the host, once until it changes. GUI thread only.
  */
 class VIDTIPS_EXPORT VTIndex : public QObject
 {
@@ -143,6 +143,8 @@ protected:
     bool isInUpdate();
 
 private:
+    friend class VTManager;
+    VIDTIPS_NO_EXPORT QStringList takeMessages();
     VIDTIPS_NO_EXPORT VTXmlElement *contentIn(VTKnownFile &file, const QString &key, const QLocale &locale,
                                               VTLookUp &lookUp, VTXmlElement *&root);
 

@@ -60,13 +60,14 @@ QStringList VTKnownFile::keys(VTLookUp &lookUp)
 VTEntryParser::Result VTKnownFile::read(const QString &key, const QLocale &locale, const VTLookUp &lookUp)
 {
     Content content(m_path);
+    m_error = {};
     if (!content.isReadable) {
         m_known.reset();
         return {};
     }
     content.take(m_known && m_known->stamp.isNull());
     if (isUnchanged(content, lookUp) && !mayHave(key, locale))
-        return {nullptr, m_known->keys, true};
+        return {nullptr, m_known->keys, {}};
     return parse(content, key, lookUp);
 }
 
@@ -76,7 +77,8 @@ VTEntryParser::Result VTKnownFile::parse(Content &content, const QString &key, c
     const bool isWhole = !content.bytes.isNull();
     VTEntryParser::Result parsed = isWhole ? parser.read(content.bytes) : parser.read(content.file);
     m_known.reset();
-    if (!parsed.isComplete)
+    m_error = VTFileError(content.file, parsed.error);
+    if (!parsed.error.isEmpty())
         return parsed;
     const QString locale = parsed.root ? parsed.root->attribute(QStringLiteral("locale")) : QString();
     QVector<uint> hashes;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VTBrokenFiles_p.h"
 #include "VTEntryParser_p.h"
 #include "VTFileStamp_p.h"
 
@@ -40,6 +41,9 @@ public:
     /** Returns the keys of the entries in their order, as far as the file can be read. */
     QStringList keys(VTLookUp &lookUp);
 
+    /** Returns what kept the last reading from the end of the file. */
+    const VTFileError &error() const { return m_error; }
+
 private:
     /** What was found in a file that was read without an error. */
     struct Knowledge
@@ -63,6 +67,7 @@ private:
     QString m_path;
     QByteArray m_encodedPath;
     std::optional<Knowledge> m_known;
+    VTFileError m_error; // none while anything is known
 };
 
 } // namespace Vidtips

@@ -179,6 +179,13 @@ QLocale VTManager::currentLocale() const
 
 VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &depth, VTXmlElement *&root)
 {
+    VTXmlElement *const element = lookUp(key, directory, depth, root);
+    tellOfBrokenFiles();
+    return element;
+}
+
+VTXmlElement *VTManager::lookUp(const QString &key, QString &directory, int &depth, VTXmlElement *&root)
+{
     const QString unset = QStringLiteral("en_US");
     const QString locales[] = {d->text(ContentLocale, unset), d->text(UserInterfaceLocale, unset)};
     const QPointer<VTIndex> index = d->index;
@@ -189,6 +196,18 @@ VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &d
             element = index->retrieve(key, QLocale(locale), directory, depth, root);
     }
     return element;
+}
+
+// Once each, however often they are read: the parser says at every look-up what it does not understand, and
+// not where. Who hears of it may destroy the manager.
+void VTManager::tellOfBrokenFiles()
+{
+    const QPointer<VTManager> self(this);
+    const QStringList messages = d->index ? d->index->takeMessages() : QStringList();
+    for (const QString &message : messages) {
+        if (self)
+            handleMessage(VTMessageWarning, message);
+    }
 }
 
 QString VTManager::vidTipAttribute(const QString &key, const QString &attribute, const QString &defaultValue)
@@ -238,7 +257,9 @@ void VTManager::setGlobalProperty(const QString &name, const QVariant &value)
 
 QStringList VTManager::keys()
 {
-    return d->index ? d->index->keys() : QStringList();
+    const QStringList keys = d->index ? d->index->keys() : QStringList();
+    tellOfBrokenFiles();
+    return keys;
 }
 
 QString VTManager::keyForObject(QObject *object)

@@ -203,6 +203,9 @@ private:
     friend class VTTipShowing;
     friend class VTView;
     friend class VTWidget;
+    VIDTIPS_NO_EXPORT VTXmlElement *lookUp(const QString &key, QString &directory, int &depth,
+                                           VTXmlElement *&root);
+    VIDTIPS_NO_EXPORT void tellOfBrokenFiles();
     VIDTIPS_NO_EXPORT void refreshLater();
     VIDTIPS_NO_EXPORT void refreshWindows();
     VIDTIPS_NO_EXPORT VTView *setAskingView(VTView *view);

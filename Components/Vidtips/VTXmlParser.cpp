@@ -333,13 +333,17 @@ bool VTXmlParser::ignorableWhitespace(const QString &text)
 
 bool VTXmlParser::fatalError(const QXmlParseException &exception)
 {
-    // The reader only knows that a handler ended the parse.
-    const QString message = d->error.isEmpty() ? exception.message() : d->error;
     qDebug().noquote() << QStringLiteral("Fatal error at %1,%2 : %3")
                               .arg(exception.lineNumber())
                               .arg(exception.columnNumber())
-                              .arg(message);
+                              .arg(reasonOf(exception));
     return false;
+}
+
+// The reader only knows that a handler ended the parse.
+QString VTXmlParser::reasonOf(const QXmlParseException &exception) const
+{
+    return d->error.isEmpty() ? exception.message() : d->error;
 }
 
 } // namespace Vidtips

@@ -104,6 +104,10 @@ public:
     /** Reports @p exception and returns false. */
     bool fatalError(const QXmlParseException &exception) override;
 
+protected:
+    /** Returns why the document breaks off where @p exception says. */
+    VIDTIPS_NO_EXPORT QString reasonOf(const QXmlParseException &exception) const;
+
 private:
     struct Private;
     std::unique_ptr<Private> const d;

@@ -37,25 +37,30 @@ void tst_VTEntryParser::entries_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("count"); // of entries; -1 for no root
-    QTest::addColumn<bool>("isComplete");
-    QTest::newRow("one") << QByteArray("<vidtips><vidtip key='cut'/></vidtips>") << 1 << true;
+    QTest::addColumn<QString>("error");
+    const QString complete;
+    QTest::newRow("one") << QByteArray("<vidtips><vidtip key='cut'/></vidtips>") << 1 << complete;
     QTest::newRow("among others") << QByteArray(
         "<vidtips><vidtip key='a'/><vidtip key='cut'/><vidtip/></vidtips>")
-                                  << 1 << true;
+                                  << 1 << complete;
     QTest::newRow("twice") << QByteArray("<vidtips><vidtip key='cut'/><vidtip key='cut'/></vidtips>") << 2
-                           << true;
-    QTest::newRow("none") << QByteArray("<vidtips><vidtip key='a'/></vidtips>") << 0 << true;
-    QTest::newRow("case of the key") << QByteArray("<vidtips><vidtip key='Cut'/></vidtips>") << 0 << true;
+                           << complete;
+    QTest::newRow("none") << QByteArray("<vidtips><vidtip key='a'/></vidtips>") << 0 << complete;
+    QTest::newRow("case of the key") << QByteArray("<vidtips><vidtip key='Cut'/></vidtips>") << 0 << complete;
     QTest::newRow("in another entry")
-        << QByteArray("<vidtips><vidtip key='a'><vidtip key='cut'/></vidtip></vidtips>") << 0 << true;
+        << QByteArray("<vidtips><vidtip key='a'><vidtip key='cut'/></vidtip></vidtips>") << 0 << complete;
     QTest::newRow("in another element")
-        << QByteArray("<vidtips><p><vidtip key='cut'/></p></vidtips>") << 0 << true;
-    QTest::newRow("another document") << QByteArray("<tips><vidtip key='cut'/></tips>") << -1 << true;
-    QTest::newRow("the document itself") << QByteArray("<vidtip key='cut'/>") << -1 << true;
-    QTest::newRow("breaks off after it") << QByteArray("<vidtips><vidtip key='cut'/>") << 1 << false;
+        << QByteArray("<vidtips><p><vidtip key='cut'/></p></vidtips>") << 0 << complete;
+    QTest::newRow("another document") << QByteArray("<tips><vidtip key='cut'/></tips>") << -1 << complete;
+    QTest::newRow("the document itself") << QByteArray("<vidtip key='cut'/>") << -1 << complete;
+    QTest::newRow("breaks off after it")
+        << QByteArray("<vidtips><vidtip key='cut'/>") << 1 << "1:29: unexpected end of file";
     QTest::newRow("breaks off before it")
-        << QByteArray("<vidtips><b></a><vidtip key='cut'/></vidtips>") << 0 << false;
-    QTest::newRow("nothing") << QByteArray() << -1 << false;
+        << QByteArray("<vidtips><b></a><vidtip key='cut'/></vidtips>") << 0 << "1:16: tag mismatch";
+    QTest::newRow("attribute twice") << QByteArray(
+        "<vidtips><vidtip key='cut'/>\n<vidtip key='a' key='b'/></vidtips>")
+                                     << 1 << "2:24: attribute 'key' redefined";
+    QTest::newRow("nothing") << QByteArray() << -1 << "1:1: unexpected end of file";
 }
 
 void tst_VTEntryParser::entries()
@@ -65,7 +70,7 @@ void tst_VTEntryParser::entries()
     VTEntryParser parser(VTEntryParser::contentFormat, "cut");
     const VTEntryParser::Result result = read(parser, content);
     QCOMPARE(result.root ? result.root->children().size() : -1, count);
-    QTEST(result.isComplete, "isComplete");
+    QTEST(result.error, "error");
     QCOMPARE(parser.firstEntry(result.root.get()) != nullptr, count > 0);
 }
 
@@ -157,7 +162,7 @@ void tst_VTEntryParser::bytesAreReadAsAFileIs()
         const QStringList messages = recorder.texts();
         const VTEntryParser::Result ofBytes = parser.read(part);
         QCOMPARE(recorder.texts(), messages + messages);
-        QCOMPARE(ofBytes.isComplete, ofFile.isComplete);
+        QCOMPARE(ofBytes.error, ofFile.error);
         QCOMPARE(ofBytes.keys, ofFile.keys);
         QCOMPARE(ofBytes.root ? ofBytes.root->toXml() : QString(),
                  ofFile.root ? ofFile.root->toXml() : QString());
