@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "galleryscene.h"
 #include "galleryvalue.h"
 
@@ -470,5 +471,4 @@ int main(int argc, char **argv)
                         QStringList{arguments.at(0), QStringLiteral("-maxwarnings"), QStringLiteral("0")}
                             + arguments.mid(1));
 }
-#include "TestPaths.h"
 #include "tst_gallery.moc"

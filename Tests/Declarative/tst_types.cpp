@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "galleryvalue.h"
 #include "typefacts.h"
 
@@ -471,5 +472,4 @@ int main(int argc, char **argv)
     tst_Types test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "TestPaths.h"
 #include "tst_types.moc"

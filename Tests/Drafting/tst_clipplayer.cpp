@@ -2,6 +2,7 @@
 
 #include "TestHost.h"
 #include "TestPackage.h"
+#include "TestPaths.h"
 
 #include <QtCore/QPointer>
 #include <QtQml/QQmlListReference>
@@ -212,5 +213,4 @@ void tst_ClipPlayer::brokenClipTakesNoRoom()
 }
 
 QTEST_MAIN(tst_ClipPlayer)
-#include "TestPaths.h"
 #include "tst_clipplayer.moc"

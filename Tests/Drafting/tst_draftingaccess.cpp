@@ -1,5 +1,6 @@
 #include "AccessibleTree.h"
 #include "TestHost.h"
+#include "TestPaths.h"
 
 #include <Vidtips/VTVideoComponent.h>
 
@@ -282,5 +283,4 @@ void tst_DraftingAccess::followsTheReadingDirection()
 }
 
 QTEST_MAIN(tst_DraftingAccess)
-#include "TestPaths.h"
 #include "tst_draftingaccess.moc"

@@ -1,3 +1,5 @@
+#include "TestPaths.h"
+
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTIndex.h>
 #include <Vidtips/VTXmlElement.h>
@@ -187,5 +189,4 @@ void tst_DraftingContent::helpTopicsExistInBothLanguages()
 }
 
 QTEST_GUILESS_MAIN(tst_DraftingContent)
-#include "TestPaths.h"
 #include "tst_draftingcontent.moc"

@@ -1,5 +1,6 @@
 #include "TestHost.h"
 #include "TestPackage.h"
+#include "TestPaths.h"
 
 #include <QtCore/QProcess>
 #include <QtGui/QImage>
@@ -219,5 +220,4 @@ void tst_ScreenReaders::noTipNoMore()
 }
 
 QTEST_MAIN(tst_ScreenReaders)
-#include "TestPaths.h"
 #include "tst_screenreaders.moc"
