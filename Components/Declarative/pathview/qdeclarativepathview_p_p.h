@@ -16,14 +16,13 @@ class QDeclarativeVisualModel;
 class QGraphicsSceneMouseEvent;
 class QQmlOpenMetaObjectType;
 
-/** How far from its place a row still counts as there, in rows. */
-constexpr qreal qdeclarativeRowTolerance = 1e-6;
-
 class QDeclarativePathViewPrivate : public QDeclarativeItemPrivate, public QDeclarativeItemChangeListener
 {
     Q_DECLARE_PUBLIC(QDeclarativePathView)
 
 public:
+    static constexpr qreal tolerance = 1e-6; ///< in rows; below this a row stands exactly where it should
+
     /** An item that is on the path, and the row that it shows. */
     struct Row
     {

@@ -31,7 +31,7 @@ qreal wrappedRows(qreal value, int count)
     if (wrapped < 0)
         wrapped += count;
     const qreal whole = std::round(wrapped);
-    if (qAbs(wrapped - whole) < qdeclarativeRowTolerance)
+    if (qAbs(wrapped - whole) < QDeclarativePathViewPrivate::tolerance)
         wrapped = whole;
     return wrapped >= count ? 0 : wrapped;
 }
@@ -78,7 +78,7 @@ qreal QDeclarativePathViewPrivate::placeOf(qreal index) const
     const int shown = visibleRows();
     const qreal whole = qreal(rowCount) / shown;
     const qreal place = wrappedRows(index + offset, rowCount) / shown + rangeStart();
-    return place > whole - qdeclarativeRowTolerance ? qMax<qreal>(0, place - whole) : place;
+    return place > whole - tolerance ? qMax<qreal>(0, place - whole) : place;
 }
 
 QDeclarativePathViewPrivate::Row QDeclarativePathViewPrivate::makeRow(int index, qreal place)
@@ -190,8 +190,8 @@ void QDeclarativePathViewPrivate::layOutRows()
 {
     const int shown = visibleRows();
     const qreal start = offset + rangeStart() * shown;
-    const auto first = qint64(std::ceil(-start - qdeclarativeRowTolerance));
-    const int count = qMin(rowCount, int(std::ceil(shown - qdeclarativeRowTolerance - first - start)));
+    const auto first = qint64(std::ceil(-start - tolerance));
+    const int count = qMin(rowCount, int(std::ceil(shown - tolerance - first - start)));
     const auto slotOf = [&](const Row &row) { return wrappedIndex(row.index - first, rowCount); };
 
     const auto end =

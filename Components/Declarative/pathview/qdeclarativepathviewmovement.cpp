@@ -29,7 +29,7 @@ void QDeclarativePathViewPrivate::moveTo(qreal value)
     if (componentIsComplete && rowCount > 0) {
         target = wrapped(value, rowCount);
         const qreal whole = std::round(target);
-        if (qAbs(target - whole) < qdeclarativeRowTolerance)
+        if (qAbs(target - whole) < tolerance)
             target = whole < rowCount ? whole : 0;
     }
     if (target == offset)
@@ -148,7 +148,7 @@ void QDeclarativePathViewPrivate::moveRound(Value &value, qreal from, qreal to, 
 void QDeclarativePathViewPrivate::moveToCurrent()
 {
     const qreal target = wrapped(-currentIndex, rowCount);
-    if (qAbs(target - offset) < qdeclarativeRowTolerance) {
+    if (qAbs(target - offset) < tolerance) {
         timeLine.reset(offsetValue);
         isRunning = false;
         endMovement();
@@ -364,7 +364,7 @@ void QDeclarativePathViewPrivate::flick(qreal velocity)
         way =
             qMax<qreal>(0, isRising ? std::round(way + offset) - offset : std::round(way - offset) + offset);
     }
-    if (way > qdeclarativeRowTolerance)
+    if (way > tolerance)
         run(velocity, isRising ? way : -way);
 }
 
