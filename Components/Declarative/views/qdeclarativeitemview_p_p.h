@@ -44,9 +44,20 @@ public:
         QQuickTimeLineValue::setValue(value);
         m_apply(value);
     }
+    /** Takes note of a way that a time line is to take it. */
+    void setOut(qreal from, qreal to)
+    {
+        QQuickTimeLineValue::setValue(from);
+        m_from = from;
+        m_to = to;
+    }
+    /** Tells whether a time line is taking it that very way. */
+    bool isSetOut(qreal from, qreal to) const { return timeLine() && from == m_from && to == m_to; }
 
 private:
     const std::function<void(qreal)> m_apply;
+    qreal m_from = 0;
+    qreal m_to = 0;
 };
 
 class QDeclarativeItemViewPrivate : public QDeclarativeFlickablePrivate, public QDeclarativeItemChangeListener

@@ -128,10 +128,13 @@ void QDeclarativeItemViewPrivate::updateHighlight()
 void QDeclarativeItemViewPrivate::moveValue(QDeclarativeHighlightValue *value, qreal from, qreal to,
                                             int duration, qreal speed)
 {
+    // What has just set out goes on; whoever is on the way sets out anew.
+    if (value->isSetOut(from, to))
+        return;
     highlightTimeLine.reset(*value);
     if (from == to)
         return;
-    value->QQuickTimeLineValue::setValue(from);
+    value->setOut(from, to);
     const int bySpeed = speed > 0 ? QDeclarativeRounding::bounded(qAbs(to - from) * 1000 / speed) : -1;
     int time = duration >= 0 ? duration : bySpeed;
     if (duration >= 0 && bySpeed >= 0)

@@ -314,7 +314,7 @@ void QDeclarativeItemViewPrivate::refill()
         fillView();
         if (!movesInLayout) {
             // Back within the bounds after a jump to the current row, rows may be missing before that.
-            if (moveReason == SetIndex && viewPosition() != before)
+            if (moveReason == SetIndex && viewPosition() < before)
                 scheduleFill();
             return;
         }
@@ -325,8 +325,9 @@ void QDeclarativeItemViewPrivate::refill()
 void QDeclarativeItemViewPrivate::fillView()
 {
     const QScopedValueRollback<bool> guard(layingOut, true);
-    const qreal from = viewPosition();
-    const qreal to = viewPosition() + viewLength() - 1;
+    // From right to left, the pixel at which the next row begins counts as seen.
+    const qreal from = viewPosition() + (runsBackwards() ? 1 : 0);
+    const qreal to = from + viewLength() - 1;
     bool changed = addVisible(from, to, false);
     // While the view moves, items are not destroyed in the frame in which others are made.
     if (!lazyRelease || !changed || deferredRelease) {

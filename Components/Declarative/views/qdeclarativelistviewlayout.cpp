@@ -243,10 +243,10 @@ void QDeclarativeListViewPrivate::moveHighlight()
         highlightItem->setWidth(item->width());
     if (scrolled() == Qt::Horizontal && highlightItem->height() == 0)
         highlightItem->setHeight(item->height());
-    moveValue(&highlightLength, lengthOf(highlightItem), lengthOf(item), highlightResizeDuration,
-              highlightResizeSpeed);
     moveValue(&highlightPlace, placeOf(highlightItem), placeOf(item), highlightMoveDuration,
               highlightMoveSpeed);
+    moveValue(&highlightLength, lengthOf(highlightItem), lengthOf(item), highlightResizeDuration,
+              highlightResizeSpeed);
 }
 
 int QDeclarativeListViewPrivate::snapIndex(qreal position) const
