@@ -1,13 +1,36 @@
 #include "VTCatalogue_p.h"
 
+#include <QtCore/QDataStream>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 namespace Vidtips {
 
-void VTCatalogue::load(const QString &path)
+// A catalogue is a head and blocks, each of a tag, a length and as many bytes.
+bool VTCatalogue::namesOthers(const QString &path)
 {
-    const bool isLoaded = QFileInfo(path).isFile() && m_translator.load(path);
+    constexpr int headSize = 16;
+    constexpr quint8 names = 0x96;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.read(headSize).size() != headSize)
+        return false;
+    QDataStream stream(&file);
+    quint8 tag = 0;
+    quint32 length = 0;
+    do {
+        stream >> tag >> length;
+        if (tag == names)
+            return true;
+    } while (tag && length && length <= file.bytesAvailable() && file.seek(file.pos() + length));
+    return false;
+}
+
+void VTCatalogue::load(const QString &path, bool mayNameOthers)
+{
+    const bool isFit = QFileInfo(path).isFile() && (mayNameOthers || !namesOthers(path));
+    const bool isLoaded = isFit && m_translator.load(path);
     m_path = isLoaded ? path : QString();
+    m_mayNameOthers = mayNameOthers;
 }
 
 QString VTCatalogue::translate(const QString &text, const QString &context) const

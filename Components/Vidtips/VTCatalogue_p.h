@@ -9,12 +9,20 @@ namespace Vidtips {
 class VTCatalogue
 {
 public:
-    /** Loads the file at @p path instead of the one before; there is no catalogue when that cannot be done.
-     */
-    void load(const QString &path);
+    /** Tells whether the file at @p path says that other catalogues are to be loaded with it. */
+    static bool namesOthers(const QString &path);
 
-    /** Tells whether the file at @p path is loaded. */
-    bool isOf(const QString &path) const { return !path.isEmpty() && path == m_path; }
+    /**
+     * Loads the file at @p path instead of the one before, with those that it names if @p mayNameOthers;
+     * there is no catalogue when that cannot be done.
+     */
+    void load(const QString &path, bool mayNameOthers = true);
+
+    /** Tells whether the file at @p path is loaded in that way. */
+    bool isOf(const QString &path, bool mayNameOthers = true) const
+    {
+        return !path.isEmpty() && path == m_path && mayNameOthers == m_mayNameOthers;
+    }
 
     /** Returns the translation of @p text in @p context; empty where the catalogue has none. */
     QString translate(const QString &text, const QString &context) const;
@@ -22,6 +30,7 @@ public:
 private:
     QTranslator m_translator;
     QString m_path;
+    bool m_mayNameOthers = true;
 };
 
 } // namespace Vidtips

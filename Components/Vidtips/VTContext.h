@@ -44,6 +44,7 @@ enum contextKey {
     HideDuration = 35, ///< int, milliseconds, 300: fade-out; 0 hides at once.
     MessageThreshold = 36, ///< int, 200: most verbose message type that reaches the host.
     TranslationContext = 37, ///< string, "Vidtips": base name of translation catalogues.
+    RestrictContent = 38, ///< bool, false: content reaches nothing outside its packages.
     ScriptTimeout = 39, ///< int, milliseconds, 5000: how long a script may run; 0 or less: for ever.
 };
 

@@ -3,6 +3,7 @@
 #include "VTPictures_p.h"
 #include "VTPixels_p.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 #include <cstdlib>
@@ -17,12 +18,32 @@ constexpr int pixelsPerVector = 64;
 constexpr int bytesPerPixel = 4;
 
 constexpr const char *cannotOpenMedia = "Could not open media at: %1";
+constexpr const char *refusedFormat = "Restricted content is refused the format of the clip at: %1";
 constexpr const char *noStreamInformation = "Could not find any stream information in media at: %1";
 constexpr const char *noVideoStream = "Could not find a video stream in %1";
 constexpr const char *cannotOpenCodec = "Could not open codec for stream in: %1";
 constexpr const char *noOriginalFrame = "Could not allocate original frame in %1";
 constexpr const char *noRgbFrame = "Could not allocate rgb frame in %1";
 constexpr const char *noScaleContext = "Could not get a swscale context for %1";
+
+// Those of Docs/ContentAuthors.md.
+constexpr const char *usualFormats = "mov,matroska,avi";
+constexpr const char *usualCodecs = "h264,vp8,vp9,mpeg4";
+
+/** Tells whether the file's format is known, and none of the usual ones. */
+bool isOfOtherFormat(const QString &fileName)
+{
+    constexpr int headSize = 1 << 16;
+    QFile file(fileName);
+    QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray();
+    AVProbeData probe = {};
+    probe.filename = "";
+    probe.buf_size = head.size();
+    head.append(AVPROBE_PADDING_SIZE, '\0');
+    probe.buf = reinterpret_cast<unsigned char *>(head.data());
+    const auto *const format = av_probe_input_format(&probe, 1);
+    return format && av_match_list(format->name, usualFormats, ',') <= 0;
+}
 
 double toDouble(const AVRational &rational)
 {
@@ -93,10 +114,14 @@ const char *VTFFmpegDecoder::openContainer(const QString &fileName)
     AVDictionary *options = nullptr;
     av_dict_set(&options, "protocol_whitelist", "file", 0);
     const QByteArray url = QByteArrayLiteral("file:") + fileName.toUtf8();
+    if (isRestricted) {
+        av_dict_set(&options, "format_whitelist", usualFormats, 0);
+        av_dict_set(&options, "codec_whitelist", usualCodecs, 0);
+    }
     const int opened = avformat_open_input(&formatContext, url.constData(), nullptr, &options);
     av_dict_free(&options);
     if (opened < 0)
-        return cannotOpenMedia;
+        return isRestricted && isOfOtherFormat(fileName) ? refusedFormat : cannotOpenMedia;
     if (avformat_find_stream_info(formatContext, nullptr) < 0)
         return noStreamInformation;
     videoStreamIndex = av_find_best_stream(formatContext, AVMEDIA_TYPE_VIDEO, -1, -1, &codec, 0);
@@ -109,6 +134,8 @@ const char *VTFFmpegDecoder::openDecoder()
         if (int(i) != videoStreamIndex)
             formatContext->streams[i]->discard = AVDISCARD_ALL;
     }
+    if (isRestricted && av_match_list(codec->name, usualCodecs, ',') <= 0)
+        return refusedFormat;
     stream = formatContext->streams[videoStreamIndex];
     codecContext = avcodec_alloc_context3(codec);
     if (!codecContext || avcodec_parameters_to_context(codecContext, stream->codecpar) < 0)

@@ -20,6 +20,7 @@ public:
     Outcome nextPicture(QImage *picture, int *repeats) override;
     void seekToStart() override;
     void seek(double seconds, bool backward) override;
+    void setRestricted(bool isRestricted) override { this->isRestricted = isRestricted; }
 
 private:
     Q_DISABLE_COPY(VTFFmpegDecoder)
@@ -50,6 +51,7 @@ private:
     void followColours(int colourSpace, int colourRange);
 
     const AVIOInterruptCB interrupt;
+    bool isRestricted = false;
     AVFormatContext *formatContext = nullptr;
     AVCodecContext *codecContext = nullptr;
     FFmpegCompat::Codec *codec = nullptr;

@@ -233,11 +233,14 @@ QString VTManager::translateString(const QString &text, const QString &context)
         QStringLiteral("%1_%2.qm")
             .arg(d->text(TranslationContext, QStringLiteral("Vidtips")), currentLocale().name());
     const QString path = view->findComponent(folderAttribute, CatalogueFolder, defaultFolder, fileName);
-    if (!d->catalogue.isOf(path)) {
+    const bool isRestricted = d->context.get(RestrictContent, false).toBool();
+    if (!d->catalogue.isOf(path, !isRestricted)) {
         const bool isMissing = path == view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
-        d->catalogue.load(isMissing ? QString() : path);
+        d->catalogue.load(isMissing ? QString() : path, !isRestricted);
+        if (isRestricted && !isMissing && VTCatalogue::namesOthers(path))
+            view->refuse(QStringLiteral("the catalogue %1, which names others").arg(path));
     }
-    return d->catalogue.isOf(path) ? d->catalogue.translate(text, context) : text;
+    return d->catalogue.isOf(path, !isRestricted) ? d->catalogue.translate(text, context) : text;
 }
 
 QString VTManager::interpolate(const QString &text) const

@@ -1,6 +1,7 @@
 #include "VTVideoComponent.h"
 
 #include "VTClipReports_p.h"
+#include "VTReach_p.h"
 #include "VTVideoController.h"
 #include "VTVideoSourceFFMPEG.h"
 #include "VTView.h"
@@ -141,7 +142,8 @@ bool VTVideoComponent::resolve(const QString &name)
         isAsked = true;
         d->view = view;
         const QString resolved = view->findResource(name);
-        if (QFileInfo(resolved).isFile())
+        d->sourceObject->setRestricted(view->reach().isRestricted);
+        if (QFileInfo(resolved).isFile() && view->admitsFile(resolved))
             clip = QUrl::fromLocalFile(resolved);
     }
     if (!isAsked)

@@ -61,6 +61,12 @@ public:
     /** Repositions demuxer and decoder to a key picture at or after @p seconds, or before it if @p backward.
      */
     virtual void seek(double seconds, bool backward) = 0;
+
+    /**
+     * Has clips that are opened from now on be of the formats that content authors are told of, if @p
+     * isRestricted; none of those names other files.
+     */
+    virtual void setRestricted(bool isRestricted) = 0;
 };
 
 /** What makes decoders: the root object of the module with the codecs. For any thread. */

@@ -87,6 +87,11 @@ void VTVideoSourceFFMPEG::setMemoryLimit(quint64 bytes)
     d->memoryLimit = bytes;
 }
 
+void VTVideoSourceFFMPEG::setRestricted(bool isRestricted)
+{
+    d->isRestricted = isRestricted;
+}
+
 void VTVideoSourceFFMPEG::setClipReports(VTClipReports *reports)
 {
     d->reports = reports;

@@ -93,6 +93,9 @@ private:
      */
     VIDTIPS_NO_EXPORT void setClipReports(VTClipReports *reports);
 
+    /** Has clips that are opened from now on be of the usual formats, if @p isRestricted. For any thread. */
+    VIDTIPS_NO_EXPORT void setRestricted(bool isRestricted);
+
     std::unique_ptr<VTVideoSourceFFMPEGPrivate> const d;
 };
 

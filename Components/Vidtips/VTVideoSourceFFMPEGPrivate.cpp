@@ -58,6 +58,7 @@ QString VTVideoSourceFFMPEGPrivate::openDecoder(VTCodecs *codecs)
 {
     if (!decoder)
         decoder.reset(codecs->makeDecoder(&isInterrupted, owner));
+    decoder->setRestricted(isRestricted);
     const char *const problem = decoder->open(fileName);
     return problem ? QString::fromLatin1(problem).arg(fileName) : QString();
 }

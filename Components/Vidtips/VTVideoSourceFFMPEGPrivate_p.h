@@ -55,6 +55,8 @@ public:
     // frameLock.
     QRecursiveMutex lock;
 
+    std::atomic<bool> isRestricted{false};
+
     // Read by threads that present the clip, which must not wait while a picture is decoded: no lock needed.
     std::atomic<bool> isOpen{false};
     std::atomic<double> progress{0.0};

@@ -1,8 +1,10 @@
 #include "VTView.h"
 
 #include "VTAccessibility_p.h"
+#include "VTContentGuard_p.h"
 #include "VTIndex.h"
 #include "VTManager.h"
+#include "VTReach_p.h"
 #include "VTRemainingWindows_p.h"
 #include "VTScriptWatch_p.h"
 #include "VTStoppedFiles_p.h"
@@ -89,6 +91,8 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     bool hasEnded = false;
     const std::shared_ptr<VTViewWork> work = std::make_shared<VTViewWork>();
     std::unique_ptr<VTScriptWatch> scriptWatch;
+    std::shared_ptr<VTContentGuard> guard;
+    VTReach reach; ///< of the user interface that was loaded last
 
     VTInterface *host() const { return manager ? manager->vtinterface() : nullptr; }
 };
@@ -121,6 +125,9 @@ VTView::VTView(VTManager *manager, QWidget *parent)
 {
     d->manager = manager;
     d->scriptWatch.reset(new VTScriptWatch(engine(), [this] { stop(); }));
+    d->guard = std::make_shared<VTContentGuard>([this](const QUrl &url) { return openForContent(url); });
+    // Whoever asks holds locks of the engine's.
+    connect(d->guard.get(), &VTContentGuard::added, this, &VTView::tellRefusals, Qt::QueuedConnection);
     connect(engine(), &QDeclarativeEngine::warnings, this, &VTView::handleWarnings);
     setFrameShape(QFrame::NoFrame);
     setFrameShadow(QFrame::Plain);
@@ -135,6 +142,8 @@ VTView::~VTView()
     // The QML goes first, with everything it names still alive; what the engine keeps beyond it finds
     // nothing.
     replaceSource(QUrl());
+    tellRefusals();
+    d->guard->shut();
     disconnect(engine(), nullptr, this, nullptr);
     disconnect(this, &QDeclarativeView::statusChanged, this, &VTView::statusHasChanged);
     nameContent(nullptr);
@@ -211,6 +220,9 @@ VTXmlElement *VTView::content() const
 void VTView::setContent(VTXmlElement *content)
 {
     d->content = content;
+    if (content)
+        d->guard->beginContent(content->attribute(QStringLiteral("VTPackagName")),
+                               content->attribute(QStringLiteral("VTLocation")));
 }
 
 bool VTView::documentationAvailable() const
@@ -270,7 +282,7 @@ QString VTView::findComponent(const QString &attribute, contextKey key, const QS
     const QStringList candidates = index->componentPathsForElement(d->content, path);
     for (const QString &candidate : candidates) {
         const QFileInfo file(fileName.isEmpty() ? candidate : QDir(candidate).absoluteFilePath(fileName));
-        if (file.exists())
+        if (file.exists() && admitsFile(file.absoluteFilePath()))
             return file.absoluteFilePath();
     }
     return path;
@@ -280,8 +292,11 @@ QString VTView::findComponent(const QString &attribute, contextKey key, const QS
 // afterwards: a binding that was being evaluated has not taken it.
 void VTView::exposeContent(const QString &dataLocation)
 {
-    const VTViewWork::Scope scope(d->work);
     const QPointer<VTView> self(this);
+    dropForeignRoot();
+    if (!self)
+        return;
+    const VTViewWork::Scope scope(d->work);
     d->dataLocation = dataLocation;
     setMaximumSize(largestSize());
     ++d->exposures;
@@ -303,6 +318,13 @@ void VTView::exposeContent(const QString &dataLocation)
         d->titleWatch = connect(d->content, &VTXmlElement::contentChanged, this,
                                 [this] { VTAccessibility::titleHasChanged(this); });
     VTAccessibility::contentHasChanged(this);
+}
+
+// What other packages have loaded is not to be judged as if it were this content's.
+void VTView::dropForeignRoot()
+{
+    if (rootObject() && d->reach != reach() && !isAtWork())
+        replaceSource(QUrl());
 }
 
 void VTView::nameAll()
@@ -357,12 +379,14 @@ void VTView::statusHasChanged(QDeclarativeView::Status s)
 
 void VTView::loadQML(const QString &path)
 {
-    if (!QFileInfo(path).isFile()) {
-        report(QStringLiteral("Can't find :%1").arg(path));
-        return;
-    }
     const QPointer<VTView> self(this);
-    const QUrl url = isBarred(path) ? QUrl() : QUrl::fromLocalFile(path);
+    const bool isFile = QFileInfo(path).isFile();
+    if (!isFile)
+        report(QStringLiteral("Can't find :%1").arg(path));
+    if (!self || (!isFile && d->reach == reach()))
+        return;
+    const bool mayLoad = isFile && admitsFile(path) && !isBarred(path);
+    const QUrl url = mayLoad ? QUrl::fromLocalFile(path) : QUrl();
     if (!self || (!isLoaded(url) && loadsWithoutEnd()))
         return;
     d->pendingSource = url;
@@ -408,8 +432,58 @@ void VTView::replaceSource(const QUrl &url)
         countStop(before);
     if (!self || url.isEmpty())
         return;
+    renewReach();
     d->scriptWatch->restart(scriptTimeout());
     setSource(url);
+}
+
+// Without content, it is that of the content before.
+VTReach VTView::reach() const
+{
+    if (!setting(RestrictContent, false).toBool())
+        return {};
+    const VTIndex *const index = d->manager ? d->manager->index() : nullptr;
+    const bool hasContent = index && d->content;
+    return {true, hasContent ? index->componentPathsForElement(d->content, QString()) : d->reach.folders};
+}
+
+void VTView::renewReach()
+{
+    const VTReach now = reach();
+    if (now == d->reach)
+        return;
+    d->reach = now;
+    VTContentGuard::apply(d->guard, now, engine());
+}
+
+bool VTView::admitsFile(const QString &path) const
+{
+    const VTReach now = reach();
+    const bool isAdmitted = now.admitsFile(path) && (VTContentGuard::isSupported() || !now.isRestricted);
+    if (!isAdmitted)
+        refuse(QStringLiteral("reading %1").arg(path));
+    return isAdmitted;
+}
+
+void VTView::refuse(const QString &what) const
+{
+    d->guard->refused(what, QUrl(), 0);
+}
+
+void VTView::tellRefusals()
+{
+    const QPointer<VTView> self(this);
+    const QStringList refusals = d->guard->take();
+    for (const QString &refusal : refusals) {
+        if (self)
+            warn(refusal);
+    }
+}
+
+bool VTView::openForContent(const QUrl &url)
+{
+    const HostCall call(this);
+    return d->manager && d->manager->openExternalResource(url.toString());
 }
 
 bool VTView::isBarred(const QString &path)
@@ -451,8 +525,9 @@ void VTView::stop()
 
 bool VTView::isLoaded(const QUrl &url) const
 {
-    // A root that someone has destroyed is made anew.
-    return url == source() && (rootObject() || status() != Ready);
+    // A root that someone has destroyed is made anew, and so is one of another reach.
+    const bool isSource = url == source() && (rootObject() || status() != Ready);
+    return isSource && (url.isEmpty() || d->reach == reach());
 }
 
 // Parts of a user interface may come from the network, and a handler of the present one may have to return

@@ -18,6 +18,7 @@ namespace Vidtips {
 
 class VTManager;
 class VTViewWork;
+struct VTReach;
 
 /**
  * The QML view of a tip. It chooses and loads the user interface for its content, offers that QML a small set
@@ -134,7 +135,7 @@ public Q_SLOTS:
      * and leaves the current one. While a script of the view or the host that it has called is on the stack,
      * that waits until they have returned, and the last path counts. One that was stopped twice,
      * as its scripts ran for longer than Vidtips::ScriptTimeout, is reported and leaves none, until the file
-     * changes.
+     * changes. So does one outside the packages of the content while Vidtips::RestrictContent is set.
      */
     void loadQML(const QString &path);
 
@@ -212,6 +213,15 @@ private:
     VIDTIPS_NO_EXPORT int scriptTimeout() const;
     VIDTIPS_NO_EXPORT void countStop(const QString &path);
     VIDTIPS_NO_EXPORT void stop();
+    VIDTIPS_NO_EXPORT VTReach reach() const;
+    VIDTIPS_NO_EXPORT void renewReach();
+    VIDTIPS_NO_EXPORT void dropForeignRoot();
+    VIDTIPS_NO_EXPORT bool admitsFile(const QString &path) const;
+    VIDTIPS_NO_EXPORT void refuse(const QString &what) const;
+    VIDTIPS_NO_EXPORT void tellRefusals();
+    VIDTIPS_NO_EXPORT bool openForContent(const QUrl &url);
+    // Which says by the view that a catalogue is refused.
+    friend class VTManager;
     friend class VTTipShowing;
     friend class VTWidget;
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;

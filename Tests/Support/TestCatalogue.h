@@ -24,6 +24,14 @@ public:
         return *this;
     }
 
+    /** Has the catalogue at @p path be loaded with this one. */
+    TestCatalogue &addFile(const QString &path)
+    {
+        QDataStream out(&m_files, QIODevice::Append);
+        out << path;
+        return *this;
+    }
+
     QByteArray bytes() const
     {
         QByteArray hashes;
@@ -33,6 +41,8 @@ public:
         QByteArray file = QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd");
         QDataStream out(&file, QIODevice::Append);
         out << quint8(0x42) << hashes << quint8(0x69) << m_messages;
+        if (!m_files.isEmpty())
+            out << quint8(0x96) << m_files;
         return file;
     }
 
@@ -51,5 +61,6 @@ private:
 
     QByteArray m_context;
     QByteArray m_messages;
+    QByteArray m_files;
     QMap<quint32, quint32> m_hashes;
 };

@@ -18,6 +18,9 @@ private slots:
     void anotherTakesItsPlace();
     void unusableFileLeavesNone_data();
     void unusableFileLeavesNone();
+    void namesOthers_data();
+    void namesOthers();
+    void loadsThoseThatItNames();
 
 private:
     QScopedPointer<TestPackages> folder;
@@ -81,6 +84,45 @@ void tst_VTCatalogue::unusableFileLeavesNone()
     QVERIFY(!catalogue.isOf(german));
     catalogue.load(german);
     QCOMPARE(catalogue.translate("Cut", "Menu"), QString("Ausschneiden"));
+}
+
+void tst_VTCatalogue::namesOthers_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("names");
+    const QByteArray plain = TestCatalogue("Menu").add("Cut", "Ausschneiden").bytes();
+    const QByteArray naming = TestCatalogue("Menu").add("Cut", "Ausschneiden").addFile("/other.qm").bytes();
+    QTest::newRow("plain") << plain << false;
+    QTest::newRow("naming") << naming << true;
+    QTest::newRow("nothing else") << TestCatalogue("Menu").addFile("/other.qm").bytes() << false;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("head only") << plain.left(16) << false;
+    QTest::newRow("cut off in a length") << plain.left(18) << false;
+    QTest::newRow("longer than the file") << plain.left(16) + QByteArray::fromHex("42ffffffff96") << false;
+    QTest::newRow("naming first") << plain.left(16) + QByteArray::fromHex("960000000400000000") << true;
+}
+
+void tst_VTCatalogue::namesOthers()
+{
+    QFETCH(const QByteArray, bytes);
+    QTEST(VTCatalogue::namesOthers(folder->write("some.qm", bytes)), "names");
+    QVERIFY(!VTCatalogue::namesOthers(folder->filePath("missing.qm")));
+}
+
+void tst_VTCatalogue::loadsThoseThatItNames()
+{
+    const QString naming =
+        folder->write("naming.qm", TestCatalogue("Menu").add("Copy", "Kopieren").addFile(german).bytes());
+    VTCatalogue catalogue;
+    catalogue.load(naming);
+    QVERIFY(catalogue.isOf(naming));
+    QVERIFY(!catalogue.isOf(naming, false));
+    QCOMPARE(catalogue.translate("Cut", "Menu"), QString("Ausschneiden"));
+    catalogue.load(naming, false);
+    QVERIFY(!catalogue.isOf(naming, false));
+    catalogue.load(german, false);
+    QVERIFY(catalogue.isOf(german, false));
+    QVERIFY(!catalogue.isOf(german));
 }
 
 QTEST_GUILESS_MAIN(tst_VTCatalogue)

@@ -17,6 +17,8 @@ private slots:
     void factsOfAClip();
     void problems_data();
     void problems();
+    void opensUsualFormatsOnly_data();
+    void opensUsualFormatsOnly();
     void nextClipTakesItsPlace();
     void picturesToTheEnd();
     void equalPicturesShareTheirPixels();
@@ -82,6 +84,46 @@ void tst_VTFFmpegDecoder::problems()
     QCOMPARE(decoder.open(TestClips::h264()), nullptr);
     QTEST(QByteArray(decoder.open(path)), "problem");
     QVERIFY(!decoder.isOpen());
+}
+
+void tst_VTFFmpegDecoder::opensUsualFormatsOnly_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isUsual");
+    QTest::newRow("H.264 in MP4") << TestClips::h264() << true;
+    QTest::newRow("with sound") << TestClips::withAudio() << true;
+    QTest::newRow("VP8 in WebM") << TestClips::vp8() << true;
+    QTest::newRow("VP9 in WebM") << TestClips::vp9() << true;
+    QTest::newRow("MPEG-4 in AVI") << TestClips::mpeg4() << true;
+    QTest::newRow("another codec") << TestClips::onePicture() << false;
+    const QStringList mpeg4 = TestClips::moving("64x48", 3, {"-c:v", "mpeg4"});
+    QTest::newRow("another container") << TestClips::make("other.nut", mpeg4) << false;
+    QTest::newRow("picture") << TestClips::make("one.png", TestClips::moving("64x48", 1, {})) << false;
+    const QByteArray clip = TestClips::h264().toUtf8();
+    QTest::newRow("list of segments") << TestClips::write(
+        "list.m3u8",
+        "#EXTM3U\n#EXT-X-VERSION:3\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + clip + "\n#EXT-X-ENDLIST\n")
+                                      << false;
+    QTest::newRow("list of clips") << TestClips::write(
+        "list.ffconcat", "ffconcat version 1.0\nfile " + QFileInfo(clip).fileName().toUtf8())
+                                   << false;
+}
+
+void tst_VTFFmpegDecoder::opensUsualFormatsOnly()
+{
+    QFETCH(const QString, path);
+    QFETCH(const bool, isUsual);
+    VTFFmpegDecoder decoder(&goOn, nullptr);
+    QCOMPARE(decoder.open(path), nullptr);
+    QVERIFY(!nextPicture(decoder).isNull());
+    decoder.setRestricted(true);
+    const QByteArray problem = decoder.open(path);
+    QCOMPARE(problem,
+             isUsual ? QByteArray()
+                     : QByteArray("Restricted content is refused the format of the clip at: %1"));
+    QCOMPARE(isUsual, decoder.isOpen() && !nextPicture(decoder).isNull());
+    decoder.setRestricted(false);
+    QCOMPARE(decoder.open(path), nullptr);
 }
 
 void tst_VTFFmpegDecoder::nextClipTakesItsPlace()

@@ -22,6 +22,11 @@ bool QDeclarativeLocalFile::isRefused(const QUrl &url, const QObject *element)
     return isRefused(url) || QDeclarativeGuards::refuses(url, element);
 }
 
+bool QDeclarativeLocalFile::isPictureRefused(const QUrl &url, const QObject *element)
+{
+    return isRefused(url) || QDeclarativeGuards::refusesPicture(url, element);
+}
+
 QString QDeclarativeLocalFile::message(const QUrl &url)
 {
     return QStringLiteral("Cannot open: %1").arg(url.toString());
@@ -29,8 +34,16 @@ QString QDeclarativeLocalFile::message(const QUrl &url)
 
 bool QDeclarativeLocalFile::refuse(const QUrl &url, const QObject *element)
 {
-    if (!isRefused(url, element))
-        return false;
-    qmlWarning(element) << message(url);
-    return true;
+    const bool refused = isRefused(url, element);
+    if (refused)
+        qmlWarning(element) << message(url);
+    return refused;
+}
+
+bool QDeclarativeLocalFile::refusePicture(const QUrl &url, const QObject *element)
+{
+    const bool refused = isPictureRefused(url, element);
+    if (refused)
+        qmlWarning(element) << message(url);
+    return refused;
 }

@@ -20,7 +20,13 @@ QString message(const QUrl &);
 /** Tells the same, and whether the guard of the engine that made @p element refuses the address. */
 bool isRefused(const QUrl &, const QObject *element);
 
+/** Tells the same of the address of a picture, and whether the guard refuses what is in that. */
+bool isPictureRefused(const QUrl &, const QObject *element);
+
 /** Reports an address that is refused to @p element as a warning of that, and returns whether it is. */
 bool refuse(const QUrl &, const QObject *element);
+
+/** Does the same of the address of a picture. */
+bool refusePicture(const QUrl &, const QObject *element);
 
 } // namespace QDeclarativeLocalFile

@@ -4,6 +4,7 @@
 #include "qdeclarativeguardedcode_p.h"
 #include "qdeclarativeguards_p.h"
 
+#include <QtCore/QThread>
 #include <QtQml/QJSEngine>
 #include <QtQml/QQmlEngine>
 
@@ -19,6 +20,7 @@
 #include <unordered_map>
 
 using namespace QV4;
+using QDeclarativeGuardedFunctions::Place;
 
 namespace {
 
@@ -32,12 +34,6 @@ std::unordered_map<const QQmlEngine *, Originals> &originals()
     static std::unordered_map<const QQmlEngine *, Originals> all;
     return all;
 }
-
-struct Place
-{
-    QUrl file;
-    int line = 0;
-};
 
 // Where in a script the running function was called.
 Place placeOf(const ExecutionEngine *engine)
@@ -189,6 +185,11 @@ ReturnedValue member(Object *object, const char *name)
 
 } // namespace
 
+QDeclarativeGuardedFunctions::Place QDeclarativeGuardedFunctions::placeOf(const QQmlEngine *engine)
+{
+    return QThread::currentThread() == engine->thread() ? ::placeOf(engine->handle()) : Place();
+}
+
 void QDeclarativeGuardedFunctions::install(QQmlEngine *engine)
 {
     const auto added = originals().emplace(std::piecewise_construct, std::make_tuple(engine), std::tuple<>());
@@ -213,7 +214,7 @@ bool QDeclarativeGuardedFunctions::refuses(QQmlEngine *engine, const QString &wh
     if (!guard)
         return false;
     ExecutionEngine *const scripts = engine->handle();
-    const Place place = placeOf(scripts);
+    const Place place = placeOf(engine);
     guard->refused(what, place.file, place.line);
     if (scripts->currentStackFrame)
         scripts->throwError(QStringLiteral("Access denied: ") + what);

@@ -5,12 +5,14 @@
 #include "qdeclarativeguardedfiles_p.h"
 #include "qdeclarativeguardedfunctions_p.h"
 #include "qdeclarativeguardednetwork_p.h"
+#include "qdeclarativeguardedpictures_p.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QReadWriteLock>
 #include <QtQml/QQmlAbstractUrlInterceptor>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
+#include <QtQml/QQmlFile>
 #include <QtQml/QQmlNetworkAccessManagerFactory>
 
 #include <private/qqmldata_p.h>
@@ -34,7 +36,7 @@ public:
         const QUrl url = before ? before->intercept(asked, type) : asked;
         const auto guard = QDeclarativeGuards::of(engine);
         // What a property of an address is for is only known when it is used.
-        if (!guard || type == UrlString || isAdmitted(*guard, url, type))
+        if (!guard || type == UrlString || admits(*guard, url, type))
             return url;
         return QUrl(QStringLiteral("qrc:/refused/") + url.fileName());
     }
@@ -43,11 +45,12 @@ public:
     QQmlAbstractUrlInterceptor *const before;
 
 private:
-    static bool isAdmitted(QDeclarativeGuard &guard, const QUrl &url, DataType type)
+    bool admits(QDeclarativeGuard &guard, const QUrl &url, DataType type) const
     {
         if (guard.admits(url))
             return QDeclarativeGuardedCode::isAdmitted(guard, url, type);
-        guard.refused(QDeclarativeGuards::message(url), QUrl(), 0);
+        const auto place = QDeclarativeGuardedFunctions::placeOf(engine);
+        guard.refused(QDeclarativeGuards::message(url), place.file, place.line);
         return false;
     }
 };
@@ -127,6 +130,13 @@ void setEntry(const QQmlEngine *engine, const Entry &entry)
     number = entries().count();
 }
 
+void tell(QDeclarativeGuard &guard, const QString &what, const QObject *element)
+{
+    const QQmlContext *const context = qmlContext(element);
+    const QQmlData *const data = QQmlData::get(element);
+    guard.refused(what, context ? context->baseUrl() : QUrl(), data ? data->lineNumber : 0);
+}
+
 } // namespace
 
 std::shared_ptr<QDeclarativeGuard> QDeclarativeGuards::of(const QQmlEngine *engine)
@@ -167,9 +177,20 @@ bool QDeclarativeGuards::refuses(const QUrl &url, const QObject *element)
     const auto guard = of(qmlEngine(element));
     if (!guard || guard->admits(url))
         return false;
-    const QQmlContext *const context = qmlContext(element);
-    const QQmlData *const data = QQmlData::get(element);
-    guard->refused(message(url), context ? context->baseUrl() : QUrl(), data ? data->lineNumber : 0);
+    tell(*guard, message(url), element);
+    return true;
+}
+
+bool QDeclarativeGuards::refusesPicture(const QUrl &url, const QObject *element)
+{
+    if (refuses(url, element))
+        return true;
+    const auto guard = of(qmlEngine(element));
+    const QString problem =
+        guard ? QDeclarativeGuardedPictures::problemOf(QQmlFile::urlToLocalFileOrQrc(url)) : QString();
+    if (problem.isEmpty())
+        return false;
+    tell(*guard, QStringLiteral("%1: %2").arg(problem, url.toString()), element);
     return true;
 }
 

@@ -23,6 +23,9 @@ void end(QQmlEngine *engine);
 /** Tells whether the guard of @p element 's engine, if any, refuses @p url, and has the guard hear of it. */
 bool refuses(const QUrl &url, const QObject *element);
 
+/** Tells the same of a picture, which may show more than its own file. */
+bool refusesPicture(const QUrl &url, const QObject *element);
+
 /** What a guard is told of an address that it refuses. */
 QString message(const QUrl &url);
 

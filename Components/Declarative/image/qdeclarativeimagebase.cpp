@@ -46,7 +46,7 @@ bool QDeclarativeImageBasePrivate::scalesBitmap(const QUrl &url) const
 QString QDeclarativeImageBasePrivate::refusal(const QUrl &url, const QSize &requested) const
 {
     const QString file = QQmlFile::urlToLocalFileOrQrc(url);
-    if (QDeclarativeLocalFile::isRefused(url, q_func()))
+    if (QDeclarativeLocalFile::isPictureRefused(url, q_func()))
         return QDeclarativeLocalFile::message(url);
     if (file.isEmpty() || isCached(url, requested))
         return {};

@@ -39,8 +39,10 @@ void QDeclarativeFolderListModel::setFolder(const QUrl &folder)
 {
     if (folder == address)
         return;
-    if (QDeclarativeGuards::refuses(folder, this))
+    if (QDeclarativeGuards::refuses(folder, this)) {
+        isRefused = !isComplete;
         return;
+    }
     const QString path = pathOf(folder);
     if (!folder.isEmpty() && (path.isEmpty() || !QFileInfo(path).isDir()))
         return;
@@ -102,7 +104,7 @@ void QDeclarativeFolderListModel::setShowOnlyReadable(bool value)
 void QDeclarativeFolderListModel::componentComplete()
 {
     isComplete = true;
-    if (address.isEmpty()) {
+    if (address.isEmpty() && !isRefused) {
         address = QUrl::fromLocalFile(QDir::currentPath());
         Q_EMIT folderChanged();
     }
@@ -143,13 +145,12 @@ QDir::SortFlags QDeclarativeFolderListModel::sorting() const
 
 QFileInfoList QDeclarativeFolderListModel::list() const
 {
-    // Nobody has asked for the folder that there is without one.
-    if (QDeclarativeGuards::refuses(address.isEmpty() ? QUrl::fromLocalFile(QDir::rootPath()) : address,
-                                    this))
-        return {};
     // Without a folder there is the root of the file system, alone.
     if (address.isEmpty())
-        return {QFileInfo(QDir::rootPath())};
+        return QDeclarativeGuards::of(qmlEngine(this)) ? QFileInfoList()
+                                                       : QFileInfoList{QFileInfo(QDir::rootPath())};
+    if (QDeclarativeGuards::refuses(address, this))
+        return {};
     QDir::Filters what = QDir::Files;
     if (withFolders)
         what |= QDir::AllDirs | QDir::Drives;

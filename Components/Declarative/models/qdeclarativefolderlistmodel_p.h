@@ -92,6 +92,7 @@ private:
     bool withDots = false;
     bool readableOnly = false;
     bool isComplete = false;
+    bool isRefused = false; ///< the folder that was named at first
 };
 
 QML_DECLARE_TYPE(QDeclarativeFolderListModel)

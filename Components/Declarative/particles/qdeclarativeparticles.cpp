@@ -86,7 +86,7 @@ void QDeclarativeParticles::setSource(const QUrl &source)
     particles.clear();
     replacedCount = 0;
     updateBounds();
-    if (!address.isEmpty() && !QDeclarativeLocalFile::refuse(address, this)) {
+    if (!address.isEmpty() && !QDeclarativeLocalFile::refusePicture(address, this)) {
         loader.load(qmlEngine(this), address, QQuickPixmap::Cache | QQuickPixmap::Asynchronous);
         if (loader.isLoading())
             loader.connectFinished(this, SLOT(adoptPicture()));

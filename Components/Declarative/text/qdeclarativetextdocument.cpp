@@ -45,7 +45,7 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
     Picture &entry = pictures[url];
     if (!entry.source) {
         entry.source = new QQuickPixmap;
-        if (!QDeclarativeLocalFile::refuse(url, owner))
+        if (!QDeclarativeLocalFile::refusePicture(url, owner))
             entry.source->load(context->engine(), url);
         if (entry.source->isLoading())
             entry.source->connectFinished(this, SLOT(pictureFinished()));

@@ -1,13 +1,12 @@
-#include "LocalServer.h"
+#include "AnyFont.h"
+#include "FolderServer.h"
 
 #include <QtDeclarative/QDeclarativeEngine>
 #include <QtDeclarative/QDeclarativeGuard>
 #include <QtDeclarative/QDeclarativeView>
 
 #include <QtCore/QDir>
-#include <QtCore/QDirIterator>
 #include <QtCore/QMutex>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
@@ -60,27 +59,6 @@ public:
     QStringList refusals;
 };
 
-/** Serves the files of a folder, and counts who asks. */
-class FolderServer : public LocalServer
-{
-public:
-    explicit FolderServer(const QString &folder)
-    {
-        connect(this, &QTcpServer::newConnection, this, [this, folder] {
-            ++connections;
-            QTcpSocket *const socket = nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [socket, folder] {
-                const QByteArray name = socket->readAll().split(' ').value(1);
-                QFile file(folder + QString::fromLatin1(name));
-                const bool isThere = file.open(QIODevice::ReadOnly);
-                answer(socket, isThere ? "200 OK" : "404 Not Found", file.readAll());
-            });
-        });
-    }
-
-    int connections = 0;
-};
-
 } // namespace
 
 /**
@@ -109,7 +87,7 @@ private Q_SLOTS:
         write("outside/worker.js", "WorkerScript.onMessage = function(m) { WorkerScript.sendMessage(42) }\n");
         write("outside/animation.gif",
               QByteArray::fromBase64("R0lGODlhAgACAPAAAP8AAAAAACH5BAAAAAAALAAAAAACAAIAAAIChFEAOw=="));
-        writeFont();
+        QVERIFY2(QFile::copy(anyFont(), root + "/outside/font.ttf"), "there is no font");
         write("inside/including.js", "function reaches(url) { return Qt.include(url).status == 0 }\n");
         QVERIFY(QFile::link(root + "/outside", root + "/inside/linked"));
     }
@@ -307,6 +285,27 @@ private Q_SLOTS:
             "property variant it\nproperty bool reached: it.status == Image.Ready\n"
             "Component.onCompleted: it = Qt.createQmlObject('import QtQuick 1.0\\n"
             "Image { source: \"../outside/picture.png\" }', this)");
+        const auto drawing = [&row, &picture](const char *name, const QByteArray &content) {
+            row(name, picture + "Image { id: it; source: 'd.svg' }", "d.svg", content);
+        };
+        const QByteArray svg =
+            "<svg xmlns='http://www.w3.org/2000/svg' xmlns:x='http://www.w3.org/1999/xlink'"
+            " width='9' height='9'>";
+        drawing("drawing with a picture",
+                svg + "<image width='9' height='9' x:href='ROOT/outside/picture.png'/></svg>");
+        drawing("drawing with a picture without a namespace",
+                svg + "<image width='9' height='9' href='../outside/picture.png'/></svg>");
+        drawing("drawing with a picture named by an entity",
+                "<!DOCTYPE svg [<!ENTITY p '/outside/picture.png'>]>" + svg
+                    + "<image width='9' height='9' x:href='ROOT&p;'/></svg>");
+        drawing("drawing with a style sheet",
+                "<?xml version='1.0'?><?xml-stylesheet type=\"text/css\" href=\"ROOT/outside/style.css\"?>"
+                    + svg + "</svg>");
+        row("drawing in a text",
+            "property bool reached: it.height > 60\nText { id: it; text: '<p>a<img src=\"t.svg\"></p>' }",
+            "t.svg",
+            QByteArray(svg).replace("'9'", "'90'")
+                + "<image width='9' height='9' x:href='ROOT/outside/picture.png'/></svg>");
         const QByteArray query =
             "property bool reached: it.count > 0\nXmlListModel { id: it; xml: '<list/>'; ";
         row("query of another document", query + "query: \"/list[doc('file://ROOT/outside/list.xml')]\" }");
@@ -335,9 +334,25 @@ private Q_SLOTS:
         write("outside/module.mjs", "export function answer() { return 42 }");
         const QByteArray address = server.url("").chopped(1);
         if (!file.isEmpty())
-            write("inside/" + file, content.replace("SERVER", address));
+            write("inside/" + file, content.replace("SERVER", address).replace("ROOT", root.toUtf8()));
         body.replace("ROOT", root.toUtf8()).replace("SERVER", address);
         verifyThatOnlyAGuardRefuses(body, server);
+    }
+
+    void showsDrawingsThatNameNothing()
+    {
+        write("inside/own.svg",
+              "<svg xmlns='http://www.w3.org/2000/svg' xmlns:x='http://www.w3.org/1999/xlink' width='9' "
+              "height='9'>"
+              "<defs><rect id='r' width='9' height='9'/></defs><use x:href='#r'/><a "
+              "x:href='https://a.invalid/'>"
+              "<image "
+              "x:href='data:image/gif;base64,R0lGODlhAgACAPAAAP8AAAAAACH5BAAAAAAALAAAAAACAAIAAAIChFEAOw=='/>"
+              "</a></svg>");
+        const auto guard = std::make_shared<FolderGuard>(root + "/inside");
+        QVERIFY(reaches(
+            "property bool reached: it.status == Image.Ready\nImage { id: it; source: 'own.svg' }", guard));
+        QCOMPARE(guard->told(), QStringList());
     }
 
     void loadsNoPlugins()
@@ -496,21 +511,6 @@ private:
     {
         QFile file(root + '/' + name);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    // Any font of the machine: fonts are files of their own.
-    void writeFont() const
-    {
-        const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::FontsLocation)
-            + QStringList("/usr/share/fonts");
-        for (const QString &fonts : folders) {
-            QDirIterator walk(fonts, {"*.ttf"}, QDir::Files, QDirIterator::Subdirectories);
-            if (walk.hasNext()) {
-                QVERIFY(QFile::copy(walk.next(), root + "/outside/font.ttf"));
-                return;
-            }
-        }
-        QFAIL("there is no font");
     }
 
     QTemporaryDir folder;
