@@ -8,7 +8,7 @@ packages=(
     libqt5quickwidgets5 qml-module-qtquick2 qml-module-qtquick-localstorage libqt5sql5-sqlite
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
     libxcb-res0-dev
-    ffmpeg xvfb openbox picom weston qtwayland5 xdotool x11-utils fonts-dejavu-core libxml2-utils python3
+    ffmpeg xvfb openbox picom weston qtwayland5 xdotool x11-utils fonts-dejavu-core libxml2-utils python3 strace
     dbus-daemon at-spi2-core python3-pyatspi
 )
 
