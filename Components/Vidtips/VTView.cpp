@@ -437,12 +437,14 @@ void VTView::replaceSource(const QUrl &url)
     setSource(url);
 }
 
-// Without content, it is that of the content before.
+// A view that its manager has left behind, or without content, has what it had.
 VTReach VTView::reach() const
 {
+    if (!d->manager)
+        return d->reach;
     if (!setting(RestrictContent, false).toBool())
         return {};
-    const VTIndex *const index = d->manager ? d->manager->index() : nullptr;
+    const VTIndex *const index = d->manager->index();
     const bool hasContent = index && d->content;
     return {true, hasContent ? index->componentPathsForElement(d->content, QString()) : d->reach.folders};
 }

@@ -254,6 +254,19 @@ private Q_SLOTS:
         QVERIFY(!root());
     }
 
+    void staysRestrictedWithoutItsManager()
+    {
+        start("property bool reached: true", true);
+        QTRY_VERIFY(root());
+        const QPointer<VTView> view = session->view();
+        delete session->host;
+        QVERIFY(view);
+        view->loadQML(packages.filePath("outside/Reaching.qml"));
+        QVERIFY(!view->rootObject());
+        view->setSource(QUrl::fromLocalFile(packages.filePath("outside/Reaching.qml")));
+        QVERIFY(!view->rootObject());
+    }
+
     // Scripts that are loaded already have what they had, so that all of it goes.
     void takesEffectAtTheNextTip()
     {
@@ -342,12 +355,7 @@ private Q_SLOTS:
         QVERIFY(refusals.last().endsWith("restricted content is refused more than is told here"));
     }
 
-    void cleanup()
-    {
-        if (session)
-            session->host->onNotification = nullptr;
-        session.reset();
-    }
+    void cleanup() { session.reset(); }
 
 private:
     struct Reader

@@ -144,9 +144,13 @@ ReturnedValue createQmlObject(const FunctionObject *function, const Value *self,
                               int count)
 {
     const Call call(CreateQmlObject, function, self, values, count);
-    const QUrl base = placeOf(call.engine).file;
-    const bool isAdmitted =
-        !call.guard || QDeclarativeGuardedCode::isDocumentAdmitted(*call.guard, call.text(0), base);
+    if (!call.guard || count == 0)
+        return call.goThrough();
+    // What lies beside that address can be named without an import.
+    const QUrl base = count > 2 ? call.address(2) : placeOf(call.engine).file;
+    if (!call.guard->admits(base))
+        return call.refuse(QDeclarativeGuards::message(base));
+    const bool isAdmitted = QDeclarativeGuardedCode::isDocumentAdmitted(*call.guard, call.text(0), base);
     return isAdmitted ? call.goThrough() : call.engine->throwError(QStringLiteral("Access denied"));
 }
 

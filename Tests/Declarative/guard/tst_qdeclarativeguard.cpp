@@ -164,6 +164,13 @@ private Q_SLOTS:
         QTest::newRow("address in a text") << onCompleted(
             "Qt.createQmlObject('import QtQuick 1.0\\nimport \"../outside\"\\nThing {}', this)")
                                            << "Main.qml:2: reading file://ROOT/outside";
+        QTest::newRow("folder beside a text") << onCompleted(
+            "Qt.createQmlObject('import QtQuick 1.0\\nThing {}', this, 'file://ROOT/outside/script.js')")
+                                              << "Main.qml:6: reading file://ROOT/outside/script.js";
+        QTest::newRow("folder below the address of a text")
+            << onCompleted("Qt.createQmlObject('import QtQuick 1.0\\nimport \".\" as O\\nO.Thing {}', this, "
+                           "'../outside/script.js')")
+            << "Main.qml:6: reading file://ROOT/outside/script.js";
         const auto changing = [](const QByteArray &first, const QByteArray &then) {
             return "{ n: 0, toString: function() { return this.n++ ? '" + then + "' : '" + first + "' } }";
         };
