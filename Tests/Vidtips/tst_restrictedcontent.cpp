@@ -11,6 +11,9 @@
 
 using namespace Vidtips;
 
+/** Milliseconds that a slow machine may take. */
+constexpr int patience = 30000;
+
 /**
  * Each way out of a package, by each element or function that takes an address, tried without the switch,
  * where it has to work, and with it. The judge of paths and the guard of the QML module have tests of their
@@ -339,7 +342,7 @@ private Q_SLOTS:
         QFile::exists("/begin of restricted content");
         start(all, true);
         // The engine asks but once for the component that two of them name.
-        QTRY_VERIFY2(heard().count() == number - 1, qPrintable(refusals.join('\n')));
+        QTRY_VERIFY2_WITH_TIMEOUT(heard().count() == number - 1, qPrintable(refusals.join('\n')), patience);
         QCoreApplication::processEvents();
         QFile::exists("/end of restricted content");
         QCOMPARE(server.connections, 0);
@@ -526,7 +529,7 @@ private:
             hear();
             return isReached() || !allMessages.isEmpty();
         };
-        if (!QTest::qWaitFor(isSettled))
+        if (!QTest::qWaitFor(isSettled, patience))
             return false;
         // What was refused has its consequences, if any, when events were processed.
         const bool isThere = QTest::qWaitFor(isReached, 50);
