@@ -4,7 +4,7 @@ packages=(
     g++ cmake ninja-build pkg-config
     qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev qtdeclarative5-dev-tools
     qttools5-dev qttools5-dev-tools
-    libqt5svg5 libqt5xmlpatterns5-dev
+    libqt5svg5 libqt5xmlpatterns5-dev zlib1g-dev
     libqt5quickwidgets5 qml-module-qtquick2 qml-module-qtquick-localstorage libqt5sql5-sqlite
     libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
     libxcb-res0-dev

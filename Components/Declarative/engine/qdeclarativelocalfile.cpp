@@ -39,11 +39,3 @@ bool QDeclarativeLocalFile::refuse(const QUrl &url, const QObject *element)
         qmlWarning(element) << message(url);
     return refused;
 }
-
-bool QDeclarativeLocalFile::refusePicture(const QUrl &url, const QObject *element)
-{
-    const bool refused = isPictureRefused(url, element);
-    if (refused)
-        qmlWarning(element) << message(url);
-    return refused;
-}

@@ -26,7 +26,4 @@ bool isPictureRefused(const QUrl &, const QObject *element);
 /** Reports an address that is refused to @p element as a warning of that, and returns whether it is. */
 bool refuse(const QUrl &, const QObject *element);
 
-/** Does the same of the address of a picture. */
-bool refusePicture(const QUrl &, const QObject *element);
-
 } // namespace QDeclarativeLocalFile

@@ -1,5 +1,7 @@
 #include "qdeclarativeguardednetwork_p.h"
 
+#include "bounds/qdeclarativedownloads_p.h"
+#include "bounds/qdeclarativerefusedreply_p.h"
 #include "qdeclarativeguard.h"
 #include "qdeclarativeguardedfiles_p.h"
 #include "qdeclarativeguards_p.h"
@@ -8,35 +10,6 @@
 #include <QtNetwork/QNetworkReply>
 
 namespace {
-
-/** A reply to what is not asked. */
-class Refusal : public QNetworkReply
-{
-public:
-    Refusal(QNetworkAccessManager::Operation operation, const QNetworkRequest &request, QObject *parent)
-        : QNetworkReply(parent)
-    {
-        setOperation(operation);
-        setRequest(request);
-        setUrl(request.url());
-        open(ReadOnly | Unbuffered);
-        setError(ContentAccessDenied, QStringLiteral("Access denied: %1").arg(request.url().toString()));
-        QMetaObject::invokeMethod(this, &Refusal::finish, Qt::QueuedConnection);
-    }
-
-    void abort() override { }
-
-protected:
-    qint64 readData(char *, qint64) override { return -1; }
-
-private:
-    void finish()
-    {
-        setFinished(true);
-        Q_EMIT errorOccurred(error());
-        Q_EMIT finished();
-    }
-};
 
 class Manager : public QNetworkAccessManager
 {
@@ -53,10 +26,18 @@ protected:
     {
         const auto guard = QDeclarativeGuards::of(engine);
         const bool isReading = operation == GetOperation || operation == HeadOperation;
-        if (!guard || (isReading && guard->admits(request.url())))
+        const bool isAdmitted = !guard || (isReading && guard->admits(request.url()));
+        const QString problem = isAdmitted
+            ? QDeclarativeDownloads::problemOfFile(request.url())
+            : QStringLiteral("Access denied: %1").arg(request.url().toString());
+        if (problem.isEmpty())
             return QNetworkAccessManager::createRequest(operation, request, data);
-        guard->refused(QDeclarativeGuards::message(request.url()), QUrl(), 0);
-        return new Refusal(operation, request, this);
+        if (guard && !(isAdmitted && request.originatingObject()))
+            guard->refused(QDeclarativeGuards::message(request.url()), QUrl(), 0);
+        auto *const reply = new QDeclarativeRefusedReply(operation, request, problem, this);
+        if (isAdmitted)
+            QDeclarativeDownloads::setRefused(reply, problem);
+        return reply;
     }
 
 private:

@@ -1,5 +1,8 @@
 #include "qdeclarativeanimatedimage_p.h"
 
+#include "bounds/qdeclarativedownloads_p.h"
+#include "engine/qdeclarativepicturefile_p.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QPointer>
 #include <QtGui/QMovie>
@@ -82,6 +85,7 @@ void QDeclarativeAnimatedImagePrivate::fetch()
     }
     QNetworkRequest request(url);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setOriginatingObject(q);
     reply = engine->networkAccessManager()->get(request);
     QObject::connect(reply, &QNetworkReply::finished, q, [this] { receive(); });
     QObject::connect(reply, &QNetworkReply::downloadProgress, q, [this](qint64 received, qint64 total) {
@@ -97,7 +101,11 @@ void QDeclarativeAnimatedImagePrivate::receive()
     finished->deleteLater();
     if (finished->error() == QNetworkReply::NoError)
         data.setData(finished->readAll());
+    else if (QDeclarativeDownloads::isRefused(finished))
+        refused = finished->errorString();
     data.open(QIODevice::ReadOnly);
+    if (refused.isEmpty())
+        refused = QDeclarativePictureFile::refusal(&data, url, q_func());
     open(MoviePointer(new QMovie(&data)));
 }
 
@@ -105,8 +113,10 @@ void QDeclarativeAnimatedImagePrivate::open(MoviePointer candidate)
 {
     Q_Q(QDeclarativeAnimatedImage);
     movie = std::move(candidate);
-    if (!showFirstFrame()) {
-        qmlWarning(q) << "Error Reading Animated Image File " << url.toString();
+    if (!refused.isEmpty() || !showFirstFrame()) {
+        qmlWarning(q) << (refused.isEmpty()
+                              ? QLatin1String("Error Reading Animated Image File ") + url.toString()
+                              : refused);
         movie.reset();
         finish(QDeclarativeImageBase::Error, data.isOpen() ? 1 : 0);
         return;
@@ -252,9 +262,10 @@ void QDeclarativeAnimatedImage::load()
     const bool wasPlaying = isPlaying();
     d->drop();
     const QString file = QQmlFile::urlToLocalFileOrQrc(d->url);
+    d->refused = QDeclarativePictureFile::refusal(d->url, QSize(), this);
     if (d->url.isEmpty())
         d->finish(Null, 0);
-    else if (!d->refusal(d->url, QSize()).isEmpty())
+    else if (!d->refused.isEmpty())
         d->open(MoviePointer(new QMovie));
     else if (file.isEmpty())
         d->fetch();

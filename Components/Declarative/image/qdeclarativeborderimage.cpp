@@ -91,6 +91,7 @@ void QDeclarativeBorderImagePrivate::fetchDescription()
     }
     QNetworkRequest request(url);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setOriginatingObject(q);
     reply = engine->networkAccessManager()->get(request);
     status = QDeclarativeImageBase::Loading;
     setProgress(0);

@@ -1,8 +1,7 @@
 #include "qdeclarativeimagebase_p.h"
 
-#include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativepicturefile_p.h"
 
-#include <QtGui/QImageReader>
 #include <QtQml/QQmlFile>
 #include <QtQml/QQmlInfo>
 
@@ -10,17 +9,9 @@
 
 using Base = QDeclarativeImageBase;
 
-/** The most pixels that a picture may have; what claims more is not worth the host's memory. */
-static constexpr qint64 pixelLimit = 128 * 1024 * 1024;
-
 static bool isVectorFormat(const QByteArray &format)
 {
     return format.startsWith("svg") || format == "pdf";
-}
-
-static bool isCached(const QUrl &url, const QSize &size)
-{
-    return QQuickPixmap::isCached(url, QRect(), size, 0, QQuickImageProviderOptions());
 }
 
 /** The size of a bitmap of the size @p own: no larger, and with one side given in its proportion. */
@@ -43,27 +34,6 @@ bool QDeclarativeImageBasePrivate::scalesBitmap(const QUrl &url) const
         && !isVectorFormat(url.path().section(QLatin1Char('.'), -1).toLower().toLatin1());
 }
 
-QString QDeclarativeImageBasePrivate::refusal(const QUrl &url, const QSize &requested) const
-{
-    const QString file = QQmlFile::urlToLocalFileOrQrc(url);
-    if (QDeclarativeLocalFile::isPictureRefused(url, q_func()))
-        return QDeclarativeLocalFile::message(url);
-    if (file.isEmpty() || isCached(url, requested))
-        return {};
-    QImageReader reader(file);
-    QSizeF size = reader.size();
-    if (size.isEmpty())
-        return {};
-    if (isVectorFormat(reader.format()) && (requested.width() > 0 || requested.height() > 0)) {
-        const qreal byWidth = requested.width() / size.width();
-        const qreal byHeight = requested.height() / size.height();
-        size = requested.isEmpty() ? size * qMax(byWidth, byHeight) : QSizeF(requested);
-    }
-    if (size.width() * size.height() <= pixelLimit)
-        return {};
-    return QStringLiteral("Error decoding: %1: Image too large").arg(url.toString());
-}
-
 bool QDeclarativeImageBasePrivate::request(const QUrl &url)
 {
     Q_Q(QDeclarativeImageBase);
@@ -74,7 +44,7 @@ bool QDeclarativeImageBasePrivate::request(const QUrl &url)
     options.setFlag(QQuickPixmap::Cache, cache);
     // Qt would keep the aspect ratio of a bitmap, or round it, so that one is loaded whole.
     const QSize size = scalesBitmap(url) ? QSize() : wantedSize;
-    refused = refusal(url, size);
+    refused = QDeclarativePictureFile::refusal(url, size, q);
     if (!refused.isEmpty())
         return false;
     QQmlEngine *engine = qmlEngine(q);

@@ -103,7 +103,6 @@ public:
     void setStatus(QDeclarativeImageBase::Status);
     void setProgress(qreal);
     bool scalesBitmap(const QUrl &url) const;
-    QString refusal(const QUrl &url, const QSize &requested) const;
 
     QQuickPixmap loader;
     QPixmap picture;

@@ -1,10 +1,10 @@
 #include "qdeclarativescalegrid_p.h"
 
+#include "bounds/qdeclarativebounds_p.h"
+
 #include <QtCore/QDebug>
 #include <QtCore/QIODevice>
 #include <QtCore/QStringList>
-
-static constexpr qint64 fileLimit = 64 * 1024;
 
 void QDeclarativeScaleGrid::setMargins(const QMargins &margins)
 {
@@ -36,7 +36,8 @@ void QDeclarativeScaleGrid::setBottom(int bottom)
 
 QDeclarativeGridScaledImage::QDeclarativeGridScaledImage(QIODevice *device)
 {
-    const QStringList lines = QString::fromUtf8(device->read(fileLimit)).split(QLatin1Char('\n'));
+    const QStringList lines =
+        QString::fromUtf8(device->read(QDeclarativeBounds::description)).split(QLatin1Char('\n'));
     for (const QString &line : lines)
         readLine(line);
 }

@@ -1,5 +1,6 @@
 #include "qdeclarativeengine.h"
 
+#include "bounds/qdeclarativedownloads_p.h"
 #include "guard/qdeclarativeguards_p.h"
 #include "qdeclarativeengine_p.h"
 #include "qdeclarativeimageprovider.h"
@@ -31,6 +32,7 @@ void boundCallDepth(QQmlEngine *engine)
 
 QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
     : QQmlEngine(parent)
+    , m_downloads(new QDeclarativeDownloads(this))
 {
     boundCallDepth(this);
     prepareDeclarativeEngine(this);
@@ -44,6 +46,8 @@ QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
 QDeclarativeEngine::~QDeclarativeEngine()
 {
     QDeclarativeGuards::end(this);
+    // Goes after the engine's other children, of which its threads are some.
+    m_downloads.release()->setParent(this);
 }
 
 QDeclarativeImageProvider *QDeclarativeEngine::imageProvider(const QString &id) const
@@ -64,6 +68,16 @@ std::shared_ptr<QDeclarativeGuard> QDeclarativeEngine::guard() const
 void QDeclarativeEngine::setGuard(const std::shared_ptr<QDeclarativeGuard> &guard)
 {
     QDeclarativeGuards::set(this, guard);
+}
+
+int QDeclarativeEngine::pictureLimit() const
+{
+    return m_downloads->pictureLimit();
+}
+
+void QDeclarativeEngine::setPictureLimit(int megapixels)
+{
+    m_downloads->setPictureLimit(megapixels);
 }
 
 bool QDeclarativeEngine::importPlugin(const QString &filePath, const QString &uri, QString *error)

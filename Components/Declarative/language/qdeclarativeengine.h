@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class QDeclarativeDownloads;
 class QDeclarativeGuard;
 class QDeclarativeImageProvider;
 class QDeclarativeNetworkAccessManagerFactory;
@@ -26,6 +27,8 @@ class VIDTIPS_DECLARATIVE_EXPORT QDeclarativeEngine : public QQmlEngine
      * destroyed then, nor what it runs.
      */
     Q_PROPERTY(bool running READ isRunning)
+    /** The most that a picture may have, in megapixels; what has more is not decoded. 0 or less: 64. */
+    Q_PROPERTY(int pictureLimit READ pictureLimit WRITE setPictureLimit)
 
 public:
     /** Makes an engine that @p parent owns, if there is one. */
@@ -40,6 +43,12 @@ public:
 
     /** Returns what makes the engine's network access managers, or null if none of this class is set. */
     QDeclarativeNetworkAccessManagerFactory *networkAccessManagerFactory() const;
+
+    /** Returns the most that a picture may have, in megapixels; 0 or less, as at first: the usual 64. */
+    int pictureLimit() const;
+
+    /** Sets the most that a picture may have, for those that are decoded from now on. */
+    void setPictureLimit(int megapixels);
 
     /** Returns what decides about the reach of content; null at first, which lets it reach everything. */
     std::shared_ptr<QDeclarativeGuard> guard() const;
@@ -77,6 +86,7 @@ private:
     friend class QDeclarativeView;
     VIDTIPS_DECLARATIVE_NO_EXPORT bool isRunning() const;
 
+    std::unique_ptr<QDeclarativeDownloads> m_downloads;
     int m_warningsInHand = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "qdeclarativexmllistmodel_p.h"
 
+#include "bounds/qdeclarativebounds_p.h"
+#include "bounds/qdeclarativedownloads_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -220,6 +222,7 @@ void QDeclarativeXmlListModel::request(const QUrl &url)
     QNetworkRequest request(url);
     request.setRawHeader("Accept", "application/xml,*/*");
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setOriginatingObject(this);
     reply = engine->networkAccessManager()->get(request);
     connect(reply, &QNetworkReply::finished, this, &QDeclarativeXmlListModel::finishRequest);
     connect(reply, &QNetworkReply::downloadProgress, this, [this](qint64 received, qint64 total) {
@@ -237,7 +240,16 @@ void QDeclarativeXmlListModel::finishRequest()
         startQuery(finished->readAll());
         return;
     }
-    fail(finished->errorString());
+    if (QDeclarativeDownloads::isRefused(finished))
+        refuse(finished->errorString());
+    else
+        fail(finished->errorString());
+}
+
+void QDeclarativeXmlListModel::refuse(const QString &message)
+{
+    qmlWarning(this) << message;
+    fail(message);
 }
 
 void QDeclarativeXmlListModel::fail(const QString &message)
@@ -252,6 +264,10 @@ void QDeclarativeXmlListModel::fail(const QString &message)
 
 void QDeclarativeXmlListModel::startQuery(const QByteArray &document)
 {
+    if (document.size() > QDeclarativeBounds::document) {
+        refuse(QDeclarativeBounds::message("Document", QDeclarativeBounds::document));
+        return;
+    }
     QDeclarativeXmlQuery query;
     query.document = document;
     query.query = path;

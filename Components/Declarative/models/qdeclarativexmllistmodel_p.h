@@ -127,6 +127,7 @@ private:
     void request(const QUrl &);
     void finishRequest();
     void fail(const QString &message);
+    void refuse(const QString &message);
     void startQuery(const QByteArray &document);
     void adopt(const Result &);
     void adoptAll(const Result &);

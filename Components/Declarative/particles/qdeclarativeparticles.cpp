@@ -1,6 +1,6 @@
 #include "qdeclarativeparticles_p.h"
 
-#include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativepicturefile_p.h"
 
 #include <QtCore/QAbstractAnimation>
 #include <QtCore/QRandomGenerator>
@@ -86,7 +86,7 @@ void QDeclarativeParticles::setSource(const QUrl &source)
     particles.clear();
     replacedCount = 0;
     updateBounds();
-    if (!address.isEmpty() && !QDeclarativeLocalFile::refusePicture(address, this)) {
+    if (!address.isEmpty() && !QDeclarativePictureFile::refuse(address, this)) {
         loader.load(qmlEngine(this), address, QQuickPixmap::Cache | QQuickPixmap::Asynchronous);
         if (loader.isLoading())
             loader.connectFinished(this, SLOT(adoptPicture()));

@@ -1,9 +1,13 @@
 #include "qdeclarativefontloader_p.h"
 
+#include "bounds/qdeclarativefontfile_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativeqttype_p.h"
 
+#include <QtCore/QFile>
 #include <QtQml/QQmlEngine>
+#include <QtQml/QQmlFile>
+#include <QtQml/QQmlInfo>
 
 #include <private/qqmldata_p.h>
 #include <private/qqmltype_p.h>
@@ -41,7 +45,7 @@ void QDeclarativeFontLoader::setSource(const QUrl &source)
     if (source == this->source())
         return;
     refused.clear();
-    if (QDeclarativeLocalFile::refuse(source, this)) {
+    if (refuses(source)) {
         refused = source;
     } else if (loader()->property("source").toUrl() != source) {
         inner->setProperty("source", source);
@@ -50,6 +54,20 @@ void QDeclarativeFontLoader::setSource(const QUrl &source)
     // Also when what was refused came after that very source.
     Q_EMIT sourceChanged();
     Q_EMIT statusChanged();
+}
+
+bool QDeclarativeFontLoader::refuses(const QUrl &source)
+{
+    if (QDeclarativeLocalFile::refuse(source, this))
+        return true;
+    const QString path = QQmlFile::urlToLocalFileOrQrc(source);
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return false;
+    const QString problem = QDeclarativeFontFile::problem(&file);
+    if (!problem.isEmpty())
+        qmlWarning(this) << problem << ": " << source.toString();
+    return !problem.isEmpty();
 }
 
 QString QDeclarativeFontLoader::name() const

@@ -35,6 +35,7 @@ Q_SIGNALS:
 
 private:
     QObject *loader();
+    bool refuses(const QUrl &source);
 
     QObject *inner = nullptr; ///< made when there is something to ask it for
     QUrl refused; ///< what the source is instead of the one that the loader has

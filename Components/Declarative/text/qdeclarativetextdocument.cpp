@@ -1,7 +1,10 @@
 #include "qdeclarativetextdocument_p.h"
 
+#include "bounds/qdeclarativebounds_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativepicturefile_p.h"
 
+#include <QtCore/QFileInfo>
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QPalette>
 #include <QtGui/QPixmap>
@@ -39,13 +42,12 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
 {
     QQmlContext *context = qmlContext(owner);
     if (type != QTextDocument::ImageResource || !context)
-        return QDeclarativeLocalFile::isRefused(name, owner) ? QVariant()
-                                                             : QTextDocument::loadResource(type, name);
+        return refuses(name) ? QVariant() : QTextDocument::loadResource(type, name);
     const QUrl url = context->resolvedUrl(name);
     Picture &entry = pictures[url];
     if (!entry.source) {
         entry.source = new QQuickPixmap;
-        if (!QDeclarativeLocalFile::refusePicture(url, owner))
+        if (!QDeclarativePictureFile::refuse(url, owner))
             entry.source->load(context->engine(), url);
         if (entry.source->isLoading())
             entry.source->connectFinished(this, SLOT(pictureFinished()));
@@ -57,6 +59,18 @@ QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)
     if (!entry.isPending)
         addResource(type, name, shown);
     return shown;
+}
+
+/** What is no picture is a style sheet, of which the whole file is read. */
+bool QDeclarativeTextDocument::refuses(const QUrl &name) const
+{
+    if (QDeclarativeLocalFile::isRefused(name, owner))
+        return true;
+    const bool isTooLarge = QFileInfo(name.path()).size() > QDeclarativeBounds::document;
+    if (isTooLarge)
+        qmlWarning(owner) << QDeclarativeBounds::message("Document", QDeclarativeBounds::document) << ": "
+                          << name.toString();
+    return isTooLarge;
 }
 
 QVariant QDeclarativeTextDocument::picture(const Picture &picture) const

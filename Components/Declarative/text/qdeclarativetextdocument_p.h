@@ -48,6 +48,7 @@ private:
         bool isPending = true;
     };
 
+    bool refuses(const QUrl &name) const;
     void settle(Picture &);
     QVariant picture(const Picture &) const;
 

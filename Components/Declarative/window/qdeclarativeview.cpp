@@ -1,13 +1,16 @@
 #include "qdeclarativeview.h"
 
 #include "engine/qdeclarativelocalfile_p.h"
+#include "engine/qdeclarativepicturefile_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "guard/qdeclarativeguardedfunctions_p.h"
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QPointer>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTimer>
 #include <QtCore/QTimerEvent>
 #include <QtGui/QResizeEvent>
@@ -16,6 +19,7 @@
 #include <QtWidgets/QLayout>
 
 #include <private/qqmldata_p.h>
+#include <private/qqmlengine_p.h>
 
 namespace {
 
@@ -56,6 +60,7 @@ public:
     void fitRootToView();
     bool isRunning() const { return engine.isRunning(); }
     void report(const QList<QDeclarativeError> &) const;
+    bool refusesPictures(const QString &styleSheet);
     QSize rootSize() const;
     QDeclarativeItem *rootItem() const { return qobject_cast<QDeclarativeItem *>(root.data()); }
     QGraphicsWidget *rootWidget() const { return qobject_cast<QGraphicsWidget *>(root.data()); }
@@ -206,6 +211,25 @@ void QDeclarativeView::Private::adoptRoot(QGraphicsObject *object)
         fitRootToView();
 }
 
+/** A style sheet of content's may name pictures, which Qt decodes as it likes. */
+bool QDeclarativeView::Private::refusesPictures(const QString &styleSheet)
+{
+    static const QRegularExpression picture(QStringLiteral("url\\(\\s*[\"']?([^\"')]*)"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    QRegularExpressionMatchIterator pictures = picture.globalMatch(styleSheet);
+    while (pictures.hasNext()) {
+        const QUrl url = QUrl::fromUserInput(pictures.next().captured(1).trimmed(), QDir::currentPath());
+        QQmlError error;
+        error.setDescription(QDeclarativePictureFile::refusal(url, QSize(), q));
+        error.setUrl(source);
+        if (error.description().isEmpty())
+            continue;
+        QQmlEnginePrivate::warning(&engine, error);
+        return true;
+    }
+    return false;
+}
+
 QSize QDeclarativeView::Private::rootSize() const
 {
     if (QDeclarativeItem *item = rootItem())
@@ -336,7 +360,9 @@ QList<QDeclarativeError> QDeclarativeView::errors() const
 
 void QDeclarativeView::setStyleSheet(const QString &styleSheet)
 {
-    if (!QDeclarativeGuardedFunctions::refuses(&d->engine, QStringLiteral("setting a style sheet")))
+    if (QDeclarativeGuardedFunctions::refuses(&d->engine, QStringLiteral("setting a style sheet")))
+        return;
+    if (!d->isRunning() || !d->refusesPictures(styleSheet))
         QGraphicsView::setStyleSheet(styleSheet);
 }
 

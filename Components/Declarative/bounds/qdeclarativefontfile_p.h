@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QString>
+
+QT_BEGIN_NAMESPACE
+class QIODevice;
+QT_END_NAMESPACE
+
+/** What a font would take, as its header says. Any thread. */
+namespace QDeclarativeFontFile {
+
+/** Returns why the font in @p font, which is at its begin, is not to be loaded, or nothing. */
+QString problem(QIODevice *font);
+
+} // namespace QDeclarativeFontFile
