@@ -1,5 +1,6 @@
 #include "qdeclarativexmlquery_p.h"
 
+#include "bounds/qdeclarativedownloads_p.h"
 #include "guard/qdeclarativeguardednetwork_p.h"
 #include "guard/qdeclarativeguards_p.h"
 
@@ -7,6 +8,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtXmlPatterns/QAbstractMessageHandler>
+#include <QtXmlPatterns/QAbstractUriResolver>
 #include <QtXmlPatterns/QXmlItem>
 #include <QtXmlPatterns/QXmlQuery>
 #include <QtXmlPatterns/QXmlResultItems>
@@ -20,6 +22,23 @@ protected:
     void handleMessage(QtMsgType, const QString &, const QUrl &, const QSourceLocation &) override { }
 };
 
+/** Keeps queries from files that are too large, or no files, and remembers why. */
+class Bound : public QAbstractUriResolver
+{
+public:
+    QUrl resolve(const QUrl &relative, const QUrl &base) const override
+    {
+        const QUrl url = base.resolved(relative);
+        const QString found = QDeclarativeDownloads::problemOfFile(url);
+        if (found.isEmpty())
+            return url;
+        problem = found;
+        return {};
+    }
+
+    mutable QString problem;
+};
+
 /** Evaluates one query after the other on the same document. */
 class Evaluation
 {
@@ -30,6 +49,7 @@ public:
     {
         document.open(QIODevice::ReadOnly);
         query.setMessageHandler(&silence);
+        query.setUriResolver(&bound);
         if (QDeclarativeGuards::of(asked.engine))
             query.setNetworkAccessManager(network());
         query.bindVariable(QStringLiteral("document"), &document);
@@ -51,6 +71,9 @@ public:
         return true;
     }
 
+    /** Why a file was not read that a query names, or nothing. */
+    QString problem() const { return bound.problem; }
+
 private:
     QNetworkAccessManager *network()
     {
@@ -61,6 +84,7 @@ private:
     QDeclarativeXmlQuery &asked;
     QBuffer document;
     Silence silence;
+    Bound bound;
     std::unique_ptr<QNetworkAccessManager> manager;
     QXmlQuery query;
 };
@@ -92,5 +116,7 @@ QDeclarativeXmlResult evaluateXmlQuery(QDeclarativeXmlQuery query)
         while (column.count() < result.count)
             column.append(QString());
     }
+    if (!evaluation.problem().isEmpty())
+        result.messages.append({-1, evaluation.problem()});
     return result;
 }

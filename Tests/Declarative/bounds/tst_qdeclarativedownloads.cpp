@@ -69,6 +69,8 @@ private slots:
     void pipe();
     void fileForWorker();
     void text();
+    void fileOfQuery_data();
+    void fileOfQuery();
 };
 
 void tst_QDeclarativeDownloads::initTestCase()
@@ -215,6 +217,34 @@ void tst_QDeclarativeDownloads::text()
     QCOMPARE(messages.texts().count(), 1);
     QVERIFY(messages.texts().at(0).endsWith(QLatin1String("Scene1.qml:3:1: QML XmlListModel: ")
                                             + documentTooLarge));
+}
+
+void tst_QDeclarativeDownloads::fileOfQuery_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("count");
+    QTest::newRow("as large as may be") << document << 1;
+    QTest::newRow("larger") << document + 1 << 0;
+}
+
+void tst_QDeclarativeDownloads::fileOfQuery()
+{
+    QFETCH(int, size);
+    QFETCH(int, count);
+    QmlScene scene;
+    const QByteArray root = "<a/>";
+    const QUrl url = scene.addFile(QStringLiteral("other"), root + QByteArray(size - root.size(), ' '));
+    MessageRecorder messages;
+    scene.load("import QtQuick 1.1\nItem { property int status: m.status; property int count: m.count\n"
+               "XmlListModel { id: m; xml: '<b/>'; query: '/doc(\""
+               + url.toEncoded()
+               + "\")/a'; "
+                 "XmlRole { name: 'c'; query: 'c/string()' } } }");
+    QTRY_COMPARE_WITH_TIMEOUT(scene.root()->property("status").toInt(), 1, 60000);
+    QCOMPARE(scene.root()->property("count").toInt(), count);
+    QCOMPARE(messages.texts().count(), 1 - count);
+    if (count == 0)
+        QVERIFY(messages.texts().at(0).endsWith(documentTooLarge + QLatin1String(": ") + url.toString()));
 }
 
 QTEST_MAIN(tst_QDeclarativeDownloads)
