@@ -46,6 +46,7 @@ enum contextKey {
     TranslationContext = 37, ///< string, "Vidtips": base name of translation catalogues.
     RestrictContent = 38, ///< bool, false: content reaches nothing outside its packages.
     ScriptTimeout = 39, ///< int, milliseconds, 5000: how long a script may run; 0 or less: for ever.
+    PictureLimit = 40, ///< int, megapixels, 64: what a picture may have to be decoded; 0 or less: 64.
 };
 
 } // namespace Vidtips

@@ -124,6 +124,7 @@ VTView::VTView(VTManager *manager, QWidget *parent)
     , d(new Private)
 {
     d->manager = manager;
+    takePictureLimit();
     d->scriptWatch.reset(new VTScriptWatch(engine(), [this] { stop(); }));
     d->guard = std::make_shared<VTContentGuard>([this](const QUrl &url) { return openForContent(url); });
     // Whoever asks holds locks of the engine's.
@@ -592,6 +593,14 @@ void VTView::managerContextSettingDidChange(VTContextKey key)
         Q_EMIT documentationAvailableChanged();
     else if (key == ScriptTimeout)
         d->scriptWatch->restart(scriptTimeout());
+    else if (key == PictureLimit)
+        takePictureLimit();
+}
+
+// A module from elsewhere decodes all pictures.
+void VTView::takePictureLimit()
+{
+    engine()->setProperty("pictureLimit", setting(PictureLimit, 0).toInt());
 }
 
 void VTView::setItemCursor(QDeclarativeItem *object, const QString &shape, const QString &)

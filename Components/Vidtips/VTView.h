@@ -147,7 +147,8 @@ public Q_SLOTS:
 
     /**
      * Emits documentationAvailableChanged() when @p key is Vidtips::AllowDocumentation; the scripts that run
-     * have the new time when it is Vidtips::ScriptTimeout.
+     * have the new time when it is Vidtips::ScriptTimeout, and pictures that are decoded from now on the new
+     * bound when it is Vidtips::PictureLimit.
      */
     void managerContextSettingDidChange(VTContextKey key);
 
@@ -211,6 +212,7 @@ private:
     VIDTIPS_NO_EXPORT void replaceSource(const QUrl &url);
     VIDTIPS_NO_EXPORT bool isBarred(const QString &path);
     VIDTIPS_NO_EXPORT int scriptTimeout() const;
+    VIDTIPS_NO_EXPORT void takePictureLimit();
     VIDTIPS_NO_EXPORT void countStop(const QString &path);
     VIDTIPS_NO_EXPORT void stop();
     VIDTIPS_NO_EXPORT VTReach reach() const;

@@ -76,6 +76,17 @@ void addSizes()
         "");
 }
 
+void addPictures()
+{
+    row("shows a huge picture",
+        "Image { source: 'data:image/svg+xml,<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 60000 "
+        "60000\"/>' }",
+        "QML Image: Error decoding: data:image/svg+xml,");
+    row("asks for a huge picture",
+        "Image { source: 'image://none/x'; sourceSize { width: 60000; height: 60000 } }",
+        "Image too large: 3600.0 megapixels, where 64 are the most");
+}
+
 void addNesting()
 {
     row("loads itself", "Loader { source: 'VidtipsUI.qml' }", "Component creation is recursing");
@@ -132,6 +143,7 @@ private slots:
     void userInterfaces_data();
     void userInterfaces();
     void rootThatIsDestroyed();
+    void pictureLimitIsASetting();
 };
 
 void tst_HostileInterfaces::init()
@@ -166,6 +178,7 @@ void tst_HostileInterfaces::userInterfaces_data()
     addScripts();
     addRoots();
     addSizes();
+    addPictures();
     addNesting();
     addNames();
 }
@@ -201,6 +214,25 @@ void tst_HostileInterfaces::rootThatIsDestroyed()
     session->window()->hide();
     verifyTheNextTip();
     QVERIFY(root());
+}
+
+void tst_HostileInterfaces::pictureLimitIsASetting()
+{
+    packages->writeUserInterface("Large", R"(property string picture: ""
+        Image { objectName: "i"; source: picture && "data:image/svg+xml,<svg xmlns='http://www.w3.org/2000/svg' width='2000' height='" + picture + "'/>" })");
+    packages->writeControl("Large", "tips.xml", "<vidtip key='large'/>");
+    session->manager()->loadDataPath({packages->path()});
+    QVERIFY(show("large"));
+    const QObject *const image = root()->findChild<QObject *>(QStringLiteral("i"));
+    root()->setProperty("picture", "2000");
+    QTRY_COMPARE(image->property("status").toInt(), 1);
+    session->set(PictureLimit, 1);
+    session->host->messages.clear();
+    root()->setProperty("picture", "2001");
+    QTRY_COMPARE(image->property("status").toInt(), 3);
+    QCOMPARE(session->host->messages.count(), 1);
+    QVERIFY(session->host->messages.at(0).second.endsWith(
+        "Image too large: 4.0 megapixels, where 1 are the most"));
 }
 
 QTEST_MAIN(tst_HostileInterfaces)
