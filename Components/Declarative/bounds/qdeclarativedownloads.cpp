@@ -36,18 +36,30 @@ QString tooLarge(const char *what, qint64 bound, const QUrl &url)
     return QDeclarativeBounds::message(what, bound) + QLatin1String(": ") + url.toString();
 }
 
-QString problemOfContent(QNetworkReply *reply, int pictureLimit)
+QString problemOfFont(QNetworkReply *reply)
+{
+    QByteArray header = reply->peek(QDeclarativeFontFile::headerSize);
+    QBuffer buffer(&header);
+    buffer.open(QIODevice::ReadOnly);
+    const QString problem = QDeclarativeFontFile::problem(&buffer);
+    return problem.isEmpty() ? problem : problem + QLatin1String(": ") + reply->url().toString();
+}
+
+QString problemOfPicture(QNetworkReply *reply, int pictureLimit)
 {
     QByteArray content = reply->peek(reply->bytesAvailable());
     QBuffer buffer(&content);
     buffer.open(QIODevice::ReadOnly);
-    if (!isForPicture()) {
-        const QString problem = QDeclarativeFontFile::problem(&buffer);
-        return problem.isEmpty() ? problem : problem + QLatin1String(": ") + reply->url().toString();
-    }
     QDeclarativePictureClaim claim(pictureLimit);
     claim.add(&buffer, {});
     return claim.message(reply->url());
+}
+
+QString problemOfContent(QNetworkReply *reply, int pictureLimit)
+{
+    if (reply->error() != QNetworkReply::NoError)
+        return {};
+    return isForPicture() ? problemOfPicture(reply, pictureLimit) : problemOfFont(reply);
 }
 
 void setProblem(QNetworkReply *reply)
@@ -126,8 +138,7 @@ void QDeclarativeDownloads::Manager::bound(QNetworkReply *reply, qint64 size)
 
 void QDeclarativeDownloads::Manager::judge(QNetworkReply *reply)
 {
-    const bool isWhole = reply->error() == QNetworkReply::NoError;
-    const QString problem = isWhole ? problemOfContent(reply, downloads->m_pictureLimit) : QString();
+    const QString problem = problemOfContent(reply, downloads->m_pictureLimit);
     if (!problem.isEmpty())
         downloads->refuse(reply, problem, reply->request().originatingObject());
     // Of one that was stopped Qt says just that.

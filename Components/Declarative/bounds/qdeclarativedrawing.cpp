@@ -36,13 +36,13 @@ bool mayHavePictures(const QByteArray &text)
     return text.contains("image") || text.contains("<!ENTITY") || text.contains('\0');
 }
 
-QString address(const QXmlStreamAttributes &attributes)
+/** Which of several addresses is shown is for whoever shows it to know. */
+void appendAddresses(const QXmlStreamAttributes &attributes, QStringList *all)
 {
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.name() == QLatin1String("href"))
-            return attribute.value().toString();
+            all->append(attribute.value().toString());
     }
-    return {};
 }
 
 } // namespace
@@ -67,7 +67,7 @@ QStringList QDeclarativeDrawing::pictures(const QByteArray &text)
     xml.setNamespaceProcessing(false);
     while (!xml.atEnd()) {
         if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("image"))
-            all.append(address(xml.attributes()));
+            appendAddresses(xml.attributes(), &all);
     }
     return all;
 }

@@ -11,9 +11,9 @@ namespace {
 qint64 claimedSize(QIODevice *font)
 {
     constexpr int sizeOffset = 16;
-    const QByteArray header = font->peek(sizeOffset + 4);
+    const QByteArray header = font->peek(QDeclarativeFontFile::headerSize);
     const bool isPacked = header.startsWith("wOFF") || header.startsWith("wOF2");
-    if (!isPacked || header.size() < sizeOffset + 4)
+    if (!isPacked || header.size() < QDeclarativeFontFile::headerSize)
         return font->size();
     return qMax<qint64>(font->size(), qFromBigEndian<quint32>(header.constData() + sizeOffset));
 }

@@ -66,6 +66,15 @@ void tst_QDeclarativeDrawing::drawings_data()
     row("shows an address of a file", svg("width='9' height='9'", shown("file:///nowhere/at/all.png")), {});
     row("shows a huge file", svg("width='9' height='9'", shown("huge.png")), hugeInside);
     row("shows a huge file, packed", packed(svg("width='9' height='9'", shown("huge.png"))), hugeInside);
+    row("shows a huge file, by a prefix",
+        "<?xml version='1.0'?><s:svg xmlns:s='http://www.w3.org/2000/svg' "
+        "xmlns:xlink='http://www.w3.org/1999/xlink'>"
+        "<s:image width='4' height='4' xlink:href='huge.png'/></s:svg>",
+        hugeInside);
+    row("shows one of two files", svg("width='9' height='9'", shown("small.png' href='huge.png")),
+        hugeInside);
+    row("shows the other of two files",
+        svg("width='9' height='9'", "<image href='small.png' xlink:href='huge.png'/>"), hugeInside);
     row("shows itself", svg("width='9' height='9'", shown("drawing.svg")), tooMany);
     row("shows itself again and again", svg({}, shown("drawing.svg").repeated(20)), tooMany);
     row("shows a thousand", svg("width='9' height='9'", shown(address("png", png(8, 8))).repeated(1000)), {});
