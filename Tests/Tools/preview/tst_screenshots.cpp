@@ -13,6 +13,7 @@ private slots:
     void takesPictures();
     void takesPicturesOfProblems();
     void takesPicturesOfAll();
+    void takesThemInTheTimeOfTips();
     void showsProgressOnATerminal();
     void refusesBadUse_data();
     void refusesBadUse();
@@ -86,13 +87,35 @@ void tst_Screenshots::takesPicturesOfAll()
     QVERIFY(page.contains("<img src=\"001-a_b.png\" width=\"51\" height=\"21\""));
 }
 
+// A tip is as it is so long after it was shown, without anybody waiting.
+void tst_Screenshots::takesThemInTheTimeOfTips()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    packages.write(
+        "Tools.vidtips/ui/VidtipsUI.qml",
+        "import QtQuick 1.1\nItem { id: root; width: 50; height: 20\n"
+        "Timer { running: true; interval: 30000; onTriggered: grow.start() }\n"
+        "NumberAnimation { id: grow; target: root; property: 'width'; to: 250; duration: 20000 } }");
+    const QPair<QString, int> widths[] = {{"0", 51}, {"29000", 51}, {"40000", 151}, {"60000", 251}};
+    for (const auto &width : widths) {
+        const ToolRun run({"preview", "--delay", width.first, "--screenshot", "tip.png", "a", "."},
+                          packages.path());
+        QVERIFY2(run.errors.isEmpty(), qPrintable(run.errors));
+        QVERIFY2(qAbs(QImage(packages.filePath("tip.png")).width() - width.second) <= 1,
+                 qPrintable(width.first));
+    }
+}
+
 void tst_Screenshots::showsProgressOnATerminal()
 {
     const TestPackages packages;
     packages.write("Tools.vidtips/Control/T.xml", validControl);
-    packages.write("Tools.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 50; height: 20 }");
     // Work of less than half a second needs no telling.
-    const QStringList slow{"preview", "--delay", "600", "--screenshot", "sheet", "--all", "."};
+    packages.write("Tools.vidtips/ui/VidtipsUI.qml",
+                   "import QtQuick 1.1\nItem { width: 50; height: 20; Component.onCompleted: {\n"
+                   "var end = Date.now() + 600; while (Date.now() < end) ; } }");
+    const QStringList slow{"preview", "--screenshot", "sheet", "--all", "."};
     const ToolRun run = ToolRun::onTerminal(slow, packages.path());
     QVERIFY2(run.output.endsWith("\r\033[K1 of 2 tips\r\033[Ksheet/index.html\r\n"), qPrintable(run.output));
     QCOMPARE(ToolRun(slow, packages.path()).errors, QString());

@@ -1,8 +1,8 @@
 #include "PreviewWindow.h"
 
-#include "PackageWatcher.h"
 #include "TipProblems.h"
 #include "shared/Content.h"
+#include "stage/PackageWatcher.h"
 #include "stage/PreviewLook.h"
 #include "stage/PreviewStage.h"
 
@@ -56,6 +56,8 @@ PreviewWindow::~PreviewWindow() = default;
 void PreviewWindow::build()
 {
     setWindowTitle(QString("Tips (%1)").arg(m_settings.locale));
+    // The application has the direction of the tips.
+    setLayoutDirection(Qt::LeftToRight);
     m_simple->setChecked(m_settings.isSimple);
     m_dark->setChecked(m_settings.isDark);
     m_status->setWordWrap(true);

@@ -7,15 +7,14 @@
 #include "shared/Places.h"
 #include "shared/SavedFile.h"
 #include "stage/PreviewStage.h"
+#include "stage/StageClock.h"
 
 #include <Vidtips/VTWidget.h>
 
 #include <QtCore/QDir>
-#include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSaveFile>
-#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QImageWriter>
 #include <QtGui/QPainter>
@@ -23,13 +22,6 @@
 using namespace Vidtips;
 
 namespace {
-
-void wait(int milliseconds)
-{
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
-}
 
 QImage grabbed(QWidget *widget)
 {
@@ -96,13 +88,15 @@ pre { color: #d33; white-space: pre-wrap; max-width: 420px; }
 
 } // namespace
 
-Screenshots::Shot Screenshots::take(PreviewStage &stage, TipProblems &problems, const PreviewKey &key) const
+Screenshots::Shot Screenshots::take(StageClock &clock, PreviewStage &stage, TipProblems &problems,
+                                    const PreviewKey &key) const
 {
     Shot shot;
     shot.key = key;
     problems.setKey(key.key);
     const bool isShown = stage.show(key.key, QPoint(0, 0));
-    wait(m_delay);
+    clock.pass(stage, m_delay);
+    clock.passUntilClipsPlay(stage);
     shot.problems = problems.lines(stage);
     if (!isShown)
         shot.problems << QString("the tip \"%1\" is not shown").arg(key.key);
@@ -121,9 +115,10 @@ int Screenshots::one(const QString &key, const QString &file, Console &console)
             QString("there are no pictures of the kind \"%1\"").arg(QString::fromLatin1(suffix)));
     if (QFileInfo(file).isDir())
         return console.fail(QString("the picture's file is a folder: %1").arg(file));
+    StageClock clock;
     PreviewStage stage(m_content, m_settings);
     TipProblems problems(m_content, m_settings);
-    const Shot shot = take(stage, problems, {key, {}});
+    const Shot shot = take(clock, stage, problems, {key, {}});
     const QString problem = saved(shot.image, file);
     if (!problem.isEmpty())
         return console.fail(problem);
@@ -136,13 +131,14 @@ int Screenshots::all(const QVector<PreviewKey> &keys, const QString &folder, Con
 {
     if (!QDir().mkpath(folder))
         return console.fail(QString("cannot make the folder: %1").arg(folder));
+    StageClock clock;
     PreviewStage stage(m_content, m_settings);
     TipProblems problems(m_content, m_settings);
     QVector<Shot> shots;
     bool isFine = true;
     for (const PreviewKey &key : keys) {
         console.progress(shots.size(), keys.size(), "tips");
-        Shot shot = take(stage, problems, key);
+        Shot shot = take(clock, stage, problems, key);
         shot.file = fileNameFor(key.key, shots.size() + 1);
         const QString problem = saved(shot.image, folder + '/' + shot.file);
         if (!problem.isEmpty())

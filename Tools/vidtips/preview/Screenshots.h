@@ -12,7 +12,7 @@ class Content;
 class Screenshots
 {
 public:
-    /** A tip's picture is taken @p delay milliseconds after it was shown. */
+    /** A tip's picture is taken @p delay milliseconds of its own time after it was shown. */
     Screenshots(const Content &content, const PreviewSettings &settings, int delay)
         : m_content(content)
         , m_settings(settings)
@@ -36,7 +36,8 @@ private:
         QStringList problems;
     };
 
-    Shot take(class PreviewStage &stage, class TipProblems &problems, const PreviewKey &key) const;
+    Shot take(class StageClock &clock, class PreviewStage &stage, class TipProblems &problems,
+              const PreviewKey &key) const;
     QString page(const QVector<Shot> &shots) const;
 
     const Content &m_content;

@@ -7,15 +7,22 @@
 #include <Vidtips/VTIndex.h>
 #include <Vidtips/VTInterface.h>
 #include <Vidtips/VTManager.h>
+#include <Vidtips/VTVideoComponent.h>
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
+#include <QtCore/QMetaProperty>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSize>
 #include <QtCore/QUrl>
 #include <QtDeclarative/QDeclarativeError>
+#include <QtGui/QGuiApplication>
 #include <QtGui/QPixmapCache>
+#include <QtWidgets/QGraphicsObject>
+
+#include <algorithm>
 
 #ifdef VIDTIPS_DECLARATIVE_BUNDLED
 #include <QtQuick/private/qquickpixmapcache_p.h>
@@ -72,6 +79,31 @@ bool readWarning(const QString &message, Finding &finding)
     return match.hasMatch();
 }
 
+void addItems(QGraphicsItem *item, QVector<QGraphicsObject *> &items)
+{
+    if (!item->isVisible())
+        return;
+    if (QGraphicsObject *const object = item->toGraphicsObject())
+        items << object;
+    const QList<QGraphicsItem *> children = item->childItems();
+    for (QGraphicsItem *child : children)
+        addItems(child, items);
+}
+
+// Pictures, clips and loaders have a status, and a name for this one.
+bool isItemLoading(const QGraphicsObject *item)
+{
+    const QMetaObject *const meta = item->metaObject();
+    const QMetaProperty status = meta->property(meta->indexOfProperty("status"));
+    return status.isEnumType() && status.read(item).toInt() == status.enumerator().keyToValue("Loading");
+}
+
+bool isClipWaiting(const QGraphicsObject *item)
+{
+    const auto *const clip = qobject_cast<const VTVideoComponent *>(item);
+    return clip && clip->status() == VTVideoComponent::Ready && clip->position() < 1;
+}
+
 // Pictures are remembered by their names for a while, whatever becomes of the files.
 void forgetPictures()
 {
@@ -122,6 +154,7 @@ struct PreviewStage::Private
 PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settings)
     : d(new Private)
 {
+    QGuiApplication::setLayoutDirection(QLocale(settings.locale).textDirection());
     fill(d->context, content, settings);
     d->index = std::make_unique<VTIndex>(&d->context, QStringList());
     d->host = std::make_unique<Host>(this, d->context, d->index.get());
@@ -156,6 +189,27 @@ bool PreviewStage::isBroken() const
 {
     const VTView *const view = window() ? window()->view() : nullptr;
     return view && view->status() == QDeclarativeView::Error;
+}
+
+QVector<QGraphicsObject *> PreviewStage::items() const
+{
+    QVector<QGraphicsObject *> items;
+    QGraphicsObject *const root = window() ? window()->view()->rootObject() : nullptr;
+    if (root)
+        addItems(root, items);
+    return items;
+}
+
+bool PreviewStage::isLoading() const
+{
+    const QVector<QGraphicsObject *> all = items();
+    return std::any_of(all.cbegin(), all.cend(), isItemLoading);
+}
+
+bool PreviewStage::isClipAtStart() const
+{
+    const QVector<QGraphicsObject *> all = items();
+    return std::any_of(all.cbegin(), all.cend(), isClipWaiting);
 }
 
 QVector<Finding> PreviewStage::problems()

@@ -5,8 +5,13 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
+#include <QtCore/QVector>
 
 #include <memory>
+
+QT_BEGIN_NAMESPACE
+class QGraphicsObject;
+QT_END_NAMESPACE
 
 class Content;
 
@@ -16,7 +21,8 @@ class VTWidget;
 
 /**
  * A host of its own for the packages that are previewed. Nothing is kept from one stage to the next, so a new
- * one shows files as they are now.
+ * one shows files as they are now. The application takes the direction of the language that tips are shown
+ * in.
  */
 class PreviewStage : public QObject
 {
@@ -41,6 +47,15 @@ public:
 
     /** Tells whether the user interface has errors and is not shown. */
     bool isBroken() const;
+
+    /** The items of the tip that are not hidden, each before those in it. */
+    QVector<QGraphicsObject *> items() const;
+
+    /** Tells whether a picture, a clip or a part of the user interface is not there yet. */
+    bool isLoading() const;
+
+    /** Tells whether there is a clip of which no picture but the first was seen. */
+    bool isClipAtStart() const;
 
 Q_SIGNALS:
     /** The tip asked for something that only a host can do, such as opening a topic. */
