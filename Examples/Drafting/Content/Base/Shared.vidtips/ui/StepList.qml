@@ -29,14 +29,13 @@ Column {
                 height: 20
                 radius: 10
                 smooth: true
-                color: list.ui.accent
-                opacity: 0.16
+                color: list.ui.accentTint
             }
             Text {
                 anchors.centerIn: badge
                 text: index + 1
                 font { pixelSize: list.ui.small; bold: true }
-                color: list.ui.accent
+                color: list.ui.accentText
             }
             Text {
                 id: label

@@ -1,4 +1,5 @@
 import QtQuick 1.1
+import "colours.js" as Colours
 
 // The look that all parts share: colours of the desktop's palette, a type scale that follows the desktop's font,
 // spacing in steps of 4 pixels, and the reading direction.
@@ -11,6 +12,8 @@ Item {
     property color window: palette.window
     property color text: palette.windowText
     property color accent: palette.highlight
+    property color accentTint: Colours.mixed(window, accent, 0.16)
+    property color accentText: Colours.readable(accent, accentTint, text)
     property color onAccent: palette.highlightedText
     property color caution: "#d98a00"
 

@@ -367,7 +367,7 @@ Rectangle {
                         y: 6
                         ui: look
                         glyph: ""
-                        color: look.accent
+                        color: look.accentText
                         visible: root.help !== ""
                         onClicked: vidTipView.openExternalResource(root.help)
                         KeyNavigation.tab: pinButton
