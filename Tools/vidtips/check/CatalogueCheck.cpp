@@ -30,7 +30,8 @@ CatalogueCheck::~CatalogueCheck() = default;
 
 void CatalogueCheck::run(const Content &content, Findings &findings)
 {
-    collectLocales(content);
+    m_locales = CatalogueName::localesIn(content);
+    m_locales.removeAll(m_sourceLocale);
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || file.entries().empty())
             continue;
@@ -45,24 +46,6 @@ void CatalogueCheck::run(const Content &content, Findings &findings)
         }
     }
     reportMissing(findings);
-}
-
-void CatalogueCheck::collectLocales(const Content &content)
-{
-    for (const ControlFile &file : content.controlFiles()) {
-        if (file.isAdmitted && !file.locale().isEmpty())
-            m_locales << QLocale(file.locale()).name();
-    }
-    for (const Package &package : content.packages()) {
-        const QDir folder(package.path + '/' + Content::catalogues.defaultPath);
-        for (const QString &name :
-             folder.entryList({CatalogueName::of("*", "qm"), CatalogueName::of("*", "ts")}, QDir::Files))
-            m_locales << QLocale(CatalogueName::localeOf(name)).name();
-    }
-    m_locales.removeDuplicates();
-    m_locales.removeAll(m_sourceLocale);
-    m_locales.removeAll("C");
-    m_locales.sort();
 }
 
 void CatalogueCheck::checkFile(const Content &content, const ControlFile &file, const QString &locale,

@@ -38,7 +38,6 @@ private:
         QStringList locales;
     };
 
-    void collectLocales(const Content &content);
     void checkFile(const Content &content, const ControlFile &file, const QString &locale,
                    Findings &findings);
     void checkTexts(const ControlFile &file, const QString &catalogue, const QString &locale,

@@ -1,6 +1,5 @@
 #include "PreviewCommand.h"
 
-#include "PreviewKeys.h"
 #include "PreviewWindow.h"
 #include "Screenshots.h"
 #include "check/AdmissionCheck.h"
@@ -10,6 +9,7 @@
 #include "shared/Content.h"
 #include "shared/Locales.h"
 #include "shared/Nearest.h"
+#include "stage/PreviewKeys.h"
 #include "stage/PreviewLook.h"
 
 #include <QtCore/QCommandLineParser>

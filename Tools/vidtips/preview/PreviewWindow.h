@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PreviewKeys.h"
+#include "stage/PreviewKeys.h"
 #include "ProblemOverlay.h"
 #include "stage/PreviewSettings.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PreviewKeys.h"
+#include "stage/PreviewKeys.h"
 #include "stage/PreviewSettings.h"
 
 #include <QtGui/QImage>
