@@ -151,7 +151,10 @@ Rectangle {
         Text {
             id: keep
             visible: !vidTipView.reserved
-            color: palette.highlight
+            height: Math.max(24, paintedHeight)
+            verticalAlignment: Text.AlignVCenter
+            font.underline: true
+            color: palette.windowText
 
             MouseArea {
                 anchors.fill: parent
