@@ -91,8 +91,11 @@ QString CommandTable::manual(const Command &command, const Console &console)
     text += heading(console, "OPTIONS");
     QList<QCommandLineOption> options = command.options();
     options << QCommandLineOption({"h", "help"}, "Show this text.");
-    for (const QCommandLineOption &option : options)
+    for (const QCommandLineOption &option : qAsConst(options)) {
+        if (option.flags().testFlag(QCommandLineOption::HiddenFromHelp))
+            continue;
         text += "    " + optionLine(option) + '\n' + Console::wrapped(option.description(), 8, width) + '\n';
+    }
     text += '\n' + exitCodes(console) + '\n' + heading(console, "EXAMPLES");
     for (const Command::Example &example : command.examples())
         text += Console::wrapped(example.second, 4, width) + "\n        "

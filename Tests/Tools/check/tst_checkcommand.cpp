@@ -5,7 +5,9 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
 
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/types.h>
 
 /** Runs the tool's check for what it takes and how it tells what it finds. */
 class tst_CheckCommand : public QObject
@@ -23,6 +25,8 @@ private slots:
     void takesEveryKindOfFolder();
     void findsTheExampleClean_data();
     void findsTheExampleClean();
+    void showsTips();
+    void goesOnWatching();
     void countsInJson();
     void writesLinesThatEditorsFollow();
     void refusesBadInput_data();
@@ -163,19 +167,80 @@ void tst_CheckCommand::takesEveryKindOfFolder()
 
 void tst_CheckCommand::findsTheExampleClean_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("sources") << TestPaths::source("Examples/Drafting/Content");
-    QTest::newRow("built") << TestPaths::built("share/vidtips-drafting/Content");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("sources") << QStringList(TestPaths::source("Examples/Drafting/Content"));
+    QTest::newRow("built and shown") << QStringList{"--run",
+                                                    TestPaths::built("share/vidtips-drafting/Content")};
 }
 
 void tst_CheckCommand::findsTheExampleClean()
 {
-    QFETCH(QString, folder);
-    const ToolRun run({"check", "--json", folder});
+    QFETCH(QStringList, arguments);
+    const ToolRun run(QStringList{"check", "--json"} + arguments);
     const QJsonObject counts = run.json().object()["counts"].toObject();
     QVERIFY2(counts["error"].toInt(-1) == 0 && counts["warning"].toInt(-1) == 0, qPrintable(run.output));
     QCOMPARE(run.exitCode, 0);
     QVERIFY(run.json().object()["packages"].toInt() >= 4);
+}
+
+namespace {
+
+// Wide enough, or not, for the words that it shows.
+QByteArray labelOf(int width)
+{
+    return "import QtQuick 1.1\nRectangle { color: 'white'; width: 300; height: 50\n"
+           "Text { elide: Text.ElideRight; text: 'Words that take their room'; color: 'black'; width: "
+        + QByteArray::number(width) + " } }";
+}
+
+bool readUntil(QProcess &process, QByteArray &output, const QByteArray &end)
+{
+    while (!output.endsWith(end)) {
+        if (!process.waitForReadyRead(100000))
+            return false;
+        output += process.readAllStandardOutput();
+    }
+    return true;
+}
+
+} // namespace
+
+// In both user interfaces, and only when it is asked for.
+void tst_CheckCommand::showsTips()
+{
+    const CheckPackages packages(packageWith({{fullInterface, labelOf(50)}, {simpleInterface, labelOf(40)}}));
+    QCOMPARE(ToolRun({"check", "."}, packages.path()).exitCode, 0);
+    const ToolRun run({"check", "--run", "."}, packages.path());
+    const QString message =
+        ":3:1: warning: the text \"Words that take their room\" is cut short (\"a\", en_US%1) [VT902]\n";
+    QCOMPARE(run.output,
+             simpleInterface + message.arg(", simple") + fullInterface + message.arg("")
+                 + "1 package, 1 control file: 2 warnings\n");
+    QCOMPARE(run.errors, QString());
+    QCOMPARE(run.exitCode, 1);
+}
+
+// Until Ctrl+C, with the exit code of the last check.
+void tst_CheckCommand::goesOnWatching()
+{
+    const CheckPackages packages(packageWith());
+    QProcess process;
+    process.setWorkingDirectory(packages.path());
+    process.start(ToolRun::tool(), {"check", "--run", "--watch", "."});
+    QByteArray output;
+    QVERIFY(readUntil(process, output, ": nothing found\n"));
+    packages.write(fullInterface, labelOf(50));
+    QVERIFY2(readUntil(process, output, "1 control file: 1 warning\n"), output.constData());
+    QVERIFY2(output.contains("[VT902]"), output.constData());
+    packages.write(control, "<vidtips>");
+    QVERIFY2(readUntil(process, output, "1 error\n"), output.constData());
+    packages.write(control, document("<vidtip key=\"b\"/>"));
+    QVERIFY2(readUntil(process, output, "1 control file: 1 warning\n"), output.constData());
+    QCOMPARE(::kill(pid_t(process.processId()), SIGINT), 0);
+    QVERIFY(process.waitForFinished(100000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(process.readAllStandardError(), QByteArray());
 }
 
 void tst_CheckCommand::countsInJson()

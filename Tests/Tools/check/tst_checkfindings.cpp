@@ -442,8 +442,9 @@ void tst_CheckFindings::everyCodeHasARow()
         codes << kind.toObject()["code"].toString();
     QVERIFY(codes.size() > 40);
     m_coveredCodes += codesOfMistakes();
+    // Those of tips that are shown have their rows in tst_trial.cpp.
     for (const QString &code : qAsConst(codes))
-        QVERIFY2(m_coveredCodes.contains(code), qPrintable(code));
+        QVERIFY2(m_coveredCodes.contains(code) || code.startsWith("VT9"), qPrintable(code));
 }
 
 QTEST_GUILESS_MAIN(tst_CheckFindings)

@@ -59,7 +59,7 @@ void tst_NewCommand::newPackagesAreClean()
     for (const QString &file : files) {
         QVERIFY2(made.output.contains("Mine.2.vidtips/" + file + '\n'), qPrintable(file));
     }
-    const ToolRun checked({"check", "Mine.2.vidtips"}, packages.path());
+    const ToolRun checked({"check", "--run", "Mine.2.vidtips"}, packages.path());
     QCOMPARE(checked.output, QString("1 package, 1 control file: nothing found\n"));
     for (const QStringList &kind : {QStringList{}, QStringList{"--simple"}}) {
         const ToolRun seen(QStringList{"preview", "--delay", "0", "--screenshot", "tip.png", "Mine.2.vidtips"}

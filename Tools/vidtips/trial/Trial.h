@@ -1,0 +1,44 @@
+#pragma once
+
+#include "GlyphCheck.h"
+#include "ItemPlace.h"
+#include "TrialPlan.h"
+#include "findings/Finding.h"
+
+#include <functional>
+#include <memory>
+
+class Content;
+class PreviewStage;
+class StageClock;
+
+/** Shows tips without a display, each until it has grown, and looks at what is shown. */
+class Trial
+{
+public:
+    using Report = std::function<void(const Finding &)>;
+
+    /** @p keyData is the host's; empty for what lies beside the packages. */
+    Trial(const Content &content, const QString &keyData, const Report &report);
+    ~Trial();
+
+    /** Shows @p tip. One that the same host can show as the one before takes less time. */
+    void show(const TrialTip &tip);
+
+    /** Returns the file of the user interface that shows @p tip; empty where there is none. */
+    static QString userInterface(const Content &content, const TrialTip &tip);
+
+private:
+    void setStage(const TrialTip &tip);
+    void look();
+    bool reportProblems();
+
+    const Content &m_content;
+    const QString m_keyData;
+    const Report m_report;
+    GlyphCheck m_glyphs;
+    TrialTip m_staged;
+    QVector<ItemPlace> m_failed; ///< Items of the tip whose files are missing.
+    std::unique_ptr<StageClock> m_clock;
+    std::unique_ptr<PreviewStage> m_stage;
+};
