@@ -148,6 +148,19 @@ void addLetterRows()
     direction("Arabic at the left of its item",
               "Text { width: 280; horizontalAlignment: Text.AlignLeft; " + words + " }", wrong);
     direction("Arabic as it stands by itself", "Text { width: 280; " + words + " }");
+    direction("mirrored",
+              "Text { LayoutMirroring.enabled: true; width: 280; horizontalAlignment: Text.AlignLeft; "
+                  + words + " }");
+    direction("mirrored by what holds it",
+              "Item { width: 280; height: 50; LayoutMirroring.enabled: true; "
+              "LayoutMirroring.childrenInherit: true\n"
+              "Item { width: 280; Text { width: 280; horizontalAlignment: Text.AlignLeft; "
+                  + words + " } } }");
+    direction("mirrored as it stands by itself",
+              "Text { LayoutMirroring.enabled: true; width: 280; " + words + " }");
+    direction("Arabic over whole lines",
+              "Text { width: 280; horizontalAlignment: Text.AlignJustify; wrapMode: Text.Wrap; " + words
+                  + " }");
     direction("Arabic in the middle",
               "Text { width: 280; horizontalAlignment: Text.AlignHCenter; " + words + " }");
     direction("Arabic at the left of the tip", "Text { x: 8; " + words + " }", wrong);
@@ -183,6 +196,13 @@ void addColourRows()
     grey("large, not bold", "color: '#949494'; font.pixelSize: 19", faint);
     grey("large and too light", "color: '#aaaaaa'; font.pixelSize: 24", faint + "2.32, and 3.0 is needed");
     grey("with an outline", "color: 'white'; style: Text.Outline; styleColor: 'black'");
+    rowOnWhite("word in a colour of its own",
+               "Text { text: '<b>Black</b> and <font color=\"#949494\">grey</font>'; color: 'black' }",
+               faint + "3.03");
+    rowOnWhite("word in a dark colour of its own",
+               "Text { text: '<b>Black</b> and <font color=\"#005090\">blue</font>'; color: 'black' }");
+    rowOnWhite("rich text in its item's colour",
+               "Text { text: '<b>Grey</b>'; color: '#949494'; textFormat: Text.RichText }", faint + "3.03");
     rowOnWhite(
         "covered",
         "Text { text: 'Grey'; color: '#949494' }\nRectangle { width: 100; height: 50; color: '#eeeeee' }");

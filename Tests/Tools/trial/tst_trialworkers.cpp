@@ -3,6 +3,7 @@
 #include "shared/Content.h"
 #include "trial/TrialWorkers.h"
 
+#include <QtCore/QThread>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 
@@ -29,6 +30,8 @@ int work(const QString &behaviour, const QString &slice)
         tell(R"({"tip":%d})", i);
         if (behaviour == "crash" && (i == 3 || i == 63))
             std::abort();
+        if (behaviour == "hang" && i == 3)
+            QThread::sleep(100000);
         if (i % 2 == 0)
             tell(R"({"code":"VT902","file":"/ui/Tip.qml","line":%d,"column":1,"message":"cut"})", i % 4 + 1);
     }
@@ -65,6 +68,7 @@ class tst_TrialWorkers : public QObject
 private slots:
     void gathersWhatAllFind();
     void goesOnAfterACrash();
+    void endsWhatNeverEnds();
     void saysWhenNoneWorks();
     void hasNothingToShow();
 };
@@ -103,6 +107,19 @@ void tst_TrialWorkers::goesOnAfterACrash()
              QStringList({"VT900:0 showing the tip ends the program (\"key3\", en_US, and another tip)",
                           "VT902:1 cut (\"key0\", en_US, and 15 other tips)",
                           "VT902:3 cut (\"key2\", en_US, and 15 other tips)"}));
+}
+
+void tst_TrialWorkers::endsWhatNeverEnds()
+{
+    const Content content;
+    QString problem;
+    TrialWorkers workers(content, plan(), {"hang"});
+    workers.setPatience(4000);
+    QCOMPARE(lines(workers.run([](int, int) {}, problem)),
+             QStringList({"VT900:0 showing the tip does not come to an end (\"key3\", en_US)",
+                          "VT902:1 cut (\"key0\", en_US, and 15 other tips)",
+                          "VT902:3 cut (\"key2\", en_US, and 15 other tips)"}));
+    QCOMPARE(problem, QString());
 }
 
 void tst_TrialWorkers::saysWhenNoneWorks()

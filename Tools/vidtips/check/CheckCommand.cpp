@@ -213,12 +213,13 @@ int CheckCommand::run(const QCommandLineParser &arguments, Console &console)
         return console.fail("check needs a folder; see \"vidtips check --help\"");
     Request request;
     QString problem = readRequest(arguments, request);
+    const QString slice = arguments.value("slice");
     Content content;
     if (problem.isEmpty())
-        problem = content.load(request.folders, progressOf(console, "control files"));
+        problem = content.load(request.folders,
+                               slice.isEmpty() ? progressOf(console, "control files") : Content::Progress());
     if (!problem.isEmpty())
         return console.fail(problem);
-    const QString slice = arguments.value("slice");
     if (!slice.isEmpty())
         return TrialWorkers::work(content, TrialPlan::of(content, request.sourceLocale),
                                   request.keyData.value(0), slice);

@@ -7,6 +7,8 @@
 
 #include <QtGui/QFontInfo>
 #include <QtGui/QImage>
+#include <QtGui/QTextBlock>
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QGraphicsEffect>
 #include <QtWidgets/QGraphicsObject>
 
@@ -121,9 +123,28 @@ QColor outlineOf(const QGraphicsObject *item)
                                                       : QColor();
 }
 
-Pair worstIn(const QRect &rect, const QGraphicsObject *item, const QImage &behind)
+// Words of rich texts may have colours of their own.
+QVector<QColor> coloursOf(const QGraphicsObject *item)
 {
     const QColor colour = item->property("color").value<QColor>();
+    if (item->property("textFormat").toInt() == Qt::PlainText)
+        return {colour};
+    QTextDocument document;
+    document.setHtml(item->property("text").toString());
+    QVector<QColor> colours;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QBrush brush = it.fragment().charFormat().foreground();
+            const QColor its = brush.style() == Qt::NoBrush ? colour : brush.color();
+            if (!it.fragment().text().trimmed().isEmpty() && !colours.contains(its))
+                colours << its;
+        }
+    }
+    return colours;
+}
+
+Pair worstOf(const QColor &colour, const QRect &rect, const QGraphicsObject *item, const QImage &behind)
+{
     const qreal opacity = item->effectiveOpacity() * colour.alphaF();
     const QColor outline = outlineOf(item);
     std::vector<Pair> pairs;
@@ -146,14 +167,6 @@ bool differs(const QImage &one, const QImage &other, const QRect &rect)
     return one.copy(rect) != other.copy(rect);
 }
 
-// What is painted over it decides how it looks, and words with colours of their own have more than the
-// item's.
-bool hasOwnColours(const QGraphicsObject *item)
-{
-    return item->property("textFormat").toInt() != Qt::PlainText
-        && item->property("text").toString().contains("color");
-}
-
 } // namespace
 
 qreal ContrastCheck::between(QRgb one, QRgb other)
@@ -174,17 +187,20 @@ void ContrastCheck::run(const ShownTip &tip)
     }
     QImage whole; // made where it is needed
     for (const ShownText &text : tip.texts()) {
-        if (!text.item->graphicsEffect() && !hasOwnColours(text.item))
-            checkText(tip, text, behind, whole);
+        if (text.item->graphicsEffect())
+            continue;
+        for (const QColor &colour : coloursOf(text.item))
+            checkText(tip, text, colour, behind, whole);
     }
 }
 
-void ContrastCheck::checkText(const ShownTip &tip, const ShownText &text, const QImage &behind, QImage &whole)
+void ContrastCheck::checkText(const ShownTip &tip, const ShownText &text, const QColor &colour,
+                              const QImage &behind, QImage &whole)
 {
     const QRect rect = inPicture(tip, tip.seen(text.item, text.painted), behind);
     if (rect.isEmpty())
         return;
-    const Pair found = worstIn(rect, text.item, behind);
+    const Pair found = worstOf(colour, rect, text.item, behind);
     const qreal enough = neededBy(text.item);
     if (found.contrast >= enough)
         return;

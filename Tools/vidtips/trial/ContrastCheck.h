@@ -21,5 +21,6 @@ public:
     static qreal between(QRgb one, QRgb other);
 
 private:
-    static void checkText(const ShownTip &tip, const ShownText &text, const QImage &behind, QImage &whole);
+    static void checkText(const ShownTip &tip, const ShownText &text, const QColor &colour,
+                          const QImage &behind, QImage &whole);
 };

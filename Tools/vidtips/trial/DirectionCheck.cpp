@@ -9,9 +9,11 @@ namespace {
 
 constexpr qreal wide = 8; // pixels that are seen to be on the wrong side
 
-bool isCentred(const QGraphicsObject *item)
+// Words in the middle, or spread over the lines, are on no side.
+bool hasNoSide(const QGraphicsObject *item)
 {
-    return item->property("horizontalAlignment").toInt() == Qt::AlignHCenter;
+    const int alignment = item->property("horizontalAlignment").toInt();
+    return alignment == Qt::AlignHCenter || alignment == Qt::AlignJustify;
 }
 
 QRectF placeOf(const ShownText &text)
@@ -38,7 +40,7 @@ void DirectionCheck::run(const ShownTip &tip)
     if (QGuiApplication::layoutDirection() != Qt::RightToLeft)
         return;
     for (const ShownText &text : tip.texts()) {
-        if (text.words.isRightToLeft() && !isCentred(text.item) && standsWrong(tip, text))
+        if (text.words.isRightToLeft() && !hasNoSide(text.item) && standsWrong(tip, text))
             tip.add("VT906", text.item,
                     "a text that is read from right to left stands at the left of its place");
     }

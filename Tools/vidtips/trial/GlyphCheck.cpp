@@ -9,6 +9,9 @@ namespace {
 // As they are written: a mark that is alone stands on a circle, and others are not seen at all.
 bool isSeenAlone(uint character)
 {
+    // What stands for a picture.
+    if (character == QChar::ObjectReplacementCharacter)
+        return false;
     switch (QChar::category(character)) {
     case QChar::Mark_NonSpacing:
     case QChar::Mark_SpacingCombining:

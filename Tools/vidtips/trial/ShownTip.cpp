@@ -9,6 +9,9 @@
 #include <Vidtips/VTXmlElement.h>
 
 #include <QtCore/QFileInfo>
+#include <QtDeclarative/QDeclarativeContext>
+#include <QtDeclarative/QDeclarativeEngine>
+#include <QtDeclarative/QDeclarativeProperty>
 #include <QtGui/QTextDocument>
 #include <QtGui/QTextDocumentFragment>
 #include <QtWidgets/QGraphicsObject>
@@ -27,12 +30,27 @@ QString wordsOf(const QGraphicsObject *item)
     return isPlain ? text : QTextDocumentFragment::fromHtml(text).toPlainText();
 }
 
+bool isMirrored(QGraphicsObject *item)
+{
+    QDeclarativeContext *const context = QDeclarativeEngine::contextForObject(item);
+    return QDeclarativeProperty(item, "LayoutMirroring.enabled", context).read().toBool();
+}
+
+// Nobody can tell whether an alignment was written or follows the text, which is not mirrored; but a text
+// that is read from the right does not go to the left by itself.
+int alignmentOf(QGraphicsObject *item, const QString &words)
+{
+    const int alignment = item->property("horizontalAlignment").toInt();
+    const bool isTurned = alignment == Qt::AlignLeft && words.isRightToLeft() && isMirrored(item);
+    return isTurned ? int(Qt::AlignRight) : alignment;
+}
+
 // The letters stand in the item as it is aligned; they may reach out of it.
-QRectF paintedIn(const QGraphicsObject *item)
+QRectF paintedIn(QGraphicsObject *item, const QString &words)
 {
     const QSizeF box(item->property("width").toReal(), item->property("height").toReal());
     const QSizeF painted(item->property("paintedWidth").toReal(), item->property("paintedHeight").toReal());
-    const int horizontal = item->property("horizontalAlignment").toInt();
+    const int horizontal = alignmentOf(item, words);
     const int vertical = item->property("verticalAlignment").toInt();
     const QSizeF room = box - painted;
     const qreal x = horizontal == Qt::AlignRight ? room.width()
@@ -80,7 +98,8 @@ ShownTip::ShownTip(const Content &content, const PreviewStage &stage, const Repo
     for (QGraphicsObject *item : qAsConst(m_items)) {
         if (!item->inherits("QDeclarativeText") || item->effectiveOpacity() <= 0)
             continue;
-        const ShownText text{item, wordsOf(item), paintedIn(item)};
+        const QString words = wordsOf(item);
+        const ShownText text{item, words, paintedIn(item, words)};
         if (!text.words.trimmed().isEmpty() && !seen(item, text.painted).isEmpty())
             m_texts << text;
     }

@@ -19,7 +19,6 @@ namespace {
 
 constexpr int fewestTips = 16; // that another process is worth
 constexpr int lookEvery = 1000; // milliseconds
-constexpr int longestSilence = 120 * 1000; // milliseconds: scripts are ended long before
 
 bool write(QFile &output, const QJsonObject &object)
 {
@@ -124,7 +123,7 @@ void TrialWorkers::readLine(Worker &worker, const QByteArray &line)
 
 void TrialWorkers::conclude(Worker &worker)
 {
-    const bool isKilled = worker.silence.hasExpired(longestSilence);
+    const bool isKilled = worker.silence.hasExpired(m_patience);
     read(worker);
     --m_running;
     if (worker.next >= m_plan.size() && worker.tip < 0)
@@ -147,7 +146,7 @@ void TrialWorkers::giveUp(Worker &worker, const QString &message)
 void TrialWorkers::lookForStuckOnes()
 {
     for (const auto &worker : m_workers) {
-        if (worker->silence.hasExpired(longestSilence))
+        if (worker->silence.hasExpired(m_patience))
             worker->process->kill();
     }
 }

@@ -31,6 +31,9 @@ public:
     TrialWorkers(const Content &content, const QVector<TrialTip> &plan, const QStringList &arguments);
     ~TrialWorkers() override;
 
+    /** A worker that says nothing for @p milliseconds is ended; a minute by itself. */
+    void setPatience(int milliseconds) { m_patience = milliseconds; }
+
     /** Returns what was found once every tip was shown. @p problem is set where no worker can be started. */
     TrialFindings run(const Progress &progress, QString &problem);
 
@@ -55,6 +58,7 @@ private:
     const QStringList m_arguments;
     TrialFindings m_findings;
     QString m_problem;
+    int m_patience = 60 * 1000;
     int m_done = 0;
     int m_running = 0;
     Progress m_progress;
