@@ -18,6 +18,7 @@ private slots:
     void findings_data();
     void findings();
     void looksAtWhatIsShownLater();
+    void waitsUntilNothingMoves();
     void leavesTipsAsTheyAre();
     void everyCodeHasARow();
 
@@ -322,6 +323,20 @@ void tst_Trial::looksAtWhatIsShownLater()
     QCOMPARE(lines.size(), 1);
     QVERIFY2(lines.first().startsWith("VT904 VidtipsUI.qml:0: the tip is 300 x 721"),
              qPrintable(lines.first()));
+}
+
+// What is on its way is not what users read.
+void tst_Trial::waitsUntilNothingMoves()
+{
+    const QByteArray fading = "Rectangle { width: 300; height: 100; color: 'white'\n"
+                              "Text { id: t; text: 'Words'; opacity: 0\n"
+                              "NumberAnimation on opacity { to: 1; duration: 400 } } }";
+    QCOMPARE(shown(packageWith({{fullInterface, head + fading}})), QStringList());
+    const QByteArray pulsing =
+        "Rectangle { width: 300; height: 100; color: 'white'\n"
+        "Text { text: 'Words'; color: '#949494'\n"
+        "NumberAnimation on x { from: 0; to: 200; duration: 900; loops: Animation.Infinite } } }";
+    QCOMPARE(shown(packageWith({{fullInterface, head + pulsing}})).size(), 1);
 }
 
 // Looking behind the texts is nothing that their user interface could notice.

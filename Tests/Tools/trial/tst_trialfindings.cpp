@@ -35,21 +35,21 @@ private slots:
 void tst_TrialFindings::namesTheFirstTipAndCountsOthers()
 {
     TrialFindings found;
-    found.add(cut, {"b", "de_DE", true, true}, 7);
+    found.add(cut, {"b", "de_DE", true, true, {}}, 7);
     QCOMPARE(messages(found), QStringList("VT902 the text is cut (\"b\", de_DE, simple, dark)"));
-    found.add(cut, {"b", "de_DE", false, true}, 4);
+    found.add(cut, {"b", "de_DE", false, true, {}}, 4);
     QCOMPARE(messages(found), QStringList("VT902 the text is cut (\"b\", de_DE, dark)"));
-    found.add(cut, {"a", "en_US", false, false}, 2);
-    found.add(cut, {"a", "de_DE", false, false}, 5);
+    found.add(cut, {"a", "en_US", false, false, {}}, 2);
+    found.add(cut, {"a", "de_DE", false, false, {}}, 5);
     QCOMPARE(messages(found), QStringList("VT902 the text is cut (\"a\", en_US, and another tip)"));
-    found.add(cut, {"c", "en_US", false, false}, 3);
+    found.add(cut, {"c", "en_US", false, false, {}}, 3);
     QCOMPARE(messages(found), QStringList("VT902 the text is cut (\"a\", en_US, and 2 other tips)"));
 }
 
 void tst_TrialFindings::keepsPlacesApart()
 {
     TrialFindings found;
-    const TrialTip tip{"a", "en_US", false, false};
+    const TrialTip tip{"a", "en_US", false, false, {}};
     found.add(cut, tip, 0);
     found.add({"VT903", cut.file, cut.position, "other code"}, tip, 0);
     found.add({cut.code, "/ui/Other.qml", cut.position, "other file"}, tip, 0);
@@ -93,7 +93,7 @@ void tst_TrialFindings::leavesOutWhatIsKnown()
     Findings findings;
     findings.add(known, cut.file, cut.position, "known");
     TrialFindings trial;
-    trial.add({found, cut.file, {line, 1}, "found"}, {"a", "en_US", false, false}, 0);
+    trial.add({found, cut.file, {line, 1}, "found"}, {"a", "en_US", false, false, {}}, 0);
     QCOMPARE(messages(trial, findings).size(), isLeftOut ? 1 : 2);
 }
 

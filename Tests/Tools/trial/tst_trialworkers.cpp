@@ -1,6 +1,4 @@
-#include "CheckPackages.h"
 #include "shared/Console.h"
-#include "shared/Content.h"
 #include "trial/TrialWorkers.h"
 
 #include <QtCore/QThread>
@@ -43,7 +41,7 @@ QVector<TrialTip> plan()
 {
     QVector<TrialTip> tips;
     for (int i = 0; i < 64; ++i)
-        tips.append({QString("key%1").arg(i), "en_US", false, false});
+        tips.append({QString("key%1").arg(i), "en_US", false, false, "/ui/Bad.qml"});
     return tips;
 }
 
@@ -75,10 +73,9 @@ private slots:
 
 void tst_TrialWorkers::gathersWhatAllFind()
 {
-    const Content content;
     QVector<int> progress;
     QString problem;
-    TrialWorkers workers(content, plan(), {"fine"});
+    TrialWorkers workers(plan(), {"fine"});
     const TrialFindings found = workers.run(
         [&](int done, int total) {
             progress << done;
@@ -96,11 +93,8 @@ void tst_TrialWorkers::gathersWhatAllFind()
 
 void tst_TrialWorkers::goesOnAfterACrash()
 {
-    const CheckPackages packages(controlWith("<vidtip key=\"key3\"/>\n<vidtip key=\"key63\"/>"));
-    Content content;
-    QCOMPARE(content.load({packages.path()}), QString());
     QString problem;
-    TrialWorkers workers(content, plan(), {"crash"});
+    TrialWorkers workers(plan(), {"crash"});
     const QStringList found = lines(workers.run([](int, int) {}, problem));
     QCOMPARE(problem, QString());
     QCOMPARE(found,
@@ -111,9 +105,8 @@ void tst_TrialWorkers::goesOnAfterACrash()
 
 void tst_TrialWorkers::endsWhatNeverEnds()
 {
-    const Content content;
     QString problem;
-    TrialWorkers workers(content, plan(), {"hang"});
+    TrialWorkers workers(plan(), {"hang"});
     workers.setPatience(4000);
     QCOMPARE(lines(workers.run([](int, int) {}, problem)),
              QStringList({"VT900:0 showing the tip does not come to an end (\"key3\", en_US)",
@@ -124,18 +117,16 @@ void tst_TrialWorkers::endsWhatNeverEnds()
 
 void tst_TrialWorkers::saysWhenNoneWorks()
 {
-    const Content content;
     QString problem;
-    TrialWorkers workers(content, plan(), {"nothing"});
+    TrialWorkers workers(plan(), {"nothing"});
     QCOMPARE(lines(workers.run([](int, int) {}, problem)), QStringList());
     QCOMPARE(problem, QString("a process that shows tips ended before it has shown one"));
 }
 
 void tst_TrialWorkers::hasNothingToShow()
 {
-    const Content content;
     QString problem;
-    TrialWorkers workers(content, {}, {"crash"});
+    TrialWorkers workers({}, {"crash"});
     QCOMPARE(lines(workers.run([](int, int) {}, problem)), QStringList());
     QCOMPARE(problem, QString());
 }

@@ -95,7 +95,7 @@ QStringList workerArguments(const Request &request)
 QString checkTips(const Content &content, const Request &request, Console &console, Findings &findings)
 {
     QString problem;
-    TrialWorkers workers(content, TrialPlan::of(content, request.sourceLocale), workerArguments(request));
+    TrialWorkers workers(TrialPlan::of(content, request.sourceLocale), workerArguments(request));
     workers.run(progressOf(console, "tips"), problem).addTo(findings);
     return problem;
 }
@@ -137,7 +137,9 @@ int watch(const Request &request, Console &console)
         isCurrent = true;
         Content content;
         const QString problem = content.load(request.folders, progressOf(console, "control files"));
-        watcher.watch(content, request.keyData + content.keyDataFiles());
+        // What cannot be read may come back.
+        if (problem.isEmpty())
+            watcher.watch(content, request.keyData + content.keyDataFiles());
         const int exitCode = problem.isEmpty() ? check(content, request, console) : console.fail(problem);
         lastExitCode = exitCode;
         lastExitCode = console.finish(exitCode);

@@ -7,19 +7,17 @@
 
 QVector<PreviewKey> PreviewKeys::in(const Content &content, const QString &locale)
 {
-    QMap<QString, QString> titles;
+    QMap<QString, PreviewKey> keys;
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || !(file.locale().isEmpty() || QLocale(file.locale()) == QLocale(locale)))
             continue;
         for (const XmlNode *entry : file.entries()) {
-            if (!titles.contains(entry->attribute("key")))
-                titles.insert(entry->attribute("key"), entry->attribute("title").simplified());
+            const QString key = entry->attribute("key");
+            if (!keys.contains(key))
+                keys.insert(key, {key, entry->attribute("title").simplified(), &file, entry});
         }
     }
-    QVector<PreviewKey> keys;
-    for (auto it = titles.cbegin(); it != titles.cend(); ++it)
-        keys.append({it.key(), *it});
-    return keys;
+    return keys.values().toVector();
 }
 
 QString PreviewKeys::defaultLocale(const Content &content)

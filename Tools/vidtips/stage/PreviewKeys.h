@@ -4,12 +4,16 @@
 #include <QtCore/QVector>
 
 class Content;
+struct ControlFile;
+struct XmlNode;
 
 /** A tip that can be previewed. */
 struct PreviewKey
 {
     QString key;
     QString title;
+    const ControlFile *file = nullptr; ///< Of the content, as the entry.
+    const XmlNode *entry = nullptr;
 };
 
 namespace PreviewKeys {

@@ -90,14 +90,6 @@ void addItems(QGraphicsItem *item, QVector<QGraphicsObject *> &items)
         addItems(child, items);
 }
 
-// Pictures, clips and loaders have a status, and a name for this one.
-bool isItemLoading(const QGraphicsObject *item)
-{
-    const QMetaObject *const meta = item->metaObject();
-    const QMetaProperty status = meta->property(meta->indexOfProperty("status"));
-    return status.isEnumType() && status.read(item).toInt() == status.enumerator().keyToValue("Loading");
-}
-
 bool isClipWaiting(const QGraphicsObject *item)
 {
     const auto *const clip = qobject_cast<const VTVideoComponent *>(item);
@@ -200,10 +192,18 @@ QVector<QGraphicsObject *> PreviewStage::items() const
     return items;
 }
 
+bool PreviewStage::hasStatus(const QGraphicsObject *item, const char *name)
+{
+    const QMetaObject *const meta = item->metaObject();
+    const QMetaProperty status = meta->property(meta->indexOfProperty("status"));
+    return status.isEnumType() && status.read(item).toInt() == status.enumerator().keyToValue(name);
+}
+
 bool PreviewStage::isLoading() const
 {
     const QVector<QGraphicsObject *> all = items();
-    return std::any_of(all.cbegin(), all.cend(), isItemLoading);
+    return std::any_of(all.cbegin(), all.cend(),
+                       [](const QGraphicsObject *item) { return hasStatus(item, "Loading"); });
 }
 
 bool PreviewStage::isClipAtStart() const

@@ -51,6 +51,10 @@ public:
     /** The items of the tip that are not hidden, each before those in it. */
     QVector<QGraphicsObject *> items() const;
 
+    /** Tells whether @p item has a status that its class calls @p name, as pictures, clips and loaders have.
+     */
+    static bool hasStatus(const QGraphicsObject *item, const char *name);
+
     /** Tells whether a picture, a clip or a part of the user interface is not there yet. */
     bool isLoading() const;
 

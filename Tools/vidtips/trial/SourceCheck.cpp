@@ -1,20 +1,13 @@
 #include "SourceCheck.h"
 
 #include "shared/Places.h"
+#include "stage/PreviewStage.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QMetaProperty>
 #include <QtCore/QUrl>
 #include <QtWidgets/QGraphicsObject>
 
 namespace {
-
-bool hasFailed(const QObject *item)
-{
-    const QMetaObject *const meta = item->metaObject();
-    const QMetaProperty status = meta->property(meta->indexOfProperty("status"));
-    return status.isEnumType() && status.read(item).toInt() == status.enumerator().keyToValue("Error");
-}
 
 QString problemWith(const QString &source)
 {
@@ -33,7 +26,8 @@ QVector<ItemPlace> SourceCheck::run(const ShownTip &tip)
 {
     QVector<ItemPlace> places;
     for (QGraphicsObject *item : tip.items()) {
-        const QString source = hasFailed(item) ? item->property("source").toString() : QString();
+        const QString source =
+            PreviewStage::hasStatus(item, "Error") ? item->property("source").toString() : QString();
         if (source.isEmpty())
             continue;
         tip.add("VT901", {item, source.section('/', -1), {}}, problemWith(source));

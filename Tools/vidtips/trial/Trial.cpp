@@ -6,15 +6,12 @@
 #include "PressCheck.h"
 #include "ShownTip.h"
 #include "SourceCheck.h"
-#include "shared/Content.h"
 #include "stage/PreviewLook.h"
 #include "stage/PreviewStage.h"
 #include "stage/StageClock.h"
 
-#include <Vidtips/VTWidget.h>
-
-#include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
+#include <QtCore/QDataStream>
+#include <QtWidgets/QGraphicsObject>
 
 #include <algorithm>
 
@@ -22,22 +19,8 @@ namespace {
 
 constexpr int untilSeen = 60; // milliseconds: what a user interface does once it is loaded
 constexpr int untilGrown = 2000; // milliseconds
-
-// The entry that the library shows for the tip, and its file.
-const XmlNode *entryOf(const Content &content, const TrialTip &tip, const ControlFile *&found)
-{
-    for (const ControlFile &file : content.controlFiles()) {
-        const bool serves = file.locale().isEmpty() || QLocale(file.locale()) == QLocale(tip.locale);
-        if (!file.isAdmitted || !serves)
-            continue;
-        for (const XmlNode *entry : file.entries()) {
-            found = &file;
-            if (entry->attribute("key") == tip.key)
-                return entry;
-        }
-    }
-    return nullptr;
-}
+constexpr int longestMotion = 600; // milliseconds
+constexpr int step = 20; // milliseconds
 
 } // namespace
 
@@ -50,14 +33,6 @@ Trial::Trial(const Content &content, const QString &keyData, const Report &repor
 }
 
 Trial::~Trial() = default;
-
-QString Trial::userInterface(const Content &content, const TrialTip &tip)
-{
-    const ControlFile *file = nullptr;
-    const XmlNode *const entry = entryOf(content, tip, file);
-    const FileCategory &category = tip.isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
-    return entry ? QFileInfo(content.find(*file, entry, category)).canonicalFilePath() : QString();
-}
 
 void Trial::setStage(const TrialTip &tip)
 {
@@ -74,27 +49,47 @@ void Trial::setStage(const TrialTip &tip)
     m_stage = std::make_unique<PreviewStage>(m_content, settings);
 }
 
-// Where there is no user interface, the library shows what it can, and a finding of its own says so.
 void Trial::show(const TrialTip &tip)
 {
-    const QString file = userInterface(m_content, tip);
-    if (!QFileInfo(file).isFile())
-        return;
     setStage(tip);
     m_failed.clear();
     if (!m_stage->show(tip.key, {}) || m_stage->isBroken()) {
         if (!reportProblems())
-            m_report({"VT900", file, {}, "the tip is not shown"});
+            m_report({"VT900", tip.userInterface, {}, "the tip is not shown"});
         return;
     }
     m_clock->pass(*m_stage, untilSeen);
+    const QByteArray first = settle();
     look();
-    const QVector<QGraphicsObject *> first = m_stage->items();
-    const QSize size = m_stage->window()->size();
     m_clock->pass(*m_stage, untilGrown);
-    if (m_stage->items() != first || m_stage->window()->size() != size)
+    if (settle() != first)
         look();
     reportProblems();
+}
+
+// What fades in or grows is not judged on its way; what never stops is, as it is.
+QByteArray Trial::settle()
+{
+    QByteArray last = appearance();
+    for (int passed = 0; passed < longestMotion; passed += step) {
+        m_clock->pass(*m_stage, step);
+        const QByteArray now = appearance();
+        if (now == last)
+            break;
+        last = now;
+    }
+    return last;
+}
+
+QByteArray Trial::appearance() const
+{
+    QByteArray appearance;
+    QDataStream stream(&appearance, QIODevice::WriteOnly);
+    const QVector<QGraphicsObject *> items = m_stage->items();
+    for (const QGraphicsObject *item : items)
+        stream << quintptr(item) << item->sceneBoundingRect() << item->effectiveOpacity()
+               << item->property("text").toString() << item->property("color").toString();
+    return appearance;
 }
 
 // In other colours, everything stands where it stood.

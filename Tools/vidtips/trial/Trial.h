@@ -5,6 +5,8 @@
 #include "TrialPlan.h"
 #include "findings/Finding.h"
 
+#include <QtCore/QByteArray>
+
 #include <functional>
 #include <memory>
 
@@ -25,12 +27,11 @@ public:
     /** Shows @p tip. One that the same host can show as the one before takes less time. */
     void show(const TrialTip &tip);
 
-    /** Returns the file of the user interface that shows @p tip; empty where there is none. */
-    static QString userInterface(const Content &content, const TrialTip &tip);
-
 private:
     void setStage(const TrialTip &tip);
     void look();
+    QByteArray settle();
+    QByteArray appearance() const;
     bool reportProblems();
 
     const Content &m_content;

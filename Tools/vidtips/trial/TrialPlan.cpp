@@ -4,7 +4,25 @@
 #include "stage/PreviewKeys.h"
 #include "strings/CatalogueName.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
+
+namespace {
+
+// Where there is no user interface, a finding of its own says so.
+void addTips(const Content &content, const QVector<PreviewKey> &keys, TrialTip tip, QVector<TrialTip> &tips)
+{
+    const FileCategory &category = tip.isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
+    for (const PreviewKey &key : keys) {
+        const QFileInfo file(content.find(*key.file, key.entry, category));
+        tip.key = key.key;
+        tip.userInterface = file.canonicalFilePath();
+        if (file.isFile())
+            tips << tip;
+    }
+}
+
+} // namespace
 
 bool TrialTip::sharesStage(const TrialTip &other) const
 {
@@ -20,10 +38,8 @@ QVector<TrialTip> TrialPlan::of(const Content &content, const QString &sourceLoc
     for (const QString &locale : qAsConst(locales)) {
         const QVector<PreviewKey> keys = PreviewKeys::in(content, locale);
         for (const bool isDark : {false, true}) {
-            for (const bool isSimple : {false, true}) {
-                for (const PreviewKey &key : keys)
-                    tips.append({key.key, locale, isSimple, isDark});
-            }
+            addTips(content, keys, {{}, locale, false, isDark, {}}, tips);
+            addTips(content, keys, {{}, locale, true, isDark, {}}, tips);
         }
     }
     return tips;

@@ -12,13 +12,14 @@ struct TrialTip
     QString locale;
     bool isSimple = false;
     bool isDark = false;
+    QString userInterface; ///< Its file.
 
     /** Tells whether the same host, as it is, can show both. */
     bool sharesStage(const TrialTip &other) const;
 };
 
 /** What is shown for a check: every tip in each of its locales, by both user interfaces, in light and dark
- * colours. */
+ * colours. What has no user interface is left out. */
 namespace TrialPlan {
 
 /** The showings for @p content, those by one host together; @p sourceLocale is that of texts for every

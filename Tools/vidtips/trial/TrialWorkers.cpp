@@ -2,7 +2,6 @@
 
 #include "Trial.h"
 #include "shared/Console.h"
-#include "shared/Content.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
@@ -37,10 +36,8 @@ struct TrialWorkers::Worker
     QProcess *process = nullptr;
 };
 
-TrialWorkers::TrialWorkers(const Content &content, const QVector<TrialTip> &plan,
-                           const QStringList &arguments)
-    : m_content(content)
-    , m_plan(plan)
+TrialWorkers::TrialWorkers(const QVector<TrialTip> &plan, const QStringList &arguments)
+    : m_plan(plan)
     , m_arguments(arguments)
 {
 }
@@ -140,7 +137,7 @@ void TrialWorkers::conclude(Worker &worker)
 void TrialWorkers::giveUp(Worker &worker, const QString &message)
 {
     const TrialTip &tip = m_plan.at(worker.tip);
-    m_findings.add({"VT900", Trial::userInterface(m_content, tip), {}, message}, tip, worker.tip);
+    m_findings.add({"VT900", tip.userInterface, {}, message}, tip, worker.tip);
 }
 
 void TrialWorkers::lookForStuckOnes()
@@ -159,8 +156,9 @@ int TrialWorkers::work(const Content &content, const QVector<TrialTip> &plan, co
     if (step < 1 || !output.open(stdout, QIODevice::WriteOnly))
         return ExitBadInput;
     bool isHeard = true;
-    Trial trial(content, keyData,
-                [&](const Finding &finding) { isHeard = write(output, TrialFindings::toJson(finding)); });
+    Trial trial(content, keyData, [&](const Finding &finding) {
+        isHeard = isHeard && write(output, TrialFindings::toJson(finding));
+    });
     for (int i = slice.section('/', 2, 2).toInt(); i < plan.size() && isHeard; i += step) {
         isHeard = write(output, {{"tip", i}});
         trial.show(plan.at(i));

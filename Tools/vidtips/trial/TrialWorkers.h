@@ -28,7 +28,7 @@ public:
     using Progress = std::function<void(int done, int total)>;
 
     /** Workers are this program with @p arguments, of which the first is the command, and a slice. */
-    TrialWorkers(const Content &content, const QVector<TrialTip> &plan, const QStringList &arguments);
+    TrialWorkers(const QVector<TrialTip> &plan, const QStringList &arguments);
     ~TrialWorkers() override;
 
     /** A worker that says nothing for @p milliseconds is ended; a minute by itself. */
@@ -53,7 +53,6 @@ private:
     void lookForStuckOnes();
     int count() const;
 
-    const Content &m_content;
     const QVector<TrialTip> m_plan;
     const QStringList m_arguments;
     TrialFindings m_findings;
