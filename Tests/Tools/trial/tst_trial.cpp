@@ -93,6 +93,13 @@ void addFitRows()
     rowOnWhite("elided", "Text { width: 60; elide: Text.ElideRight; text: vidtip.attribute('title') }",
                cut + " short in Tools.vidtips/ui/VidtipsUI.qml:4:1 (\"a\", en_US)");
     rowOnWhite("not elided", "Text { width: 280; elide: Text.ElideRight; text: vidtip.attribute('title') }");
+    rowOnWhite("elided until it has room",
+               "Text { id: t; width: 60; elide: Text.ElideRight; text: vidtip.attribute('title')\n"
+               "Timer { running: true; interval: 30; onTriggered: t.width = 280 } }");
+    rowOnWhite("too many lines",
+               "Text { width: 60; wrapMode: Text.Wrap; maximumLineCount: 2; elide: Text.ElideRight\n"
+               "text: vidtip.attribute('title') }",
+               cut + " short");
     rowOnWhite("cut off by its holder",
                "Item { width: 200; height: 9; clip: true; Text { text: vidtip.attribute('title') } }",
                cut + ": it takes");

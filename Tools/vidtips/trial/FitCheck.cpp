@@ -30,6 +30,15 @@ QString sizes(const QSizeF &needed, const QSizeF &given)
         .arg(qFloor(given.height()));
 }
 
+// A line that was too long once counts as cut from then on, whatever room it has been given.
+bool isCutShort(const QGraphicsObject *item)
+{
+    if (!item->property("truncated").toBool())
+        return false;
+    const bool isOneLine = item->property("lineCount").toInt() == 1;
+    return !isOneLine || item->property("implicitWidth").toReal() > item->property("width").toReal();
+}
+
 // What can be moved into sight is not cut.
 bool isScrolled(const QGraphicsItem *item)
 {
@@ -62,7 +71,7 @@ void FitCheck::checkText(const ShownTip &tip, const ShownText &text)
     const QRectF whole = text.item->mapRectToScene(text.painted);
     const QRectF seen = tip.seen(text.item, text.painted);
     const QSizeF box(text.item->property("width").toReal(), text.item->property("height").toReal());
-    if (text.item->property("truncated").toBool())
+    if (isCutShort(text.item))
         tip.add("VT902", text, QString("the text %1 is cut short").arg(shown(text.words)));
     else if (!isScrolled(text.item) && !isWithin(whole, seen))
         tip.add("VT902", text,
