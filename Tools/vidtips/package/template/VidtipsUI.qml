@@ -22,7 +22,9 @@ Rectangle {
 
     function resource(name) {
         var file = source(name);
-        return file === "" ? "" : fileUrl(vidTipView.findResource(file));
+        var path = file === "" ? "" : vidTipView.findResource(file);
+        // For a file that there is not, the view gives the name of the folder.
+        return path !== "" && path.split("/").pop() === file.split("/").pop() ? fileUrl(path) : "";
     }
 
     // A catalogue that lacks a word gives nothing for it.

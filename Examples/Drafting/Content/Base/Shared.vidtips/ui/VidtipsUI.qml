@@ -188,7 +188,7 @@ Rectangle {
         PictureStage {
             ui: look
             name: root.title
-            Component.onCompleted: source = Content.fileUrl(vidTipView.findResource(root.picture))
+            Component.onCompleted: source = Content.pictureUrl(root.tip, root.picture)
         }
     }
 

@@ -38,9 +38,15 @@ function resource(tip, name) {
     return element ? element.attribute("source") : "";
 }
 
-function fileUrl(path) {
-    return path === "" ? "" : "file://" + (path.charAt(0) === "/" ? "" : "/")
-        + encodeURI(path).replace(/#/g, "%23").replace(/\?/g, "%3F");
+// The address of the picture that a tip names. For a file that there is not, the view gives the name of the
+// folder: nothing is shown then, and the log of the application names the file.
+function pictureUrl(tip, name) {
+    var path = vidTipView.findResource(name);
+    if (path.split("/").pop() !== name.split("/").pop()) {
+        vidTipView.debugLog("Tip \"" + tip.attribute("key") + "\": Could not find the picture " + name);
+        return "";
+    }
+    return "file://" + (path.charAt(0) === "/" ? "" : "/") + encodeURI(path).replace(/#/g, "%23").replace(/\?/g, "%3F");
 }
 
 // A property that the host may have set; the fallback when it did not.
