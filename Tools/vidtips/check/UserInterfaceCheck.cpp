@@ -4,13 +4,8 @@
 #include "shared/Content.h"
 #include "stage/PreviewStage.h"
 
-#include <Vidtips/VTView.h>
-#include <Vidtips/VTWidget.h>
-
 #include <QtCore/QEventLoop>
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QRegularExpression>
 #include <QtCore/QTimer>
 
 namespace {
@@ -22,28 +17,6 @@ void settle()
     QEventLoop loop;
     QTimer::singleShot(settleTime, &loop, &QEventLoop::quit);
     loop.exec();
-}
-
-// The first line that opens an object; what is above are imports and comments.
-Position rootObjectIn(const QString &path)
-{
-    static const QRegularExpression object("^\\s*([A-Z][\\w.]*)\\s*\\{");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    for (int line = 1; !file.atEnd(); ++line) {
-        const QRegularExpressionMatch match = object.match(QString::fromUtf8(file.readLine()));
-        if (match.hasMatch())
-            return {line, match.capturedStart(1) + 1};
-    }
-    return {};
-}
-
-bool hasSize(const PreviewStage &stage)
-{
-    const Vidtips::VTView *const view = stage.window() ? stage.window()->view() : nullptr;
-    const QGraphicsObject *const root = view ? view->rootObject() : nullptr;
-    return !root || (root->property("width").toReal() > 0 && root->property("height").toReal() > 0);
 }
 
 } // namespace
@@ -66,7 +39,7 @@ void UserInterfaceCheck::show(const Content &content, const ControlFile &file, c
     const FileCategory &category = isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
     const QString path = QFileInfo(content.find(file, &entry, category)).canonicalFilePath();
     if (!QFileInfo(path).isFile() || m_shown.contains(path)
-        || findings.contains(path, {"VT601", "VT602", "VT603"}))
+        || findings.contains(path, {"VT100", "VT601", "VT602", "VT603"}))
         return;
     m_shown << path;
     PreviewSettings settings;
@@ -78,12 +51,12 @@ void UserInterfaceCheck::show(const Content &content, const ControlFile &file, c
     settle();
     if (stage.isBroken())
         return;
-    if (!hasSize(stage))
-        findings.add("VT606", path, rootObjectIn(path),
-                     "the tip has no size: give this item a width and a height");
     for (const Finding &problem : stage.problems()) {
         // What a file names in so many words has been looked for already.
-        if (!findings.containsAt(problem.file, problem.position.line, "VT605"))
+        const bool isKnown = problem.position.line > 0
+            ? findings.containsAt(problem.file, problem.position.line, "VT605")
+            : findings.contains(path, {"VT605"});
+        if (!isKnown)
             findings.add(problem.code, problem.file, problem.position, problem.message);
     }
 }

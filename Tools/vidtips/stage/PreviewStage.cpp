@@ -11,6 +11,7 @@
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QMetaProperty>
@@ -66,10 +67,11 @@ QString withoutAddresses(QString text)
     return text;
 }
 
-// Warnings of the QML engine come as "file:///path:line:column: text"; what else is said is for developers.
+// Warnings of the QML engine come as "file:///path:line:column: text", those of a file that there is not
+// without a place in it; what else is said is for developers.
 bool readWarning(const QString &message, Finding &finding)
 {
-    static const QRegularExpression warning("^(file://\\S*?):(\\d+)(?::(\\d+))?: (.*)$",
+    static const QRegularExpression warning("^(file://\\S*?)(?::(\\d+)(?::(\\d+))?)?: (.*)$",
                                             QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = warning.match(message);
     finding = {"VT607",
@@ -94,6 +96,27 @@ bool isClipWaiting(const QGraphicsObject *item)
 {
     const auto *const clip = qobject_cast<const VTVideoComponent *>(item);
     return clip && clip->status() == VTVideoComponent::Ready && clip->position() < 1;
+}
+
+// The first line that opens an object; what is above are imports and comments.
+Position rootObjectIn(const QString &path)
+{
+    static const QRegularExpression object("^\\s*([A-Z][\\w.]*)\\s*\\{");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    for (int line = 1; !file.atEnd(); ++line) {
+        const QRegularExpressionMatch match = object.match(QString::fromUtf8(file.readLine()));
+        if (match.hasMatch())
+            return {line, match.capturedStart(1) + 1};
+    }
+    return {};
+}
+
+bool hasSize(const VTView &view)
+{
+    const QGraphicsObject *const root = view.rootObject();
+    return !root || (root->property("width").toReal() > 0 && root->property("height").toReal() > 0);
 }
 
 // Pictures are remembered by their names for a while, whatever becomes of the files.
@@ -229,5 +252,14 @@ QVector<Finding> PreviewStage::problems()
         if (readWarning(message, finding))
             add(finding);
     }
-    return d->problems;
+    return d->problems + sizeProblems();
+}
+
+QVector<Finding> PreviewStage::sizeProblems() const
+{
+    const VTView *const view = window() ? window()->view() : nullptr;
+    if (!view || hasSize(*view))
+        return {};
+    const QString path = view->source().toLocalFile();
+    return {{"VT606", path, rootObjectIn(path), "the tip has no size: give this item a width and a height"}};
 }

@@ -41,7 +41,7 @@ public:
 
     /**
      * What the QML complained about since the last show(): errors that keep it from being shown, VT601, or
-     * warnings, VT607.
+     * warnings, VT607; and that the tip has no size, VT606.
      */
     QVector<Finding> problems();
 
@@ -66,6 +66,8 @@ Q_SIGNALS:
     void requested(const QString &what);
 
 private:
+    QVector<Finding> sizeProblems() const;
+
     class Host;
     struct Private;
     std::unique_ptr<Private> const d;
