@@ -12,6 +12,7 @@ struct Mistake
     Files files; ///< What is other than in a package that is right.
     QString check;
     QString preview;
+    QString host = {}; ///< What reaches a host that hears everything and says where it is.
 };
 Q_DECLARE_METATYPE(Mistake)
 
@@ -40,10 +41,34 @@ inline QByteArray tip(const QByteArray &elements)
  * file. */
 Files with(const Files &changes);
 
+/** What a host is told of a control file with @p error, which begins with its place. */
+QString malformed(const QString &error);
+
 } // namespace Garden
 
+/** The table of mistakes. */
+namespace Mistakes {
+
+/** A mistake in the control file, and what is found behind the file's name. */
+struct ControlFileMistake
+{
+    const char *name;
+    QByteArray garden;
+    QString finding;
+    QString host = {};
+};
+
 /** Every mistake of the table. */
-QVector<Mistake> allMistakes();
+QVector<Mistake> all();
 
 /** The codes of the findings that the table has. */
-QStringList codesOfMistakes();
+QStringList codes();
+
+void add(const Mistake &mistake);
+void addInControlFile(const QVector<ControlFileMistake> &mistakes);
+
+void addInControlFiles();
+void addInPackages();
+void addInWhatIsShown();
+
+} // namespace Mistakes

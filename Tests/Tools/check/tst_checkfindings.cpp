@@ -441,7 +441,7 @@ void tst_CheckFindings::everyCodeHasARow()
     for (const QJsonValue kind : ToolRun({"explain", "--json"}).json().array())
         codes << kind.toObject()["code"].toString();
     QVERIFY(codes.size() > 40);
-    m_coveredCodes += codesOfMistakes();
+    m_coveredCodes += Mistakes::codes();
     // Those of tips that are shown have their rows in tst_trial.cpp.
     for (const QString &code : qAsConst(codes))
         QVERIFY2(m_coveredCodes.contains(code) || code.startsWith("VT9"), qPrintable(code));

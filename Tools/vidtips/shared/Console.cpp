@@ -67,9 +67,11 @@ const char *escapeFor(Console::Colour colour)
 
 } // namespace
 
-Console::Console()
-    : m_outputIsTerminal(isTerminalStream(stdout))
-    , m_errorIsTerminal(isTerminalStream(stderr))
+Console::Console(std::FILE *output, std::FILE *errors)
+    : m_outputStream(output)
+    , m_errorStream(errors)
+    , m_outputIsTerminal(isTerminalStream(output))
+    , m_errorIsTerminal(isTerminalStream(errors))
     , m_colours(m_outputIsTerminal && qEnvironmentVariableIsEmpty("NO_COLOR"))
 {
 #ifdef Q_OS_UNIX
@@ -84,7 +86,7 @@ int Console::width() const
 {
 #ifdef Q_OS_UNIX
     winsize size = {};
-    if (m_outputIsTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+    if (m_outputIsTerminal && ioctl(fileno(m_outputStream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
 #endif
     return defaultWidth;
@@ -118,8 +120,8 @@ int Console::finish(int exitCode)
     m_output.clear();
     errno = 0;
     const bool isWritten =
-        std::fwrite(output.constData(), 1, size_t(output.size()), stdout) == size_t(output.size());
-    if (isWritten && std::fflush(stdout) == 0)
+        std::fwrite(output.constData(), 1, size_t(output.size()), m_outputStream) == size_t(output.size());
+    if (isWritten && std::fflush(m_outputStream) == 0)
         return exitCode;
     return fail(QString("cannot write the output: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
 }
@@ -133,8 +135,8 @@ int Console::fail(const QString &problem)
 
 void Console::note(const QString &text)
 {
-    std::fputs((text + '\n').toUtf8().constData(), stderr);
-    std::fflush(stderr);
+    std::fputs((text + '\n').toUtf8().constData(), m_errorStream);
+    std::fflush(m_errorStream);
 }
 
 void Console::progress(int done, int total, const QString &what)
@@ -144,7 +146,7 @@ void Console::progress(int done, int total, const QString &what)
     const qint64 now = m_clock.elapsed();
     if (done >= total) {
         if (m_lastProgress > 0)
-            std::fputs("\r\033[K", stderr);
+            std::fputs("\r\033[K", m_errorStream);
         m_lastProgress = 0;
         return;
     }
@@ -152,8 +154,8 @@ void Console::progress(int done, int total, const QString &what)
         return;
     m_lastProgress = now;
     const QString line = QString("\r\033[K%1 of %2 %3").arg(done).arg(total).arg(what);
-    std::fputs(line.toUtf8().constData(), stderr);
-    std::fflush(stderr);
+    std::fputs(line.toUtf8().constData(), m_errorStream);
+    std::fflush(m_errorStream);
 }
 
 QString Console::wrapped(const QString &text, int indent, int width)

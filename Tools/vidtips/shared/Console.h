@@ -4,6 +4,8 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QString>
 
+#include <cstdio>
+
 /** What a command ends with. */
 enum ExitCode {
     ExitFine = 0, ///< Nothing to report.
@@ -21,7 +23,8 @@ class Console
 public:
     enum Colour { Plain, Bold, Dim, Red, Yellow, Cyan };
 
-    Console();
+    /** Writes to these streams, which must outlive it. */
+    explicit Console(std::FILE *output = stdout, std::FILE *errors = stderr);
 
     /** Colours are used on a terminal unless the variable NO_COLOR is set to anything. */
     bool usesColours() const { return m_colours; }
@@ -58,6 +61,8 @@ public:
     static QString wrapped(const QString &text, int indent, int width);
 
 private:
+    std::FILE *m_outputStream;
+    std::FILE *m_errorStream;
     QByteArray m_output;
     QElapsedTimer m_clock;
     qint64 m_lastProgress = 0;

@@ -1,0 +1,153 @@
+#include "Mistakes.h"
+
+#include "TestCatalogue.h"
+#include "TestClips.h"
+
+namespace {
+
+QString noPicture(const QString &source)
+{
+    return QString("Tip \"tree\": Could not find the picture %1").arg(source);
+}
+
+void addFileMistakes()
+{
+    using Garden::tip;
+    Mistakes::addInControlFile(
+        {{"clip that is missing", tip("<clip source=\"tree.mp4\"/>"),
+          "4:7: error: \"tree.mp4\" of the tip \"tree\" is missing: looked for "
+          "Garden.vidtips/Resources/tree.mp4, Shared.vidtips/Resources/tree.mp4 [VT405]",
+          "Tip \"tree\": Could not find the clip tree.mp4"},
+         {"picture that is missing", tip("<picture source=\"tree.png\"/>"),
+          "4:10: error: \"tree.png\" of the tip \"tree\" is missing: looked for "
+          "Garden.vidtips/Resources/tree.png, Shared.vidtips/Resources/tree.png [VT404]",
+          noPicture("tree.png")},
+         {"package that is missing",
+          Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Oaks\""),
+          "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]"}});
+    const auto elsewhere = [](const char *name, const QByteArray &source, const QString &reason,
+                              const QString &host, const Files &others = {}) {
+        Files files = others;
+        files.insert(Garden::control, tip("<picture source=\"" + source + "\"/>"));
+        const QString line =
+            QString("%1:4:10: warning: \"%2\" of the tip \"tree\" %3: put the file into the package [VT411]")
+                .arg(Garden::control, source, reason);
+        Mistakes::add({name, files, line, line, host});
+    };
+    const QByteArray picture = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>";
+    elsewhere("absolute path", "/nowhere/tree.png", "is a path of this machine",
+              noPicture("/nowhere/tree.png"));
+    elsewhere("absolute path of Windows", "C:\\nowhere\\tree.png", "is a path of this machine",
+              noPicture("C:\\nowhere\\tree.png"));
+    elsewhere("address of a file", "file:///nowhere/tree.png", "is a path of this machine",
+              noPicture("/nowhere/tree.png"));
+    elsewhere("address in the network", "https://localhost/tree.png", "is in the network, and is not loaded",
+              noPicture("https://localhost/tree.png"));
+    elsewhere("path out of the package", "../../tree.svg", "lies outside the package", {},
+              {{"tree.svg", picture}, {"Garden.vidtips/Resources/bush.svg", picture}});
+    const auto swapped = [&](const char *name, const QByteArray &element, const QByteArray &file,
+                             const QByteArray &bytes, const QString &finding, const QString &host = {}) {
+        const QString line =
+            QString("%1:4:%2: warning: %3 [VT412]").arg(Garden::control).arg(element.size() + 3).arg(finding);
+        Mistakes::add({name,
+                       {{Garden::control, tip('<' + element + " source=\"" + file + "\"/>")},
+                        {"Garden.vidtips/Resources/" + file, bytes}},
+                       line,
+                       line,
+                       host});
+    };
+    swapped("clip that is a picture", "clip", "tree.svg", picture,
+            "\"tree.svg\" is a picture, and this is a \"clip\": did you mean \"picture\"?");
+    swapped("picture that is a clip", "picture", "tree.mp4", TestClips::read(TestClips::h264()),
+            "\"tree.mp4\" is a clip, and this is a \"picture\": did you mean \"clip\"?",
+            "Shared.vidtips/ui/PictureStage.qml:16:5: QML Image: Error decoding: "
+            "Garden.vidtips/Resources/tree.mp4: "
+            "Unsupported image format");
+    const auto folder = [](const char *name, const QByteArray &path, const QString &finding) {
+        const Files files{{path + "/Control/Bush.xml", "<vidtips/>"}};
+        Mistakes::add({name, files, path + ": warning: " + finding, QString()});
+    };
+    const QString noPackage = "the folder is no package, because its name does not end in \".vidtips\"";
+    folder("package with another suffix", "Bush.vidtip", noPackage + ": name it \"Bush.vidtips\" [VT211]");
+    folder("package without a suffix", "Bush 1.0", noPackage + ": name it \"Bush 1.0.vidtips\" [VT211]");
+    folder("blank behind the suffix", "Bush.vidtips ", noPackage + ": name it \"Bush.vidtips\" [VT211]");
+    folder("copy without the suffix", "Garden", noPackage + " [VT211]");
+    folder("package in a folder", "Plants/Bush.vidtips",
+           "the package lies too deep to be found: move it up, or name \"Plants\" as well [VT212]");
+    Mistakes::add(
+        {"picture larger than a screen",
+         {{"Garden.vidtips/Resources/tree.svg",
+           "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8000\" height=\"6000\"/>"}},
+         "Garden.vidtips/Resources/tree.svg: warning: the picture is 8000 x 6000 pixels, and screens have "
+         "3840 x 2160 at most [VT409]",
+         QString()});
+}
+
+// Beside the packages, where nobody but the application reads it.
+void addKeyDataMistakes()
+{
+    const auto mistake = [](const char *name, const QByteArray &keyData, const QString &finding) {
+        Mistakes::add({name, {{"keys.xml", keyData}}, "keys.xml:" + finding, QString()});
+    };
+    mistake("key data that is empty", "", " error: the file holds no element [VT804]");
+    mistake("key data with a misspelt root", "<vidtipskeys/>",
+            "1:1: error: the document element is \"vidtipskeys\": did you mean \"vidtipkeys\"? [VT804]");
+    mistake("key data with a misspelt element", "<vidtipkeys>\n<kye name=\"tree\"/></vidtipkeys>",
+            "2:1: warning: \"kye\" is not read here: only \"key\" is [VT805]");
+    mistake("key data with a misspelt attribute",
+            "<vidtipkeys>\n<key name=\"tree\" shrtcut=\"T\"/></vidtipkeys>",
+            "2:18: warning: the attribute \"shrtcut\" is not read: did you mean \"shortcut\"? [VT805]");
+    mistake("key data with a misspelt attribute of the schema",
+            "<vidtipkeys>\n<key name=\"tree\" hlep=\"trees\"/></vidtipkeys>",
+            "2:18: warning: the attribute \"hlep\" is not read: did you mean \"help\"? [VT805]");
+}
+
+// A shared user interface of two words, in a package of its own.
+Files withWords(Files changes)
+{
+    changes.insert("Words.vidtips/Control/Words.xml", "<vidtips/>");
+    changes.insert("Words.vidtips/ui/VidtipsUI.qml",
+                   "import QtQuick 1.1\nItem {\n  width: 20; height: 10\n"
+                   "  property string more: vidTipView.translate(\"More help\", \"VidtipsUI\")\n"
+                   "  property string keep: vidTipView.translate(\"Keep open\", \"VidtipsUI\")\n}\n");
+    return changes;
+}
+
+void addTranslationMistakes()
+{
+    const QByteArray entries = "<vidtip key=\"tree\" title=\"Plants\" context=\"G\"/>\n"
+                               "<vidtip key=\"bush\" title=\"Plants\" context=\"G\"/>";
+    const QByteArray german = "<vidtips locale=\"de_DE\" search=\"Words, Shared\">\n"
+                              "<vidtip key=\"tree\" title=\"Baum\"/></vidtips>";
+    const QByteArray words =
+        TestCatalogue("VidtipsUI").add("More help", "Mehr").add("Keep open", "Offen").bytes();
+    const auto silent = [](const char *name, const Files &files, const QString &line) {
+        Mistakes::add({name, withWords(files), line, QString()});
+    };
+    silent("text that many tips use",
+           {{Garden::control, Garden::file(entries, "search=\"Words, Shared\"")},
+            {"Garden.vidtips/l10n/Vidtips_de_DE.qm", words},
+            {"Garden.vidtips/l10n/Vidtips_fr_FR.qm", words}},
+           "Garden.vidtips/Control/Garden.xml:3:20: warning: \"Plants\" is not translated in de_DE, fr_FR; "
+           "it also "
+           "stands in line 4 [VT704]");
+    silent("words of the shared user interface",
+           {{"Garden.vidtips/Control/German.xml", german},
+            {"Garden.vidtips/l10n/Vidtips_de_DE.qm",
+             TestCatalogue("VidtipsUI").add("More help", "Mehr").bytes()}},
+           "Words.vidtips/ui/VidtipsUI.qml:5:46: warning: \"Keep open\" is not translated in de_DE: "
+           "Garden.vidtips/l10n/Vidtips_de_DE.qm lacks it [VT705]");
+    silent("no catalogue for the user interface", {{"Garden.vidtips/Control/German.xml", german}},
+           "Garden.vidtips/Control/German.xml:1:10: warning: the words of the user interface, such as \"More "
+           "help\", "
+           "are not translated in de_DE: there is no Vidtips_de_DE.qm [VT705]");
+}
+
+} // namespace
+
+void Mistakes::addInPackages()
+{
+    addFileMistakes();
+    addKeyDataMistakes();
+    addTranslationMistakes();
+}

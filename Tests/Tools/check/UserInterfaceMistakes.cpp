@@ -1,0 +1,99 @@
+#include "Mistakes.h"
+
+#include "TestClips.h"
+
+namespace {
+
+// A preview plays clips and does not judge them.
+void clipMistake(const QString &clip, const char *name, const QString &finding)
+{
+    const QString file = "Garden.vidtips/Resources/tree." + QFileInfo(clip).suffix();
+    Mistakes::add({name, {{file, TestClips::read(clip)}}, file + ": " + finding, QString()});
+}
+
+QString h264(const QString &name, const QString &size, const QStringList &options)
+{
+    const QStringList codec{"-c:v", "libx264", "-pix_fmt", "yuv420p", "-movflags", "+faststart"};
+    return TestClips::make(name, TestClips::moving(size, 50, options + codec));
+}
+
+void addClipMistakes()
+{
+    const QString whole = h264("mistake-whole.mp4", "160x120", {});
+    const QByteArray bytes = TestClips::read(whole);
+    clipMistake(TestClips::write("mistake-cut.mp4", bytes.left(bytes.size() / 2)), "clip that was cut off",
+                "error: the clip is cut off after 0.8 s of 2.0 s [VT505]");
+    clipMistake(
+        h264("mistake-variable.mp4", "160x120", {"-vf", "select='lt(n,10)+gt(n,30)'", "-vsync", "vfr"}),
+        "clip of variable frame rate",
+        "warning: the frame rate varies, from 40 to 880 ms a frame, and the clip is played as if it did not "
+        "[VT506]");
+    clipMistake(
+        TestClips::make("mistake-turned.mp4", {"-i", whole, "-c", "copy", "-metadata:s:v", "rotate=90"}),
+        "clip of a telephone",
+        "warning: the clip is to be turned by 90 degrees, and is shown as it is stored [VT507]");
+    clipMistake(h264("mistake-aspect.mp4", "160x120", {"-vf", "setsar=4/3"}), "pixels that are not square",
+                "warning: the clip's pixels are 4:3, and are shown square [VT508]");
+    clipMistake(h264("mistake-hd.mp4", "1280x720", {"-t", "0.1"}), "HD without colours",
+                "warning: the clip is HD (1280 x 720) and does not say its colours, which are shown as those "
+                "of small "
+                "clips [VT509]");
+    clipMistake(TestClips::make("mistake-alpha.mov",
+                                TestClips::moving("160x120", 5, {"-pix_fmt", "argb", "-c:v", "qtrle"})),
+                "clip with transparency", "warning: the clip has transparency, which is not shown [VT510]");
+    clipMistake(TestClips::write("mistake-none.mp4", "no clip"), "file that is no clip",
+                "error: the clip does not open: Could not open media [VT501]");
+}
+
+// A user interface of the package's own.
+void qmlMistake(const char *name, const QByteArray &qml, const QString &check, const QString &preview,
+                const QString &host)
+{
+    const QString file = "Garden.vidtips/ui/VidtipsUI.qml";
+    Mistakes::add({name, {{file, qml}}, file + ':' + check, preview, host});
+}
+
+// Preview and host show what the QML says.
+void qmlMistake(const char *name, const QByteArray &qml, const QString &check, const QString &said)
+{
+    const QString line = "Garden.vidtips/ui/" + said;
+    qmlMistake(name, qml, check, line, line);
+}
+
+void addQmlMistakes()
+{
+    const QByteArray head = "import QtQuick 1.1\nItem {\n";
+    const QByteArray size = "  width: 20; height: 10\n";
+    qmlMistake("picture that QML misses", head + size + "  Image { source: \"corner.png\" }\n}",
+               "4:19: error: there is no \"corner.png\" beside this file [VT605]",
+               "VidtipsUI.qml:4:3: QML Image: Cannot open: Garden.vidtips/ui/corner.png");
+    qmlMistake("part that QML misses", head + size + "  Loader {\n    source: \"Part.qml\"\n  }\n}",
+               "5:13: error: there is no \"Part.qml\" beside this file [VT605]",
+               "Part.qml: No such file or directory");
+    qmlMistake(
+        "root without a size", head + "  Text { text: \"Tree\" }\n}",
+        "2:1: warning: the tip has no size: give this item a width and a height [VT606]",
+        "Garden.vidtips/ui/VidtipsUI.qml:2:1: the tip has no size: give this item a width and a height", {});
+    qmlMistake("binding loop",
+               head + "  width: 20\n  height: box.height\n  Item { id: box; height: parent.height + 1 }\n}",
+               "5:3: warning: QML Item: Binding loop detected for property \"height\" [VT607]",
+               "VidtipsUI.qml:5:3: QML Item: Binding loop detected for property \"height\"");
+    qmlMistake("value that is not there", head + size + "  property int n: vidtip.attribute(\"a\").size.n\n}",
+               "4: warning: TypeError: Cannot read property 'n' of undefined [VT607]",
+               "VidtipsUI.qml:4: TypeError: Cannot read property 'n' of undefined");
+    qmlMistake("QtQuick 2", "import QtQuick 2.15\nItem { width: 20; height: 10 }",
+               "1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
+               "Garden.vidtips/ui/VidtipsUI.qml:1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
+               "QDeclarativeView only supports loading of root objects that derive from QGraphicsObject.");
+    qmlMistake("property that there is not", head + size + "  txt: \"Tree\"\n}",
+               "4:3: error: Cannot assign to non-existent property \"txt\" [VT601]",
+               "VidtipsUI.qml:4:3: Cannot assign to non-existent property \"txt\"");
+}
+
+} // namespace
+
+void Mistakes::addInWhatIsShown()
+{
+    addClipMistakes();
+    addQmlMistakes();
+}
