@@ -317,6 +317,17 @@ void VTManager::refreshWindows()
     }
 }
 
+void VTManager::reloadUserInterfaces()
+{
+    QList<QPointer<VTWidget>> windows = d->reservations.windows();
+    windows << d->widget;
+    for (const QPointer<VTWidget> &window : qAsConst(windows)) {
+        if (window && window->view())
+            window->view()->forgetUserInterface();
+    }
+    refresh();
+}
+
 // The host hears of a new language in no certain order among all windows, and may set a locale only then.
 void VTManager::refreshLater()
 {

@@ -151,6 +151,13 @@ public:
      */
     void refresh();
 
+    /**
+     * Has all QML read anew from the files, for hosts that run while a user interface is being written: that
+     * of the tip on screen and of kept ones at once, as by refresh(), any other when its tip is shown next.
+     * Pictures are not read again.
+     */
+    void reloadUserInterfaces();
+
     /** Returns what the tip on screen was shown for; null when that is gone, and while there is no tip. */
     QObject *referenceObject() const;
 

@@ -226,19 +226,32 @@ bool VTTipShowing::present(const VTShowRequest &request, VTFoundContent &found)
     return self && (isAwaiting() || m_manager->isVisible());
 }
 
-// What cannot be filled is not shown: where the full user interface does not load, the simple one may.
+// Where the full user interface does not load, the simple one may.
+void VTTipShowing::fallBack(const QPointer<VTView> &view)
+{
+    const QFileInfo simple(view->simpleRootFilePath());
+    if (view->rootObject() || view->isWaiting() || !simple.isFile())
+        return;
+    view->loadQML(simple.absoluteFilePath());
+    if (view)
+        view->fitToContent();
+}
+
+bool VTTipShowing::isFilled(const QPointer<VTView> &view)
+{
+    if (view)
+        fallBack(view);
+    return view && (view->rootObject() || view->isWaiting());
+}
+
+// What cannot be filled is not shown.
 bool VTTipShowing::reveal(const VTShowRequest &request)
 {
     const QPointer<VTManager> self(m_manager);
     const QPointer<VTWidget> window = m_manager->widget();
     const QPointer<VTView> view = window->view();
     const QPointer<VTXmlElement> content = view->content();
-    const QFileInfo simple(view->simpleRootFilePath());
-    if (!view->rootObject() && !view->isWaiting() && simple.isFile()) {
-        view->loadQML(simple.absoluteFilePath());
-        if (view)
-            view->fitToContent();
-    }
+    fallBack(view);
     if (!self || !content || !window || window != m_manager->widget() || contentOf(window) != content)
         return self && m_manager->isVisible();
     if (view->isWaiting()) {
@@ -346,7 +359,7 @@ bool VTTipShowing::refill(VTWidget *window, QObject *object)
         return false;
     found.taken = true;
     guard->refill(found.element, found.packageFolder());
-    return true;
+    return !guard || isFilled(guard->view());
 }
 
 } // namespace Vidtips

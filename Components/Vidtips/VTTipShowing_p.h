@@ -9,6 +9,7 @@ namespace Vidtips {
 
 class VTManager;
 class VTTipWatch;
+class VTView;
 class VTWidget;
 class VTXmlElement;
 struct VTFoundContent;
@@ -64,6 +65,9 @@ private:
     void hideFromOtherOwner(const VTShowRequest &request);
     bool present(const VTShowRequest &request, VTFoundContent &found);
     bool reveal(const VTShowRequest &request);
+    static void fallBack(const QPointer<VTView> &view);
+    /** Tells whether the view has a user interface, or waits for one. */
+    static bool isFilled(const QPointer<VTView> &view);
     void moveOffPopups(const VTShowRequest &request);
     void withdraw();
     void rewriteShortcut(const VTShowRequest &request, VTXmlElement *content);

@@ -85,6 +85,7 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     int exposures = 0; ///< that were asked for
     bool isExposing = false;
     QUrl pendingSource;
+    bool isForgotten = false; ///< what the engine has of the user interface is to be read anew
     int loadsInARow = 0; ///< each asked for by the one before, while that was being made
     QUrl cutSource; ///< the last user interface that was told to be too large
     QTimer settling; ///< to what waits until scripts and the host have returned
@@ -431,7 +432,13 @@ void VTView::replaceSource(const QUrl &url)
     setSource(QUrl());
     if (self && d->scriptWatch->resume())
         countStop(before);
-    if (!self || url.isEmpty())
+    if (!self)
+        return;
+    // Nothing is left by now that was made of what the engine forgets.
+    if (d->isForgotten)
+        engine()->clearComponentCache();
+    d->isForgotten = false;
+    if (url.isEmpty())
         return;
     renewReach();
     d->scriptWatch->restart(scriptTimeout());
@@ -526,10 +533,15 @@ void VTView::stop()
         window->close();
 }
 
+void VTView::forgetUserInterface()
+{
+    d->isForgotten = true;
+}
+
 bool VTView::isLoaded(const QUrl &url) const
 {
     // A root that someone has destroyed is made anew, and so is one of another reach.
-    const bool isSource = url == source() && (rootObject() || status() != Ready);
+    const bool isSource = !d->isForgotten && url == source() && (rootObject() || status() != Ready);
     return isSource && (url.isEmpty() || d->reach == reach());
 }
 

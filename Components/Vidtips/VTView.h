@@ -226,6 +226,7 @@ private:
     friend class VTManager;
     friend class VTTipShowing;
     friend class VTWidget;
+    VIDTIPS_NO_EXPORT void forgetUserInterface();
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;
     VIDTIPS_NO_EXPORT void fitToContent();

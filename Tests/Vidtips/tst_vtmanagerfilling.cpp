@@ -24,6 +24,7 @@ private slots:
     void userInterfaceThatBreaksLater();
     void plainToolTipIsLeftOfABrokenOne();
     void sameKeyInAnotherWindow();
+    void userInterfaceHearsOfEachShow();
 
 private:
     QScopedPointer<TipPackages> packages;
@@ -153,6 +154,23 @@ void tst_VTManagerFilling::sameKeyInAnotherWindow()
     QCOMPARE(session.window()->windowHandle()->transientParent(), second.windowHandle());
     QCOMPARE(session.window()->pos(), QPoint(535, 130));
     QCOMPARE(session.host->notificationTexts(), (QStringList{"0 cut", "6 cut", "0 cut"}));
+}
+
+void tst_VTManagerFilling::userInterfaceHearsOfEachShow()
+{
+    packages->writeUserInterface("Basic",
+                                 "property QtObject tip: vidtip\nproperty int shows: 0\n"
+                                 "onTipChanged: if (tip) ++shows");
+    TestSession session({packages->path()});
+    const auto shows = [&] { return session.window()->view()->rootObject()->property("shows").toInt(); };
+    for (int i = 1; i <= 3; ++i) {
+        for (int again = 0; again < 2; ++again) {
+            QVERIFY(session.host->show("cut", {}, nullptr));
+            QCOMPARE(shows(), i);
+        }
+        session.host->hide();
+        QCOMPARE(shows(), i);
+    }
 }
 
 QTEST_MAIN(tst_VTManagerFilling)
