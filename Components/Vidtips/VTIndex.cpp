@@ -31,6 +31,18 @@ QString packageSuffix(const VTContext &context)
     return context.get(PackageSuffix, QStringLiteral("vidtips")).toString();
 }
 
+/** Returns the attribute of key data that holds the shortcut for this platform alone. */
+QString platformShortcut()
+{
+#if defined(Q_OS_WIN)
+    return QStringLiteral("shortcut-windows");
+#elif defined(Q_OS_MACOS)
+    return QStringLiteral("shortcut-mac");
+#else
+    return QStringLiteral("shortcut-linux");
+#endif
+}
+
 VTEntryParser entriesOf(const QString &key)
 {
     return {VTEntryParser::contentFormat, key};
@@ -323,6 +335,8 @@ void VTIndex::loadKeyData(const QString &key, const QString &controlFile, VTXmlE
         if (name != QLatin1String("name"))
             element->setAttribute(name, data->attribute(name));
     }
+    if (data->hasAttribute(platformShortcut()))
+        element->setAttribute(QStringLiteral("shortcut"), data->attribute(platformShortcut()));
 }
 
 QString VTIndex::packageNameForLocation(const QString &location) const

@@ -110,7 +110,9 @@ public:
 
     /**
      * Copies the attributes that the key-data file (setting KeyDataFile) has for @p key onto @p element, all
-     * but "name", replacing what is there. @p controlFile is the file that @p element comes from.
+     * but "name", replacing what is there. "shortcut-linux", "shortcut-mac" and "shortcut-windows"
+     * replace "shortcut" as well, each on its platform. @p controlFile is the file that @p element comes
+     * from.
      */
     void loadKeyData(const QString &key, const QString &controlFile, VTXmlElement *element);
 

@@ -33,6 +33,7 @@ private slots:
     void brokenFilesAreReportedEachTime();
     void knownFilesServeTheirLocale();
     void keyDataIsCopied();
+    void keyDataHasShortcutsForPlatforms();
     void keyDataIsIgnored_data();
     void keyDataIsIgnored();
     void keysAreListedInOrder();
@@ -355,6 +356,28 @@ void tst_VTIndexLookups::keyDataIsCopied()
     QCOMPARE(element->attribute("name"), QStringLiteral("kept"));
     QVERIFY(element->childElementList(QString()).isEmpty());
     index.loadKeyData("k", file, nullptr);
+}
+
+void tst_VTIndexLookups::keyDataHasShortcutsForPlatforms()
+{
+    VTContext context;
+    VTIndex index(&context, {});
+    context.set(Vidtips::KeyDataFile,
+                write("data.xml",
+                      "<vidtipkeys><key name='k' shortcut-linux='Ctrl+K' shortcut-mac='Cmd+K' shortcut='K'"
+                      " shortcut-windows='Alt+K'/><key name='other' shortcut='O'/></vidtipkeys>"));
+    VTXmlElement element;
+    index.loadKeyData("other", QString(), &element);
+    QCOMPARE(element.attribute("shortcut"), QStringLiteral("O"));
+    index.loadKeyData("k", QString(), &element);
+#if defined(Q_OS_WIN)
+    QCOMPARE(element.attribute("shortcut"), QStringLiteral("Alt+K"));
+#elif defined(Q_OS_MACOS)
+    QCOMPARE(element.attribute("shortcut"), QStringLiteral("Cmd+K"));
+#else
+    QCOMPARE(element.attribute("shortcut"), QStringLiteral("Ctrl+K"));
+#endif
+    QCOMPARE(element.attribute("shortcut-mac"), QStringLiteral("Cmd+K"));
 }
 
 void tst_VTIndexLookups::keyDataIsIgnored_data()

@@ -97,6 +97,10 @@ void addKeyDataMistakes()
     mistake("key data with a misspelt attribute",
             "<vidtipkeys>\n<key name=\"tree\" shrtcut=\"T\"/></vidtipkeys>",
             "2:18: warning: the attribute \"shrtcut\" is not read: did you mean \"shortcut\"? [VT805]");
+    mistake("shortcut for a system that there is not",
+            "<vidtipkeys>\n<key name=\"tree\" shortcut-mac=\"T\" shortcut-macos=\"T\"/></vidtipkeys>",
+            "2:35: warning: the attribute \"shortcut-macos\" is not read: did you mean \"shortcut-mac\"? "
+            "[VT805]");
     mistake("key data with a misspelt attribute of the schema",
             "<vidtipkeys>\n<key name=\"tree\" hlep=\"trees\"/></vidtipkeys>",
             "2:18: warning: the attribute \"hlep\" is not read: did you mean \"help\"? [VT805]");

@@ -52,6 +52,9 @@ void KeyDataCheck::collect(const Content &content)
 {
     Vocabularies vocabularies;
     m_attributes = Vocabulary::entryAttributes;
+    m_attributes << "shortcut-linux"
+                 << "shortcut-mac"
+                 << "shortcut-windows";
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted)
             continue;
