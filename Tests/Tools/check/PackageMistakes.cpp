@@ -24,7 +24,25 @@ void addFileMistakes()
           noPicture("tree.png")},
          {"package that is missing",
           Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Oaks\""),
-          "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]"}});
+          "2:10: warning: \"search\" names \"Oaks\", and there is no such package [VT401]"},
+         {"misspelt package",
+          Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "search=\"Shared Gaden\""),
+          "2:10: warning: \"search\" names \"Gaden\", and there is no such package: did you mean \"Garden\"? "
+          "[VT401]"}});
+    const QByteArray drawing = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>";
+    const auto misnamed = [&](const char *name, const QByteArray &source) {
+        const QString line =
+            QString("%1:4:10: error: \"%2\" of the tip \"tree\" is missing: there is \"oak tree.svg\" "
+                    "[VT404]")
+                .arg(Garden::control, source);
+        const Files files{{Garden::control, tip("<picture source=\"" + source + "\"/>")},
+                          {"Garden.vidtips/Resources/oak tree.svg", drawing},
+                          {"Garden.vidtips/Resources/oak_tree.txt", "A tree."}};
+        Mistakes::add({name, files, line, line, noPicture(source)});
+    };
+    misnamed("misspelt picture", "oaktree.svg");
+    misnamed("picture in other letters", "Oak Tree.SVG");
+    misnamed("picture with the folder of resources", "Resources/oak tree.svg");
     const auto elsewhere = [](const char *name, const QByteArray &source, const QString &reason,
                               const QString &host, const Files &others = {}) {
         Files files = others;
@@ -34,7 +52,6 @@ void addFileMistakes()
                 .arg(Garden::control, source, reason);
         Mistakes::add({name, files, line, line, host});
     };
-    const QByteArray picture = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"/>";
     elsewhere("absolute path", "/nowhere/tree.png", "is a path of this machine",
               noPicture("/nowhere/tree.png"));
     elsewhere("absolute path of Windows", "C:\\nowhere\\tree.png", "is a path of this machine",
@@ -44,7 +61,7 @@ void addFileMistakes()
     elsewhere("address in the network", "https://localhost/tree.png", "is in the network, and is not loaded",
               noPicture("https://localhost/tree.png"));
     elsewhere("path out of the package", "../../tree.svg", "lies outside the package", {},
-              {{"tree.svg", picture}, {"Garden.vidtips/Resources/bush.svg", picture}});
+              {{"tree.svg", drawing}, {"Garden.vidtips/Resources/bush.svg", drawing}});
     const auto swapped = [&](const char *name, const QByteArray &element, const QByteArray &file,
                              const QByteArray &bytes, const QString &finding, const QString &host = {}) {
         const QString line =
@@ -56,7 +73,7 @@ void addFileMistakes()
                        line,
                        host});
     };
-    swapped("clip that is a picture", "clip", "tree.svg", picture,
+    swapped("clip that is a picture", "clip", "tree.svg", drawing,
             "\"tree.svg\" is a picture, and this is a \"clip\": did you mean \"picture\"?");
     swapped("picture that is a clip", "picture", "tree.mp4", TestClips::read(TestClips::h264()),
             "\"tree.mp4\" is a clip, and this is a \"picture\": did you mean \"clip\"?",

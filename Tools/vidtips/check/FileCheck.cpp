@@ -2,6 +2,7 @@
 
 #include "findings/Finding.h"
 #include "shared/Content.h"
+#include "shared/Nearest.h"
 #include "shared/Places.h"
 #include "shared/Vocabulary.h"
 
@@ -79,14 +80,29 @@ const char *codeFor(FileKind kind)
 }
 
 // A name that differs only in case works on some systems and not on others.
+QString similarIn(const QDir &folder, const QFileInfo &wanted)
+{
+    QStringList names;
+    for (const QFileInfo &file : folder.entryInfoList(QDir::Files)) {
+        if (file.suffix().compare(wanted.suffix(), Qt::CaseInsensitive) == 0)
+            names << file.completeBaseName();
+    }
+    const QString name = Nearest::to(wanted.completeBaseName(), names);
+    const QStringList files = folder.entryList({name + ".*"}, QDir::Files);
+    return name.isEmpty() ? QString() : files.value(0);
+}
+
+// The folder of resources is searched, and is not named once more.
 QString similar(const QStringList &candidates)
 {
     for (const QString &candidate : candidates) {
-        const QFileInfo wanted(candidate);
-        for (const QString &name : wanted.dir().entryList(QDir::Files)) {
-            if (name.compare(wanted.fileName(), Qt::CaseInsensitive) == 0)
-                return name;
-        }
+        const QFileInfo wanted(QDir::cleanPath(candidate));
+        const QString name = similarIn(wanted.dir(), wanted);
+        if (!name.isEmpty())
+            return name;
+        const QFileInfo above(QFileInfo(wanted.path()).path() + '/' + wanted.fileName());
+        if (above.isFile())
+            return above.fileName();
     }
     return {};
 }
@@ -203,10 +219,16 @@ void FileCheck::checkSearch(const Content &content, const ControlFile &file, Fin
 {
     static const QRegularExpression separator("[,;\\s]+");
     const XmlNode &root = *file.document.root();
+    QStringList known;
+    for (const Package &package : content.packages())
+        known << package.name;
     for (const QString &name : root.attribute("search").split(separator, Qt::SkipEmptyParts)) {
-        if (!content.knows(name))
-            findings.add("VT401", file.path, root.positionOf("search"),
-                         QString("\"search\" names \"%1\", and there is no such package").arg(name));
+        if (content.knows(name))
+            continue;
+        const QString meant = Nearest::to(name, known);
+        findings.add("VT401", file.path, root.positionOf("search"),
+                     QString("\"search\" names \"%1\", and there is no such package").arg(name)
+                         + (meant.isEmpty() ? QString() : QString(": did you mean \"%1\"?").arg(meant)));
     }
 }
 
