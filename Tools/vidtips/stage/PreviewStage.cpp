@@ -145,7 +145,11 @@ public:
         return true;
     }
 
-    void handleMessage(VTMessageType, const QString &) override { }
+    void handleMessage(VTMessageType type, const QString &message) override
+    {
+        if (type <= VTMessageWarning)
+            warning = message;
+    }
 
     void notification(VTNotification type, const QVariant &value, const QString &) override
     {
@@ -153,6 +157,8 @@ public:
             Q_EMIT m_stage->requested(
                 QString("The tip sends the notification %1, \"%2\".").arg(int(type)).arg(value.toString()));
     }
+
+    QString warning;
 
 private:
     PreviewStage *m_stage;
@@ -191,6 +197,7 @@ PreviewStage::~PreviewStage()
 bool PreviewStage::show(const QString &key, const QPoint &position)
 {
     d->problems.clear();
+    d->host->warning.clear();
     Diagnostics::take();
     return d->host->show(key, position, nullptr) && window();
 }
@@ -198,6 +205,28 @@ bool PreviewStage::show(const QString &key, const QPoint &position)
 VTWidget *PreviewStage::window() const
 {
     return d->host->manager()->widget();
+}
+
+bool PreviewStage::isShown() const
+{
+    return window() && window()->isVisible() && window()->view()->rootObject();
+}
+
+bool PreviewStage::isReplaced() const
+{
+    const VTView *const view = window() ? window()->view() : nullptr;
+    if (!view || d->context.get(UseSimpleUserInterface, false).toBool())
+        return false;
+    const FileCategory &simple = Content::simpleUserInterface;
+    const QString path =
+        view->findComponent(simple.attribute, SimpleUserInterface, simple.defaultPath, QString());
+    const QFileInfo shown(view->source().toLocalFile());
+    return shown == QFileInfo(path) && shown != QFileInfo(view->uiRootFilePath());
+}
+
+QString PreviewStage::warning() const
+{
+    return d->host->warning;
 }
 
 bool PreviewStage::isBroken() const

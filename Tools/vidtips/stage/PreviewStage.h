@@ -45,6 +45,15 @@ public:
      */
     QVector<Finding> problems();
 
+    /** Tells whether a tip is on screen. */
+    bool isShown() const;
+
+    /** Tells whether the simple user interface shows a tip because the full one does not. */
+    bool isReplaced() const;
+
+    /** What the library last warned the host of since the last show(); empty for nothing. */
+    QString warning() const;
+
     /** Tells whether the user interface has errors and is not shown. */
     bool isBroken() const;
 

@@ -53,18 +53,28 @@ void Trial::show(const TrialTip &tip)
 {
     setStage(tip);
     m_failed.clear();
-    if (!m_stage->show(tip.key, {}) || m_stage->isBroken()) {
-        if (!reportProblems())
-            m_report({"VT900", tip.userInterface, {}, "the tip is not shown"});
-        return;
-    }
-    m_clock->pass(*m_stage, untilSeen);
-    const QByteArray first = settle();
-    look();
-    m_clock->pass(*m_stage, untilGrown);
-    if (settle() != first)
+    m_stage->show(tip.key, {});
+    const bool isReplaced = m_stage->isReplaced();
+    const QByteArray first = lookAfter(untilSeen, {});
+    lookAfter(untilGrown, first);
+    const bool hasProblems = reportProblems();
+    if (isReplaced || (!hasProblems && !m_stage->isShown()))
+        m_report({"VT900", tip.userInterface, {}, "the tip is not shown" + reason()});
+}
+
+QString Trial::reason() const
+{
+    return m_stage->warning().isEmpty() ? QString() : ": " + m_stage->warning();
+}
+
+// Unless it is as it was. Returns how it is.
+QByteArray Trial::lookAfter(int milliseconds, const QByteArray &before)
+{
+    m_clock->pass(*m_stage, milliseconds);
+    const QByteArray now = settle();
+    if (m_stage->isShown() && now != before)
         look();
-    reportProblems();
+    return now;
 }
 
 // What fades in or grows is not judged on its way; what never stops is, as it is.

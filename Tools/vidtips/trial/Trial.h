@@ -30,6 +30,8 @@ public:
 private:
     void setStage(const TrialTip &tip);
     void look();
+    QByteArray lookAfter(int milliseconds, const QByteArray &before);
+    QString reason() const;
     QByteArray settle();
     QByteArray appearance() const;
     bool reportProblems();
