@@ -7,6 +7,8 @@
 
 #include <private/qv4engine_p.h>
 
+#include <chrono>
+
 namespace {
 
 constexpr int forEver = -1;
@@ -40,7 +42,7 @@ QDeclarativeWatch *QDeclarativeWatch::instance()
 
 void QDeclarativeWatch::add(QDeclarativeWatched *watched)
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_watched.append(watched);
     if (m_watched.count() > 1)
         return;
@@ -51,27 +53,27 @@ void QDeclarativeWatch::add(QDeclarativeWatched *watched)
 
 void QDeclarativeWatch::remove(QDeclarativeWatched *watched)
 {
-    QMutexLocker locker(&m_lock);
+    std::unique_lock<std::mutex> locker(m_lock);
     m_watched.removeOne(watched);
     if (!m_watched.isEmpty())
         return;
     QDeclarativeWorkTime::leave();
     m_ends = true;
-    m_change.wakeAll();
+    m_change.notify_all();
     locker.unlock();
     wait();
 }
 
 void QDeclarativeWatch::setTimeout(QDeclarativeWatched *watched, int timeout)
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     watched->timeout = timeout;
-    m_change.wakeAll();
+    m_change.notify_all();
 }
 
 bool QDeclarativeWatch::resume(QDeclarativeWatched *watched)
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     if (!watched->isInterrupted)
         return false;
     watched->isInterrupted = false;
@@ -83,20 +85,22 @@ void QDeclarativeWatch::wake()
 {
     if (!m_isAsleep)
         return;
-    const QMutexLocker locker(&m_lock);
-    m_change.wakeAll();
+    const std::lock_guard<std::mutex> locker(m_lock);
+    m_change.notify_all();
 }
 
 void QDeclarativeWatch::run()
 {
-    const QMutexLocker locker(&m_lock);
+    std::unique_lock<std::mutex> locker(m_lock);
     while (!m_ends) {
         // Said before the time is asked for: who begins to work meanwhile wakes this thread.
         m_isAsleep = true;
         const int time = timeToNextLook();
         m_isAsleep = time == forEver;
-        m_change.wait(&m_lock,
-                      time == forEver ? QDeadlineTimer(QDeadlineTimer::Forever) : QDeadlineTimer(time));
+        if (time == forEver)
+            m_change.wait(locker);
+        else
+            m_change.wait_for(locker, std::chrono::milliseconds(time));
     }
 }
 

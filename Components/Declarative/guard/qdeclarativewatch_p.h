@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QtCore/QMutex>
 #include <QtCore/QThread>
 #include <QtCore/QVector>
-#include <QtCore/QWaitCondition>
 
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 class QDeclarativeWatchdog;
 class QQmlEngine;
@@ -54,8 +54,8 @@ private:
     void wake();
     int timeToNextLook();
 
-    QMutex m_lock;
-    QWaitCondition m_change;
+    std::mutex m_lock;
+    std::condition_variable m_change;
     QVector<QDeclarativeWatched *> m_watched;
     std::atomic_bool m_isAsleep{false};
     bool m_ends = false;
