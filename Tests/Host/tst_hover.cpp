@@ -77,6 +77,7 @@ private:
     void startSession(const std::function<void(VTContext &)> &configure = {});
     QPushButton *addCommand(const QString &key, const QPoint &position);
     void pointAt(const QWidget *widget);
+    bool pointsOutTip(const QWidget *widget);
     bool hover(const QWidget *widget);
     void leaveTip();
     bool isCountingDown() const;
@@ -153,8 +154,13 @@ void tst_Hover::pointAt(const QWidget *widget)
     QCursor::setPos(center);
 }
 
-bool tst_Hover::hover(const QWidget *widget)
+/** Points at a command of the active host, and tells whether its tip came. */
+bool tst_Hover::pointsOutTip(const QWidget *widget)
 {
+    if (!m_window->isActiveWindow())
+        m_window->activateWindow();
+    if (!RealPointer::waitForWindow(m_window.get()))
+        return false;
     const RealPointer::ToolTipRequests requests;
     pointAt(widget);
     return QTest::qWaitFor(
@@ -163,7 +169,14 @@ bool tst_Hover::hover(const QWidget *widget)
                 && RealPointer::isOnScreen(tip()) && m_session->content()
                 && m_session->content()->attribute("key") == widget->objectName();
         },
-        RealPointer::patience);
+        RealPointer::patience / 2);
+}
+
+// A window manager may take the activation from the host once more when that has it, and the tip goes with
+// it; a user points again.
+bool tst_Hover::hover(const QWidget *widget)
+{
+    return pointsOutTip(widget) || pointsOutTip(widget) || pointsOutTip(widget);
 }
 
 // Onto the desktop: where the pointer rests on the host without a tip, the tip on screen goes.
@@ -347,13 +360,7 @@ void tst_Hover::pinnedTipIsAWindowOfItsOwn()
     QTRY_COMPARE(screenPixel(pinned->mapToGlobal(QPoint(100, 20))), tipColor);
     // It gets the focus, some time after it is on the screen, and only an active window has tips.
     QVERIFY(RealPointer::waitForWindow(pinned));
-    // The window manager and the tip both ask for that, and the later one may come after the host has it
-    // back.
-    const auto hoverInHost = [this] {
-        m_window->activateWindow();
-        return RealPointer::waitForWindow(m_window.get()) && hover(m_second);
-    };
-    QVERIFY(hoverInHost() || hoverInHost());
+    QVERIFY(hover(m_second));
     QVERIFY(pinned->isVisible());
     pinned->close();
     QTRY_VERIFY(!pinned);

@@ -204,6 +204,8 @@ void tst_ScaledScreens::keptTipIsDraggedAcross()
     QVERIFY(RealPointer::waitForWindow(kept));
     QTRY_COMPARE_WITH_TIMEOUT(OuterScreen::find(rimColor).size(),
                               (QSizeF(120, 80) * kept->devicePixelRatioF()).toSize(), RealPointer::patience);
+    // Its title bar may come later than what is under it.
+    QTRY_VERIFY_WITH_TIMEOUT(kept->frameGeometry().top() < kept->geometry().top(), RealPointer::patience);
     SizeLog log(kept->view());
     const QList<QScreen *> screens = QGuiApplication::screens();
     for (QScreen *const screen : {screens.constLast(), screens.constFirst()}) {
@@ -213,6 +215,8 @@ void tst_ScaledScreens::keptTipIsDraggedAcross()
         QVERIFY(RealPointer::xdotool({"mousemove", QString::number(bar.x()), QString::number(bar.y())}));
         QVERIFY(RealPointer::xdotool({"mousedown", "1"}));
         QVERIFY(RealPointer::moveTo(bar + QPoint(20, 20)));
+        QTRY_VERIFY_WITH_TIMEOUT(OuterScreen::find(rimColor).topLeft() != there.topLeft(),
+                                 RealPointer::patience);
         QVERIFY(RealPointer::moveTo(to.topLeft() + QPoint(120, 120)));
         QVERIFY(RealPointer::xdotool({"mouseup", "1"}));
         const QSize painted = (QSizeF(120, 80) * screen->devicePixelRatio()).toSize();
