@@ -346,19 +346,10 @@ bool QDeclarativeFlickable::sceneEventFilter(QGraphicsItem *child, QEvent *event
     Q_D(QDeclarativeFlickable);
     if (!isVisible() || !d->interactive || d->replaying)
         return QDeclarativeItem::sceneEventFilter(child, event);
-    switch (event->type()) {
-    case QEvent::GraphicsSceneMousePress:
-    case QEvent::GraphicsSceneMouseDoubleClick:
-    case QEvent::GraphicsSceneMouseMove:
-    case QEvent::GraphicsSceneMouseRelease:
-        return d->filterMouse(child, static_cast<QGraphicsSceneMouseEvent *>(event));
-    case QEvent::UngrabMouse:
-        if (!d->grabbing)
-            d->cancel();
-        break;
-    default:
-        break;
-    }
+    if (auto *mouse = QDeclarativePointer::mouseEvent(event))
+        return d->filterMouse(child, mouse);
+    if (event->type() == QEvent::UngrabMouse && !d->grabbing)
+        d->cancel();
     return QDeclarativeItem::sceneEventFilter(child, event);
 }
 

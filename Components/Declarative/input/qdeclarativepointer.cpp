@@ -30,6 +30,19 @@ QDeclarativeMappedMouseEvent::QDeclarativeMappedMouseEvent(const QGraphicsSceneM
 
 namespace QDeclarativePointer {
 
+QGraphicsSceneMouseEvent *mouseEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::GraphicsSceneMousePress:
+    case QEvent::GraphicsSceneMouseDoubleClick:
+    case QEvent::GraphicsSceneMouseMove:
+    case QEvent::GraphicsSceneMouseRelease:
+        return static_cast<QGraphicsSceneMouseEvent *>(event);
+    default:
+        return nullptr;
+    }
+}
+
 bool passesThreshold(qreal distance)
 {
     return qAbs(distance) > QApplication::startDragDistance();

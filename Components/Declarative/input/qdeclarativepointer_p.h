@@ -19,6 +19,9 @@ public:
 /** The rules about who has the mouse that MouseArea, Flickable and the views share. */
 namespace QDeclarativePointer {
 
+/** @p event as the press, double click, move or release of a mouse that it is, or null. */
+QGraphicsSceneMouseEvent *mouseEvent(QEvent *event);
+
 /** Tells whether a drag that went @p distance pixels along an axis is more than an unsteady hand. */
 bool passesThreshold(qreal distance);
 

@@ -427,18 +427,9 @@ bool QDeclarativePathView::sceneEventFilter(QGraphicsItem *child, QEvent *event)
     Q_D(QDeclarativePathView);
     if (!isVisible() || !d->interactive)
         return QDeclarativeItem::sceneEventFilter(child, event);
-    switch (event->type()) {
-    case QEvent::GraphicsSceneMousePress:
-    case QEvent::GraphicsSceneMouseDoubleClick:
-    case QEvent::GraphicsSceneMouseMove:
-    case QEvent::GraphicsSceneMouseRelease:
-        return d->filterMouse(static_cast<QGraphicsSceneMouseEvent *>(event));
-    case QEvent::UngrabMouse:
-        if (!d->grabbing)
-            d->cancel();
-        break;
-    default:
-        break;
-    }
+    if (auto *mouse = QDeclarativePointer::mouseEvent(event))
+        return d->filterMouse(mouse);
+    if (event->type() == QEvent::UngrabMouse && !d->grabbing)
+        d->cancel();
     return QDeclarativeItem::sceneEventFilter(child, event);
 }
