@@ -88,7 +88,8 @@ void tst_VTBrokenFiles::hostHearsOfControlFiles()
     packages.writeControl("Basic", "whole.xml", "<vidtip key=\"paste\"/>");
     TestSession session({packages.path()});
     const QList<QPair<int, QString>> told{
-        {VTMessageWarning, control + ":3:20: error occurred while parsing element; nothing from there on is read"}};
+        {VTMessageWarning,
+         control + ":3:20: error occurred while parsing element; nothing from there on is read"}};
     for (int i = 0; i < 2; ++i) {
         QCOMPARE(session.manager()->vidTipAttribute("copy", "key", "none"), QString("none"));
         QCOMPARE(session.host->messages, told);

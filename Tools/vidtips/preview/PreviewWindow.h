@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stage/PreviewKeys.h"
 #include "ProblemOverlay.h"
+#include "stage/PreviewKeys.h"
 #include "stage/PreviewSettings.h"
 
 #include <QtCore/QTimer>
