@@ -3,8 +3,6 @@
 #include "MessageRecorder.h"
 #include "QmlScene.h"
 
-#include <QtDeclarative/QDeclarativeGuard>
-
 #include <sys/stat.h>
 
 using namespace HostilePictures;
@@ -18,7 +16,6 @@ private slots:
     void drawings_data();
     void drawings();
     void pipeInside();
-    void guardDecidesAboutFilesInside();
 };
 
 namespace {
@@ -47,18 +44,6 @@ QStringList messagesOf(QmlScene *scene)
     scene->load("import QtQuick 1.1\nImage { objectName: 'i'; source: 'drawing.svg' }");
     return messages.texts();
 }
-
-/** Lets everything through but what is secret. */
-class Guard : public QDeclarativeGuard
-{
-public:
-    bool admits(const QUrl &url) override { return !url.path().contains(QLatin1String("secret")); }
-    bool admitsModule(const QString &, int, int) override { return true; }
-    bool openUrlExternally(const QUrl &) override { return false; }
-    void refused(const QString &what, const QUrl &, int) override { all.append(what); }
-
-    QStringList all;
-};
 
 } // namespace
 
@@ -133,20 +118,6 @@ void tst_QDeclarativeDrawing::pipeInside()
     const QStringList texts = messagesOf(&scene);
     QCOMPARE(texts.count(), 1);
     QVERIFY(texts.at(0).endsWith(QLatin1String("Drawing shows what must not be read: ") + path));
-}
-
-void tst_QDeclarativeDrawing::guardDecidesAboutFilesInside()
-{
-    QmlScene scene;
-    const auto guard = std::make_shared<Guard>();
-    scene.view().engine()->setGuard(guard);
-    const QUrl secret = scene.addFile(QStringLiteral("secret.png"), small());
-    scene.addFile(QStringLiteral("drawing.svg"), svg({}, shown("secret.png")));
-    const QStringList texts = messagesOf(&scene);
-    QCOMPARE(texts.count(), 1);
-    QVERIFY(
-        texts.at(0).endsWith(QLatin1String("Drawing shows what must not be read: ") + secret.toLocalFile()));
-    QCOMPARE(guard->all, QStringList(QLatin1String("reading ") + secret.toString()));
 }
 
 QTEST_MAIN(tst_QDeclarativeDrawing)
