@@ -179,8 +179,11 @@ QLocale VTManager::currentLocale() const
 
 VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &depth, VTXmlElement *&root)
 {
+    const QPointer<VTManager> self(this);
     VTXmlElement *const element = lookUp(key, directory, depth, root);
-    tellOfBrokenFiles();
+    // An index of the host's may have destroyed the manager.
+    if (self)
+        tellOfBrokenFiles();
     return element;
 }
 
@@ -260,8 +263,10 @@ void VTManager::setGlobalProperty(const QString &name, const QVariant &value)
 
 QStringList VTManager::keys()
 {
+    const QPointer<VTManager> self(this);
     const QStringList keys = d->index ? d->index->keys() : QStringList();
-    tellOfBrokenFiles();
+    if (self)
+        tellOfBrokenFiles();
     return keys;
 }
 

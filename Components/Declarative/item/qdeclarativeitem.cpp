@@ -146,8 +146,6 @@ void QDeclarativeItemPrivate::transformChanged()
 void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
 {
     Q_Q(QDeclarativeItem);
-    if (isInFocusMove())
-        return;
     announcedFocus = isSubFocusItem;
     Q_EMIT q->focusChanged(isSubFocusItem);
 }
@@ -380,11 +378,7 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
     Q_D(QDeclarativeItem);
     const auto child = [&value] { return value.value<QGraphicsItem *>()->toGraphicsObject(); };
     switch (change) {
-    case ItemParentChange:
-        d->beginFocusMove(value);
-        return value;
     case ItemParentHasChanged:
-        d->endFocusMove();
         d->parentHasChanged();
         break;
     case ItemEnabledChange:

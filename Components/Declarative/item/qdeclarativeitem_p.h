@@ -137,12 +137,6 @@ public:
     bool hasActiveFocus() const;
     /** Whether the active focus comes back to the item with its window. */
     bool hasPassiveFocus() const;
-    /** Called before the item gets another parent; what becomes of the focus is said when it is there. */
-    void beginFocusMove(const QVariant &newParent);
-    void endFocusMove();
-    bool isInFocusMove() const;
-    QGraphicsItem *heldFocusItem() const;
-    void settleFocus();
     void takeSceneFocus();
     void leaveSceneFocus();
     /** Makes the item the one with the focus, of the scope around it if there is one. */

@@ -2,7 +2,6 @@
 
 #include "qdeclarativeitem_p.h"
 
-#include <QtCore/QHash>
 #include <QtQml/qqmlinfo.h>
 #include <QtWidgets/QGraphicsScene>
 
@@ -89,82 +88,6 @@ static QVector<QPointer<QDeclarativeItem>> focusChain(QDeclarativeItem *item)
             chain.append(above);
     }
     return chain;
-}
-
-namespace {
-
-using FocusItems = QVector<QPointer<QDeclarativeItem>>;
-
-/** The items that are getting another parent and take a focus along, with those whose focus that concerns. */
-QHash<const QDeclarativeItem *, FocusItems> &focusMoves()
-{
-    static QHash<const QDeclarativeItem *, FocusItems> moves;
-    return moves;
-}
-
-/** Appends the item with the scopes around it. */
-void appendChain(FocusItems *items, QGraphicsItem *item)
-{
-    if (auto *inside = item ? qobject_cast<QDeclarativeItem *>(item->toGraphicsObject()) : nullptr)
-        items->append(focusChain(inside));
-}
-
-} // namespace
-
-/** The item inside, or this one, that has the focus of the scope around, or null. */
-QGraphicsItem *QDeclarativeItemPrivate::heldFocusItem() const
-{
-    const QGraphicsItem *scope = scopeOf(q_ptr);
-    QGraphicsItem *const held = scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem : subFocusItem;
-    return held && (held == q_ptr || q_ptr->isAncestorOf(held)) ? held : nullptr;
-}
-
-void QDeclarativeItemPrivate::beginFocusMove(const QVariant &newParent)
-{
-    Q_Q(QDeclarativeItem);
-    // The place in which an item is declared is no move.
-    QGraphicsItem *const held = parent && componentIsComplete ? heldFocusItem() : nullptr;
-    if (!held)
-        return;
-    // Graphics View tells of it while the item is nowhere, and not of what it takes the place of.
-    FocusItems concerned;
-    appendChain(&concerned, subFocusItem);
-    appendChain(&concerned, held);
-    auto *place = newParent.value<QGraphicsItem *>();
-    const QGraphicsItem *scope =
-        place && !(place->flags() & QGraphicsItem::ItemIsFocusScope) ? scopeOf(place) : place;
-    if (scope)
-        appendChain(&concerned, QGraphicsItemPrivate::get(scope)->focusScopeItem);
-    appendChain(&concerned, place);
-    focusMoves().insert(q, concerned);
-}
-
-void QDeclarativeItemPrivate::endFocusMove()
-{
-    const FocusItems concerned = focusMoves().isEmpty() ? FocusItems() : focusMoves().take(q_func());
-    for (const QPointer<QDeclarativeItem> &item : concerned) {
-        if (item)
-            get(item.data())->settleFocus();
-    }
-}
-
-bool QDeclarativeItemPrivate::isInFocusMove() const
-{
-    const auto &moves = focusMoves();
-    return std::any_of(moves.cbegin(), moves.cend(), [this](const FocusItems &concerned) {
-        return concerned.contains(const_cast<QDeclarativeItem *>(q_func()));
-    });
-}
-
-/** Says what has become of the focus since it was last told of. */
-void QDeclarativeItemPrivate::settleFocus()
-{
-    const QPointer<QDeclarativeItem> guard(q_func());
-    const bool active = hasActiveFocus();
-    if (announcedActiveFocus != active)
-        activeFocusChange(active);
-    if (guard)
-        announceFocus();
 }
 
 void QDeclarativeItemPrivate::takeSceneFocus()

@@ -29,8 +29,6 @@ private slots:
     void focusSignalsWhileWindowIsInactive();
     void rememberedItemGoes_data();
     void rememberedItemGoes();
-    void movedFocus_data();
-    void movedFocus();
     void enabledInsideDisabledTakesNoFocus();
 };
 
@@ -283,70 +281,6 @@ void tst_QDeclarativeFocusScope::rememberedItemGoes()
     QVERIFY(!scene.item("left")->hasFocus());
     QCOMPARE(focus.count(), 1);
     QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList());
-}
-
-void tst_QDeclarativeFocusScope::movedFocus_data()
-{
-    QTest::addColumn<QByteArray>("moved");
-    QTest::addColumn<QByteArray>("into");
-    QTest::addColumn<QStringList>("focused");
-    QTest::newRow("active item into a scope") << QByteArray("l1") << QByteArray("right") << QStringList{"l1"};
-    QTest::newRow("item into the active scope")
-        << QByteArray("r2") << QByteArray("left") << QStringList{"left", "r2"};
-    QTest::newRow("active item out of its scope")
-        << QByteArray("l1") << QByteArray("outside") << QStringList{"l1", "r2"};
-    QTest::newRow("item around the active one into a scope")
-        << QByteArray("around") << QByteArray("right") << QStringList{"l1"};
-    QTest::newRow("active scope into a scope")
-        << QByteArray("left") << QByteArray("right") << QStringList{"left", "l1"};
-    QTest::newRow("scope into the active scope")
-        << QByteArray("right") << QByteArray("left") << QStringList{"left", "l1", "r2"};
-    QTest::newRow("item without focus")
-        << QByteArray("l2") << QByteArray("right") << QStringList{"left", "l1", "r2"};
-}
-
-/** The names of those among @p before and @p now that are in one of them only. */
-static QStringList changesOf(const QStringList &before, const QStringList &now)
-{
-    QStringList changed;
-    for (const char *name : {"left", "l1", "l2", "right", "r1", "r2"}) {
-        if (before.contains(QLatin1String(name)) != now.contains(QLatin1String(name)))
-            changed << QLatin1String(name);
-    }
-    return changed;
-}
-
-void tst_QDeclarativeFocusScope::movedFocus()
-{
-    QFETCH(QByteArray, moved);
-    QFETCH(QByteArray, into);
-    QStringList focusSignals;
-    QStringList activeSignals;
-    ItemScene scene("Item { width: 10; height: 10\n"
-                    "FocusScope { objectName: 'left'; focus: true\n"
-                    "  Item { objectName: 'around'; Item { objectName: 'l1'; focus: true } }\n"
-                    "  Item { objectName: 'l2' } }\n"
-                    "FocusScope { objectName: 'right'\n"
-                    "  Item { objectName: 'r1' }\n"
-                    "  Item { objectName: 'r2'; focus: true } }\n"
-                    "Item { objectName: 'outside' } }");
-    const QStringList focused = namesOf(scene, &QDeclarativeItem::hasFocus);
-    const QStringList active = namesOf(scene, &QDeclarativeItem::hasActiveFocus);
-    for (const char *name : {"left", "l1", "l2", "right", "r1", "r2"}) {
-        auto *item = scene.item(name);
-        connect(item, &QDeclarativeItem::focusChanged, this, [&, name] { focusSignals << name; });
-        connect(item, &QDeclarativeItem::activeFocusChanged, this, [&, name] { activeSignals << name; });
-    }
-    scene.item(moved)->setParentItem(scene.item(into));
-    QTEST(namesOf(scene, &QDeclarativeItem::hasFocus), "focused");
-    focusSignals.sort();
-    activeSignals.sort();
-    QStringList changed = changesOf(focused, namesOf(scene, &QDeclarativeItem::hasFocus));
-    changed.sort();
-    QCOMPARE(focusSignals, changed);
-    changed = changesOf(active, namesOf(scene, &QDeclarativeItem::hasActiveFocus));
-    changed.sort();
-    QCOMPARE(activeSignals, changed);
 }
 
 void tst_QDeclarativeFocusScope::enabledInsideDisabledTakesNoFocus()

@@ -11,6 +11,7 @@
 #include "stage/StageClock.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QFileInfo>
 #include <QtWidgets/QGraphicsObject>
 
 #include <algorithm>
@@ -120,8 +121,10 @@ bool Trial::reportProblems()
 {
     const QVector<Finding> problems = m_stage->problems();
     for (const Finding &problem : problems) {
+        // A file that there is not has no line: where it is named has been told.
+        const bool isMissing = problem.position.line == 0 && !QFileInfo::exists(problem.file);
         const bool isTold = std::any_of(m_failed.cbegin(), m_failed.cend(), [&](const ItemPlace &place) {
-            return place.file == problem.file && place.position.line == problem.position.line;
+            return isMissing || (place.file == problem.file && place.position.line == problem.position.line);
         });
         if (!isTold)
             m_report(problem);
