@@ -91,6 +91,18 @@ private Q_SLOTS:
         QCOMPARE(refusals, QStringList());
     }
 
+    // Qt tries suffixes where a name has none.
+    void pictureWithoutSuffix()
+    {
+        const QString link = packages.filePath("Own.vidtips/ui/bare.png");
+        QVERIFY(QFile::link(packages.filePath("outside/picture.png"), link));
+        const QByteArray body = "property bool reached: it.status == Image.Ready\n"
+                                "Image { id: it; source: 'bare' }";
+        QVERIFY2(reaches(body), "does not work without the switch");
+        verifyRefused(body);
+        QVERIFY(QFile::remove(link));
+    }
+
     void calling_data()
     {
         QTest::addColumn<QByteArray>("script");

@@ -15,6 +15,8 @@
 #include <private/qdataurl_p.h>
 #include <private/qquickpixmapcache_p.h>
 
+#include <algorithm>
+
 namespace {
 
 /** Returns the files that may be loaded for @p path: Qt tries suffixes where there is none. */
@@ -28,6 +30,16 @@ QStringList filesFor(const QString &path)
     for (const QFileInfo &candidate : found)
         all.append(candidate.filePath());
     return all;
+}
+
+/** Tells whether @p element must not read the files @p candidates, one of which may be loaded for @p url. */
+bool isAnyRefused(const QStringList &candidates, const QUrl &url, const QObject *element)
+{
+    return std::any_of(candidates.cbegin(), candidates.cend(), [&](const QString &path) {
+        QUrl candidate(url);
+        candidate.setPath(path.startsWith(QLatin1Char(':')) ? path.mid(1) : path);
+        return QDeclarativeLocalFile::isPictureRefused(candidate, element);
+    });
 }
 
 void addContent(QByteArray content, const QSize &requested, QDeclarativePictureClaim *claim)
@@ -64,16 +76,18 @@ QDeclarativePictureClaim::Refusal refusalFor(const QObject *element)
 
 QString QDeclarativePictureFile::refusal(const QUrl &url, const QSize &requested, const QObject *element)
 {
-    if (QDeclarativeLocalFile::isPictureRefused(url, element))
+    const QString path = QQmlFile::urlToLocalFileOrQrc(url);
+    const QStringList files = path.isEmpty() ? QStringList() : filesFor(path);
+    if (QDeclarativeLocalFile::isPictureRefused(url, element)
+        || (files != QStringList(path) && isAnyRefused(files, url, element)))
         return QDeclarativeLocalFile::message(url);
     if (QQuickPixmap::isCached(url, QRect(), requested, 0, QQuickImageProviderOptions()))
         return {};
     QDeclarativePictureClaim claim(pictureLimit(element), refusalFor(element));
-    const QString path = QQmlFile::urlToLocalFileOrQrc(url);
     QString type;
     QByteArray content;
     if (!path.isEmpty())
-        addFiles(filesFor(path), requested, &claim);
+        addFiles(files, requested, &claim);
     else if (url.scheme() == QLatin1String("data") && qDecodeDataUrl(url, type, content))
         addContent(content, requested, &claim);
     else
