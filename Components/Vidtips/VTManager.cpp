@@ -15,6 +15,7 @@
 #include "VTTipShowing_p.h"
 #include "VTTipWatch_p.h"
 #include "VTView.h"
+#include "VTViewReach_p.h"
 #include "VTWidget.h"
 #include "VTXmlElement.h"
 
@@ -241,7 +242,7 @@ QString VTManager::translateString(const QString &text, const QString &context)
         const bool isMissing = path == view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
         d->catalogue.load(isMissing ? QString() : path, !isRestricted);
         if (isRestricted && !isMissing && VTCatalogue::namesOthers(path))
-            view->refuse(QStringLiteral("the catalogue %1, which names others").arg(path));
+            view->reach().refuse(QStringLiteral("the catalogue %1, which names others").arg(path));
     }
     return d->catalogue.isOf(path, !isRestricted) ? d->catalogue.translate(text, context) : text;
 }

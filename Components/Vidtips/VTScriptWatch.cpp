@@ -18,8 +18,10 @@ public:
 
 namespace Vidtips {
 
-VTScriptWatch::VTScriptWatch(QDeclarativeEngine *engine, const std::function<void()> &stopped)
-    : m_watchdog(new QDeclarativeWatchdog(engine))
+VTScriptWatch::VTScriptWatch(QDeclarativeEngine *engine, const std::function<int()> &timeout,
+                             const std::function<void()> &stopped)
+    : m_timeout(timeout)
+    , m_watchdog(new QDeclarativeWatchdog(engine))
 {
 #if __has_include(<QtDeclarative/QDeclarativeWatchdog>)
     QObject::connect(m_watchdog.get(), &QDeclarativeWatchdog::interrupted, stopped);
@@ -30,10 +32,10 @@ VTScriptWatch::VTScriptWatch(QDeclarativeEngine *engine, const std::function<voi
 
 VTScriptWatch::~VTScriptWatch() = default;
 
-void VTScriptWatch::restart(int timeout)
+void VTScriptWatch::restart()
 {
     m_watchdog->restart();
-    m_watchdog->setTimeout(timeout);
+    m_watchdog->setTimeout(timeout());
 }
 
 void VTScriptWatch::beginPause()

@@ -15,12 +15,19 @@ namespace Vidtips {
 class VTScriptWatch
 {
 public:
-    /** Watches over @p engine, which outlives it; @p stopped is called by the event loop afterwards. */
-    VTScriptWatch(QDeclarativeEngine *engine, const std::function<void()> &stopped);
+    /**
+     * Watches over @p engine, which outlives it. @p timeout tells how many milliseconds scripts have, 0 or
+     * less: for ever. @p stopped is called by the event loop after they were stopped.
+     */
+    VTScriptWatch(QDeclarativeEngine *engine, const std::function<int()> &timeout,
+                  const std::function<void()> &stopped);
     ~VTScriptWatch();
 
-    /** Gives scripts @p timeout milliseconds from now on; 0 or less: for ever. */
-    void restart(int timeout);
+    /** Returns how many milliseconds scripts have; 0 or less: for ever. */
+    int timeout() const { return m_timeout(); }
+
+    /** Gives scripts all of their time from now on. */
+    void restart();
 
     /** What happens between these takes none of the time; they nest. */
     void beginPause();
@@ -32,6 +39,7 @@ public:
 private:
     Q_DISABLE_COPY(VTScriptWatch)
 
+    const std::function<int()> m_timeout;
     const std::unique_ptr<QDeclarativeWatchdog> m_watchdog;
 };
 

@@ -25,6 +25,13 @@ QObject *treeOf(VTXmlElement *content)
     return root ? root : content;
 }
 
+bool isInTree(const QObject *object, const QObject *tree)
+{
+    while (object && object != tree)
+        object = object->parent();
+    return object;
+}
+
 QString keyOf(const VTXmlElement &content)
 {
     return content.attribute(keyAttribute());

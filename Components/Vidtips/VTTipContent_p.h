@@ -18,6 +18,9 @@ VTXmlElement *contentOf(const VTWidget *window);
  * itself. */
 QObject *treeOf(VTXmlElement *content);
 
+/** Tells whether @p object, which may be null, is @p tree or below it. */
+bool isInTree(const QObject *object, const QObject *tree);
+
 /** Returns the key of @p content; empty where it has none. */
 QString keyOf(const VTXmlElement &content);
 

@@ -1,10 +1,10 @@
 #include "VTVideoComponent.h"
 
 #include "VTClipReports_p.h"
-#include "VTReach_p.h"
 #include "VTVideoController.h"
 #include "VTVideoSourceFFMPEG.h"
 #include "VTView.h"
+#include "VTViewReach_p.h"
 #include "VTXmlElement.h"
 
 #include <QtCore/QFileInfo>
@@ -142,8 +142,8 @@ bool VTVideoComponent::resolve(const QString &name)
         isAsked = true;
         d->view = view;
         const QString resolved = view->findResource(name);
-        d->sourceObject->setRestricted(view->reach().isRestricted);
-        if (QFileInfo(resolved).isFile() && view->admitsFile(resolved))
+        d->sourceObject->setRestricted(view->reach().isRestricted());
+        if (QFileInfo(resolved).isFile() && view->reach().admitsFile(resolved))
             clip = QUrl::fromLocalFile(resolved);
     }
     if (!isAsked)

@@ -1,14 +1,14 @@
 #include "VTView.h"
 
 #include "VTAccessibility_p.h"
-#include "VTContentGuard_p.h"
+#include "VTContentNames_p.h"
 #include "VTIndex.h"
 #include "VTManager.h"
-#include "VTReach_p.h"
 #include "VTRemainingWindows_p.h"
 #include "VTScriptWatch_p.h"
-#include "VTStoppedFiles_p.h"
 #include "VTTipContent_p.h"
+#include "VTViewLoader_p.h"
+#include "VTViewReach_p.h"
 #include "VTViewWork_p.h"
 #include "VTWidget.h"
 
@@ -32,12 +32,6 @@ namespace {
 /** Milliseconds between two looks at whether scripts and the host have returned. */
 constexpr int returnInterval = 10;
 
-/** How often content is named once more for bindings that have had other content shown. */
-constexpr int mostRounds = 5;
-
-/** How many user interfaces may load the next as soon as they are made. */
-constexpr int mostLoadsInARow = 10;
-
 Qt::CursorShape cursorShape(const QString &name)
 {
     if (name == QLatin1String("PointingHandCursor"))
@@ -52,13 +46,6 @@ Qt::CursorShape cursorShape(const QString &name)
 QString describe(const QString &pattern, const QDeclarativeError &error)
 {
     return pattern.arg(QString::number(error.line()), QString::number(error.column()), error.description());
-}
-
-bool isInTree(const QObject *object, const QObject *root)
-{
-    while (object && object != root)
-        object = object->parent();
-    return object;
 }
 
 /** Returns how large all screens together are. What is larger cannot be seen, but its picture fills memory.
@@ -78,25 +65,29 @@ struct VIDTIPS_NO_EXPORT VTView::Private
     QString packageRoot;
     bool stayOpen = false;
     bool reserved = false;
-    QString dataLocation;
-    QPointer<VTXmlElement> exposed;
-    QMetaObject::Connection exposedGone;
     QMetaObject::Connection titleWatch;
-    int exposures = 0; ///< that were asked for
-    bool isExposing = false;
-    QUrl pendingSource;
-    bool isForgotten = false; ///< what the engine has of the user interface is to be read anew
-    int loadsInARow = 0; ///< each asked for by the one before, while that was being made
     QUrl cutSource; ///< the last user interface that was told to be too large
     QTimer settling; ///< to what waits until scripts and the host have returned
     bool hasEnded = false;
     const std::shared_ptr<VTViewWork> work = std::make_shared<VTViewWork>();
-    std::unique_ptr<VTScriptWatch> scriptWatch;
-    std::shared_ptr<VTContentGuard> guard;
-    VTReach reach; ///< of the user interface that was loaded last
+    VTScriptWatch scripts;
+    VTViewReach reach;
+    VTViewLoader loader;
+    VTContentNames names;
 
+    explicit Private(VTView *view);
     VTInterface *host() const { return manager ? manager->vtinterface() : nullptr; }
 };
+
+VTView::Private::Private(VTView *view)
+    : scripts(
+        view->engine(), [view] { return view->setting(ScriptTimeout, 5000).toInt(); },
+        [this] { loader.stop(); })
+    , reach(view)
+    , loader(view, &reach, &scripts)
+    , names(view, &scripts)
+{
+}
 
 /** Marks that the host is being called, most often from a handler of the QML; its time is not the QML's. */
 class VIDTIPS_NO_EXPORT VTView::HostCall
@@ -106,12 +97,12 @@ public:
         : m_scope(view->d->work)
         , m_view(view)
     {
-        view->d->scriptWatch->beginPause();
+        view->d->scripts.beginPause();
     }
     ~HostCall()
     {
         if (m_view)
-            m_view->d->scriptWatch->endPause();
+            m_view->d->scripts.endPause();
     }
 
 private:
@@ -122,14 +113,10 @@ private:
 
 VTView::VTView(VTManager *manager, QWidget *parent)
     : QDeclarativeView(parent)
-    , d(new Private)
+    , d(new Private(this))
 {
     d->manager = manager;
     takePictureLimit();
-    d->scriptWatch.reset(new VTScriptWatch(engine(), [this] { stop(); }));
-    d->guard = std::make_shared<VTContentGuard>([this](const QUrl &url) { return openForContent(url); });
-    // Whoever asks holds locks of the engine's.
-    connect(d->guard.get(), &VTContentGuard::added, this, &VTView::tellRefusals, Qt::QueuedConnection);
     connect(engine(), &QDeclarativeEngine::warnings, this, &VTView::handleWarnings);
     setFrameShape(QFrame::NoFrame);
     setFrameShadow(QFrame::Plain);
@@ -143,13 +130,11 @@ VTView::~VTView()
 {
     // The QML goes first, with everything it names still alive; what the engine keeps beyond it finds
     // nothing.
-    replaceSource(QUrl());
-    tellRefusals();
-    d->guard->shut();
+    d->loader.unload();
+    d->reach.shut();
     disconnect(engine(), nullptr, this, nullptr);
     disconnect(this, &QDeclarativeView::statusChanged, this, &VTView::statusHasChanged);
-    nameContent(nullptr);
-    rootContext()->setContextProperty(QStringLiteral("vidTipView"), static_cast<QObject *>(nullptr));
+    d->names.clear();
     d->work->release(d->content);
 }
 
@@ -164,7 +149,7 @@ void VTView::end()
     d->manager = nullptr;
     setParent(nullptr);
     VTRemainingWindows::add(this);
-    d->settling.start(0);
+    settleSoon();
 }
 
 bool VTView::isAtWork() const
@@ -179,10 +164,18 @@ void VTView::settle()
         d->settling.start(returnInterval);
     else if (d->hasEnded)
         deleteLater();
-    else if (!isLoaded(d->pendingSource))
-        load();
-    else
+    else if (!d->loader.loadPending())
         Q_EMIT statusChanged(status());
+}
+
+void VTView::settleSoon()
+{
+    d->settling.start(0);
+}
+
+bool VTView::isSettling() const
+{
+    return d->settling.isActive();
 }
 
 std::shared_ptr<VTViewWork> VTView::work() const
@@ -223,8 +216,7 @@ void VTView::setContent(VTXmlElement *content)
 {
     d->content = content;
     if (content)
-        d->guard->beginContent(content->attribute(QStringLiteral("VTPackagName")),
-                               content->attribute(QStringLiteral("VTLocation")));
+        d->reach.beginContent(*content);
 }
 
 bool VTView::documentationAvailable() const
@@ -284,75 +276,27 @@ QString VTView::findComponent(const QString &attribute, contextKey key, const QS
     const QStringList candidates = index->componentPathsForElement(d->content, path);
     for (const QString &candidate : candidates) {
         const QFileInfo file(fileName.isEmpty() ? candidate : QDir(candidate).absoluteFilePath(fileName));
-        if (file.exists() && admitsFile(file.absoluteFilePath()))
+        if (file.exists() && d->reach.admitsFile(file.absoluteFilePath()))
             return file.absoluteFilePath();
     }
     return path;
 }
 
-// Bindings ask the host, which may show other content meanwhile. That is named at once, and once more
-// afterwards: a binding that was being evaluated has not taken it.
 void VTView::exposeContent(const QString &dataLocation)
 {
     const QPointer<VTView> self(this);
-    dropForeignRoot();
+    d->loader.unloadForeign();
     if (!self)
         return;
     const VTViewWork::Scope scope(d->work);
-    d->dataLocation = dataLocation;
     setMaximumSize(largestSize());
-    ++d->exposures;
-    if (d->isExposing) {
-        nameAll();
+    if (!d->names.expose(dataLocation))
         return;
-    }
-    d->isExposing = true;
-    int seen = 0;
-    for (int round = 0; self && seen != d->exposures && round < mostRounds; ++round) {
-        seen = d->exposures;
-        nameAll();
-    }
-    if (!self)
-        return;
-    d->isExposing = false;
     disconnect(d->titleWatch);
     if (d->content)
         d->titleWatch = connect(d->content, &VTXmlElement::contentChanged, this,
                                 [this] { VTAccessibility::titleHasChanged(this); });
     VTAccessibility::contentHasChanged(this);
-}
-
-// What other packages have loaded is not to be judged as if it were this content's.
-void VTView::dropForeignRoot()
-{
-    if (rootObject() && d->reach != reach() && !isAtWork())
-        replaceSource(QUrl());
-}
-
-void VTView::nameAll()
-{
-    const QPointer<VTView> self(this);
-    // What is bound to them follows at once.
-    d->scriptWatch->restart(scriptTimeout());
-    nameContent(d->content);
-    if (self)
-        rootContext()->setContextProperty(QStringLiteral("dataLocation"), d->dataLocation);
-    if (!self)
-        return;
-    // Naming an object connects its end to the context, once more each time; this one lives for all tips.
-    disconnect(this, &QObject::destroyed, rootContext(), nullptr);
-    rootContext()->setContextProperty(QStringLiteral("vidTipView"), this);
-}
-
-void VTView::nameContent(VTXmlElement *content)
-{
-    const VTViewWork::Scope scope(d->work);
-    disconnect(d->exposedGone);
-    d->exposed = content;
-    // Not every engine notices when a context property dies, and anyone may delete the tree.
-    if (content)
-        d->exposedGone = connect(content, &QObject::destroyed, this, [this] { nameContent(nullptr); });
-    rootContext()->setContextProperty(QStringLiteral("vidtip"), content);
 }
 
 void VTView::releaseContent(VTXmlElement *content)
@@ -362,8 +306,7 @@ void VTView::releaseContent(VTXmlElement *content)
     QObject *const tree = treeOf(content);
     if (!tree || isInTree(d->content, tree))
         return;
-    if (isInTree(d->exposed, tree))
-        nameContent(d->content);
+    d->names.leave(tree);
     work->release(old);
 }
 
@@ -381,175 +324,28 @@ void VTView::statusHasChanged(QDeclarativeView::Status s)
 
 void VTView::loadQML(const QString &path)
 {
-    const QPointer<VTView> self(this);
-    const bool isFile = QFileInfo(path).isFile();
-    if (!isFile)
-        report(QStringLiteral("Can't find :%1").arg(path));
-    if (!self || (!isFile && d->reach == reach()))
-        return;
-    const bool mayLoad = isFile && admitsFile(path) && !isBarred(path);
-    const QUrl url = mayLoad ? QUrl::fromLocalFile(path) : QUrl();
-    if (!self || (!isLoaded(url) && loadsWithoutEnd()))
-        return;
-    d->pendingSource = url;
-    if (!isLoaded(url))
-        loadOnceReturned();
+    d->loader.load(path);
 }
 
-// The QML must not be destroyed while its handler runs, or the host that it has called.
-void VTView::loadOnceReturned()
+void VTView::forgetUserInterface()
 {
-    if (isAtWork())
-        d->settling.start(0);
-    else
-        load();
+    d->loader.forget();
 }
 
-bool VTView::loadsWithoutEnd()
+bool VTView::isWaiting() const
 {
-    const bool isInARow = isAtWork() && !rootObject();
-    d->loadsInARow = isInARow ? d->loadsInARow + 1 : 0;
-    // Who hears of it may ask for the next one.
-    if (d->loadsInARow == mostLoadsInARow + 1)
-        warn(QStringLiteral("%1 has another user interface loaded before it is made, as did those before it; "
-                            "it stays")
-                 .arg(source().toLocalFile()));
-    return d->loadsInARow > mostLoadsInARow;
+    return d->loader.isWaiting();
 }
 
-void VTView::load()
+const VTViewReach &VTView::reach() const
 {
-    const VTViewWork::Scope scope(d->work);
-    replaceSource(d->pendingSource);
-}
-
-// The next user interface begins with all of its time, and answers for its own scripts alone.
-void VTView::replaceSource(const QUrl &url)
-{
-    const QPointer<VTView> self(this);
-    const QString before = source().toLocalFile();
-    d->scriptWatch->restart(scriptTimeout());
-    setSource(QUrl());
-    if (self && d->scriptWatch->resume())
-        countStop(before);
-    if (!self)
-        return;
-    // Nothing is left by now that was made of what the engine forgets.
-    if (d->isForgotten)
-        engine()->clearComponentCache();
-    d->isForgotten = false;
-    if (url.isEmpty())
-        return;
-    renewReach();
-    d->scriptWatch->restart(scriptTimeout());
-    setSource(url);
-}
-
-// A view that its manager has left behind, or without content, has what it had.
-VTReach VTView::reach() const
-{
-    if (!d->manager)
-        return d->reach;
-    if (!setting(RestrictContent, false).toBool())
-        return {};
-    const VTIndex *const index = d->manager->index();
-    const bool hasContent = index && d->content;
-    return {true, hasContent ? index->componentPathsForElement(d->content, QString()) : d->reach.folders};
-}
-
-void VTView::renewReach()
-{
-    const VTReach now = reach();
-    if (now == d->reach)
-        return;
-    d->reach = now;
-    VTContentGuard::apply(d->guard, now, engine());
-}
-
-bool VTView::admitsFile(const QString &path) const
-{
-    const VTReach now = reach();
-    const bool isAdmitted = now.admitsFile(path) && (VTContentGuard::isSupported() || !now.isRestricted);
-    if (!isAdmitted)
-        refuse(QStringLiteral("reading %1").arg(path));
-    return isAdmitted;
-}
-
-void VTView::refuse(const QString &what) const
-{
-    d->guard->refused(what, QUrl(), 0);
-}
-
-void VTView::tellRefusals()
-{
-    const QPointer<VTView> self(this);
-    const QStringList refusals = d->guard->take();
-    for (const QString &refusal : refusals) {
-        if (self)
-            warn(refusal);
-    }
+    return d->reach;
 }
 
 bool VTView::openForContent(const QUrl &url)
 {
     const HostCall call(this);
     return d->manager && d->manager->openExternalResource(url.toString());
-}
-
-bool VTView::isBarred(const QString &path)
-{
-    if (!VTStoppedFiles::instance().isBarred(path))
-        return false;
-    warn(QStringLiteral("%1 was stopped twice and is not loaded until it changes").arg(path));
-    return true;
-}
-
-int VTView::scriptTimeout() const
-{
-    return setting(ScriptTimeout, 5000).toInt();
-}
-
-void VTView::countStop(const QString &path)
-{
-    VTStoppedFiles::instance().add(path);
-    // What has changed since is to be read when it is loaded again.
-    engine()->clearComponentCache();
-    warn(QStringLiteral("%1 was stopped, as its scripts ran for more than %2 ms")
-             .arg(path, QString::number(scriptTimeout())));
-}
-
-// One that holds the application up does so again at the next occasion, so that all of it goes. The script
-// that was stopped may have been called by another, in whose event loop this is.
-void VTView::stop()
-{
-    const QPointer<VTView> self(this);
-    const QString path = source().toLocalFile();
-    d->pendingSource.clear();
-    loadOnceReturned();
-    if (self && !path.isEmpty())
-        countStop(path);
-    auto *const window = self ? qobject_cast<VTWidget *>(parentWidget()) : nullptr;
-    if (window)
-        window->close();
-}
-
-void VTView::forgetUserInterface()
-{
-    d->isForgotten = true;
-}
-
-bool VTView::isLoaded(const QUrl &url) const
-{
-    // A root that someone has destroyed is made anew, and so is one of another reach.
-    const bool isSource = !d->isForgotten && url == source() && (rootObject() || status() != Ready);
-    return isSource && (url.isEmpty() || d->reach == reach());
-}
-
-// Parts of a user interface may come from the network, and a handler of the present one may have to return
-// before another can replace it.
-bool VTView::isWaiting() const
-{
-    return status() == Loading || (d->settling.isActive() && !isLoaded(d->pendingSource));
 }
 
 // The base class waits for the end of the pass through the event loop, and a window that is shown before
@@ -604,7 +400,7 @@ void VTView::managerContextSettingDidChange(VTContextKey key)
     if (key == AllowDocumentation)
         Q_EMIT documentationAvailableChanged();
     else if (key == ScriptTimeout)
-        d->scriptWatch->restart(scriptTimeout());
+        d->scripts.restart();
     else if (key == PictureLimit)
         takePictureLimit();
 }
@@ -716,6 +512,11 @@ bool VTView::viewportEvent(QEvent *event)
 {
     const VTViewWork::Scope scope(d->work);
     return QDeclarativeView::viewportEvent(event);
+}
+
+VTManager *VTView::manager() const
+{
+    return d->manager;
 }
 
 QVariant VTView::setting(contextKey key, const QVariant &defaultValue) const

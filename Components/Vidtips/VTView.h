@@ -17,8 +17,8 @@
 namespace Vidtips {
 
 class VTManager;
+class VTViewReach;
 class VTViewWork;
-struct VTReach;
 
 /**
  * The QML view of a tip. It chooses and loads the user interface for its content, offers that QML a small set
@@ -202,30 +202,23 @@ private:
     Q_DISABLE_COPY(VTView)
     // Which says by the view that a clip is missing or broken.
     friend class VTVideoComponent;
-    class HostCall;
-    VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
-    VIDTIPS_NO_EXPORT void report(const QString &message);
-    VIDTIPS_NO_EXPORT void warn(const QString &message);
-    VIDTIPS_NO_EXPORT bool isLoaded(const QUrl &url) const;
-    VIDTIPS_NO_EXPORT void nameAll();
-    VIDTIPS_NO_EXPORT void nameContent(VTXmlElement *content);
-    VIDTIPS_NO_EXPORT void replaceSource(const QUrl &url);
-    VIDTIPS_NO_EXPORT bool isBarred(const QString &path);
-    VIDTIPS_NO_EXPORT int scriptTimeout() const;
-    VIDTIPS_NO_EXPORT void takePictureLimit();
-    VIDTIPS_NO_EXPORT void countStop(const QString &path);
-    VIDTIPS_NO_EXPORT void stop();
-    VIDTIPS_NO_EXPORT VTReach reach() const;
-    VIDTIPS_NO_EXPORT void renewReach();
-    VIDTIPS_NO_EXPORT void dropForeignRoot();
-    VIDTIPS_NO_EXPORT bool admitsFile(const QString &path) const;
-    VIDTIPS_NO_EXPORT void refuse(const QString &what) const;
-    VIDTIPS_NO_EXPORT void tellRefusals();
-    VIDTIPS_NO_EXPORT bool openForContent(const QUrl &url);
-    // Which says by the view that a catalogue is refused.
+    // Which has the view refuse a catalogue.
     friend class VTManager;
     friend class VTTipShowing;
     friend class VTWidget;
+    // Its parts.
+    friend class VTContentNames;
+    friend class VTViewLoader;
+    friend class VTViewReach;
+    class HostCall;
+    VIDTIPS_NO_EXPORT VTManager *manager() const;
+    VIDTIPS_NO_EXPORT QVariant setting(contextKey key, const QVariant &defaultValue) const;
+    VIDTIPS_NO_EXPORT void report(const QString &message);
+    VIDTIPS_NO_EXPORT void warn(const QString &message);
+    VIDTIPS_NO_EXPORT void reportAll(const QString &pattern, const QList<QDeclarativeError> &errors);
+    VIDTIPS_NO_EXPORT void takePictureLimit();
+    VIDTIPS_NO_EXPORT const VTViewReach &reach() const;
+    VIDTIPS_NO_EXPORT bool openForContent(const QUrl &url);
     VIDTIPS_NO_EXPORT void forgetUserInterface();
     VIDTIPS_NO_EXPORT QString simpleRootFilePath() const;
     VIDTIPS_NO_EXPORT bool isWaiting() const;
@@ -234,10 +227,8 @@ private:
     VIDTIPS_NO_EXPORT void end();
     VIDTIPS_NO_EXPORT bool isAtWork() const;
     VIDTIPS_NO_EXPORT void settle();
-    VIDTIPS_NO_EXPORT void load();
-    VIDTIPS_NO_EXPORT void loadOnceReturned();
-    VIDTIPS_NO_EXPORT bool loadsWithoutEnd();
-    VIDTIPS_NO_EXPORT void reportAll(const QString &pattern, const QList<QDeclarativeError> &errors);
+    VIDTIPS_NO_EXPORT void settleSoon();
+    VIDTIPS_NO_EXPORT bool isSettling() const;
     VIDTIPS_NO_EXPORT std::shared_ptr<VTViewWork> work() const;
 
     struct Private;

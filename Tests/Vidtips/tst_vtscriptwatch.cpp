@@ -44,7 +44,8 @@ private Q_SLOTS:
                           QUrl());
         object.reset(component.create());
         QVERIFY2(object, qPrintable(component.errorString()));
-        watch = std::make_unique<VTScriptWatch>(engine.get(), [this] { ++stops; });
+        watch = std::make_unique<VTScriptWatch>(
+            engine.get(), [this] { return timeout; }, [this] { ++stops; });
     }
 
     void cleanup()
@@ -56,7 +57,7 @@ private Q_SLOTS:
 
     void tellsWhatItStopped()
     {
-        watch->restart(100);
+        restart(100);
         inAnEvent([this] { call("endless"); });
         QTRY_COMPARE(stops, 1);
         QVERIFY(!watch->resume());
@@ -67,7 +68,7 @@ private Q_SLOTS:
     // Who asks at once is told by that alone.
     void resumesAtOnce()
     {
-        watch->restart(100);
+        restart(100);
         QVERIFY(!watch->resume());
         inAnEvent([this] {
             call("endless");
@@ -83,7 +84,7 @@ private Q_SLOTS:
 
     void leavesPausesOut()
     {
-        watch->restart(1000);
+        restart(1000);
         host.work = [this] {
             watch->beginPause();
             watch->beginPause();
@@ -99,9 +100,9 @@ private Q_SLOTS:
 
     void givesNewTime()
     {
-        watch->restart(0);
+        restart(0);
         inAnEvent([this] {
-            watch->restart(100);
+            restart(100);
             call("endless");
         });
         QTRY_COMPARE(stops, 1);
@@ -109,6 +110,12 @@ private Q_SLOTS:
 
 private:
     void call(const char *function) { QMetaObject::invokeMethod(object.get(), function); }
+
+    void restart(int time)
+    {
+        timeout = time;
+        watch->restart();
+    }
 
     static void inAnEvent(const std::function<void()> &work)
     {
@@ -124,6 +131,7 @@ private:
     std::unique_ptr<QDeclarativeEngine> engine;
     std::unique_ptr<QObject> object;
     std::unique_ptr<VTScriptWatch> watch;
+    int timeout = 0;
     int stops = 0;
 };
 
