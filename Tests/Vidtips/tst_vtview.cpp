@@ -21,8 +21,6 @@ private slots:
     void contentNotifiesNobody();
     void contentThatDiesIsForgotten();
     void destructorDeletesTheContentWithItsContainer();
-    void exposedContentFollowsReleases();
-    void exposingAgainConnectsNothingMore();
     void releaseKeepsATreeInUse();
     void documentationAvailable_data();
     void documentationAvailable();
@@ -145,31 +143,6 @@ void tst_VTView::destructorDeletesTheContentWithItsContainer()
     view->setContent(new VTXmlElement(&owner));
     view.reset();
     QVERIFY(owner.children().isEmpty());
-}
-
-void tst_VTView::exposedContentFollowsReleases()
-{
-    QPointer<VTXmlElement> first(setContent());
-    view->exposeContent("here");
-    auto *const next = new VTXmlElement;
-    view->setContent(next);
-    view->releaseContent(first);
-    QVERIFY(!first);
-    QCOMPARE(view->rootContext()->contextProperty("vidtip").value<QObject *>(), next);
-    view->setContent(nullptr);
-    view->releaseContent(next);
-    QVERIFY(!view->rootContext()->contextProperty("vidtip").value<QObject *>());
-    view->releaseContent(nullptr);
-}
-
-void tst_VTView::exposingAgainConnectsNothingMore()
-{
-    setContent();
-    view->exposeContent("folder");
-    const int receivers = view->receivers(SIGNAL(destroyed(QObject *)));
-    for (int i = 0; i < 10; ++i)
-        view->exposeContent("folder");
-    QCOMPARE(view->receivers(SIGNAL(destroyed(QObject *))), receivers);
 }
 
 void tst_VTView::releaseKeepsATreeInUse()
