@@ -7,6 +7,8 @@
 #include <private/qqmltype_p_p.h>
 #include <private/qtquick2_p.h>
 
+#include <optional>
+
 extern void qml_register_types_QtQml();
 extern void qml_register_types_QtQml_Models();
 extern void qml_register_types_QtQml_WorkerScript();
@@ -25,14 +27,19 @@ bool isQuickComplete()
     return quickType("Easing").isValid();
 }
 
+void importQuick(QQmlEngine *engine)
+{
+    std::optional<QQmlEngine> ownEngine;
+    QQmlComponent(engine ? engine : &ownEngine.emplace()).setData("import QtQuick 2.0\nQtObject {}", QUrl());
+}
+
 /** Has Qt Quick 2 registered, exactly once: its providers of values loop for ever when they come twice. */
-void registerQuickTypes()
+void registerQuickTypes(QQmlEngine *engine)
 {
     if (isQuickComplete())
         return;
     // Its plugin, where there is one, refuses to load later for a host that uses Qt Quick 2 as well.
-    QQmlEngine engine;
-    QQmlComponent(&engine).setData("import QtQuick 2.0\nQtObject {}", QUrl());
+    importQuick(engine);
     if (isQuickComplete())
         return;
     // Where there is none, the import had the library register its half alone.
@@ -44,10 +51,10 @@ void registerQuickTypes()
 
 } // namespace
 
-void QDeclarativeQtModules::registerTypes()
+void QDeclarativeQtModules::registerTypes(QQmlEngine *engine)
 {
     qml_register_types_QtQml();
     qml_register_types_QtQml_Models();
     qml_register_types_QtQml_WorkerScript();
-    registerQuickTypes();
+    registerQuickTypes(engine);
 }

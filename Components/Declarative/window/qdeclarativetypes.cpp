@@ -14,6 +14,7 @@
 #include "particles/qdeclarativeparticlestypes_p.h"
 #include "pathview/qdeclarativepathviewtypes_p.h"
 #include "qdeclarativedatabases_p.h"
+#include "qdeclarativetypes_p.h"
 #include "text/qdeclarativetexttypes_p.h"
 #include "views/qdeclarativeviewstypes_p.h"
 
@@ -23,14 +24,16 @@ namespace {
 
 using RegisterTypes = void (*)();
 
-// Of each room that has types, from the lowest to the highest.
-const RegisterTypes rooms[] = {
-    registerDeclarativeEngineTypes,    registerDeclarativeItemTypes,     registerDeclarativeInputTypes,
-    registerDeclarativeModelsTypes,    registerDeclarativeImageTypes,    registerDeclarativeTextTypes,
-    registerDeclarativeEditorsTypes,   registerDeclarativeMotionTypes,   registerDeclarativeFlickableTypes,
-    registerDeclarativeViewsTypes,     registerDeclarativePathViewTypes, registerDeclarativeElementsTypes,
-    registerDeclarativeParticlesTypes,
+// The rooms whose types are all their own, from the lowest to the highest.
+const RegisterTypes ownRooms[] = {
+    registerDeclarativeItemTypes,      registerDeclarativeInputTypes,     registerDeclarativeModelsTypes,
+    registerDeclarativeImageTypes,     registerDeclarativeTextTypes,      registerDeclarativeEditorsTypes,
+    registerDeclarativeFlickableTypes, registerDeclarativeViewsTypes,     registerDeclarativePathViewTypes,
+    registerDeclarativeElementsTypes,  registerDeclarativeParticlesTypes,
 };
+
+// Those that have types of Qt Quick's.
+const RegisterTypes borrowingRooms[] = {registerDeclarativeEngineTypes, registerDeclarativeMotionTypes};
 
 // Properties and signals of hosts name these by their QML 1 names, which moc writes down.
 void registerNames()
@@ -46,19 +49,34 @@ void registerNames()
 
 } // namespace
 
-void qmlRegisterDeclarativeTypes()
+void registerOwnDeclarativeTypes()
 {
     static std::once_flag once;
     std::call_once(once, [] {
         registerNames();
-        QDeclarativeQtModules::registerTypes();
-        for (const RegisterTypes registerTypes : rooms)
+        for (const RegisterTypes registerTypes : ownRooms)
             registerTypes();
     });
 }
 
+static void registerAllTypes(QQmlEngine *engine)
+{
+    registerOwnDeclarativeTypes();
+    static std::once_flag once;
+    std::call_once(once, [engine] {
+        QDeclarativeQtModules::registerTypes(engine);
+        for (const RegisterTypes registerTypes : borrowingRooms)
+            registerTypes();
+    });
+}
+
+void qmlRegisterDeclarativeTypes()
+{
+    registerAllTypes(nullptr);
+}
+
 void prepareDeclarativeEngine(QQmlEngine *engine)
 {
-    qmlRegisterDeclarativeTypes();
+    registerAllTypes(engine);
     QDeclarativeDatabases::install(engine);
 }
