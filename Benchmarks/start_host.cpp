@@ -27,13 +27,43 @@ int residentMemory()
     return text.mid(text.indexOf("VmRSS:") + 6, 20).trimmed().split(' ').constFirst().toInt();
 }
 
-void tell()
+/** Returns the processor time of the process or of the thread, as @p clock says. */
+double milliseconds(clockid_t clock)
 {
     timespec used;
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
-    std::printf("%.3f %d\n", double(used.tv_sec) * 1e3 + double(used.tv_nsec) / 1e6, residentMemory());
+    clock_gettime(clock, &used);
+    return double(used.tv_sec) * 1e3 + double(used.tv_nsec) / 1e6;
+}
+
+void tell()
+{
+    std::printf("%.3f %d\n", milliseconds(CLOCK_PROCESS_CPUTIME_ID), residentMemory());
     std::fflush(stdout);
 }
+
+#ifdef WITH_TIPS
+/** An application that measures how long the library's preparations keep other events waiting. */
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override
+    {
+        const bool isPreparation =
+            receiver->inherits("Vidtips::VTPreparation") || receiver->inherits("QDeclarativePreparation");
+        const double before = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+        const bool result = QApplication::notify(receiver, event);
+        if (isPreparation)
+            longestPiece = qMax(longestPiece, milliseconds(CLOCK_THREAD_CPUTIME_ID) - before);
+        return result;
+    }
+
+    double longestPiece = 0; ///< in milliseconds of processor time
+};
+#else
+using Application = QApplication;
+#endif
 
 void runFor(int milliseconds)
 {
@@ -43,6 +73,41 @@ void runFor(int milliseconds)
 }
 
 #ifdef WITH_TIPS
+/** Waits until the window of tips is painted. */
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint() { qApp->installEventFilter(this); }
+
+    void wait() const
+    {
+        while (!m_isPainted)
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        m_isPainted |= event->type() == QEvent::Paint && watched->isWidgetType()
+            && static_cast<QWidget *>(watched)->window()->inherits("Vidtips::VTWidget");
+        return false;
+    }
+
+private:
+    bool m_isPainted = false;
+};
+
+/** Shows the first tip of the process once that is idle; tells the processor time until it is painted. */
+void showFirst(Vidtips::VTInterface &host, const QString &key, const Application &application)
+{
+    runFor(1000);
+    const FirstPaint paint;
+    const double before = milliseconds(CLOCK_PROCESS_CPUTIME_ID);
+    host.show(key, QPoint(50, 50), nullptr);
+    paint.wait();
+    std::printf("%.3f %.3f\n", milliseconds(CLOCK_PROCESS_CPUTIME_ID) - before, application.longestPiece);
+    std::fflush(stdout);
+}
+
 /** Shows tips with clips in turn, and tells what the process holds after each was hidden. */
 void showTips(Vidtips::VTInterface &host, const QStringList &keys, int count)
 {
@@ -60,7 +125,7 @@ void showTips(Vidtips::VTInterface &host, const QStringList &keys, int count)
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
+    Application application(argc, argv);
 #ifdef WITH_TIPS
     VTContext settings;
     settings.set(Vidtips::ContentLocale, QStringLiteral("en_US"));
@@ -76,7 +141,9 @@ int main(int argc, char *argv[])
     tell();
 #ifdef WITH_TIPS
     const QStringList arguments = QCoreApplication::arguments().mid(1);
-    if (arguments.size() > 1)
+    if (arguments.size() == 1)
+        showFirst(host, arguments.constFirst(), application);
+    else if (arguments.size() > 1)
         showTips(host, arguments.mid(1), arguments.constFirst().toInt());
 #endif
     // Coming to an end is not measured.

@@ -8,6 +8,7 @@
 #include "VTInterpolation_p.h"
 #include "VTLookUp_p.h"
 #include "VTPackageLoader_p.h"
+#include "VTPreparation_p.h"
 #include "VTQmlTypes_p.h"
 #include "VTReservations_p.h"
 #include "VTShowLog_p.h"
@@ -21,7 +22,6 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
-#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
@@ -54,6 +54,7 @@ struct VIDTIPS_NO_EXPORT VTManager::Private
     VTCatalogue catalogue;
     const std::shared_ptr<VTTipWatch> watch = std::make_shared<VTTipWatch>();
     VTTipShowing showing;
+    VTPreparation preparation{context};
 
     QString text(contextKey key, const QString &defaultValue) const
     {
@@ -89,11 +90,7 @@ VTManager::VTManager(VTInterface *host, VTContext &context, const QStringList &d
         QCoreApplication::instance()->installEventFilter(this);
         d->filterInstalled = true;
     }
-    // When the host has nothing else to do: neither its start nor the first tip waits for it.
-    QTimer::singleShot(0, this, [this] {
-        if (!d->widget)
-            prepareDeclarativeModule();
-    });
+    connect(&d->context, &VTContext::settingDidChange, &d->preparation, &VTPreparation::settingChanged);
 }
 
 VTManager::~VTManager()
@@ -154,6 +151,7 @@ void VTManager::loadDataPath(const QStringList &dataPaths)
 void VTManager::loadPackage(const QFileInfo &package)
 {
     VTPackageLoader(this).loadPackage(package);
+    d->preparation.addPackage(package.canonicalFilePath());
 }
 
 void VTManager::indexControFile(const QString &controlFile, const QString &package)

@@ -6,8 +6,11 @@
 #include "VTVideoComponent.h"
 #include "VTXmlElement.h"
 
-#include <QtDeclarative/QDeclarativeView>
+#include <QtCore/QUrl>
 #include <QtDeclarative/qdeclarative.h>
+#ifdef VIDTIPS_DECLARATIVE_BUNDLED
+#include <QtDeclarative/qdeclarativepreparation.h>
+#endif
 
 namespace Vidtips {
 
@@ -27,17 +30,29 @@ void registerQmlTypes()
                                              QStringLiteral("VTAccessible is attached to items"));
 }
 
+#ifdef VIDTIPS_DECLARATIVE_BUNDLED
 void prepareDeclarativeModule()
 {
-#ifdef VIDTIPS_DECLARATIVE_BUNDLED
-    qmlRegisterDeclarativeTypes();
-#else
-    // Another module does that with its first view only.
-    static bool isPrepared = false;
-    if (!isPrepared)
-        QDeclarativeView();
-    isPrepared = true;
-#endif
+    QDeclarativePreparation::registerTypes();
 }
+
+std::unique_ptr<QObject> compileInterface(const QString &path, const std::function<void()> &done)
+{
+    const QUrl url = QUrl::fromLocalFile(path);
+    if (!QDeclarativePreparation::isDue(url))
+        return nullptr;
+    auto preparation = std::make_unique<QDeclarativePreparation>(url);
+    QObject::connect(preparation.get(), &QDeclarativePreparation::finished, preparation.get(), done);
+    return preparation;
+}
+#else
+// Another module does either with its first view only.
+void prepareDeclarativeModule() { }
+
+std::unique_ptr<QObject> compileInterface(const QString &, const std::function<void()> &)
+{
+    return nullptr;
+}
+#endif
 
 } // namespace Vidtips

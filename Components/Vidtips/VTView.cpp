@@ -7,6 +7,7 @@
 #include "VTRemainingWindows_p.h"
 #include "VTScriptWatch_p.h"
 #include "VTTipContent_p.h"
+#include "VTUserInterfaces_p.h"
 #include "VTViewLoader_p.h"
 #include "VTViewReach_p.h"
 #include "VTViewWork_p.h"
@@ -243,14 +244,12 @@ QString VTView::uiRootFilePath() const
 {
     if (setting(UseSimpleUserInterface, false).toBool())
         return simpleRootFilePath();
-    return findComponent(QStringLiteral("ui"), FullUserInterface, QStringLiteral("ui/VidtipsUI.qml"),
-                         QString());
+    return findComponent(QStringLiteral("ui"), FullUserInterface, defaultFullInterface(), QString());
 }
 
 QString VTView::simpleRootFilePath() const
 {
-    return findComponent(QStringLiteral("simple"), SimpleUserInterface,
-                         QStringLiteral("ui/SimpleTooltip.qml"), QString());
+    return findComponent(QStringLiteral("simple"), SimpleUserInterface, defaultSimpleInterface(), QString());
 }
 
 QString VTView::categoryPath(const QString &attribute, const QString &defaultPath, contextKey key) const

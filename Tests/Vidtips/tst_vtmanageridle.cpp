@@ -18,11 +18,18 @@ static bool isRegistered()
     return qmlTypeId("QtQuick", 1, 1, "Rectangle") != -1;
 }
 
+// The first one has Qt Quick 2 registered.
+static bool wasThereAnEngine()
+{
+    return qmlTypeId("QtQuick", 2, 0, "Rectangle") != -1;
+}
+
 void tst_VTManagerIdle::typesAreRegisteredAfterConstruction()
 {
     const TestSession session({});
     QVERIFY(!isRegistered());
     QTRY_VERIFY(isRegistered());
+    QVERIFY(!wasThereAnEngine());
     QVERIFY(!session.host->manager()->widget());
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
