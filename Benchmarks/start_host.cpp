@@ -4,12 +4,15 @@
 #include <QtCore/QFile>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsObject>
+#include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QPushButton>
 
 #ifdef WITH_TIPS
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 #include <Vidtips/VTManager.h>
+#include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 #endif
 
@@ -108,12 +111,29 @@ void showFirst(Vidtips::VTInterface &host, const QString &key, const Application
     std::fflush(stdout);
 }
 
+/** Returns the clip on screen, which comes when the tip has grown; empty until it is decoded to its end. */
+QString decodedClip(const Vidtips::VTManager &manager)
+{
+    const QList<QGraphicsItem *> items = manager.widget()->view()->scene()->items();
+    for (const QGraphicsItem *item : items) {
+        const QObject *const object = item->toGraphicsObject();
+        if (object && object->inherits("Vidtips::VTVideoComponent")
+            && object->property("loadProgress").toDouble() >= 1)
+            return object->property("source").toString();
+    }
+    return {};
+}
+
 /** Shows tips with clips in turn, and tells what the process holds after each was hidden. */
 void showTips(Vidtips::VTInterface &host, const QStringList &keys, int count)
 {
+    QString clipBefore;
     for (int i = 0; i < count; ++i) {
         host.show(keys.at(i % keys.size()), QPoint(50, 50), nullptr);
-        runFor(1500);
+        QString clip;
+        for (; clip.isEmpty() || clip == clipBefore; clip = decodedClip(*host.manager()))
+            runFor(100);
+        clipBefore = clip;
         host.manager()->widget()->hide();
         runFor(200);
         tell();

@@ -1,13 +1,14 @@
 #include "VTFFmpegDecoder_p.h"
 
+#include "VTPictureMemory_p.h"
 #include "VTPictures_p.h"
 #include "VTPixels_p.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
-#include <cstdlib>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace Vidtips {
@@ -58,15 +59,30 @@ qint64 truncatedToInteger(double value)
     return value > -bound ? qint64(value) : std::numeric_limits<qint64>::min();
 }
 
+struct Pixels
+{
+    void *memory;
+    size_t bytes;
+};
+
+// Called with the last copy of an image, on whichever thread lets it go.
+void releasePixels(void *info)
+{
+    const std::unique_ptr<Pixels> pixels(static_cast<Pixels *>(info));
+    VTPictureMemory::release(pixels->memory, pixels->bytes);
+}
+
 // The scaler may write whole vectors, past the end of the last row, too.
 QImage newImage(const QSize &size)
 {
     const int bytesPerLine = size.width() * bytesPerPixel;
     const size_t bytes = size_t(bytesPerLine) * size_t(size.height()) + pixelsPerVector * bytesPerPixel;
-    auto *const pixels = static_cast<uchar *>(std::malloc(bytes));
-    QImage image(pixels, size.width(), size.height(), bytesPerLine, QImage::Format_RGB32, &std::free, pixels);
+    auto pixels = std::make_unique<Pixels>(Pixels{VTPictureMemory::allocate(bytes), bytes});
+    QImage image(static_cast<uchar *>(pixels->memory), size.width(), size.height(), bytesPerLine,
+                 QImage::Format_RGB32, &releasePixels, pixels.get());
+    auto *const info = pixels.release();
     if (image.isNull())
-        std::free(pixels);
+        releasePixels(info);
     return image;
 }
 
