@@ -76,6 +76,17 @@ void runFor(int milliseconds)
 }
 
 #ifdef WITH_TIPS
+/** Ends the host with a message where @p what is still awaited after a minute. */
+class Deadline : public QTimer
+{
+public:
+    explicit Deadline(const char *what)
+    {
+        callOnTimeout([what] { qFatal("%s did not come within a minute", what); });
+        start(60000);
+    }
+};
+
 /** Waits until the window of tips is painted. */
 class FirstPaint : public QObject
 {
@@ -84,6 +95,7 @@ public:
 
     void wait() const
     {
+        const Deadline deadline("the first tip");
         while (!m_isPainted)
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
@@ -129,6 +141,7 @@ void showTips(Vidtips::VTInterface &host, const QStringList &keys, int count)
 {
     QString clipBefore;
     for (int i = 0; i < count; ++i) {
+        const Deadline deadline("the next clip");
         host.show(keys.at(i % keys.size()), QPoint(50, 50), nullptr);
         QString clip;
         for (; clip.isEmpty() || clip == clipBefore; clip = decodedClip(*host.manager()))
