@@ -119,7 +119,7 @@ vidtips_package(tools vidtips-tools devel "rich, animated tooltips for applicati
 # The build's own library has no package yet that its users' dependencies could be read from.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library} (>= ${version}), ${library}-codecs (>= ${version})")
 
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "bash-completion, vidtips-example (= ${version})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "bash-completion, ffmpeg, x11-utils, vidtips-example (= ${version})")
 
 vidtips_package(data vidtips-data graphics "rich, animated tooltips for applications (user interface)"
     "Vidtips shows a small window beside a command that says what the command"

@@ -25,7 +25,7 @@ void tst_CommandTable::helpsWithEveryCommand_data()
 {
     QTest::addColumn<QString>("command");
     for (const char *command :
-         {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"})
+         {"check", "explain", "keys", "preview", "strings", "schema", "new", "clip", "attach", "harvest"})
         QTest::newRow(command) << command;
 }
 
@@ -106,7 +106,7 @@ void tst_CommandTable::describesItselfInAManualPage()
     const QString page =
         QString::fromUtf8(TestPackages::read(TestPaths::built("Tools/vidtips.1"))).replace("\\-", "-");
     for (const char *command :
-         {"check", "explain", "keys", "preview", "strings", "schema", "new", "attach", "harvest"}) {
+         {"check", "explain", "keys", "preview", "strings", "schema", "new", "clip", "attach", "harvest"}) {
         QVERIFY2(page.contains(QString("\n.SH %1\n").arg(QString(command).toUpper())), command);
         static const QRegularExpression option("^    (--[a-z-]+)", QRegularExpression::MultilineOption);
         auto options = option.globalMatch(ToolRun({command, "--help"}).output);

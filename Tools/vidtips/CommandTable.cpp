@@ -2,6 +2,7 @@
 
 #include "attach/AttachCommand.h"
 #include "check/CheckCommand.h"
+#include "clip/ClipCommand.h"
 #include "findings/ExplainCommand.h"
 #include "harvest/HarvestCommand.h"
 #include "package/KeysCommand.h"
@@ -45,6 +46,7 @@ CommandTable::CommandTable()
     m_commands.push_back(std::make_unique<StringsCommand>());
     m_commands.push_back(std::make_unique<SchemaCommand>());
     m_commands.push_back(std::make_unique<NewCommand>());
+    m_commands.push_back(std::make_unique<ClipCommand>());
     m_commands.push_back(std::make_unique<AttachCommand>());
     m_commands.push_back(std::make_unique<HarvestCommand>());
 }
