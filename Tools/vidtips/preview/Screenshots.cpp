@@ -11,10 +11,10 @@
 
 #include <Vidtips/VTWidget.h>
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSaveFile>
 #include <QtCore/QUrl>
 #include <QtGui/QImageWriter>
 #include <QtGui/QPainter>
@@ -58,12 +58,12 @@ void tell(const QStringList &problems, Console &console)
 
 QString saved(const QImage &image, const QString &file)
 {
-    QSaveFile out(file);
+    QBuffer bytes;
     const QByteArray suffix = QFileInfo(file).suffix().toLatin1();
-    if (!out.open(QIODevice::WriteOnly) || !image.save(&out, suffix.isEmpty() ? "PNG" : suffix.constData())
-        || !out.commit())
-        return QString("cannot write %1: %2").arg(file, out.errorString());
-    return {};
+    QImageWriter writer(&bytes, suffix.isEmpty() ? "PNG" : suffix);
+    if (!writer.write(image))
+        return QString("cannot write %1: %2").arg(file, writer.errorString());
+    return SavedFile::write(file, bytes.data());
 }
 
 const char pageHead[] = R"(<!DOCTYPE html>

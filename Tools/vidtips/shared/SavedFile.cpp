@@ -4,10 +4,10 @@
 
 namespace {
 
-// Of bytes that found no room Qt says how many they are, and no more.
-QString problemWith(const QSaveFile &file)
+// Bytes that wait in Qt's buffer have to find room before a commit, which does not ask whether they did.
+bool isWritten(QSaveFile &file, const QByteArray &content)
 {
-    return file.error() == QFileDevice::NoError ? "the disk is full" : file.errorString();
+    return file.write(content) == content.size() && file.flush();
 }
 
 } // namespace
@@ -15,7 +15,11 @@ QString problemWith(const QSaveFile &file)
 QString SavedFile::write(const QString &path, const QByteArray &content)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        return QString("cannot write %1: %2").arg(path, problemWith(file));
-    return {};
+    const QString problem = QString("cannot write %1: ").arg(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return problem + file.errorString();
+    // Qt seldom knows why.
+    if (!isWritten(file, content))
+        return problem + "there is no room for it";
+    return file.commit() ? QString() : problem + file.errorString();
 }
