@@ -183,6 +183,11 @@ void addUserInterfaceRows()
             {{fullInterface,
               "import QtQuick 1.1\nItem { width: 9; height: 9\n  MouseArea { onClicked: parent.x = 1 }\n}"}}),
         {"VT604"}, "VidtipsUI.qml:3:3", "no name");
+    row("endless script",
+        packageWith(
+            {{fullInterface,
+              "import QtQuick 1.1\nItem { width: 9; height: 9\n  property int a: { while (true); }\n}"}}),
+        {"VT608"}, "VidtipsUI.qml:0:0", "does not end");
 }
 
 void addCatalogueRows()

@@ -81,6 +81,18 @@ bool readWarning(const QString &message, Finding &finding)
     return match.hasMatch();
 }
 
+// A script that held the preview up was stopped, and its user interface with it.
+bool readStop(const QString &message, Finding &finding)
+{
+    static const QRegularExpression stop("^(.+) was stopped(?: twice and|, as)");
+    const QRegularExpressionMatch match = stop.match(message);
+    finding = {"VT608",
+               QFileInfo(match.captured(1)).canonicalFilePath(),
+               {},
+               "a script of this user interface does not end"};
+    return match.hasMatch();
+}
+
 void addItems(QGraphicsItem *item, QVector<QGraphicsObject *> &items)
 {
     if (!item->isVisible())
@@ -148,7 +160,7 @@ public:
     void handleMessage(VTMessageType type, const QString &message) override
     {
         if (type <= VTMessageWarning)
-            warning = message;
+            warnings << message;
     }
 
     void notification(VTNotification type, const QVariant &value, const QString &) override
@@ -158,7 +170,7 @@ public:
                 QString("The tip sends the notification %1, \"%2\".").arg(int(type)).arg(value.toString()));
     }
 
-    QString warning;
+    QStringList warnings;
 
 private:
     PreviewStage *m_stage;
@@ -197,7 +209,7 @@ PreviewStage::~PreviewStage()
 bool PreviewStage::show(const QString &key, const QPoint &position)
 {
     d->problems.clear();
-    d->host->warning.clear();
+    d->host->warnings.clear();
     Diagnostics::take();
     return d->host->show(key, position, nullptr) && window();
 }
@@ -226,7 +238,7 @@ bool PreviewStage::isReplaced() const
 
 QString PreviewStage::warning() const
 {
-    return d->host->warning;
+    return d->host->warnings.isEmpty() ? QString() : d->host->warnings.constLast();
 }
 
 bool PreviewStage::isBroken() const
@@ -271,6 +283,12 @@ QVector<Finding> PreviewStage::problems()
             d->problems << finding;
     };
     const QStringList messages = Diagnostics::take();
+    for (const QString &warning : qAsConst(d->host->warnings)) {
+        Finding finding;
+        // What the engine says of what was stopped follows from that.
+        if (readStop(warning, finding))
+            return d->problems = {finding};
+    }
     if (isBroken()) {
         for (const QDeclarativeError &error : window()->view()->errors())
             add(findingFrom(error));

@@ -22,9 +22,10 @@ bool TrialFindings::isKnown(const Finding &finding, const Findings &findings)
     static const QMap<QString, QStringList> others{
         {"VT601", {"VT601"}},
         {"VT607", {"VT605", "VT607"}},
+        {"VT608", {"VT608"}},
         {"VT901", {"VT404", "VT405", "VT406", "VT407", "VT501", "VT504", "VT605"}}};
     if (finding.code == "VT900")
-        return findings.contains(finding.file, {"VT601", "VT602", "VT603"});
+        return findings.contains(finding.file, {"VT601", "VT602", "VT603", "VT608"});
     const QStringList codes = others.value(finding.code);
     return std::any_of(codes.cbegin(), codes.cend(), [&](const QString &code) {
         return findings.containsAt(finding.file, finding.position.line, code);
