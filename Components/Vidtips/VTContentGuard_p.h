@@ -20,6 +20,7 @@ class QDeclarativeGuard
 public:
     QDeclarativeGuard() = default;
     virtual ~QDeclarativeGuard() = default;
+    static QString problemOfPicture(const QString &) { return {}; }
     virtual bool admits(const QUrl &url) = 0;
     virtual bool admitsModule(const QString &name, int major, int minor) = 0;
     virtual bool openUrlExternally(const QUrl &url) = 0;

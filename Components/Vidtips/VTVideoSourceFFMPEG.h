@@ -84,6 +84,12 @@ protected:
      */
     void setMemoryLimit(quint64 bytes);
 
+    /**
+     * Has clips that are opened from now on be of the usual formats, which name no other files, if
+     * @p isRestricted. For any thread.
+     */
+    void setRestricted(bool isRestricted);
+
 private:
     friend class VTVideoComponent;
 
@@ -92,9 +98,6 @@ private:
      * To be set before the thread is started, which they have to outlive.
      */
     VIDTIPS_NO_EXPORT void setClipReports(VTClipReports *reports);
-
-    /** Has clips that are opened from now on be of the usual formats, if @p isRestricted. For any thread. */
-    VIDTIPS_NO_EXPORT void setRestricted(bool isRestricted);
 
     std::unique_ptr<VTVideoSourceFFMPEGPrivate> const d;
 };

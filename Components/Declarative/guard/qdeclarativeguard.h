@@ -17,6 +17,13 @@ public:
     QDeclarativeGuard() = default;
     virtual ~QDeclarativeGuard();
 
+    /**
+     * Returns why the picture in the file @p fileName is not shown while there is a guard: it is of a format
+     * that few programs need, or a drawing that names other files. Empty where it may be, and where it is no
+     * picture.
+     */
+    static QString problemOfPicture(const QString &fileName);
+
     /** Tells whether content may read what is at @p url, which is resolved. */
     virtual bool admits(const QUrl &url) = 0;
 

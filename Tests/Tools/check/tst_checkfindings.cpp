@@ -237,6 +237,7 @@ private slots:
     void judgesClips();
     void findsCataloguesThatLackTexts();
     void refusesDamagedCatalogues();
+    void findsWhatIsRefused();
     void everyCodeHasARow(); // after those that note what they cover
 
 private:
@@ -436,6 +437,30 @@ void tst_CheckFindings::refusesDamagedCatalogues()
     m_coveredCodes << "VT703";
     const ToolRun inGerman({"check", "--json", "--source-locale", "de_DE", packages.path()});
     QCOMPARE(inGerman.codes(), QStringList());
+}
+
+// tst_restrictioncheck.cpp has the table.
+void tst_CheckFindings::findsWhatIsRefused()
+{
+    const CheckPackages packages(packageWith(
+        {{control, document("<vidtip key=\"a\"><picture source=\"/etc/hosts\"/></vidtip>")},
+         {fullInterface,
+          "import QtQuick 1.1\nItem { width: 9; height: 9\n property url a: 'http://a.example'\n"
+          " property variant b: Qt.quit\n function c() { Qt.openUrlExternally('http://a.example') }\n"
+          " function d(a) { return a + '//a.example/b' }\n Image { source: d('http:') }\n}"},
+         {"Tools.vidtips/ui/Other.qml", "import Qt.labs.gestures 1.0\nItem { }"},
+         {"Tools.vidtips/ui/clock/qmldir", "plugin clock"},
+         {"Tools.vidtips/Resources/a.svg",
+          "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"1\" height=\"1\"><image href=\"b.png\"/></svg>"},
+         {"Tools.vidtips/Resources/b.mkv", TestPackages::read(TestClips::onePicture())},
+         {"Tools.vidtips/l10n/Vidtips_de_DE.qm",
+          TestCatalogue("C").add("A", "B").addFile("/tmp/a.qm").bytes()}}));
+    const ToolRun run({"check", "--json", "--restricted", packages.path()});
+    for (const char *code :
+         {"VT413", "VT414", "VT511", "VT609", "VT610", "VT611", "VT612", "VT613", "VT614", "VT706"}) {
+        QVERIFY2(run.codes().contains(code), qPrintable(code + run.output));
+        m_coveredCodes << code;
+    }
 }
 
 void tst_CheckFindings::everyCodeHasARow()

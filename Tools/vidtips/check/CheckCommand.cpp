@@ -10,10 +10,12 @@
 #include "clips/ClipCheck.h"
 #include "findings/Finding.h"
 #include "findings/FindingReport.h"
+#include "restriction/RestrictionCheck.h"
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Locales.h"
 #include "stage/PackageWatcher.h"
+#include "stage/PreviewSettings.h"
 #include "trial/TrialWorkers.h"
 
 #include <QtCore/QCommandLineParser>
@@ -34,6 +36,7 @@ struct Request
     QStringList folders;
     bool isRun = false;
     bool isJson = false;
+    bool isRestricted = false;
     qint64 budget = 0;
     double longest = 0.0;
     QStringList keyData;
@@ -46,6 +49,9 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     request.folders = arguments.positionalArguments();
     request.isRun = arguments.isSet("run");
     request.isJson = arguments.isSet("json");
+    request.isRestricted = arguments.isSet("restricted");
+    if (request.isRestricted && !RestrictionCheck::isSupported())
+        return "--restricted needs the library's own QML module";
     bool isNumber = false;
     const double budget = arguments.value("budget").toDouble(&isNumber);
     if (!isNumber || !(budget > 0.0 && budget <= largestBudget))
@@ -77,7 +83,9 @@ void checkFiles(const Content &content, const Request &request, Console &console
     ContentCheck::run(content, files, findings);
     QmlCheck().run(files.qmlFiles(), findings, progressOf(console, "QML files"));
     AccessCheck().run(files.qmlFiles(), findings);
-    UserInterfaceCheck().run(content, findings);
+    if (request.isRestricted)
+        RestrictionCheck(content).run(request.keyData + content.keyDataFiles(), findings);
+    UserInterfaceCheck().run(content, request.isRestricted, findings);
     ClipCheck(request.budget, request.longest).run(files.clips(), findings, progressOf(console, "clips"));
     CatalogueCheck(request.sourceLocale).run(content, findings);
     KeyDataCheck().run(content, request.keyData, findings);
@@ -88,7 +96,17 @@ QStringList workerArguments(const Request &request)
     QStringList arguments{"check", "--source-locale", request.sourceLocale};
     for (const QString &keyData : request.keyData)
         arguments << "--key-data" << keyData;
+    if (request.isRestricted)
+        arguments << "--restricted";
     return arguments + QStringList("--") + request.folders;
+}
+
+PreviewSettings trialSettings(const Request &request)
+{
+    PreviewSettings settings;
+    settings.keyData = request.keyData.value(0);
+    settings.isRestricted = request.isRestricted;
+    return settings;
 }
 
 // Returns what keeps the tips from being shown; empty for nothing.
@@ -174,6 +192,7 @@ QList<Command::Example> CheckCommand::examples() const
     return {{"Content/Base Content/Extra", "Check the two data paths of a host."},
             {"--budget 64 --longest 10 Tools.vidtips", "Be strict about the clips of one package."},
             {"--run --watch Content", "Show every tip, and again whenever a file is saved."},
+            {"--restricted Stranger.vidtips", "See whether a package keeps to itself."},
             {"--json Content > findings.json", "Let another program read the findings."}};
 }
 
@@ -189,6 +208,9 @@ QList<QCommandLineOption> CheckCommand::options() const
          "in light and dark colours, and report what is wrong with what is seen: texts that are cut, "
          "characters that no font here has, colours that are hard to read, small buttons."},
         {"watch", "Check again whenever a file changes, until Ctrl+C."},
+        {"restricted",
+         "Report as well what hosts refuse that do not trust packages, by the setting RestrictContent: what "
+         "files name in so many words, and what tips ask for when they are shown."},
         {"json",
          "Write one JSON object: version, packages, controlFiles, counts and the array findings of code, "
          "severity, file, line, column, message."},
@@ -224,6 +246,6 @@ int CheckCommand::run(const QCommandLineParser &arguments, Console &console)
         return console.fail(problem);
     if (!slice.isEmpty())
         return TrialWorkers::work(content, TrialPlan::of(content, request.sourceLocale),
-                                  request.keyData.value(0), slice);
+                                  trialSettings(request), slice);
     return arguments.isSet("watch") ? watch(request, console) : check(content, request, console);
 }

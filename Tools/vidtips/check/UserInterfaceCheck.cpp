@@ -8,6 +8,8 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int settleTime = 50; // milliseconds: what a user interface does once it is loaded
@@ -21,8 +23,9 @@ void settle()
 
 } // namespace
 
-void UserInterfaceCheck::run(const Content &content, Findings &findings)
+void UserInterfaceCheck::run(const Content &content, bool isRestricted, Findings &findings)
 {
+    m_isRestricted = isRestricted;
     for (const ControlFile &file : content.controlFiles()) {
         if (!file.isAdmitted || !file.document.error().isEmpty())
             continue;
@@ -45,6 +48,7 @@ void UserInterfaceCheck::show(const Content &content, const ControlFile &file, c
     PreviewSettings settings;
     settings.locale = file.locale().isEmpty() ? "en_US" : file.locale();
     settings.isSimple = isSimple;
+    settings.isRestricted = m_isRestricted;
     PreviewStage stage(content, settings);
     if (!stage.show(entry.attribute("key"), {}))
         return;
@@ -52,11 +56,20 @@ void UserInterfaceCheck::show(const Content &content, const ControlFile &file, c
     if (stage.isBroken())
         return;
     for (const Finding &problem : stage.problems()) {
-        // What a file names in so many words has been looked for already.
-        const bool isKnown = problem.position.line > 0
-            ? findings.containsAt(problem.file, problem.position.line, "VT605")
-            : findings.contains(path, {"VT605"});
-        if (!isKnown)
+        if (!isKnown(problem, path, findings))
             findings.add(problem.code, problem.file, problem.position, problem.message);
     }
+}
+
+// What a file names in so many words has been looked for already, and what it is refused is complained about
+// as well.
+bool UserInterfaceCheck::isKnown(const Finding &problem, const QString &path, const Findings &findings)
+{
+    const QVector<QString> named{"VT605", "VT609", "VT610", "VT611", "VT612", "VT613"};
+    const auto isThere = [&](const QString &code) {
+        return findings.containsAt(problem.file, problem.position.line, code);
+    };
+    if (problem.position.line > 0)
+        return std::any_of(named.cbegin(), named.cend(), isThere);
+    return findings.contains(path, {"VT605"}) || findings.says(problem.file, problem.message);
 }

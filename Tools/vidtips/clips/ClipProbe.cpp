@@ -44,6 +44,17 @@ ClipFacts ClipProbe::probe(const QString &path)
     return facts;
 }
 
+bool ClipProbe::isRefusedWhenRestricted(const QString &path)
+{
+    Diagnostics::take();
+    setRestricted(true);
+    changeSetSource(QUrl::fromLocalFile(path));
+    const bool isOpen = loadSource();
+    const QString problem = Diagnostics::take().value(0);
+    setRestricted(false);
+    return !isOpen && problem.startsWith("Restricted content is refused");
+}
+
 void ClipProbe::decodeUntilKnown(ClipFacts &facts)
 {
     QSemaphore ended;

@@ -32,6 +32,9 @@ public:
 
     ClipFacts probe(const QString &path);
 
+    /** Tells whether the clip at @p path is of a format that restricted content is refused. */
+    bool isRefusedWhenRestricted(const QString &path);
+
 private:
     void decodeUntilKnown(ClipFacts &facts);
 

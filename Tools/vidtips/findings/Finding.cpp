@@ -25,3 +25,10 @@ bool Findings::containsAt(const QString &file, int line, const QString &code) co
         return finding.file == file && finding.position.line == line && finding.code == code;
     });
 }
+
+bool Findings::says(const QString &file, const QString &message) const
+{
+    return std::any_of(m_list.cbegin(), m_list.cend(), [&](const Finding &finding) {
+        return finding.file == file && finding.message == message;
+    });
+}

@@ -37,6 +37,9 @@ public:
     /** Tells whether @p code was found in that line of the file @p file. */
     bool containsAt(const QString &file, int line, const QString &code) const;
 
+    /** Tells whether that very message is one of the file @p file. */
+    bool says(const QString &file, const QString &message) const;
+
 private:
     QVector<Finding> m_list;
 };

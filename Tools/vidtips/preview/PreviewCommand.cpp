@@ -64,6 +64,7 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     request.settings.locale = arguments.value("locale");
     request.settings.isSimple = arguments.isSet("simple");
     request.settings.isDark = arguments.isSet("dark");
+    request.settings.isRestricted = arguments.isSet("restricted");
     request.settings.keyData = arguments.value("key-data");
     readPositional(arguments, request);
     bool isNumber = false;
@@ -152,6 +153,9 @@ QList<QCommandLineOption> PreviewCommand::options() const
 {
     return {{"simple", "Show simple tips instead of full ones."},
             {"dark", "Use dark colours."},
+            {"restricted",
+             "Show tips as hosts do that do not trust packages, by the setting RestrictContent. What is "
+             "refused appears over the tip."},
             {"scale", "Enlarge everything, as on a display of high resolution; from 1 to 4.", "FACTOR", "1"},
             {"locale", "Show the content for LOCALE. The default is en_US where there is content for it.",
              "LOCALE"},

@@ -13,4 +13,5 @@ struct PreviewSettings
     QMap<QString, QString> properties; ///< What a host would set for placeholders in texts.
     bool isSimple = false;
     bool isDark = false;
+    bool isRestricted = false; ///< Content reaches nothing outside its packages.
 };

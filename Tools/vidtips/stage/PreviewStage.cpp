@@ -44,6 +44,7 @@ void fill(VTContext &context, const Content &content, const PreviewSettings &set
     context.set(TooltipOffset, QSize(0, 0));
     context.set(UseSimpleUserInterface, settings.isSimple);
     context.set(AllowDocumentation, true);
+    context.set(RestrictContent, settings.isRestricted);
     context.set(UserInterfaceLocale, settings.locale);
     context.set(ContentLocale, settings.locale);
     context.set(KeyDataFile, keyData);
@@ -90,6 +91,16 @@ bool readStop(const QString &message, Finding &finding)
                QFileInfo(match.captured(1)).canonicalFilePath(),
                {},
                "a script of this user interface does not end"};
+    return match.hasMatch();
+}
+
+// What the library tells of content that it restricts.
+bool readRefusal(const QString &message, Finding &finding)
+{
+    static const QRegularExpression refusal(
+        "^Package \".*?\", (.+?)(?:, line (\\d+))?: (restricted content is refused .*)$");
+    const QRegularExpressionMatch match = refusal.match(message);
+    finding = {"VT614", match.captured(1), {match.captured(2).toInt(), 0}, match.captured(3)};
     return match.hasMatch();
 }
 
@@ -161,6 +172,9 @@ public:
     {
         if (type <= VTMessageWarning)
             warnings << message;
+        Finding refusal;
+        if (readRefusal(message, refusal))
+            refusals << refusal;
     }
 
     void notification(VTNotification type, const QVariant &value, const QString &) override
@@ -171,6 +185,7 @@ public:
     }
 
     QStringList warnings;
+    QVector<Finding> refusals;
 
 private:
     PreviewStage *m_stage;
@@ -210,6 +225,7 @@ bool PreviewStage::show(const QString &key, const QPoint &position)
 {
     d->problems.clear();
     d->host->warnings.clear();
+    d->host->refusals.clear();
     Diagnostics::take();
     return d->host->show(key, position, nullptr) && window();
 }
@@ -282,6 +298,8 @@ QVector<Finding> PreviewStage::problems()
         if (d->problems.size() < mostProblems && !d->problems.contains(finding))
             d->problems << finding;
     };
+    for (const Finding &refusal : qAsConst(d->host->refusals))
+        add(refusal);
     const QStringList messages = Diagnostics::take();
     for (const QString &warning : qAsConst(d->host->warnings)) {
         Finding finding;

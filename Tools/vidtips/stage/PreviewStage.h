@@ -41,7 +41,8 @@ public:
 
     /**
      * What the QML complained about since the last show(): errors that keep it from being shown, VT601, or
-     * warnings, VT607; that the tip has no size, VT606; or just that a script did not end, VT608.
+     * warnings, VT607; that the tip has no size, VT606; what restricted content was refused, VT614; or just that
+     * a script did not end, VT608.
      */
     QVector<Finding> problems();
 

@@ -25,9 +25,9 @@ constexpr int step = 20; // milliseconds
 
 } // namespace
 
-Trial::Trial(const Content &content, const QString &keyData, const Report &report)
+Trial::Trial(const Content &content, const PreviewSettings &settings, const Report &report)
     : m_content(content)
-    , m_keyData(keyData)
+    , m_settings(settings)
     , m_report(report)
     , m_clock(std::make_unique<StageClock>())
 {
@@ -42,9 +42,8 @@ void Trial::setStage(const TrialTip &tip)
     m_staged = tip;
     m_stage.reset();
     PreviewLook::apply(tip.isDark);
-    PreviewSettings settings;
+    PreviewSettings settings = m_settings;
     settings.locale = tip.locale;
-    settings.keyData = m_keyData;
     settings.isSimple = tip.isSimple;
     settings.isDark = tip.isDark;
     m_stage = std::make_unique<PreviewStage>(m_content, settings);

@@ -4,6 +4,7 @@
 #include "ItemPlace.h"
 #include "TrialPlan.h"
 #include "findings/Finding.h"
+#include "stage/PreviewSettings.h"
 
 #include <QtCore/QByteArray>
 
@@ -20,8 +21,8 @@ class Trial
 public:
     using Report = std::function<void(const Finding &)>;
 
-    /** @p keyData is the host's; empty for what lies beside the packages. */
-    Trial(const Content &content, const QString &keyData, const Report &report);
+    /** Shows tips as @p settings say, but for what each tip of the plan says itself. */
+    Trial(const Content &content, const PreviewSettings &settings, const Report &report);
     ~Trial();
 
     /** Shows @p tip. One that the same host can show as the one before takes less time. */
@@ -37,7 +38,7 @@ private:
     bool reportProblems();
 
     const Content &m_content;
-    const QString m_keyData;
+    const PreviewSettings m_settings;
     const Report m_report;
     GlyphCheck m_glyphs;
     TrialTip m_staged;

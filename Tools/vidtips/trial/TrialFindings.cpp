@@ -23,7 +23,10 @@ bool TrialFindings::isKnown(const Finding &finding, const Findings &findings)
         {"VT601", {"VT601"}},
         {"VT607", {"VT605", "VT607"}},
         {"VT608", {"VT608"}},
+        {"VT614", {"VT413", "VT609", "VT611", "VT612", "VT613", "VT614"}},
         {"VT901", {"VT404", "VT405", "VT406", "VT407", "VT501", "VT504", "VT605"}}};
+    if (findings.says(finding.file, finding.message))
+        return true;
     if (finding.code == "VT900")
         return findings.contains(finding.file, {"VT601", "VT602", "VT603", "VT608"});
     const QStringList codes = others.value(finding.code);

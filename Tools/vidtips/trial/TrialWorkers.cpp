@@ -148,7 +148,7 @@ void TrialWorkers::lookForStuckOnes()
     }
 }
 
-int TrialWorkers::work(const Content &content, const QVector<TrialTip> &plan, const QString &keyData,
+int TrialWorkers::work(const Content &content, const QVector<TrialTip> &plan, const PreviewSettings &settings,
                        const QString &slice)
 {
     QFile output;
@@ -156,7 +156,7 @@ int TrialWorkers::work(const Content &content, const QVector<TrialTip> &plan, co
     if (step < 1 || !output.open(stdout, QIODevice::WriteOnly))
         return ExitBadInput;
     bool isHeard = true;
-    Trial trial(content, keyData, [&](const Finding &finding) {
+    Trial trial(content, settings, [&](const Finding &finding) {
         isHeard = isHeard && write(output, TrialFindings::toJson(finding));
     });
     for (int i = slice.section('/', 2, 2).toInt(); i < plan.size() && isHeard; i += step) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 class Content;
+struct PreviewSettings;
 
 QT_BEGIN_NAMESPACE
 class QProcess;
@@ -39,7 +40,7 @@ public:
 
     /** Is a worker: shows the tips of @p plan that @p slice names, and writes to the standard output what it
      * finds. */
-    static int work(const Content &content, const QVector<TrialTip> &plan, const QString &keyData,
+    static int work(const Content &content, const QVector<TrialTip> &plan, const PreviewSettings &settings,
                     const QString &slice);
 
 private:
