@@ -35,7 +35,7 @@ QVariant QDeclarativeRepeater::model() const
 
 void QDeclarativeRepeater::setModel(const QVariant &model)
 {
-    if (model == rows->model() || work.postpone([=] { setModel(model); }))
+    if (work.postponeSetting("model", [=] { setModel(model); }) || model == rows->model())
         return;
     const QDeclarativeWork::Scope scope(&work);
     clear();
@@ -56,7 +56,7 @@ QQmlComponent *QDeclarativeRepeater::delegate() const
 void QDeclarativeRepeater::setDelegate(QQmlComponent *delegate)
 {
     const QPointer<QQmlComponent> guard(delegate);
-    if (delegate == rows->delegate() || work.postpone([=] { setDelegate(guard); }))
+    if (work.postponeSetting("delegate", [=] { setDelegate(guard); }) || delegate == rows->delegate())
         return;
     const QDeclarativeWork::Scope scope(&work);
     clear();
@@ -111,7 +111,7 @@ void QDeclarativeRepeater::clear()
 
 void QDeclarativeRepeater::regenerate()
 {
-    if (!isComponentComplete() || work.postpone([this] { regenerate(); }))
+    if (!isComponentComplete() || work.postponeSetting("parent", [this] { regenerate(); }))
         return;
     const QDeclarativeWork::Scope scope(&work);
     makeAnew();
@@ -150,6 +150,7 @@ void QDeclarativeRepeater::makeMissing()
 
 QGraphicsObject *QDeclarativeRepeater::makeRow(int index)
 {
+    work.countItem();
     QGraphicsObject *const item = rows->item(index, QGraphicsItem::parentItem());
     // A host that looks for it as an object finds it too. What views share goes with none of them.
     if (item && rows->ownsItems())

@@ -39,8 +39,14 @@ public:
     /** Keeps @p task for when the work is over; false, and nothing, where none is in hand. */
     bool postpone(Task task);
 
+    /** The same for a @p property that is set: of several values the last one counts. */
+    bool postponeSetting(const char *property, Task task);
+
     /** The same, but before everything that is kept already. */
     bool postponeFirst(Task task);
+
+    /** Tells of an item that was made: tasks that make too many have no end, either. */
+    void countItem();
 
     /** From now on whatever is postponed is dropped: the element is about to go. */
     void close();
@@ -62,14 +68,23 @@ public:
     };
 
 private:
+    struct Kept
+    {
+        Task task;
+        const char *property = nullptr;
+    };
+
+    bool refuses() const { return m_isClosed || (m_isExhausted && m_depth > 0); }
     void end();
     void doTasks();
+    bool isTooMuch(int round) const;
     void dropTasks();
 
     QObject *m_element = nullptr;
     const Task m_drop;
-    std::deque<Task> m_tasks;
+    std::deque<Kept> m_tasks;
     int m_depth = 0;
+    int m_effort = 0; ///< of the tasks: how many there were, and the items that they made
     bool m_isDoingTasks = false;
     bool m_isExhausted = false;
     bool m_isClosed = false;

@@ -115,7 +115,7 @@ QVariant QDeclarativePathView::model() const
 void QDeclarativePathView::setModel(const QVariant &model)
 {
     Q_D(QDeclarativePathView);
-    if (model == this->model() || d->work.postpone([=] { setModel(model); }))
+    if (d->work.postponeSetting("model", [=] { setModel(model); }) || model == this->model())
         return;
     const QDeclarativeWork::Scope scope(&d->work);
     d->clear();
@@ -134,7 +134,7 @@ void QDeclarativePathView::setDelegate(QQmlComponent *delegate)
 {
     Q_D(QDeclarativePathView);
     const QPointer<QQmlComponent> guard(delegate);
-    if (delegate == this->delegate() || d->work.postpone([=] { setDelegate(guard); }))
+    if (d->work.postponeSetting("delegate", [=] { setDelegate(guard); }) || delegate == this->delegate())
         return;
     const QDeclarativeWork::Scope scope(&d->work);
     d->clear();

@@ -92,6 +92,7 @@ QDeclarativePathViewPrivate::Row QDeclarativePathViewPrivate::makeRow(int index,
     {
         const Making context = {this, place, index == currentIndex};
         const QScopedValueRollback<const Making *> guard(making, &context);
+        work.countItem();
         object = visualModel->item(index, q);
         if (object)
             attached = qobject_cast<QDeclarativePathViewAttached *>(

@@ -89,7 +89,7 @@ QVariant QDeclarativeItemView::model() const
 void QDeclarativeItemView::setModel(const QVariant &model)
 {
     Q_D(QDeclarativeItemView);
-    if (model == this->model() || d->work.postpone([=] { setModel(model); }))
+    if (d->work.postponeSetting("model", [=] { setModel(model); }) || model == this->model())
         return;
     const QDeclarativeWork::Scope scope(&d->work);
     d->keptChanges.clear();
@@ -121,7 +121,7 @@ void QDeclarativeItemView::setDelegate(QQmlComponent *delegate)
 {
     Q_D(QDeclarativeItemView);
     const QPointer<QQmlComponent> guard(delegate);
-    if (delegate == this->delegate() || d->work.postpone([=] { setDelegate(guard); }))
+    if (d->work.postponeSetting("delegate", [=] { setDelegate(guard); }) || delegate == this->delegate())
         return;
     const QDeclarativeWork::Scope scope(&d->work);
     d->keptChanges.clear();

@@ -60,6 +60,7 @@ std::unique_ptr<QDeclarativeViewItem> QDeclarativeItemViewPrivate::createItem(in
         return nullptr;
     requestedIndex = index;
     isNewItem = false;
+    work.countItem();
     QGraphicsObject *object = visualModel->item(index, content);
     requestedIndex = -1;
     auto *item = qobject_cast<QDeclarativeItem *>(object);

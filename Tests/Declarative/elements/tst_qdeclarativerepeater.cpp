@@ -17,6 +17,7 @@ private slots:
     void keepsOrder_data();
     void keepsOrder();
     void changedNumber();
+    void lastModelOfSeveral();
     void changedDelegate();
     void reset();
     void removedItemsLeaveAtOnce();
@@ -191,6 +192,22 @@ void tst_QDeclarativeRepeater::changedNumber()
     scene.evaluate("model = undefined");
     QCOMPARE(labels(scene), QStringLiteral("<>"));
     QCOMPARE(scene.value("count").toInt(), 0);
+}
+
+void tst_QDeclarativeRepeater::lastModelOfSeveral()
+{
+    WatchedScene scene;
+    QVERIFY(scene.load(withRepeater("model: 1; property int fills; onModelChanged: ++fills\n"
+                                    "Item { property string label: index }")));
+    scene.evaluate(
+        "(function() { repeater.itemAdded.connect(function() {\n"
+        "if (repeater.fills < 1) { repeater.model = 9; repeater.model = 5; repeater.model = 2 } }) })()");
+    scene.item("repeater")->setProperty("fills", 0);
+    scene.root()->setProperty("seen", QString());
+    scene.evaluate("model = 3");
+    QCOMPARE(labels(scene), QStringLiteral("<01>"));
+    // No model was filled between the first and the last.
+    QCOMPARE(scene.value("seen").toString(), QStringLiteral("--10+00+11+22#3-12-01--10+00+11#2"));
 }
 
 void tst_QDeclarativeRepeater::changedDelegate()
