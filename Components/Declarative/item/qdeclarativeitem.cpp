@@ -303,6 +303,18 @@ QDeclarativeItem::~QDeclarativeItem()
     if (d->extraData)
         d->extraData->contents.reset();
     d->dropFocus();
+    d->leaveToThemselves();
+}
+
+/** Parts with the children that are being destroyed already, in whose course this item, which they own, goes.
+ */
+void QDeclarativeItemPrivate::leaveToThemselves()
+{
+    const QList<QGraphicsItem *> &all = QGraphicsItemPrivate::children;
+    for (int i = all.count() - 1; i >= 0; --i) {
+        if (QGraphicsItemPrivate::get(all.at(i))->inDestructor)
+            all.at(i)->setParentItem(nullptr);
+    }
 }
 
 QDeclarativeItem *QDeclarativeItem::parentItem() const

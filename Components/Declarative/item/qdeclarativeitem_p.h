@@ -152,6 +152,7 @@ public:
     void announceFocus();
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
     void dropFocus();
+    void leaveToThemselves();
     /** Called to announce that the active focus has come or gone; call the base. */
     virtual void activeFocusChange(bool active);
 
