@@ -1,5 +1,6 @@
 #include "qdeclarativeflickable_p_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include "input/qdeclarativepointer_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -70,7 +71,7 @@ void QDeclarativeFlickablePrivate::drag(Axis &axis, int way, bool stealing)
     if (stealing && goesOn) {
         axis.dragged = true;
         dragStarting();
-        axis.setValue(-qRound(-draggedValue(axis, value)));
+        axis.setValue(-QDeclarativeRounding::bounded(-draggedValue(axis, value)));
     }
     if (passes) {
         steals = true;

@@ -1,5 +1,6 @@
 #include "qdeclarativepathview_p_p.h"
 
+#include "engine/qdeclarativerounding_p.h"
 #include "input/qdeclarativepointer_p.h"
 #include "models/qdeclarativevisualmodel_p.h"
 
@@ -51,7 +52,7 @@ void QDeclarativePathViewPrivate::followOffset()
 /** The row that is nearest to the start of the range. */
 int QDeclarativePathViewPrivate::rowInRange() const
 {
-    return int(wrapped(std::round(-offset), rowCount));
+    return QDeclarativeRounding::truncated(wrapped(std::round(-offset), rowCount));
 }
 
 void QDeclarativePathViewPrivate::changeCurrent(int index)

@@ -3,6 +3,8 @@
 
 #include <QtCore/QScopedValueRollback>
 
+#include <cmath>
+
 void QDeclarativeItemViewPrivate::setViewPosition(qreal position)
 {
     moveTo(mainAxis(), toContent(position, viewLength()));
@@ -150,7 +152,7 @@ void QDeclarativeItemViewPrivate::viewportMoved(Axis &axis)
 /** Goes to a row that has no item. */
 void QDeclarativeItemViewPrivate::jumpTo(int index)
 {
-    const qreal place = int(positionAt(index));
+    const qreal place = std::trunc(positionAt(index));
     const qreal target = qMin(place, greatestPosition());
     auto left = std::move(visibleItems);
     visibleItems.clear();

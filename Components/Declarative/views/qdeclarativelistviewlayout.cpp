@@ -233,7 +233,7 @@ QDeclarativeListViewPrivate::Span QDeclarativeListViewPrivate::followed() const
         return {currentItem->position(), currentItem->endPosition()};
     const qreal place = placeOf(highlightItem);
     const qreal heading = static_cast<const QDeclarativeListItem *>(currentItem.get())->headingSize();
-    return {qCeil(place) - heading, place + qMax<qreal>(1, lengthOf(highlightItem))};
+    return {std::ceil(place) - heading, place + qMax<qreal>(1, lengthOf(highlightItem))};
 }
 
 void QDeclarativeListViewPrivate::moveHighlight()
