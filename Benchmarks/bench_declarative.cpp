@@ -1,201 +1,19 @@
 // The same scenes in the QML 1 module and in Qt Quick 2 with its software renderer.
 
-#include "Measure.h"
-
-#include <QtDeclarative/QDeclarativeView>
+#include "Stages.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
-#include <QtGui/QPaintEvent>
-#include <QtQml/QQmlComponent>
-#include <QtQml/QQmlEngine>
-#include <QtQuick/QQuickItem>
 #include <QtQuick/QQuickWindow>
-#include <QtQuickWidgets/QQuickWidget>
 #include <QtWidgets/QApplication>
 
-#include <functional>
 #include <memory>
 
 namespace {
 
-const QSize canvasSize(480, 400);
 constexpr int frameCount = 60;
-
-/** A window with a QML engine, into which scenes are put; a frame is painted by the real event loop. */
-class Stage : public QObject
-{
-public:
-    virtual QWidget *window() = 0;
-    virtual QQmlEngine *engine() = 0;
-
-    void open();
-    void load(const QByteArray &scene);
-    QObject *create();
-    void destroy(QObject *);
-    void waitForFrame();
-
-    bool eventFilter(QObject *, QEvent *event) override;
-
-    int frames = 0;
-    double paintedArea = 0;
-
-protected:
-    virtual QWidget *canvas() = 0;
-    virtual QByteArray import() const = 0;
-    virtual bool setSource(const QUrl &) = 0;
-    virtual void place(QObject *) = 0;
-
-private:
-    QTemporaryDir m_folder;
-    std::unique_ptr<QQmlComponent> m_component;
-};
-
-class DeclarativeStage final : public Stage
-{
-public:
-    QWidget *window() override { return &m_view; }
-    QQmlEngine *engine() override { return m_view.engine(); }
-
-private:
-    QWidget *canvas() override { return m_view.viewport(); }
-    QByteArray import() const override { return "import QtQuick 1.1\n"; }
-    bool setSource(const QUrl &source) override
-    {
-        m_view.setSource(source);
-        return m_view.rootObject();
-    }
-    void place(QObject *object) override
-    {
-        static_cast<QGraphicsObject *>(object)->setParentItem(m_view.rootObject());
-    }
-
-    QDeclarativeView m_view;
-};
-
-class QuickStage final : public Stage
-{
-public:
-    QWidget *window() override { return &m_view; }
-    QQmlEngine *engine() override { return m_view.engine(); }
-
-private:
-    QWidget *canvas() override { return &m_view; }
-    QByteArray import() const override { return "import QtQuick 2.0\n"; }
-    bool setSource(const QUrl &source) override
-    {
-        m_view.setSource(source);
-        return m_view.rootObject();
-    }
-    void place(QObject *object) override
-    {
-        static_cast<QQuickItem *>(object)->setParentItem(m_view.rootObject());
-    }
-
-    QQuickWidget m_view;
-};
-
-void Stage::open()
-{
-    QFile file(m_folder.filePath(QStringLiteral("Canvas.qml")));
-    if (!file.open(QIODevice::WriteOnly)
-        || file.write(import() + "Rectangle { width: 480; height: 400; color: \"white\" }\n") < 0)
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    file.close();
-    if (!setSource(QUrl::fromLocalFile(file.fileName()))) {
-        std::fprintf(stderr, "The benchmark cannot run without %s.\n", import().trimmed().constData());
-        std::exit(1);
-    }
-    canvas()->installEventFilter(this);
-    window()->resize(canvasSize);
-    window()->show();
-    waitForFrame();
-}
-
-void Stage::load(const QByteArray &scene)
-{
-    m_component = std::make_unique<QQmlComponent>(engine());
-    m_component->setData(import() + scene, QUrl());
-    if (!m_component->isReady()) {
-        std::fprintf(stderr, "%s", qPrintable(m_component->errorString()));
-        std::exit(1);
-    }
-}
-
-QObject *Stage::create()
-{
-    QObject *object = m_component->create();
-    if (!object)
-        qFatal("%s", qPrintable(m_component->errorString()));
-    place(object);
-    return object;
-}
-
-void Stage::destroy(QObject *object)
-{
-    delete object;
-    waitForFrame();
-}
-
-void Stage::waitForFrame()
-{
-    const int before = frames;
-    QTimer::singleShot(10000, this, [this, before] {
-        if (frames == before)
-            qFatal("nothing was painted");
-    });
-    while (frames == before)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-}
-
-bool Stage::eventFilter(QObject *, QEvent *event)
-{
-    if (event->type() != QEvent::Paint)
-        return false;
-    ++frames;
-    for (const QRect &rect : static_cast<QPaintEvent *>(event)->region())
-        paintedArea += double(rect.width()) * rect.height();
-    return false;
-}
-
-// Forty groups of five items, as a dialogue's rows: anchors, bindings and states included.
-QByteArray largeScene()
-{
-    QByteArray scene = "Item {\n  id: scene; width: 480; height: 400\n  property int row: 10\n";
-    for (int i = 0; i < 40; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        scene += "  Rectangle {\n    id: box" + n + "; y: " + n
-            + " * scene.row; width: scene.width - 20; height: 9; radius: 2; border.color: \"gray\"\n"
-              "    color: area"
-            + n
-            + ".pressed ? \"silver\" : \"white\"\n"
-              "    Rectangle { id: mark"
-            + n
-            + "; width: 6; height: 6; color: \"steelblue\"\n"
-              "      anchors.left: parent.left; anchors.leftMargin: 4\n"
-              "      anchors.verticalCenter: parent.verticalCenter }\n"
-              "    Text { id: label"
-            + n + "; text: \"Command \" + " + n
-            + "; font.pixelSize: 8\n"
-              "      anchors.left: mark"
-            + n
-            + ".right; anchors.verticalCenter: parent.verticalCenter }\n"
-              "    Item { anchors.right: parent.right; width: label"
-            + n
-            + ".width; height: parent.height }\n"
-              "    MouseArea { id: area"
-            + n + "; anchors.fill: parent; onClicked: box" + n + ".state = \"chosen\" }\n";
-        if (i % 4 == 0)
-            scene += "    states: State { name: \"chosen\"\n"
-                     "      PropertyChanges { target: box"
-                + n + "; color: \"gold\" } }\n";
-        scene += "  }\n";
-    }
-    return scene + "}\n";
-}
 
 const char listScene[] = R"(
 ListView {
@@ -232,24 +50,6 @@ Rectangle {
 }
 )";
 
-/** Returns the processor time of @p work in milliseconds: waiting for a frame's turn does not count. */
-template <typename Work>
-double cpuMilliseconds(Work work)
-{
-    const double before = processSeconds();
-    work();
-    return (processSeconds() - before) * 1000;
-}
-
-double creation(Stage &stage)
-{
-    QObject *object = nullptr;
-    const double time = cpuMilliseconds([&] { object = stage.create(); });
-    stage.waitForFrame();
-    stage.destroy(object);
-    return time;
-}
-
 double firstFrame(Stage &stage)
 {
     QObject *object = nullptr;
@@ -274,15 +74,6 @@ double frames(Stage &stage, const char *property, double step)
     });
     stage.destroy(object);
     return time;
-}
-
-void compareStages(const char *what, const QByteArray &scene, Stage &ours, Stage &theirs,
-                   const std::function<double(Stage &)> &measure)
-{
-    ours.load(scene);
-    theirs.load(scene);
-    compareMeasured(
-        what, "ms", 21, 1.0, [&] { return measure(ours); }, [&] { return measure(theirs); });
 }
 
 double residentKilobytes()
@@ -379,8 +170,7 @@ void compareAll()
     theirs.open();
     DeclarativeStage ours;
     ours.open();
-    compareStages("creating a scene of 200 items", largeScene(), ours, theirs, creation);
-    compareStages("the same, with its first frame", largeScene(), ours, theirs, firstFrame);
+    compareStages("a scene of 200 items, with its first frame", largeScene(), ours, theirs, firstFrame);
     compareStages("a list of 1,000 rows, with its first frame", listScene, ours, theirs, firstFrame);
     compareStages("flicking the list, 60 frames", listScene, ours, theirs,
                   [](Stage &stage) { return frames(stage, "contentY", 37); });
