@@ -3,6 +3,7 @@
 #include "editors/qdeclarativeeditorstypes_p.h"
 #include "elements/qdeclarativeelementstypes_p.h"
 #include "engine/qdeclarativeenginetypes_p.h"
+#include "engine/qdeclarativepropertytables_p.h"
 #include "engine/qdeclarativeqtmodules_p.h"
 #include "flickable/qdeclarativeflickabletypes_p.h"
 #include "image/qdeclarativeimagetypes_p.h"
@@ -56,6 +57,7 @@ void registerOwnDeclarativeTypes()
         registerNames();
         for (const RegisterTypes registerTypes : ownRooms)
             registerTypes();
+        QDeclarativePropertyTables::complete();
     });
 }
 
