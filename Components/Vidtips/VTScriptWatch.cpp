@@ -7,7 +7,10 @@
 class QDeclarativeWatchdog : public QObject
 {
 public:
+    enum Reason { LongWork, ManyItems };
     explicit QDeclarativeWatchdog(QDeclarativeEngine *) { }
+    static int mostItems() { return 0; }
+    Reason reason() const { return LongWork; }
     void setTimeout(int) { }
     void restart() { }
     void beginPause() { }
@@ -32,10 +35,17 @@ VTScriptWatch::VTScriptWatch(QDeclarativeEngine *engine, const std::function<int
 
 VTScriptWatch::~VTScriptWatch() = default;
 
+QString VTScriptWatch::reason() const
+{
+    if (m_watchdog->reason() == QDeclarativeWatchdog::ManyItems)
+        return QStringLiteral("it has more than %1 items").arg(QDeclarativeWatchdog::mostItems());
+    return QStringLiteral("its scripts ran for more than %1 ms").arg(m_timeout());
+}
+
 void VTScriptWatch::restart()
 {
     m_watchdog->restart();
-    m_watchdog->setTimeout(timeout());
+    m_watchdog->setTimeout(m_timeout());
 }
 
 void VTScriptWatch::beginPause()

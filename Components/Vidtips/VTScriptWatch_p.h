@@ -23,8 +23,8 @@ public:
                   const std::function<void()> &stopped);
     ~VTScriptWatch();
 
-    /** Returns how many milliseconds scripts have; 0 or less: for ever. */
-    int timeout() const { return m_timeout(); }
+    /** Returns why scripts were stopped for the last time, as the end of a sentence about their file. */
+    QString reason() const;
 
     /** Gives scripts all of their time from now on. */
     void restart();

@@ -128,8 +128,7 @@ void VTViewLoader::countStop(const QString &path)
     VTStoppedFiles::instance().add(path);
     // What has changed since is to be read when it is loaded again.
     m_view->engine()->clearComponentCache();
-    m_view->warn(QStringLiteral("%1 was stopped, as its scripts ran for more than %2 ms")
-                     .arg(path, QString::number(m_scripts->timeout())));
+    m_view->warn(QStringLiteral("%1 was stopped, as %2").arg(path, m_scripts->reason()));
 }
 
 // One that holds the application up does so again at the next occasion, so that all of it goes. The script

@@ -4,6 +4,9 @@
 
 using namespace Vidtips;
 
+/** Milliseconds that a slow machine may take. */
+constexpr int patience = 120000;
+
 /** User interfaces whose scripts do not end, which the library stops: one that it does not hangs the test. */
 class tst_EndlessScripts : public HostileTest
 {
@@ -107,6 +110,54 @@ private Q_SLOTS:
         session->set(ScriptTimeout, 100);
         QMetaObject::invokeMethod(root(), "take", Qt::QueuedConnection);
         QTRY_COMPARE(told("was stopped"), 1);
+    }
+
+    // A hundred thousand items are too many at any speed.
+    void stopsCountlessItems_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        const QByteArray item = "Component { id: item; Item { } }\n";
+        QTest::newRow("rows") << QByteArray("Repeater { model: 200000; Item { } }");
+        QTest::newRow("rows of rows")
+            << QByteArray("Repeater { model: 500; Item { Repeater { model: 500; Item { } } } }");
+        QTest::newRow("script that goes on") << item
+                + "Component.onCompleted: { for (;;) try { item.createObject(root) } finally { continue } }";
+        QTest::newRow("timer") << item
+                + "property int rounds: 0\nTimer { interval: 1; repeat: true; running: rounds < 40; "
+                  "onTriggered: "
+                  "{ ++rounds; for (var i = 0; i < 5000; ++i) item.createObject(root) } }";
+    }
+
+    void stopsCountlessItems()
+    {
+        QFETCH(const QByteArray, body);
+        session->set(ScriptTimeout, 0);
+        const QString path = writeEndless("id: root\n" + body);
+        showLater("endless");
+        QTRY_COMPARE_WITH_TIMEOUT(told("was stopped"), 1, patience);
+        QTRY_VERIFY(!session->window()->isVisible());
+        QVERIFY(!root());
+        const auto message =
+            qMakePair(int(VTMessageWarning),
+                      QStringLiteral("%1 was stopped, as it has more than 100000 items").arg(path));
+        QVERIFY(session->host->messages.contains(message));
+        show("sound");
+        QCOMPARE(told("was stopped"), 1);
+    }
+
+    void countsItemsThatAreThere()
+    {
+        session->set(ScriptTimeout, 0);
+        writeEndless(
+            "property int made: 0\nComponent { id: item; Item { } }\nfunction make() { for (var i = 0; i < "
+            "40000; ++i) { item.createObject(null).destroy(); ++made } }");
+        QVERIFY(show("endless"));
+        QTRY_VERIFY(root());
+        for (int i = 1; i <= 3; ++i) {
+            QMetaObject::invokeMethod(root(), "make", Qt::QueuedConnection);
+            QTRY_COMPARE_WITH_TIMEOUT(root()->property("made").toInt(), 40000 * i, patience);
+        }
+        QCOMPARE(told("was stopped"), 0);
     }
 
     // The host may ask the user something in what a user interface has it do.

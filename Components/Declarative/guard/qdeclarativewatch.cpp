@@ -1,6 +1,5 @@
 #include "qdeclarativewatch_p.h"
 
-#include "qdeclarativewatchdog.h"
 #include "qdeclarativeworktime_p.h"
 
 #include <QtQml/QQmlEngine>
@@ -23,9 +22,10 @@ bool isRunning(QQmlEngine *engine)
     return *frame != nullptr;
 }
 
-void interrupt(QDeclarativeWatched *watched)
+void interrupt(QDeclarativeWatched *watched, QDeclarativeWatchdog::Reason reason)
 {
     watched->isInterrupted = true;
+    watched->reason = reason;
     watched->engine->setInterrupted(true);
     // What the thread does next is up to its events, of which this is one.
     QMetaObject::invokeMethod(watched->watchdog, "announce", Qt::QueuedConnection);
@@ -69,6 +69,13 @@ void QDeclarativeWatch::setTimeout(QDeclarativeWatched *watched, int timeout)
     const std::lock_guard<std::mutex> locker(m_lock);
     watched->timeout = timeout;
     m_change.notify_all();
+}
+
+void QDeclarativeWatch::interruptItems(QDeclarativeWatched *watched)
+{
+    const std::lock_guard<std::mutex> locker(m_lock);
+    if (!watched->isInterrupted)
+        interrupt(watched, QDeclarativeWatchdog::ManyItems);
 }
 
 bool QDeclarativeWatch::resume(QDeclarativeWatched *watched)
@@ -116,7 +123,7 @@ int QDeclarativeWatch::timeToNextLook()
         int time = int(qMin<qint64>(watched->timeout - elapsed, watched->timeout));
         if (time <= 0) {
             if (watched->pauses == 0 && ::isRunning(watched->engine))
-                interrupt(watched);
+                interrupt(watched, QDeclarativeWatchdog::LongWork);
             time = shortTime;
         }
         next = next == forEver ? time : qMin(next, time);

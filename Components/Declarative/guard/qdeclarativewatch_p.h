@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qdeclarativewatchdog.h"
+
 #include <QtCore/QThread>
 #include <QtCore/QVector>
 
@@ -7,7 +9,7 @@
 #include <condition_variable>
 #include <mutex>
 
-class QDeclarativeWatchdog;
+class QDeclarativeItemCount;
 class QQmlEngine;
 
 /** What the watch knows of an engine. */
@@ -21,8 +23,10 @@ struct QDeclarativeWatched
 
     QDeclarativeWatchdog *const watchdog;
     QQmlEngine *const engine;
+    QDeclarativeItemCount *items = nullptr;
     int timeout = 0; ///< milliseconds; 0 or less: never
     bool isInterrupted = false;
+    std::atomic<QDeclarativeWatchdog::Reason> reason{QDeclarativeWatchdog::LongWork}; ///< for the last time
     std::atomic_int pauses{0};
     qint64 elapsed = 0; ///< when the pause began; GUI thread
 };
@@ -43,6 +47,9 @@ public:
 
     /** Changes after how long scripts of an engine are interrupted. GUI thread. */
     void setTimeout(QDeclarativeWatched *watched, int timeout);
+
+    /** Interrupts an engine that has more items than it may have, if it is not interrupted. GUI thread. */
+    void interruptItems(QDeclarativeWatched *watched);
 
     /** Lets an engine run scripts again, and tells whether they were interrupted. GUI thread. */
     bool resume(QDeclarativeWatched *watched);

@@ -1,5 +1,6 @@
 #include "qdeclarativewatchdog.h"
 
+#include "qdeclarativeitemcount_p.h"
 #include "qdeclarativewatch_p.h"
 #include "qdeclarativeworktime_p.h"
 
@@ -10,10 +11,13 @@ QDeclarativeWatchdog::QDeclarativeWatchdog(QQmlEngine *engine, QObject *parent)
     , d(new QDeclarativeWatched(this, engine))
 {
     QDeclarativeWatch::instance()->add(d.get());
+    d->items = QDeclarativeItemCount::begin(
+        engine, [this] { QDeclarativeWatch::instance()->interruptItems(d.get()); });
 }
 
 QDeclarativeWatchdog::~QDeclarativeWatchdog()
 {
+    d->items->end();
     QDeclarativeWatch::instance()->remove(d.get());
     d->engine->setInterrupted(false);
 }
@@ -27,6 +31,16 @@ void QDeclarativeWatchdog::setTimeout(int timeout)
 {
     if (timeout != d->timeout)
         QDeclarativeWatch::instance()->setTimeout(d.get(), timeout);
+}
+
+int QDeclarativeWatchdog::mostItems()
+{
+    return QDeclarativeItemCount::most;
+}
+
+QDeclarativeWatchdog::Reason QDeclarativeWatchdog::reason() const
+{
+    return d->reason;
 }
 
 void QDeclarativeWatchdog::restart()

@@ -1,6 +1,7 @@
 #include "qdeclarativeitem.h"
 
 #include "engine/qdeclarativedepth_p.h"
+#include "guard/qdeclarativeitemcount_p.h"
 #include "qdeclarativeanchors_p.h"
 #include "qdeclarativecontents_p.h"
 #include "qdeclarativeitem_p.h"
@@ -304,6 +305,8 @@ QDeclarativeItem::~QDeclarativeItem()
         d->extraData->contents.reset();
     d->dropFocus();
     d->leaveToThemselves();
+    if (d->itemCount)
+        d->itemCount->drop();
 }
 
 /** Parts with the children that are being destroyed already, in whose course this item, which they own, goes.
@@ -427,7 +430,13 @@ QVariant QDeclarativeItem::itemChange(GraphicsItemChange change, const QVariant 
 
 void QDeclarativeItem::classBegin()
 {
-    d_func()->componentIsComplete = false;
+    Q_D(QDeclarativeItem);
+    d->componentIsComplete = false;
+    if (d->itemCount)
+        return;
+    d->itemCount = QDeclarativeItemCount::of(qmlEngine(this));
+    if (d->itemCount)
+        d->itemCount->add();
 }
 
 void QDeclarativeItem::componentComplete()

@@ -11,6 +11,7 @@
 struct QDeclarativeAnchorLine;
 class QDeclarativeAnchors;
 class QDeclarativeContents;
+class QDeclarativeItemCount;
 class QDeclarativeKeyFilter;
 class QDeclarativeLayoutMirroring;
 class QQmlComponent;
@@ -210,6 +211,7 @@ public:
     QVector<ListenerEntry> listeners;
     std::unique_ptr<QDeclarativeAnchors> itemAnchors;
     std::unique_ptr<ExtraData> extraData;
+    QDeclarativeItemCount *itemCount = nullptr; ///< that this item is part of
     QQuickStateGroup *itemStateGroup = nullptr;
     QDeclarativeItem::TransformOrigin origin = QDeclarativeItem::Center;
     bool widthIsSet : 1;

@@ -1,6 +1,7 @@
 #include "qdeclarativevisualmodel_p.h"
 
 #include "engine/qdeclarativenesting_p.h"
+#include "guard/qdeclarativeitemcount_p.h"
 #include "qdeclarativevisualdatamodel_p.h"
 #include "qdeclarativexmllistmodel_p.h"
 
@@ -245,7 +246,7 @@ QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
     const QDeclarativeNesting nesting;
     if (nesting.isFirstRefused())
         qmlWarning(view) << tr("Delegates are nested too deep");
-    if (nesting.isRefused())
+    if (nesting.isRefused() || QDeclarativeItemCount::isExceeded(qmlEngine(view)))
         return nullptr;
     QGraphicsItem *const outer = std::exchange(container, parent);
     QObject *object = items->object(index, QQmlIncubator::Synchronous);

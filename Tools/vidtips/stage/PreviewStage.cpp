@@ -85,12 +85,15 @@ bool readWarning(const QString &message, Finding &finding)
 // A script that held the preview up was stopped, and its user interface with it.
 bool readStop(const QString &message, Finding &finding)
 {
-    static const QRegularExpression stop("^(.+) was stopped(?: twice and|, as)");
+    static const QRegularExpression stop(
+        "^(.+) was stopped(?: twice and|, as(?: it has (more than \\d+ items))?)");
     const QRegularExpressionMatch match = stop.match(message);
+    const QString items = match.captured(2);
     finding = {"VT608",
                QFileInfo(match.captured(1)).canonicalFilePath(),
                {},
-               "a script of this user interface does not end"};
+               items.isEmpty() ? "a script of this user interface does not end"
+                               : "this user interface goes on making items, and has " + items};
     return match.hasMatch();
 }
 
