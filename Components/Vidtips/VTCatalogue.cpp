@@ -6,6 +6,16 @@
 
 namespace Vidtips {
 
+namespace {
+
+VTFileStamp stampOf(const QString &path)
+{
+    constexpr int noFolder = -1; // paths are absolute
+    return VTFileStamp::at(QFile::encodeName(path).constData(), noFolder);
+}
+
+} // namespace
+
 // A catalogue is a head and blocks, each of a tag, a length and as many bytes.
 bool VTCatalogue::namesOthers(const QString &path)
 {
@@ -27,10 +37,19 @@ bool VTCatalogue::namesOthers(const QString &path)
 
 void VTCatalogue::load(const QString &path, bool mayNameOthers)
 {
-    const bool isFit = QFileInfo(path).isFile() && (mayNameOthers || !namesOthers(path));
-    const bool isLoaded = isFit && m_translator.load(path);
-    m_path = isLoaded ? path : QString();
+    // Before it is read: what changes it meanwhile is seen the next time.
+    m_stamp = stampOf(path);
+    const bool isFile = QFileInfo(path).isFile();
+    m_isRefused = isFile && !mayNameOthers && namesOthers(path);
+    m_isLoaded = isFile && !m_isRefused && m_translator.load(path);
+    m_path = path;
     m_mayNameOthers = mayNameOthers;
+}
+
+bool VTCatalogue::isCurrent(const QString &path, bool mayNameOthers) const
+{
+    return isOf(path, mayNameOthers)
+        || (path == m_path && mayNameOthers == m_mayNameOthers && stampOf(path) == m_stamp);
 }
 
 QString VTCatalogue::translate(const QString &text, const QString &context) const

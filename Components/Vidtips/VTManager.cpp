@@ -236,12 +236,13 @@ QString VTManager::translateString(const QString &text, const QString &context)
             .arg(d->text(TranslationContext, QStringLiteral("Vidtips")), currentLocale().name());
     const QString path = view->findComponent(folderAttribute, CatalogueFolder, defaultFolder, fileName);
     const bool isRestricted = d->context.get(RestrictContent, false).toBool();
-    if (!d->catalogue.isOf(path, !isRestricted)) {
+    if (!d->catalogue.isCurrent(path, !isRestricted)) {
         const bool isMissing = path == view->categoryPath(folderAttribute, defaultFolder, CatalogueFolder);
         d->catalogue.load(isMissing ? QString() : path, !isRestricted);
-        if (isRestricted && !isMissing && VTCatalogue::namesOthers(path))
-            view->reach().refuse(QStringLiteral("the catalogue %1, which names others").arg(path));
     }
+    // The guard tells each tip of it once.
+    if (d->catalogue.isRefused())
+        view->reach().refuse(QStringLiteral("the catalogue %1, which names others").arg(path));
     return d->catalogue.isOf(path, !isRestricted) ? d->catalogue.translate(text, context) : text;
 }
 

@@ -21,6 +21,8 @@ private slots:
     void namesOthers_data();
     void namesOthers();
     void loadsThoseThatItNames();
+    void readsOnceWhatItCannotLoad_data();
+    void readsOnceWhatItCannotLoad();
 
 private:
     QScopedPointer<TestPackages> folder;
@@ -123,6 +125,36 @@ void tst_VTCatalogue::loadsThoseThatItNames()
     catalogue.load(german, false);
     QVERIFY(catalogue.isOf(german, false));
     QVERIFY(!catalogue.isOf(german));
+}
+
+void tst_VTCatalogue::readsOnceWhatItCannotLoad_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isRefused");
+    QTest::newRow("damaged") << QByteArray("no catalogue") << false;
+    QTest::newRow("naming") << TestCatalogue("Menu").add("Copy", "Kopieren").addFile(german).bytes() << true;
+}
+
+void tst_VTCatalogue::readsOnceWhatItCannotLoad()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const bool, isRefused);
+    const QString path = folder->write("some.qm", bytes);
+    VTCatalogue catalogue;
+    QVERIFY(!catalogue.isCurrent(path, false));
+    catalogue.load(path, false);
+    QVERIFY(!catalogue.isOf(path, false));
+    QCOMPARE(catalogue.isRefused(), isRefused);
+    QVERIFY(catalogue.isCurrent(path, false));
+    QVERIFY(!catalogue.isCurrent(path, true));
+    QVERIFY(!catalogue.isCurrent(german, false));
+    // Until it is another.
+    QVERIFY(QFile::remove(path) && QFile::copy(german, path));
+    QVERIFY(!catalogue.isCurrent(path, false));
+    catalogue.load(path, false);
+    QVERIFY(!catalogue.isRefused());
+    QVERIFY(catalogue.isCurrent(path, false));
+    QCOMPARE(catalogue.translate("Cut", "Menu"), QString("Ausschneiden"));
 }
 
 QTEST_GUILESS_MAIN(tst_VTCatalogue)
