@@ -1,5 +1,6 @@
 #include "qdeclarativeguardedpictures_p.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QFile>
 #include <QtCore/QXmlStreamReader>
 #include <QtGui/QImageReader>
@@ -19,40 +20,71 @@ bool isUsual(const QByteArray &format)
     return false;
 }
 
-// What lies in the drawing itself, or in the address.
-bool isInside(const QString &reference)
+// Drawings that hold drawings. Qt draws more, and nobody needs them.
+constexpr int mostLevels = 8;
+
+QString problemIn(QIODevice *picture, int level);
+
+// As Qt finds the bytes that an address holds.
+QByteArray bytesIn(const QString &address)
 {
-    return reference.startsWith(QLatin1Char('#')) || reference.startsWith(QLatin1String("data:"))
-        || reference.isEmpty();
+    const QString mark = QStringLiteral("base64,");
+    const int begin = address.lastIndexOf(mark);
+    return begin < 0 ? QByteArray() : QByteArray::fromBase64(address.mid(begin + mark.size()).toLatin1());
 }
 
-bool refersElsewhere(const QXmlStreamReader &reader)
+// What lies in the drawing itself, which for a picture would be the name of a file, or in the address: then
+// it may be a drawing that names others.
+bool isInside(const QString &reference, bool isPicture, int level)
+{
+    if (!reference.startsWith(QLatin1String("data:")))
+        return reference.isEmpty() || (reference.startsWith(QLatin1Char('#')) && !isPicture);
+    QByteArray bytes = bytesIn(reference);
+    QBuffer picture(&bytes);
+    return level < mostLevels && picture.open(QIODevice::ReadOnly)
+        && problemIn(&picture, level + 1).isEmpty();
+}
+
+bool refersElsewhere(const QXmlStreamReader &reader, int level)
 {
     if (reader.isProcessingInstruction())
         return reader.processingInstructionTarget() == QLatin1String("xml-stylesheet");
     // Links are not followed by who shows a drawing.
     if (!reader.isStartElement() || reader.qualifiedName() == QLatin1String("a"))
         return false;
+    const bool isPicture = reader.qualifiedName().endsWith(QLatin1String("image"));
     const auto attributes = reader.attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.qualifiedName().endsWith(QLatin1String("href"))
-            && !isInside(attribute.value().toString()))
+            && !isInside(attribute.value().toString(), isPicture, level))
             return true;
     }
     return false;
 }
 
 // Qt's own reader stops at the first error, too.
-bool namesOthers(QIODevice *drawing)
+bool namesOthers(QIODevice *drawing, int level)
 {
     QXmlStreamReader reader(drawing);
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {
         reader.readNext();
-        if (refersElsewhere(reader))
+        if (refersElsewhere(reader, level))
             return true;
     }
     return false;
+}
+
+QString problemIn(QIODevice *picture, int level)
+{
+    const QByteArray format = QImageReader::imageFormat(picture);
+    if (format.isEmpty())
+        return {};
+    if (!isUsual(format))
+        return QStringLiteral("pictures of the format %1").arg(QString::fromLatin1(format));
+    picture->seek(0);
+    return format == "svg" && namesOthers(picture, level) ? QStringLiteral("drawings that name other files")
+                                                          : QString();
 }
 
 } // namespace
@@ -60,14 +92,5 @@ bool namesOthers(QIODevice *drawing)
 QString QDeclarativeGuardedPictures::problemOf(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray format = QImageReader::imageFormat(&file);
-    if (format.isEmpty())
-        return {};
-    if (!isUsual(format))
-        return QStringLiteral("pictures of the format %1").arg(QString::fromLatin1(format));
-    file.seek(0);
-    return format == "svg" && namesOthers(&file) ? QStringLiteral("drawings that name other files")
-                                                 : QString();
+    return file.open(QIODevice::ReadOnly) ? problemIn(&file, 0) : QString();
 }

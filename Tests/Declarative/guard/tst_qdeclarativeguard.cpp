@@ -305,6 +305,20 @@ private Q_SLOTS:
         drawing("drawing with a picture named by an entity",
                 "<!DOCTYPE svg [<!ENTITY p '/outside/picture.png'>]>" + svg
                     + "<image width='9' height='9' x:href='ROOT&p;'/></svg>");
+        const auto inAddress = [](const QByteArray &content) {
+            return "data:image/svg+xml;base64," + QByteArray(content).toBase64();
+        };
+        const QByteArray naming =
+            svg + "<image width='9' height='9' x:href='" + root.toUtf8() + "/outside/picture.png'/></svg>";
+        drawing("drawing in a drawing",
+                svg + "<image width='9' height='9' x:href='" + inAddress(naming) + "'/></svg>");
+        drawing(
+            "drawing in a drawing in a drawing",
+            svg + "<image width='9' height='9' x:href='"
+                + inAddress(svg + "<image width='9' height='9' x:href='" + inAddress(naming) + "'/></svg>")
+                + "'/></svg>");
+        drawing("drawing with a picture whose name looks like a part of it",
+                svg + "<image width='9' height='9' x:href='#/../../outside/picture.png'/></svg>");
         drawing("drawing with a style sheet",
                 "<?xml version='1.0'?><?xml-stylesheet type=\"text/css\" href=\"ROOT/outside/style.css\"?>"
                     + svg + "</svg>");
