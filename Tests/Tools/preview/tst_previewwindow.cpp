@@ -3,6 +3,7 @@
 #include "TestPackage.h"
 
 #include "preview/PreviewWindow.h"
+#include "preview/ProblemPanel.h"
 #include "shared/Diagnostics.h"
 #include "stage/PreviewStage.h"
 
@@ -12,10 +13,13 @@
 
 #include <QtCore/QSaveFile>
 #include <QtDeclarative/QDeclarativeItem>
+#include <QtGui/QClipboard>
+#include <QtGui/QDesktopServices>
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QToolTip>
 
@@ -78,13 +82,31 @@ private slots:
     void followsNewAndVanishedPackages();
     void showsProblemsOverTheTip();
     void switchesSimpleAndDark();
+    void switchesWhatHostsSay_data();
+    void switchesWhatHostsSay();
+    void switchesLanguageAndDirection();
+    void holdsTheFirstPhase();
+    void showsKeptWindows();
+    void closesForAnotherScale();
+    void findingsOpenTheirPlaces();
+    void followsRenamedKeys_data();
+    void followsRenamedKeys();
     void keepsTheTipBesideTheWindow();
+
+public slots:
+    void open(const QUrl &url) { m_opened = url; }
 
 private:
     QObject *root() const;
     QString title() const { return root() ? root()->property("title").toString() : QString(); }
-    QListWidget *list() const { return m_window->findChild<QListWidget *>(); }
+    QListWidget *list() const
+    {
+        const auto lists = m_window->findChildren<QListWidget *>();
+        return qobject_cast<ProblemPanel *>(lists.at(0)) ? lists.at(1) : lists.at(0);
+    }
+    QCheckBox *check(const QByteArray &name) const { return m_window->findChild<QCheckBox *>(name); }
 
+    QUrl m_opened;
     std::unique_ptr<TestPackages> m_packages;
     std::unique_ptr<PreviewWindow> m_window;
 };
@@ -244,16 +266,165 @@ void tst_PreviewWindow::showsProblemsOverTheTip()
 
 void tst_PreviewWindow::switchesSimpleAndDark()
 {
-    const auto switches = m_window->findChildren<QCheckBox *>();
-    QCOMPARE(switches.size(), 2);
-    switches.at(0)->setChecked(true);
+    check("simple")->setChecked(true);
     QTRY_VERIFY(root() && root()->property("width").toInt() == 60);
     QVERIFY(root()->property("back").value<QColor>().lightness() > 128);
-    switches.at(1)->setChecked(true);
+    check("dark")->setChecked(true);
     QTRY_VERIFY(root() && root()->property("back").value<QColor>().lightness() < 128);
     // What simple tips write in black on.
     QVERIFY(QToolTip::palette().color(QPalette::ToolTipBase).lightness() > 128);
     QCOMPARE(title(), QString("First"));
+}
+
+void tst_PreviewWindow::switchesWhatHostsSay_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("motion") << QByteArray("still") << "%(motion)s %(available)s"
+                            << "off %(available)s";
+    QTest::newRow("available") << QByteArray("unavailable") << "%(motion)s %(available)s"
+                               << "%(motion)s off";
+}
+
+void tst_PreviewWindow::switchesWhatHostsSay()
+{
+    QFETCH(QByteArray, name);
+    m_packages->write(interfaceFile,
+                      "import QtQuick 1.1\nItem { width: 9; height: 9\n  property string said: "
+                      "vidTipView.interpolate(\"%(motion)s %(available)s\") }\n");
+    const auto said = [this] { return root() ? root()->property("said").toString() : QString(); };
+    QTEST(QTest::qWaitFor([&] { return !said().isEmpty(); }) ? said() : QString(), "before");
+    check(name)->setChecked(true);
+    QTEST(said(), "after");
+    check(name)->setChecked(false);
+    QTEST(said(), "before");
+}
+
+void tst_PreviewWindow::switchesLanguageAndDirection()
+{
+    m_packages->write("Tools.vidtips/Control/Arabic.xml",
+                      "<vidtips locale=\"ar_EG\"><vidtip key=\"a\" title=\"\u062e\u0637\"/></vidtips>");
+    auto *const locale = m_window->findChild<QComboBox *>("locale");
+    QTRY_VERIFY(locale->findData("ar_EG") >= 0);
+    QCOMPARE(QGuiApplication::layoutDirection(), Qt::LeftToRight);
+    locale->setCurrentIndex(locale->findData("ar_EG"));
+    QCOMPARE(title(), QString::fromUtf8("\u062e\u0637"));
+    QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    QVERIFY(check("mirrored")->isChecked());
+    check("mirrored")->setChecked(false);
+    QCOMPARE(QGuiApplication::layoutDirection(), Qt::LeftToRight);
+    locale->setCurrentIndex(locale->findData("de_DE"));
+    QVERIFY(!check("mirrored")->isChecked());
+    check("mirrored")->setChecked(true);
+    QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    QCOMPARE(title(), QString("First"));
+}
+
+void tst_PreviewWindow::holdsTheFirstPhase()
+{
+    m_packages->write(interfaceFile,
+                      "import QtQuick 1.1\nItem { id: tip; width: 9; height: 9; property bool grown: false\n"
+                      "  property bool seen: false\n"
+                      "  Timer { interval: 10; running: true; onTriggered: tip.seen = true }\n"
+                      "  Timer { interval: 100; running: true; onTriggered: tip.grown = true } }\n");
+    QTRY_VERIFY(root() && root()->property("grown").toBool());
+    auto *const phase = m_window->findChild<QComboBox *>("phase");
+    phase->setCurrentIndex(phase->findData(int(TipPhase::First)));
+    QVERIFY(root() && root()->property("seen").toBool());
+    // As much as would do otherwise.
+    QTest::qWait(300);
+    QVERIFY(!root()->property("grown").toBool());
+    phase->setCurrentIndex(phase->findData(int(TipPhase::AsItComes)));
+    QTRY_VERIFY(root() && root()->property("grown").toBool());
+}
+
+void tst_PreviewWindow::showsKeptWindows()
+{
+    auto *const phase = m_window->findChild<QComboBox *>("phase");
+    phase->setCurrentIndex(phase->findData(int(TipPhase::Kept)));
+    const auto isKept = [this] {
+        const VTWidget *const tip = m_window->stage()->window();
+        return tip && tip->isVisible() && tip->view()->reserved();
+    };
+    QVERIFY(isKept());
+    QCOMPARE(title(), QString("First"));
+    QTest::keyClick(list(), Qt::Key_Down);
+    QVERIFY(isKept());
+    QCOMPARE(title(), QString("Second"));
+    // One that the user closes.
+    m_window->stage()->window()->close();
+    QTRY_VERIFY(!m_window->stage()->window());
+    QTest::keyClick(list(), Qt::Key_Up);
+    QVERIFY(isKept());
+    phase->setCurrentIndex(phase->findData(int(TipPhase::AsItComes)));
+    QVERIFY(!isKept());
+    QCOMPARE(title(), QString("First"));
+}
+
+void tst_PreviewWindow::closesForAnotherScale()
+{
+    auto *const scale = m_window->findChild<QComboBox *>("scale");
+    scale->setCurrentIndex(scale->findData(2.0));
+    QVERIFY(!m_window->isVisible());
+    QCOMPARE(m_window->settings().scale, 2.0);
+}
+
+void tst_PreviewWindow::findingsOpenTheirPlaces()
+{
+    auto *const panel = m_window->findChild<ProblemPanel *>();
+    QVERIFY(!panel->isVisible());
+    m_packages->write(controlFile,
+                      "<vidtips>\n<vidtip key=\"a\"><summary>Press <b>Ctrl</b></summary>\n"
+                      "</vidtip>\n<vidtip key=\"a b\"/>\n</vidtips>\n");
+    m_packages->write("Tools.vidtips/ui/schema.xml",
+                      "<schema><element name=\"vidtip\">"
+                      "<element name=\"summary\" text=\"yes\"/>"
+                      "</element></schema>");
+    QTRY_COMPARE(panel->count(), 1);
+    QVERIFY(panel->isVisible());
+    const QString place = m_packages->filePath(controlFile) + ":2:32";
+    QVERIFY2(panel->item(0)->text().contains("plain text [VT110]"), qPrintable(panel->item(0)->text()));
+    // It is no error, and does not hide the tip.
+    for (const QWidget *widget : QApplication::topLevelWidgets())
+        QVERIFY(!qobject_cast<const ProblemOverlay *>(widget) || !widget->isVisible());
+    QDesktopServices::setUrlHandler("file", this, "open");
+    panel->open(0);
+    QDesktopServices::unsetUrlHandler("file");
+    QCOMPARE(m_opened, QUrl::fromLocalFile(m_packages->filePath(controlFile)));
+    QCOMPARE(QGuiApplication::clipboard()->text(), place);
+    QGuiApplication::clipboard()->clear();
+    panel->setCurrentRow(0);
+    QTest::keyClick(panel, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), place);
+    panel->open(1);
+    panel->open(-1);
+}
+
+void tst_PreviewWindow::followsRenamedKeys_data()
+{
+    QTest::addColumn<QByteArray>("entries");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("where it stood") << QByteArray(
+        "<vidtip key=\"a\"/>\n<vidtip key=\"x\" title=\"Second\"/>\n"
+        "<vidtip key=\"c\"/>\n<vidtip key=\"y\"/>")
+                                    << "x";
+    QTest::newRow("elsewhere") << QByteArray(
+        "<vidtip key=\"a\"/>\n<vidtip key=\"c\"/>\n\n\n<vidtip key=\"x\"/>")
+                               << "x";
+    QTest::newRow("gone") << QByteArray("<vidtip key=\"a\"/>\n\n<vidtip key=\"c\"/>") << "a";
+}
+
+void tst_PreviewWindow::followsRenamedKeys()
+{
+    QFETCH(QByteArray, entries);
+    QTest::keyClick(list(), Qt::Key_Down);
+    QCOMPARE(m_window->currentKey(), QString("b"));
+    QSignalSpy reloaded(m_window.get(), &PreviewWindow::reloaded);
+    m_packages->write(controlFile, "<vidtips>\n" + entries + "\n</vidtips>\n");
+    QTRY_VERIFY(!reloaded.isEmpty() && list()->count() > 0);
+    QFETCH(QString, key);
+    QTRY_COMPARE(m_window->currentKey(), key);
 }
 
 void tst_PreviewWindow::keepsTheTipBesideTheWindow()

@@ -14,7 +14,10 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
+#include <QtCore/QProcess>
 #include <QtWidgets/QApplication>
+
+#include <algorithm>
 
 namespace {
 
@@ -47,13 +50,25 @@ QString readProperties(const QStringList &settings, QMap<QString, QString> &prop
     return {};
 }
 
-// The key is the argument that is no folder.
+// The key is the first argument that is no folder.
 void readPositional(const QCommandLineParser &arguments, Request &request)
 {
-    request.settings.folders = arguments.positionalArguments();
-    const QString first = request.settings.folders.value(0);
-    if (!request.isAll && !first.isEmpty() && !QFileInfo(first).isDir())
-        request.key = request.settings.folders.takeFirst();
+    QStringList &folders = request.settings.folders;
+    folders = arguments.positionalArguments();
+    const auto isKey = [](const QString &argument) { return !QFileInfo(argument).isDir(); };
+    const auto key = std::find_if(folders.begin(), folders.end(), isKey);
+    if (request.isAll || key == folders.end())
+        return;
+    request.key = *key;
+    folders.erase(key);
+}
+
+bool readPhase(const QString &name, PreviewSettings &settings)
+{
+    static const QMap<QString, TipPhase> phases{
+        {"first", TipPhase::First}, {"grown", TipPhase::AsItComes}, {"kept", TipPhase::Kept}};
+    settings.phase = phases.value(name);
+    return phases.contains(name);
 }
 
 // Returns what is wrong with the arguments, or nothing.
@@ -65,6 +80,10 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     request.settings.isSimple = arguments.isSet("simple");
     request.settings.isDark = arguments.isSet("dark");
     request.settings.isRestricted = arguments.isSet("restricted");
+    request.settings.isStill = arguments.isSet("still");
+    request.settings.isUnavailable = arguments.isSet("unavailable");
+    request.settings.direction = arguments.isSet("right-to-left") ? Qt::RightToLeft : Qt::LayoutDirectionAuto;
+    request.settings.scale = scaleOf(arguments);
     request.settings.keyData = arguments.value("key-data");
     readPositional(arguments, request);
     bool isNumber = false;
@@ -75,6 +94,8 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
         return QString("--delay takes milliseconds, not \"%1\"").arg(arguments.value("delay"));
     if (scaleOf(arguments) <= 0.0)
         return QString("--scale takes a number from 1 to 4, not \"%1\"").arg(arguments.value("scale"));
+    if (!readPhase(arguments.value("phase"), request.settings))
+        return QString("--phase takes first, grown or kept, not \"%1\"").arg(arguments.value("phase"));
     if (request.isAll && request.screenshot.isEmpty())
         return "--all needs --screenshot and a folder";
     if (!request.settings.keyData.isEmpty() && !QFileInfo(request.settings.keyData).isFile())
@@ -128,14 +149,56 @@ QString complete(Request &request, const Content &content, QVector<PreviewKey> &
     return unknownKey(request, keys);
 }
 
+QStringList argumentsFor(const PreviewSettings &settings, const QString &key)
+{
+    QStringList arguments{"preview", "--scale", QString::number(settings.scale), "--locale", settings.locale};
+    const QVector<QPair<QString, bool>> switches{{"--simple", settings.isSimple},
+                                                 {"--dark", settings.isDark},
+                                                 {"--still", settings.isStill},
+                                                 {"--unavailable", settings.isUnavailable},
+                                                 {"--right-to-left", settings.direction == Qt::RightToLeft}};
+    for (const auto &each : switches) {
+        if (each.second)
+            arguments << each.first;
+    }
+    if (settings.phase != TipPhase::AsItComes)
+        arguments << "--phase" << (settings.phase == TipPhase::First ? "first" : "kept");
+    if (!settings.keyData.isEmpty())
+        arguments << "--key-data" << settings.keyData;
+    for (auto it = settings.properties.cbegin(); it != settings.properties.cend(); ++it)
+        arguments << "--set" << it.key() + '=' + *it;
+    arguments << "--";
+    if (!key.isEmpty())
+        arguments << key;
+    return arguments + settings.folders;
+}
+
+// The scale of the display is read once, when a process begins.
+int showWindow(const PreviewSettings &settings, const QString &key)
+{
+    QString lastKey;
+    PreviewSettings last;
+    {
+        PreviewWindow window(settings, key);
+        window.show();
+        QApplication::exec();
+        lastKey = window.currentKey();
+        last = window.settings();
+    }
+    if (qFuzzyCompare(last.scale, settings.scale))
+        return ExitFine;
+    return QProcess::execute(QCoreApplication::applicationFilePath(), argumentsFor(last, lastKey));
+}
+
 } // namespace
 
 QStringList PreviewCommand::description() const
 {
     return {"Shows the tip of KEY in the window that users see, beside a list of all keys. Without a KEY, "
             "shows the first one. The arrow keys walk the keys. When a file of a package changes, be it a "
-            "control file, QML, a picture, a clip or a catalogue, the tip is shown anew. Errors of the QML "
-            "appear over the tip with file and line.",
+            "control file, QML, a picture, a clip or a catalogue, the tip is shown anew. Errors appear over "
+            "the tip with file and line, and a list has all that is found in it: Enter opens the file and "
+            "copies the place. Options that say how tips are shown can be switched in the window, too.",
             "With --screenshot, writes the tip's picture to a file instead and needs no display; with --all "
             "as well, writes a picture of each tip and a page that shows them all to a folder. Errors of the "
             "QML then go to the error stream and give the exit code 1."};
@@ -156,6 +219,13 @@ QList<QCommandLineOption> PreviewCommand::options() const
             {"restricted",
              "Show tips as hosts do that do not trust packages, by the setting RestrictContent. What is "
              "refused appears over the tip."},
+            {"right-to-left", "Mirror tips, as for languages that are read from the right."},
+            {"still", "Show tips as to users who want nothing to move."},
+            {"unavailable", "Show tips as when their commands cannot be used now."},
+            {"phase",
+             "Show tips as they appear (first), as they become after a moment (grown, the default) or in the "
+             "window of one that is kept open (kept).",
+             "PHASE", "grown"},
             {"scale", "Enlarge everything, as on a display of high resolution; from 1 to 4.", "FACTOR", "1"},
             {"locale", "Show the content for LOCALE. The default is en_US where there is content for it.",
              "LOCALE"},
@@ -178,9 +248,12 @@ Command::Display PreviewCommand::display(const QCommandLineParser &arguments) co
 
 void PreviewCommand::prepare(const QCommandLineParser &arguments) const
 {
+    // A preview that began another one at another scale has set it, too.
     const double scale = scaleOf(arguments);
     if (scale > 1.0)
         qputenv("QT_SCALE_FACTOR", QByteArray::number(scale));
+    else if (arguments.isSet("scale"))
+        qunsetenv("QT_SCALE_FACTOR");
 }
 
 int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
@@ -190,9 +263,10 @@ int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
     Content content;
     if (problem.isEmpty())
         problem = content.load(request.settings.folders);
+    if (!problem.isEmpty())
+        return console.fail(problem);
     QVector<PreviewKey> keys;
-    if (problem.isEmpty())
-        problem = complete(request, content, keys);
+    problem = complete(request, content, keys);
     if (!problem.isEmpty()) {
         tellLostFiles(content, console);
         return console.fail(problem);
@@ -203,7 +277,5 @@ int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
         return request.isAll ? screenshots.all(keys, request.screenshot, console)
                              : screenshots.one(request.key, request.screenshot, console);
     }
-    PreviewWindow window(request.settings, request.key);
-    window.show();
-    return QApplication::exec();
+    return showWindow(request.settings, request.key);
 }

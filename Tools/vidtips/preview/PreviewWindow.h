@@ -4,6 +4,7 @@
 #include "stage/PreviewKeys.h"
 #include "stage/PreviewSettings.h"
 
+#include <QtCore/QMap>
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
@@ -12,10 +13,12 @@
 class Content;
 class PackageWatcher;
 class PreviewStage;
+class PreviewSwitches;
+class ProblemPanel;
+class StageClock;
 class TipProblems;
 
 QT_BEGIN_NAMESPACE
-class QCheckBox;
 class QLabel;
 class QListWidget;
 QT_END_NAMESPACE
@@ -38,9 +41,15 @@ public:
 
     PreviewStage *stage() const { return m_stage.get(); }
 
+    /** How tips are shown now. Another scale than at first takes a new process, so that the window closes. */
+    const PreviewSettings &settings() const { return m_settings; }
+
 public Q_SLOTS:
     /** Reads everything anew and shows the same tip again. */
     void reload();
+
+    /** Shows tips as the switches say. */
+    void takeSwitches();
 
 Q_SIGNALS:
     void reloaded();
@@ -55,16 +64,19 @@ private:
     void fillList();
     void showTip();
     void placeTip();
+    QString followedKey(const QVector<PreviewKey> &keys) const;
+    void rememberPlaces(const QVector<PreviewKey> &keys);
     void step(int rows);
     void lookForProblems();
     QPoint tipPosition() const;
 
     PreviewSettings m_settings;
     QString m_key;
+    QMap<QString, QPair<QString, int>> m_places; ///< Of each key: file and line.
     QStringList m_problems;
     QListWidget *m_list;
-    QCheckBox *m_simple;
-    QCheckBox *m_dark;
+    PreviewSwitches *m_switches;
+    ProblemPanel *m_panel;
     QLabel *m_status;
     PackageWatcher *m_watcher;
     ProblemOverlay m_overlay;
@@ -72,5 +84,6 @@ private:
     QTimer m_settle;
     std::unique_ptr<Content> m_content;
     std::unique_ptr<TipProblems> m_tipProblems;
+    std::unique_ptr<StageClock> m_clock; ///< Time stands still where there is one.
     std::unique_ptr<PreviewStage> m_stage;
 };

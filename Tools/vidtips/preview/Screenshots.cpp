@@ -23,6 +23,8 @@ using namespace Vidtips;
 
 namespace {
 
+constexpr int untilSeen = 60; // milliseconds: what a user interface does once it is loaded
+
 QImage grabbed(QWidget *widget)
 {
     return widget->grab().toImage();
@@ -95,8 +97,7 @@ Screenshots::Shot Screenshots::take(StageClock &clock, PreviewStage &stage, TipP
     shot.key = key;
     problems.setKey(key.key);
     const bool isShown = stage.show(key.key, QPoint(0, 0));
-    clock.pass(stage, m_delay);
-    clock.passUntilClipsPlay(stage);
+    pass(clock, stage);
     shot.problems = problems.lines(stage);
     if (!isShown)
         shot.problems << QString("the tip \"%1\" is not shown").arg(key.key);
@@ -105,6 +106,20 @@ Screenshots::Shot Screenshots::take(StageClock &clock, PreviewStage &stage, TipP
     if (!shot.problems.isEmpty())
         shot.image = withProblems(shot.image, shot.problems, stage.window());
     return shot;
+}
+
+void Screenshots::pass(StageClock &clock, PreviewStage &stage) const
+{
+    if (m_settings.phase == TipPhase::First) {
+        clock.pass(stage, untilSeen);
+        return;
+    }
+    clock.pass(stage, m_delay);
+    if (m_settings.phase == TipPhase::Kept) {
+        stage.keep();
+        clock.pass(stage, untilSeen);
+    }
+    clock.passUntilClipsPlay(stage);
 }
 
 int Screenshots::one(const QString &key, const QString &file, Console &console)

@@ -38,6 +38,7 @@ private:
 
     Shot take(class StageClock &clock, class PreviewStage &stage, class TipProblems &problems,
               const PreviewKey &key) const;
+    void pass(StageClock &clock, PreviewStage &stage) const;
     QString page(const QVector<Shot> &shots) const;
 
     const Content &m_content;

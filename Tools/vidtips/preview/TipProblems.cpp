@@ -38,19 +38,27 @@ void TipProblems::setKey(const QString &key)
     found += imports.sorted();
     // Other locales and the other user interface are not on the screen.
     const QStringList elsewhere{"VT304", m_settings.isSimple ? "VT402" : "VT403"};
-    m_lines.clear();
+    m_found.clear();
     for (const Finding &finding : qAsConst(found)) {
         if (!elsewhere.contains(finding.code))
-            m_lines << FindingReport::line(finding);
+            m_found << finding;
     }
+}
+
+QVector<Finding> TipProblems::all(PreviewStage &stage) const
+{
+    return m_isRefused ? m_found : m_found + stage.problems();
 }
 
 QStringList TipProblems::lines(PreviewStage &stage) const
 {
-    QStringList lines = m_lines;
-    if (m_isRefused)
-        return lines;
-    for (const Finding &problem : stage.problems())
-        lines << Places::shown(problem.file, problem.position) + ": " + problem.message;
+    QStringList lines;
+    const QVector<Finding> problems = all(stage);
+    for (int i = 0; i < problems.size(); ++i) {
+        const Finding &problem = problems.at(i);
+        lines << (i < m_found.size()
+                      ? FindingReport::line(problem)
+                      : Places::shown(problem.file, problem.position) + ": " + problem.message);
+    }
     return lines;
 }

@@ -18,7 +18,10 @@ public:
     /** Begins with the tip of @p key. */
     void setKey(const QString &key);
 
-    /** Returns everything that is known by now, a line each. */
+    /** Returns everything that is known by now. */
+    QVector<Finding> all(PreviewStage &stage) const;
+
+    /** Returns the same, a line each. */
     QStringList lines(PreviewStage &stage) const;
 
 private:
@@ -27,7 +30,7 @@ private:
     const Content &m_content;
     const PreviewSettings &m_settings;
     Findings m_findings;
-    QStringList m_lines;
+    QVector<Finding> m_found; ///< What is not QML's, of the tip that is shown.
     bool m_isRefused =
         false; ///< The user interface cannot be one, which is told in better words than the engine's.
 };

@@ -15,6 +15,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QMetaProperty>
+#include <QtCore/QPointer>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSize>
 #include <QtCore/QUrl>
@@ -199,13 +200,17 @@ struct PreviewStage::Private
     VTContext context;
     std::unique_ptr<VTIndex> index;
     std::unique_ptr<Host> host;
+    QPointer<VTWidget> kept;
+    bool isKept = false;
     QVector<Finding> problems;
 };
 
 PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settings)
     : d(new Private)
 {
-    QGuiApplication::setLayoutDirection(QLocale(settings.locale).textDirection());
+    const bool isOfLocale = settings.direction == Qt::LayoutDirectionAuto;
+    QGuiApplication::setLayoutDirection(isOfLocale ? QLocale(settings.locale).textDirection()
+                                                   : settings.direction);
     fill(d->context, content, settings);
     d->index = std::make_unique<VTIndex>(&d->context, QStringList());
     d->host = std::make_unique<Host>(this, d->context, d->index.get());
@@ -213,12 +218,18 @@ PreviewStage::PreviewStage(const Content &content, const PreviewSettings &settin
         d->host->manager()->loadPackage(QFileInfo(package.path));
     for (auto it = settings.properties.cbegin(); it != settings.properties.cend(); ++it)
         d->host->setGlobalProperty(it.key(), *it);
+    // As hosts say it to the shared user interface.
+    if (settings.isStill)
+        d->host->setGlobalProperty("motion", "off");
+    if (settings.isUnavailable)
+        d->host->setGlobalProperty("available", "off");
 }
 
 PreviewStage::~PreviewStage()
 {
     blockSignals(true);
     // Not later: whatever the tip holds would otherwise be found in the caches by the next stage.
+    delete d->kept.data();
     delete window();
     d->host.reset();
     forgetPictures();
@@ -226,6 +237,8 @@ PreviewStage::~PreviewStage()
 
 bool PreviewStage::show(const QString &key, const QPoint &position)
 {
+    delete d->kept.data();
+    d->isKept = false;
     d->problems.clear();
     d->host->warnings.clear();
     d->host->refusals.clear();
@@ -233,9 +246,19 @@ bool PreviewStage::show(const QString &key, const QPoint &position)
     return d->host->show(key, position, nullptr) && window();
 }
 
+void PreviewStage::keep()
+{
+    if (!isShown() || d->isKept)
+        return;
+    d->kept = window();
+    d->isKept = true;
+    d->kept->view()->setStayOpen(true);
+    d->kept->view()->setReserved(true);
+}
+
 VTWidget *PreviewStage::window() const
 {
-    return d->host->manager()->widget();
+    return d->isKept ? d->kept.data() : d->host->manager()->widget();
 }
 
 bool PreviewStage::isShown() const
@@ -317,10 +340,28 @@ QVector<Finding> PreviewStage::problems()
     }
     for (const QString &message : messages) {
         Finding finding;
-        if (readWarning(message, finding))
-            add(finding);
+        if (!readWarning(message, finding))
+            continue;
+        // What the user interface lacks that is not shown has kept it from being shown.
+        if (isReplaced() && finding.file != shownFile())
+            finding.code = "VT601";
+        add(finding);
     }
-    return d->problems + sizeProblems();
+    return d->problems + replacement() + sizeProblems();
+}
+
+QString PreviewStage::shownFile() const
+{
+    return QFileInfo(window()->view()->source().toLocalFile()).canonicalFilePath();
+}
+
+QVector<Finding> PreviewStage::replacement() const
+{
+    const auto isReason = [](const Finding &problem) { return problem.code == "VT601"; };
+    if (!isReplaced() || std::any_of(d->problems.cbegin(), d->problems.cend(), isReason))
+        return {};
+    const QString path = QFileInfo(window()->view()->uiRootFilePath()).canonicalFilePath();
+    return {{"VT900", path, {}, "this user interface cannot be loaded, and the simple tip is shown instead"}};
 }
 
 QVector<Finding> PreviewStage::sizeProblems() const

@@ -36,13 +36,16 @@ public:
     /** Shows the tip of @p key with its corner at @p position; tells whether it is on screen. */
     bool show(const QString &key, const QPoint &position);
 
-    /** The tip's window; null before the first show(). */
+    /** Keeps the tip that is shown, as a user does, until the next show(). */
+    void keep();
+
+    /** The tip's window; null before the first show() and when a kept one was closed. */
     Vidtips::VTWidget *window() const;
 
     /**
      * What the QML complained about since the last show(): errors that keep it from being shown, VT601, or
-     * warnings, VT607; that the tip has no size, VT606; what restricted content was refused, VT614; or just that
-     * a script did not end, VT608.
+     * warnings, VT607; that the tip has no size, VT606; that the simple one stands in for it, VT900; what
+     * restricted content was refused, VT614; or just that a script did not end, VT608.
      */
     QVector<Finding> problems();
 
@@ -76,6 +79,8 @@ Q_SIGNALS:
     void requested(const QString &what);
 
 private:
+    QString shownFile() const;
+    QVector<Finding> replacement() const;
     QVector<Finding> sizeProblems() const;
 
     class Host;

@@ -125,7 +125,8 @@ bool Trial::reportProblems()
         const bool isTold = std::any_of(m_failed.cbegin(), m_failed.cend(), [&](const ItemPlace &place) {
             return isMissing || (place.file == problem.file && place.position.line == problem.position.line);
         });
-        if (!isTold)
+        // That the tip is not shown is told by show(), which knows why.
+        if (!isTold && problem.code != "VT900")
             m_report(problem);
     }
     return !problems.isEmpty();
