@@ -47,7 +47,7 @@ void Mistakes::addInControlFile(const QVector<ControlFileMistake> &mistakes)
     const QString place = QString(Garden::control) + ':';
     for (const ControlFileMistake &mistake : mistakes) {
         const QString found = place + mistake.finding;
-        add({mistake.name, {{Garden::control, mistake.garden}}, found, found, mistake.host});
+        add({mistake.name, {{Garden::control, mistake.garden}}, found, found, mistake.host, mistake.run});
     }
 }
 

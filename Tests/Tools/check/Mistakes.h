@@ -13,6 +13,7 @@ struct Mistake
     QString check;
     QString preview;
     QString host = {}; ///< What reaches a host that hears everything and says where it is.
+    QString run = {}; ///< What `check --run` says besides.
 };
 Q_DECLARE_METATYPE(Mistake)
 
@@ -56,6 +57,7 @@ struct ControlFileMistake
     QByteArray garden;
     QString finding;
     QString host = {};
+    QString run = {};
 };
 
 /** Every mistake of the table. */

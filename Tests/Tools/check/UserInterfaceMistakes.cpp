@@ -45,12 +45,15 @@ void addClipMistakes()
                 "error: the clip does not open: Could not open media [VT501]");
 }
 
+const char userInterface[] = "Garden.vidtips/ui/VidtipsUI.qml";
+
 // A user interface of the package's own.
 void qmlMistake(const char *name, const QByteArray &qml, const QString &check, const QString &preview,
-                const QString &host)
+                const QString &host, const QString &run = {})
 {
-    const QString file = "Garden.vidtips/ui/VidtipsUI.qml";
-    Mistakes::add({name, {{file, qml}}, file + ':' + check, preview, host});
+    const QString file = QString(userInterface) + ':';
+    Mistakes::add(
+        {name, {{userInterface, qml}}, file + check, preview, host, run.isEmpty() ? run : file + run});
 }
 
 // Preview and host show what the QML says.
@@ -58,6 +61,44 @@ void qmlMistake(const char *name, const QByteArray &qml, const QString &check, c
 {
     const QString line = "Garden.vidtips/ui/" + said;
     qmlMistake(name, qml, check, line, line);
+}
+
+// What is written is right, and nothing that a machine complains about.
+void seenMistake(const char *name, const QByteArray &item, const QString &run, const QString &host = {})
+{
+    const QByteArray qml =
+        "import QtQuick 1.1\nRectangle {\n  width: 200; height: 60\n  color: \"white\"\n  " + item + "\n}\n";
+    Mistakes::add({name, {{userInterface, qml}}, {}, {}, host, run});
+}
+
+void addSeenMistakes()
+{
+    const QString file = userInterface;
+    seenMistake("text that is cut", "Text { width: 40; elide: Text.ElideRight; text: \"Plants a tree\" }",
+                QString(Garden::control) + ":4:10: warning: the text \"Plants a tree\" is cut short in "
+                    + file + ":5:3 (\"tree\", en_US) [VT902]");
+    seenMistake("grey on white", "Text { color: \"#949494\"; text: \"Tree\" }",
+                file
+                    + ":5:3: warning: the contrast of a text is 3.03, and 4.5 is needed: #949494 on #ffffff "
+                      "(\"tree\", en_US) [VT907]");
+    seenMistake("small button",
+                "MouseArea { width: 16; height: 16; onClicked: vidTipView.openExternalResource(\"a\")\n"
+                "    Text { text: \"?\" } }",
+                file
+                    + ":5:3: warning: what can be pressed here is 16 x 16 pixels, and 24 x 24 are needed "
+                      "(\"tree\", en_US) [VT908]");
+    seenMistake(
+        "tip as large as a screen",
+        "Item { Component.onCompleted: { parent.width = 1300; parent.height = 900 } }",
+        file
+            + ": warning: the tip is 1300 x 900 pixels, and small screens have 1280 x 720 (\"tree\", "
+              "en_US) [VT904]",
+        file + " is 1300 x 900 pixels, which is more than the screens have, and is cut off at 800 x 600");
+    seenMistake(
+        "character that no font has", "Text { text: \"\\udb80\\udc00\" }",
+        file
+            + QString::fromUtf8(":5:3: warning: no font has \"\U000F0000\" (U+F0000) (\"tree\", en_US) "
+                                "[VT905]"));
 }
 
 void addQmlMistakes()
@@ -69,7 +110,9 @@ void addQmlMistakes()
                "VidtipsUI.qml:4:3: QML Image: Cannot open: Garden.vidtips/ui/corner.png");
     qmlMistake("part that QML misses", head + size + "  Loader {\n    source: \"Part.qml\"\n  }\n}",
                "5:13: error: there is no \"Part.qml\" beside this file [VT605]",
-               "Part.qml: No such file or directory");
+               "Garden.vidtips/ui/Part.qml: No such file or directory",
+               "Garden.vidtips/ui/Part.qml: No such file or directory",
+               "4:3: error: there is no \"Garden.vidtips/ui/Part.qml\" (\"tree\", en_US) [VT901]");
     qmlMistake(
         "root without a size", head + "  Text { text: \"Tree\" }\n}",
         "2:1: warning: the tip has no size: give this item a width and a height [VT606]",
@@ -96,4 +139,5 @@ void Mistakes::addInWhatIsShown()
 {
     addClipMistakes();
     addQmlMistakes();
+    addSeenMistakes();
 }

@@ -1,5 +1,10 @@
 #include "Mistakes.h"
 #include "ToolCall.h"
+#include "findings/FindingReport.h"
+#include "shared/Content.h"
+#include "trial/Trial.h"
+#include "trial/TrialFindings.h"
+#include "trial/TrialPlan.h"
 
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTIndex.h>
@@ -8,12 +13,16 @@
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtTest/QtTest>
 #include <QtWidgets/QGraphicsObject>
 
 using namespace Vidtips;
 
-/** Makes an author's mistakes one by one, and reads what check, preview and a host say of each. */
+/** Makes an author's mistakes one by one, and reads what check, check --run, preview and a host say of each.
+ */
 class tst_Mistakes : public QObject
 {
     Q_OBJECT
@@ -22,19 +31,53 @@ private slots:
     void saysNothingOfWhatIsRight();
     void check_data();
     void check();
+    void run_data();
+    void run();
     void preview_data();
     void preview();
     void host_data();
     void host();
+
+private:
+    QMap<QString, QString> m_reports; ///< What a check says of each mistake.
 };
 
 namespace {
 
 const QStringList screenshot{"preview", "--delay", "0", "--screenshot", "tip.png", "tree", "."};
 
-QString withoutSummary(const QString &output)
+QString linesOf(const QVector<Finding> &findings, const QString &folder)
 {
-    return output.left(output.lastIndexOf('\n', output.size() - 2)).trimmed();
+    QStringList lines;
+    for (const Finding &finding : findings)
+        lines << FindingReport::line(finding).remove(folder + '/');
+    return lines.join('\n');
+}
+
+const char folder[] = "/folder/of/the/packages"; // in what is remembered
+const QStringList checkAll{"check", "--json", "."};
+
+QVector<Finding> findingsIn(const QString &report)
+{
+    QVector<Finding> findings;
+    const QJsonObject object = QJsonDocument::fromJson(report.toUtf8()).object();
+    for (const QJsonValue value : object.value("findings").toArray())
+        findings << TrialFindings::fromJson(value.toObject());
+    return findings;
+}
+
+/** What the processes of a run find, by one after the other in this one. */
+TrialFindings seenIn(const QString &folder)
+{
+    TrialFindings seen;
+    Content content;
+    content.load({folder});
+    const QVector<TrialTip> plan = TrialPlan::of(content, "en_US");
+    int number = 0;
+    Trial trial(content, {}, [&](const Finding &finding) { seen.add(finding, plan.at(number), number); });
+    for (; number < plan.size(); ++number)
+        trial.show(plan.at(number));
+    return seen;
 }
 
 /** A host that hears everything, and shows the tip of the tree. */
@@ -122,10 +165,38 @@ void tst_Mistakes::check()
 {
     QFETCH(Mistake, mistake);
     const CheckPackages packages(Garden::with(mistake.files));
-    const ToolCall call({"check", "."}, packages.path());
-    QCOMPARE(withoutSummary(call.output), mistake.check);
+    const ToolCall call(checkAll, packages.path());
+    QCOMPARE(linesOf(findingsIn(call.output), packages.path()), mistake.check);
     QCOMPARE(call.errors, QString());
-    QCOMPARE(call.exitCode, 1);
+    QCOMPARE(call.exitCode, mistake.check.isEmpty() ? 0 : 1);
+    m_reports.insert(mistake.name, QString(call.output).replace(packages.path(), folder));
+}
+
+void tst_Mistakes::run_data()
+{
+    check_data();
+}
+
+void tst_Mistakes::run()
+{
+    QFETCH(Mistake, mistake);
+    const CheckPackages packages(Garden::with(mistake.files));
+    Findings findings;
+    // A check takes longer than all else, and its report has been read already, unless this runs alone.
+    QString report = m_reports.value(mistake.name);
+    report.replace(folder, packages.path());
+    if (report.isEmpty())
+        report = ToolCall(checkAll, packages.path()).output;
+    const QVector<Finding> known = findingsIn(report);
+    for (const Finding &finding : known)
+        findings.add(finding.code, finding.file, finding.position, finding.message);
+    seenIn(packages.path()).addTo(findings);
+    QVector<Finding> others;
+    for (const Finding &finding : findings.sorted()) {
+        if (!known.contains(finding))
+            others << finding;
+    }
+    QCOMPARE(linesOf(others, packages.path()), mistake.run);
 }
 
 void tst_Mistakes::preview_data()

@@ -21,10 +21,11 @@ bool TrialFindings::isKnown(const Finding &finding, const Findings &findings)
 {
     static const QMap<QString, QStringList> others{
         {"VT601", {"VT601"}},
+        {"VT606", {"VT606"}},
         {"VT607", {"VT605", "VT607"}},
         {"VT608", {"VT608"}},
         {"VT614", {"VT413", "VT609", "VT611", "VT612", "VT613", "VT614"}},
-        {"VT901", {"VT404", "VT405", "VT406", "VT407", "VT501", "VT504", "VT605"}}};
+        {"VT901", {"VT404", "VT405", "VT406", "VT407", "VT412", "VT501", "VT504", "VT605"}}};
     if (findings.says(finding.file, finding.message))
         return true;
     if (finding.code == "VT900")

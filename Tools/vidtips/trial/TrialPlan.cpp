@@ -7,7 +7,17 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 
+#include <algorithm>
+
 namespace {
+
+// Such a key vanishes, of which another finding tells.
+bool isTwiceInFile(const PreviewKey &key)
+{
+    const std::vector<const XmlNode *> entries = key.file->entries();
+    const auto isIts = [&key](const XmlNode *entry) { return entry->attribute("key") == key.key; };
+    return std::count_if(entries.begin(), entries.end(), isIts) > 1;
+}
 
 // Where there is no user interface, a finding of its own says so.
 void addTips(const Content &content, const QVector<PreviewKey> &keys, TrialTip tip, QVector<TrialTip> &tips)
@@ -17,7 +27,7 @@ void addTips(const Content &content, const QVector<PreviewKey> &keys, TrialTip t
         const QFileInfo file(content.find(*key.file, key.entry, category));
         tip.key = key.key;
         tip.userInterface = file.canonicalFilePath();
-        if (file.isFile())
+        if (file.isFile() && !isTwiceInFile(key))
             tips << tip;
     }
 }
