@@ -88,7 +88,7 @@ void Theme::apply(const QString &style)
     QApplication::setStyle(new MenuStyle);
     const QPalette colors = palette(style);
     QApplication::setPalette(colors);
-    // The simple tips write in black on the tool-tip colour, whatever the rest looks like.
+    // Simple tips of other packages may write in black on the tool-tip colour, whatever the rest looks like.
     QPalette tip = colors;
     tip.setColor(QPalette::ToolTipText, Qt::black);
     tip.setColor(QPalette::WindowText, Qt::black);

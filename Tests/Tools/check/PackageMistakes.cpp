@@ -84,6 +84,17 @@ void addFileMistakes()
         const Files files{{path + "/Control/Bush.xml", "<vidtips/>"}};
         Mistakes::add({name, files, path + ": warning: " + finding, QString()});
     };
+    const QString unknown = QString(Garden::control)
+        + ":2:25: warning: \"search\" names \"Oaks\", which is not known, as it has no control file: one "
+          "that "
+          "holds <vidtips/> will do [VT401]";
+    Mistakes::add(
+        {"package without a control file",
+         {{"Oaks.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 9; height: 9 }\n"},
+          {Garden::control,
+           Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "locale=\"en_US\" search=\"Shared Oaks\"")}},
+         unknown + "\nOaks.vidtips: warning: no control file of the package \"Oaks\" is admitted [VT208]",
+         unknown});
     const QString noPackage = "the folder is no package, because its name does not end in \".vidtips\"";
     folder("package with another suffix", "Bush.vidtip", noPackage + ": name it \"Bush.vidtips\" [VT211]");
     folder("package without a suffix", "Bush 1.0", noPackage + ": name it \"Bush 1.0.vidtips\" [VT211]");

@@ -226,9 +226,12 @@ void FileCheck::checkSearch(const Content &content, const ControlFile &file, Fin
         if (content.knows(name))
             continue;
         const QString meant = Nearest::to(name, known);
+        const QString problem = known.contains(name)
+            ? QString("which is not known, as it has no control file: one that holds <vidtips/> will do")
+            : "and there is no such package"
+                + (meant.isEmpty() ? QString() : QString(": did you mean \"%1\"?").arg(meant));
         findings.add("VT401", file.path, root.positionOf("search"),
-                     QString("\"search\" names \"%1\", and there is no such package").arg(name)
-                         + (meant.isEmpty() ? QString() : QString(": did you mean \"%1\"?").arg(meant)));
+                     QString("\"search\" names \"%1\", %2").arg(name, problem));
     }
 }
 

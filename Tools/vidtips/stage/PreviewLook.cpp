@@ -17,9 +17,7 @@ QPalette darkPalette()
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
         palette.setColor(role, text);
     palette.setColor(QPalette::Base, QColor(0x17, 0x1d, 0x25));
-    // Simple tips write in black on the tool-tip colour, whatever the rest looks like, so a dark desktop
-    // needs a light one.
-    palette.setColor(QPalette::ToolTipBase, QColor(0xd5, 0xdc, 0xe4));
+    palette.setColor(QPalette::ToolTipBase, window);
     palette.setColor(QPalette::Highlight, QColor(0x3b, 0x8c, 0xf0));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     return palette;

@@ -1,7 +1,6 @@
 import QtQuick 1.1
-import com.corvale.vidtips.qml 1.0
 
-// The simple tip of @NAME@: its title and shortcut in the desktop's tool-tip colours.
+// The simple tip of @NAME@: its title and shortcut in the colours of windows, light or dark.
 Item {
     id: root
 
@@ -22,16 +21,18 @@ Item {
     width: Math.ceil(label.paintedWidth) + 2 * margin
     height: Math.ceil(label.paintedHeight) + 2 * margin
 
-    VTStyledRectangle {
-        id: background
-        anchors.fill: parent
-        toolTipStyle: true
+    SystemPalette { id: palette }
+    Rectangle {
+        width: parent.width - 1
+        height: parent.height - 1
+        color: palette.window
+        border { width: 1; color: palette.mid }
     }
     Text {
         id: label
         x: root.margin
         y: root.margin
         textFormat: Text.PlainText
-        color: background.textColor
+        color: palette.windowText
     }
 }

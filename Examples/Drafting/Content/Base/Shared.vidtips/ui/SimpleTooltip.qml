@@ -1,8 +1,10 @@
 import QtQuick 1.1
 import com.corvale.vidtips.qml 1.0
+import "colours.js" as Colours
 import "content.js" as Content
 
-// The simple tip: title, shortcut and one line, in the desktop's tool-tip colours.
+// The simple tip: title, shortcut and one line, in the desktop's tool-tip colours. Letters on these are black, which
+// a dark desktop's do not suit, so that the colours are those of windows there.
 Item {
     id: root
 
@@ -11,6 +13,8 @@ Item {
     property bool mirrored: Qt.application.layoutDirection === Qt.RightToLeft
     property int margin: 8
     property int widest: 320
+    property bool dark: Colours.luminance(palette.window) < 0.18
+    property color text: dark ? palette.windowText : background.textColor
 
     function read() {
         if (!tip || !complete)
@@ -28,11 +32,20 @@ Item {
                               line.text === "" ? 0 : Math.min(measure.paintedWidth, widest - 2 * margin))) + 2 * margin
     height: Math.ceil(title.paintedHeight + (line.text === "" ? 0 : line.paintedHeight + 2)) + 2 * 6
 
+    SystemPalette { id: palette }
     VTStyledRectangle {
         id: background
         width: root.width - 1
         height: root.height - 1
         toolTipStyle: true
+    }
+    // A border of one pixel lies within its item at the left and above, and beyond it at the right and below.
+    Rectangle {
+        width: root.width - 1
+        height: root.height - 1
+        color: palette.window
+        border { width: 1; color: Colours.mixed(palette.window, palette.windowText, 0.3) }
+        visible: root.dark
     }
     Text {
         id: title
@@ -40,14 +53,14 @@ Item {
         y: 6
         textFormat: Text.PlainText
         font.bold: true
-        color: background.textColor
+        color: root.text
     }
     Text {
         id: shortcut
         x: root.mirrored ? root.margin : root.width - paintedWidth - root.margin
         y: 6
         textFormat: Text.PlainText
-        color: background.textColor
+        color: root.text
         opacity: 0.65
     }
     Text {
@@ -58,7 +71,7 @@ Item {
         wrapMode: Text.Wrap
         horizontalAlignment: root.mirrored ? Text.AlignRight : Text.AlignLeft
         textFormat: Text.PlainText
-        color: background.textColor
+        color: root.text
     }
     Text {
         id: measure
