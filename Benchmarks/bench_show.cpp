@@ -5,16 +5,20 @@
 #include <Vidtips/VTContext.h>
 #include <Vidtips/VTInterface.h>
 #include <Vidtips/VTManager.h>
+#include <Vidtips/VTVideoComponent.h>
 #include <Vidtips/VTView.h>
 #include <Vidtips/VTWidget.h>
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QPointer>
+#include <QtCore/QProcess>
 #include <QtCore/QTimer>
 #include <QtGui/QPaintEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QToolTip>
+
+#include <utility>
 
 using namespace Vidtips;
 
@@ -113,20 +117,106 @@ private:
     int m_shown = 0;
 };
 
+/** Returns what @p show took: the time, and the processor time of the process, in milliseconds. */
+template <typename Show>
+std::pair<double, double> measured(Shows &shows, Show show)
+{
+    QElapsedTimer timer;
+    const double before = processSeconds();
+    timer.start();
+    show();
+    const double milliseconds = timer.nsecsElapsed() / 1e6;
+    const double processor = (processSeconds() - before) * 1000;
+    shows.hideBoth();
+    return {milliseconds, processor};
+}
+
+void printFirst(const char *what, double tip, double plain)
+{
+    constexpr double frame = 16.7;
+    std::printf("%-44s %9.3f ms  against %9.3f ms  ratio %5.2f  goal %.1f ms %s\n", what, tip, plain,
+                tip / plain, frame, tip <= frame ? "met" : "MISSED");
+    std::fflush(stdout);
+}
+
 void measureFirst(Shows &shows)
+{
+    const auto plain = measured(shows, [&] { shows.showPlain(); });
+    const auto tip = measured(shows, [&] { shows.showTip(); });
+    printFirst("first show of the process to first paint", tip.first, plain.first);
+    printFirst("  its processor time", tip.second, plain.second);
+}
+
+/** Processor time says the same beside other work of the machine; the time that is waited says what is seen.
+ */
+void measureWarm(Shows &shows)
+{
+    // A window system has its part in either, most of all in that of the larger window.
+    const bool hasWindowSystem = QGuiApplication::platformName() != QLatin1String("offscreen");
+    const double goal = hasWindowSystem ? 1.0 : 0.8;
+    compare(
+        "show to first paint, warm", 41, goal, [&] { shows.showTip(); }, [&] { shows.showPlain(); },
+        [&] { shows.hideBoth(); });
+    compareMeasured(
+        "  its processor time", "ms", 101, goal,
+        [&] { return measured(shows, [&] { shows.showTip(); }).second; },
+        [&] { return measured(shows, [&] { shows.showPlain(); }).second; });
+}
+
+/** Returns the video item of the tip on screen, once that has grown. */
+VTVideoComponent *waitForVideo(const VTManager &manager)
 {
     QElapsedTimer timer;
     timer.start();
-    shows.showPlain();
-    const double plain = timer.nsecsElapsed() / 1e6;
-    shows.hideBoth();
-    timer.start();
-    shows.showTip();
-    const double tip = timer.nsecsElapsed() / 1e6;
-    shows.hideBoth();
-    std::printf("%-44s %9.3f ms  against %9.3f ms  ratio %5.2f  goal 2.00 %s\n",
-                "first show of the process to first paint", tip, plain, tip / plain,
-                tip <= 2 * plain ? "met" : "MISSED");
+    while (timer.elapsed() < 60000) {
+        const QList<QGraphicsItem *> items = manager.widget()->view()->scene()->items();
+        for (QGraphicsItem *item : items) {
+            if (auto *video = dynamic_cast<VTVideoComponent *>(item->toGraphicsObject()))
+                return video;
+        }
+        runFor(100);
+    }
+    qFatal("the tip shows no clip");
+}
+
+/** Names @p clip and waits until its first picture is painted. */
+void showClip(VTVideoComponent *video, const QString &clip, PaintWatch &watch)
+{
+    video->setSource(clip);
+    while (video->status() == VTVideoComponent::Loading)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    if (video->status() != VTVideoComponent::Ready)
+        qFatal("%s: %s", qPrintable(clip), qPrintable(video->errorString()));
+    watch.waitForPaint(watch.paints);
+}
+
+void decodeFirstByCommand(const QString &clip)
+{
+    QProcess ffmpeg;
+    ffmpeg.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    ffmpeg.start(QStringLiteral("ffmpeg"),
+                 {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-nostdin"),
+                  QStringLiteral("-y"), QStringLiteral("-i"), clip, QStringLiteral("-frames:v"),
+                  QStringLiteral("1"), QStringLiteral("-pix_fmt"), QStringLiteral("rgb24"),
+                  QStringLiteral("-f"), QStringLiteral("rawvideo"), QStringLiteral("/dev/null")});
+    if (!ffmpeg.waitForFinished(-1) || ffmpeg.exitCode() != 0)
+        qFatal("ffmpeg cannot decode %s", qPrintable(clip));
+}
+
+void measureFirstPicture(VTInterface &host, const QPoint &position, PaintWatch &watch)
+{
+    host.show(firstKey, position, nullptr);
+    VTVideoComponent *const video = waitForVideo(*host.manager());
+    const QStringList clips{QStringLiteral("line.mp4"), QStringLiteral("polyline.mp4")};
+    int named = 0;
+    const QString folder = QStringLiteral(CONTENT_DIR "/Base/Drawing.vidtips/Resources/");
+    // The rest of the clip is decoded afterwards, which takes as long as it does.
+    const auto idle = [] { runFor(700); };
+    compare(
+        "naming a clip to its first picture", 21, 1.0, [&] { showClip(video, clips.at(++named % 2), watch); },
+        [&] { decodeFirstByCommand(folder + clips.at(named % 2)); }, idle);
+    host.manager()->widget()->hide();
+    QCoreApplication::processEvents();
 }
 
 void measureIdle(VTInterface &host, const QWidget &button, PaintWatch &watch)
@@ -164,8 +254,7 @@ int main(int argc, char *argv[])
     runFor(500);
     Shows shows(host, button.mapToGlobal(QPoint(5, 5)));
     measureFirst(shows);
-    compare(
-        "show to first paint, warm", 41, 0.8, [&] { shows.showTip(); }, [&] { shows.showPlain(); },
-        [&] { shows.hideBoth(); });
+    measureWarm(shows);
+    measureFirstPicture(host, button.mapToGlobal(QPoint(5, 5)), shows.tipPaints);
     measureIdle(host, button, shows.tipPaints);
 }
