@@ -1,5 +1,6 @@
 // From show() to the first painted pixel, against a plain tooltip; and what a tip costs while nothing moves.
 
+#include "Deadline.h"
 #include "Measure.h"
 
 #include <Vidtips/VTContext.h>
@@ -40,6 +41,7 @@ public:
     /** Waits until more has been painted than @p before. */
     void waitForPaint(int before)
     {
+        const Deadline deadline("what is painted");
         while (paints == before)
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
@@ -166,9 +168,8 @@ void measureWarm(Shows &shows)
 /** Returns the video item of the tip on screen, once that has grown. */
 VTVideoComponent *waitForVideo(const VTManager &manager)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < 60000) {
+    const Deadline deadline("the clip of the tip");
+    for (;;) {
         const QList<QGraphicsItem *> items = manager.widget()->view()->scene()->items();
         for (QGraphicsItem *item : items) {
             if (auto *video = dynamic_cast<VTVideoComponent *>(item->toGraphicsObject()))
@@ -176,12 +177,12 @@ VTVideoComponent *waitForVideo(const VTManager &manager)
         }
         runFor(100);
     }
-    qFatal("the tip shows no clip");
 }
 
 /** Names @p clip and waits until its first picture is painted. */
 void showClip(VTVideoComponent *video, const QString &clip, PaintWatch &watch)
 {
+    const Deadline deadline("the first picture");
     video->setSource(clip);
     while (video->status() == VTVideoComponent::Loading)
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);

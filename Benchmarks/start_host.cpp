@@ -1,6 +1,8 @@
 // A host as small as one can be, which says what it took to come to its first idle moment. Compiled twice:
 // WITH_TIPS has tips in it, the other has never heard of them.
 
+#include "Deadline.h"
+
 #include <QtCore/QFile>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
@@ -76,17 +78,6 @@ void runFor(int milliseconds)
 }
 
 #ifdef WITH_TIPS
-/** Ends the host with a message where @p what is still awaited after a minute. */
-class Deadline : public QTimer
-{
-public:
-    explicit Deadline(const char *what)
-    {
-        callOnTimeout([what] { qFatal("%s did not come within a minute", what); });
-        start(60000);
-    }
-};
-
 /** Waits until the window of tips is painted. */
 class FirstPaint : public QObject
 {
