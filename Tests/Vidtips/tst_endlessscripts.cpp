@@ -96,6 +96,27 @@ private Q_SLOTS:
         QCOMPARE(told("was stopped"), 1);
     }
 
+    // Its thread is its own, and goes with the view.
+    void leavesWorkersThatDoNotEnd()
+    {
+        writeEndless("property bool isAtWork: false\nWorkerScript { id: it; source: 'worker.js'; onMessage: "
+                     "isAtWork = true }\n"
+                     "Component.onCompleted: it.sendMessage({})");
+        packages->write("Endless.vidtips/ui/worker.js",
+                        "WorkerScript.onMessage = function() { WorkerScript.sendMessage(1); while (true); }");
+        // Each begins, although the one before has the same thread.
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(show("endless"));
+            QTRY_VERIFY(root() && root()->property("isAtWork").toBool());
+            QVERIFY(show("sound"));
+            QTRY_VERIFY(root() && root()->property("key") == "sound");
+        }
+        QVERIFY(show("endless"));
+        QTRY_VERIFY(root() && root()->property("isAtWork").toBool());
+        session.reset();
+        begin();
+    }
+
     void takesANewTimeAtOnce()
     {
         session->set(ScriptTimeout, 0);

@@ -2,6 +2,7 @@
 
 #include "bounds/qdeclarativedownloads_p.h"
 #include "guard/qdeclarativeguards_p.h"
+#include "guard/qdeclarativeworkers_p.h"
 #include "qdeclarativeengine_p.h"
 #include "qdeclarativeimageprovider.h"
 #include "qdeclarativenetworkaccessmanagerfactory.h"
@@ -46,6 +47,7 @@ QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
 QDeclarativeEngine::~QDeclarativeEngine()
 {
     QDeclarativeGuards::end(this);
+    QDeclarativeWorkers::interrupt(this);
     // Goes after the engine's other children, of which its threads are some.
     m_downloads.release()->setParent(this);
 }

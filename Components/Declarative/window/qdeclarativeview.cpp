@@ -4,6 +4,7 @@
 #include "engine/qdeclarativepicturefile_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "guard/qdeclarativeguardedfunctions_p.h"
+#include "guard/qdeclarativeworkers_p.h"
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QBasicTimer>
@@ -190,6 +191,8 @@ void QDeclarativeView::Private::releaseRoot()
         // Handlers of Component.onDestruction see a whole tree; no binding runs while it goes to pieces.
         rest(root);
         delete root;
+        // Nobody hears of what they come to, and those of the next root would wait for them.
+        QDeclarativeWorkers::interrupt(&engine);
     }
 }
 
