@@ -88,6 +88,12 @@ void Session::makeCommands()
     }
 }
 
+void Session::distrust()
+{
+    m_host->context().set(RestrictContent, true);
+    m_host->context().set(ScriptTimeout, 100);
+}
+
 void Session::act()
 {
     struct Choice

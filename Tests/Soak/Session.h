@@ -25,6 +25,9 @@ public:
     ~Session();
     Q_DISABLE_COPY(Session)
 
+    /** Restricts content, and has scripts stopped early. */
+    void distrust();
+
     /** Does one thing at random and lets a random moment pass. */
     void act();
 
