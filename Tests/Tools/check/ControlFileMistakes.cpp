@@ -146,6 +146,13 @@ void addXmlMistakes()
           "\"xmlns:\u2026\" [VT101]"},
          {"control character", tip("<note>Mind\x01 the roots.</note>"),
           "4:12: error: Unexpected '': delete the control character U+0001 [VT101]"},
+         {"vertical tab", tip("<note>Mind\x0b the roots.</note>"),
+          "4:12: error: Unexpected '': delete the control character U+000b [VT101]"},
+         {"key in angle brackets", tip("<note>Press <Return.</note>"),
+          "4:22: error: Expected '>' or '/', but got '<': close the tag \"<Return.\" by \">\", or write "
+          "\"&lt;\" "
+          "for \"<\" where none is meant [VT101]",
+          Garden::malformed("4:21: error occurred while parsing element")},
          {"comment that is not closed", tip("<!-- trees"),
           "7:1: error: Premature end of document: the comment of line 4 is not closed: write \"-->\" "
           "[VT101]",

@@ -128,6 +128,9 @@ void addQmlMistakes()
                "1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
                "Garden.vidtips/ui/VidtipsUI.qml:1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
                "QDeclarativeView only supports loading of root objects that derive from QGraphicsObject.");
+    qmlMistake("no import", "Rectangle { width: 20; height: 10 }\n",
+               "1:1: error: Rectangle is not a type: the file has no line \"import QtQuick 1.1\" [VT601]",
+               "VidtipsUI.qml:1:1: Rectangle is not a type");
     qmlMistake("property that there is not", head + size + "  txt: \"Tree\"\n}",
                "4:3: error: Cannot assign to non-existent property \"txt\" [VT601]",
                "VidtipsUI.qml:4:3: Cannot assign to non-existent property \"txt\"");

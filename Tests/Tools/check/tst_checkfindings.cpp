@@ -39,6 +39,8 @@ void addXmlRows()
         {"VT104", "VT105"}, "Tools.xml:3:1", "\"group\"");
     row("unknown locale", controlWith("<vidtip key=\"a\"/>", "locale=\"german\""), {"VT106"},
         "Tools.xml:1:10", "\"german\"");
+    row("locale of a system", controlWith("<vidtip key=\"a\"/>", "locale=\"en_US.UTF-8\""), {"VT106"},
+        "Tools.xml:1:10", "write \"en_US\"");
     row("reserved attribute", controlWith("<vidtip key=\"a\"\n    VTLocation=\"x\"/>"), {"VT107"},
         "Tools.xml:3:5", "VTLocation");
     row("key in line ends of another system",

@@ -12,6 +12,7 @@ private slots:
     void takesPictures_data();
     void takesPictures();
     void takesPicturesOfProblems();
+    void tellsOfBrokenClips();
     void takesPicturesOfAll();
     void takesThemInTheTimeOfTips();
     void showsProgressOnATerminal();
@@ -28,6 +29,9 @@ void tst_Screenshots::takesPictures_data()
     QTest::newRow("twice as large") << QStringList{"--scale", "2"} << QSize(102, 42);
     QTest::newRow("dark") << QStringList{"--dark"} << QSize(51, 21);
     QTest::newRow("simple") << QStringList{"--simple"} << QSize(31, 31);
+    QTest::newRow("first phase") << QStringList{"--phase", "first"} << QSize(51, 21);
+    QTest::newRow("kept") << QStringList{"--phase", "kept", "--still"} << QSize(51, 21);
+    QTest::newRow("mirrored") << QStringList{"--right-to-left", "--unavailable"} << QSize(51, 21);
     QTest::newRow("German") << QStringList{"--locale", "de_DE"} << QSize(71, 71);
     QTest::newRow("with a property") << QStringList{"--set", "size=90"} << QSize(91, 21);
     QTest::newRow("with key data") << QStringList{"--key-data", "data.xml"} << QSize(121, 21);
@@ -68,6 +72,19 @@ void tst_Screenshots::takesPicturesOfProblems()
     QVERIFY2(run.errors.startsWith("Tools.vidtips/ui/VidtipsUI.qml:3:3: "), qPrintable(run.errors));
     QCOMPARE(run.errors.count('\n'), 1);
     QVERIFY(QImage(packages.filePath("tip.png")).width() >= 400);
+}
+
+void tst_Screenshots::tellsOfBrokenClips()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/T.xml", validControl);
+    packages.write("Tools.vidtips/Resources/no.mp4", "no clip");
+    packages.write("Tools.vidtips/ui/VidtipsUI.qml",
+                   "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\nItem { width: 50; height: 20\n"
+                   "  VTVideoComponent { source: \"no.mp4\"; visible: status != VTVideoComponent.Error } }");
+    const ToolRun run({"preview", "--delay", "0", "--screenshot", "tip.png", "a", "."}, packages.path());
+    QCOMPARE(run.errors, QString("Tools.vidtips/Resources/no.mp4: the clip does not open\n"));
+    QCOMPARE(run.exitCode, 1);
 }
 
 void tst_Screenshots::takesPicturesOfAll()
@@ -133,6 +150,8 @@ void tst_Screenshots::refusesBadUse_data()
     row("preview without a display", {"preview", "a", "."}, "there is no display to show a window on");
     row("preview of no key", {"preview", "--screenshot", "x.png", "z", "."},
         "there is no tip \"z\" for en_US");
+    row("preview of no phase", {"preview", "--screenshot", "x.png", "--phase", "last", "a", "."},
+        "--phase takes first, grown or kept, not \"last\"");
     row("preview for no locale", {"preview", "--screenshot", "x.png", "--locale", "german", "."},
         "Qt knows no locale \"german\"");
     row("preview of another locale", {"preview", "--screenshot", "x.png", "--locale", "fr_FR", "."},

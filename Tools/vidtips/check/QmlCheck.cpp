@@ -33,6 +33,22 @@ QString withoutStop(const QString &sentence)
     return sentence.endsWith('.') ? sentence.chopped(1) : sentence;
 }
 
+bool importsQtQuick(const QString &path)
+{
+    static const QRegularExpression import("^\\s*import\\s+(QtQuick|Qt)\\b",
+                                           QRegularExpression::MultilineOption);
+    QFile file(path);
+    return !file.open(QIODevice::ReadOnly) || import.match(QString::fromUtf8(file.readAll())).hasMatch();
+}
+
+// What an error means where the engine names only what follows from it.
+QString hintFor(const QDeclarativeError &error)
+{
+    if (!error.description().endsWith("is not a type") || importsQtQuick(error.url().toLocalFile()))
+        return {};
+    return ": the file has no line \"import QtQuick 1.1\"";
+}
+
 } // namespace
 
 void QmlCheck::run(const QStringList &files, Findings &findings,
@@ -58,7 +74,7 @@ void QmlCheck::run(const QStringList &files, Findings &findings,
             const QString local = error.url().toLocalFile();
             const QString file = local.isEmpty() ? files.at(i) : QFileInfo(local).canonicalFilePath();
             const Position place{qMax(0, error.line()), qMax(0, error.column())};
-            const QString text = withoutStop(error.description());
+            const QString text = withoutStop(error.description()) + hintFor(error);
             // An error in a file that others use comes with each of them.
             const QString identity =
                 QString("%1:%2:%3:%4").arg(file).arg(place.line).arg(place.column).arg(text);

@@ -5,6 +5,8 @@
 #include "shared/Locales.h"
 #include "vocabulary/SchemaCheck.h"
 
+#include <QtCore/QRegularExpression>
+
 namespace {
 
 // Where one of these was found, the schema has nothing new to say.
@@ -70,7 +72,11 @@ void StructureCheck::checkDocumentElement(const ControlFile &file, Findings &fin
     const XmlNode &root = *file.document.root();
     const QString locale = file.locale();
     const bool isNamed = !locale.isEmpty() && locale != "C";
-    const QString problem = isNamed ? Locales::problemWith(locale) : QString();
+    QString problem = isNamed ? Locales::problemWith(locale) : QString();
+    // Qt overlooks what systems append to the names of their locales.
+    const QString plain = locale.section(QRegularExpression("[.@]"), 0, 0);
+    if (problem.isEmpty() && plain != locale)
+        problem = QString("\"%1\" is the name of a system's locale: write \"%2\"").arg(locale, plain);
     if (!problem.isEmpty())
         findings.add("VT106", file.path, root.positionOf("locale"), problem);
     for (const auto &child : root.children) {

@@ -97,6 +97,11 @@ QString equals(const Place &)
 
 QString behindValue(const Place &place)
 {
+    static const QRegularExpression word("<([^\\s<>]*)[^<>]*<$");
+    const QRegularExpressionMatch tag = word.match(place.before());
+    if (tag.hasMatch())
+        return QString("close the tag \"<%1\" by \">\", or write \"&lt;\" for \"<\" where none is meant")
+            .arg(tag.captured(1));
     static const QRegularExpression attribute("\\G([-\\w.:]+)\\s*=");
     const QRegularExpressionMatch match = attribute.match(place.text, qMax(0, place.offset - 1));
     const bool isJoined = place.offset > 1 && place.text.at(place.offset - 2) == '"';
@@ -121,7 +126,7 @@ QString unexpectedCharacter(const Place &place)
     const QChar c = place.unexpected();
     if (c == '<')
         return lessThan(place);
-    if (c.unicode() < ' ' && !c.isSpace())
+    if (c.unicode() < ' ' && !QString("\t\n\r").contains(c))
         return QString("delete the control character U+%1").arg(c.unicode(), 4, 16, QChar('0'));
     const bool isBehindTag = place.offset > 1 && place.text.at(place.offset - 2) == '<';
     return isBehindTag ? "write \"&lt;\" for \"<\"; a tag has no blank behind it" : QString();

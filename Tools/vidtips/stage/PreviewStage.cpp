@@ -23,6 +23,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QPixmapCache>
 #include <QtWidgets/QGraphicsObject>
+#include <QtWidgets/QGraphicsScene>
 
 #include <algorithm>
 
@@ -347,7 +348,7 @@ QVector<Finding> PreviewStage::problems()
             finding.code = "VT601";
         add(finding);
     }
-    return d->problems + replacement() + sizeProblems();
+    return d->problems + replacement() + sizeProblems() + brokenClips();
 }
 
 QString PreviewStage::shownFile() const
@@ -362,6 +363,22 @@ QVector<Finding> PreviewStage::replacement() const
         return {};
     const QString path = QFileInfo(window()->view()->uiRootFilePath()).canonicalFilePath();
     return {{"VT900", path, {}, "this user interface cannot be loaded, and the simple tip is shown instead"}};
+}
+
+// Of one that is missing, what names it is told. A user interface may hide what is broken.
+QVector<Finding> PreviewStage::brokenClips() const
+{
+    QVector<Finding> broken;
+    const QList<QGraphicsItem *> all =
+        isShown() ? window()->view()->scene()->items() : QList<QGraphicsItem *>();
+    for (QGraphicsItem *const item : all) {
+        const auto *const clip = qobject_cast<const VTVideoComponent *>(item->toGraphicsObject());
+        const bool isBroken = clip && clip->status() == VTVideoComponent::Error;
+        const QFileInfo file(isBroken ? window()->view()->findResource(clip->source()) : QString());
+        if (file.isFile())
+            broken << Finding{"VT501", file.canonicalFilePath(), {}, "the clip does not open"};
+    }
+    return broken;
 }
 
 QVector<Finding> PreviewStage::sizeProblems() const

@@ -45,7 +45,8 @@ public:
     /**
      * What the QML complained about since the last show(): errors that keep it from being shown, VT601, or
      * warnings, VT607; that the tip has no size, VT606; that the simple one stands in for it, VT900; what
-     * restricted content was refused, VT614; or just that a script did not end, VT608.
+     * restricted content was refused, VT614; that a clip does not open, VT501; or just that a script did not
+     * end, VT608.
      */
     QVector<Finding> problems();
 
@@ -81,6 +82,7 @@ Q_SIGNALS:
 private:
     QString shownFile() const;
     QVector<Finding> replacement() const;
+    QVector<Finding> brokenClips() const;
     QVector<Finding> sizeProblems() const;
 
     class Host;

@@ -20,6 +20,8 @@ void TrialFindings::add(const Finding &finding, const TrialTip &tip, int number)
 bool TrialFindings::isKnown(const Finding &finding, const Findings &findings)
 {
     static const QMap<QString, QStringList> others{
+        {"VT501", {"VT501"}},
+        {"VT501", {"VT501"}},
         {"VT601", {"VT601"}},
         {"VT606", {"VT606"}},
         {"VT607", {"VT605", "VT607"}},
