@@ -152,11 +152,10 @@ QString complete(Request &request, const Content &content, QVector<PreviewKey> &
 QStringList argumentsFor(const PreviewSettings &settings, const QString &key)
 {
     QStringList arguments{"preview", "--scale", QString::number(settings.scale), "--locale", settings.locale};
-    const QVector<QPair<QString, bool>> switches{{"--simple", settings.isSimple},
-                                                 {"--dark", settings.isDark},
-                                                 {"--still", settings.isStill},
-                                                 {"--unavailable", settings.isUnavailable},
-                                                 {"--right-to-left", settings.direction == Qt::RightToLeft}};
+    const QVector<QPair<QString, bool>> switches{
+        {"--simple", settings.isSimple},         {"--dark", settings.isDark},
+        {"--still", settings.isStill},           {"--unavailable", settings.isUnavailable},
+        {"--restricted", settings.isRestricted}, {"--right-to-left", settings.direction == Qt::RightToLeft}};
     for (const auto &each : switches) {
         if (each.second)
             arguments << each.first;

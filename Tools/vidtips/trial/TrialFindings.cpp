@@ -21,7 +21,6 @@ bool TrialFindings::isKnown(const Finding &finding, const Findings &findings)
 {
     static const QMap<QString, QStringList> others{
         {"VT501", {"VT501"}},
-        {"VT501", {"VT501"}},
         {"VT601", {"VT601"}},
         {"VT606", {"VT606"}},
         {"VT607", {"VT605", "VT607"}},
