@@ -1,5 +1,8 @@
 #include "VTCodecsModule_p.h"
 
+#ifdef VIDTIPS_STATIC_DEFINE
+#include "VTFFmpegCodecs_p.h"
+#endif
 #include "VTVideoDecoder_p.h"
 
 #include <QtCore/QFile>
@@ -16,19 +19,29 @@ namespace Vidtips {
 
 namespace {
 
+#ifdef VIDTIPS_STATIC_DEFINE
+
+VTCodecs *makeCodecs(QString *)
+{
+    return new VTFFmpegCodecs;
+}
+
+#else
+
 // The folder that the library was loaded from, wherever the tree was moved to.
 QString libraryFolder()
 {
 #ifdef Q_OS_UNIX
     Dl_info library;
-    if (dladdr(reinterpret_cast<const void *>(&VTCodecsModule::path), &library))
+    if (dladdr(reinterpret_cast<const void *>(&VTCodecsModule::load), &library))
         return QFileInfo(QFile::decodeName(library.dli_fname)).canonicalPath() + QLatin1Char('/');
 #endif
     return QString();
 }
 
-VTCodecs *loadModule(const QString &path, QString *problem)
+VTCodecs *makeCodecs(QString *problem)
 {
+    const QString path = libraryFolder() + QLatin1String(VIDTIPS_CODECS_MODULE);
     if (!QFileInfo(path).isFile()) {
         *problem = QStringLiteral("there is no %1").arg(path);
         return nullptr;
@@ -47,6 +60,8 @@ VTCodecs *loadModule(const QString &path, QString *problem)
     return codecs;
 }
 
+#endif
+
 } // namespace
 
 VTCodecs *VTCodecsModule::load(QString *problem)
@@ -55,13 +70,8 @@ VTCodecs *VTCodecsModule::load(QString *problem)
     static VTCodecs *codecs = nullptr;
     const QMutexLocker locker(&lock);
     if (!codecs)
-        codecs = loadModule(path(), problem);
+        codecs = makeCodecs(problem);
     return codecs;
-}
-
-QString VTCodecsModule::path()
-{
-    return libraryFolder() + QLatin1String(VIDTIPS_CODECS_MODULE);
 }
 
 } // namespace Vidtips

@@ -8,6 +8,11 @@ namespace Vidtips {
 class VTQuitRequest
 {
 public:
+    /** How many milliseconds a thread has to end, first by itself and then when it is terminated. */
+    static constexpr unsigned long timeout = 10000;
+    /** How many milliseconds a thread sleeps before it looks again whether there is something to do. */
+    static constexpr int idleInterval = 100;
+
     /** Makes the request. It stays made. */
     void make() { m_requests.release(); }
 

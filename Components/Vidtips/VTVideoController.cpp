@@ -15,9 +15,7 @@
 namespace Vidtips {
 
 namespace {
-constexpr unsigned long quitTimeout = 10000;
 constexpr int lockTimeout = 100;
-constexpr int idleInterval = 100;
 constexpr double millisecondsPerDay = 86400000.0;
 constexpr double longestWait = 1e12;
 
@@ -160,10 +158,10 @@ VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()
 void VTVideoController::Private::sleep(double seconds)
 {
     const double milliseconds =
-        std::isfinite(seconds) ? std::min(seconds * 1000.0, longestWait) : idleInterval;
+        std::isfinite(seconds) ? std::min(seconds * 1000.0, longestWait) : VTQuitRequest::idleInterval;
     const QDeadlineTimer deadline(qint64(milliseconds), Qt::PreciseTimer);
     do {
-        quitRequest.idle(int(std::min(deadline.remainingTime(), qint64(idleInterval))));
+        quitRequest.idle(int(std::min(deadline.remainingTime(), qint64(VTQuitRequest::idleInterval))));
     } while (!deadline.hasExpired() && isPlaying());
 }
 
@@ -376,11 +374,11 @@ bool VTVideoController::shouldQuit()
 void VTVideoController::quit()
 {
     setShouldQuit();
-    if (wait(quitTimeout))
+    if (wait(VTQuitRequest::timeout))
         return;
     qDebug("VTVideoController did not quit in a timely fashion");
     terminate();
-    if (!wait(quitTimeout))
+    if (!wait(VTQuitRequest::timeout))
         qDebug("VTVideoController did not quit at all");
 }
 
@@ -399,7 +397,7 @@ void VTVideoController::run()
             Q_EMIT displayFrame();
         if (next == Private::Next::Pause)
             Q_EMIT stateChanged();
-        d->quitRequest.idle(idleInterval);
+        d->quitRequest.idle(VTQuitRequest::idleInterval);
     }
 }
 

@@ -13,7 +13,6 @@
 namespace Vidtips {
 
 namespace {
-constexpr unsigned long quitTimeout = 10000;
 constexpr auto noAction = VTVideoSource::Action(-1);
 } // namespace
 
@@ -283,11 +282,11 @@ void VTVideoSource::notifyStreamEnded()
 void VTVideoSource::quit()
 {
     setShouldQuit();
-    if (wait(quitTimeout))
+    if (wait(VTQuitRequest::timeout))
         return;
     qDebug("VTVideoSource did not quit in a timely fashion");
     terminate();
-    if (!wait(quitTimeout))
+    if (!wait(VTQuitRequest::timeout))
         qDebug("VTVideoSource did not quit at all");
 }
 

@@ -1,14 +1,11 @@
 #include "VTVideoSourceFFMPEG.h"
 
+#include "VTQuitRequest_p.h"
 #include "VTVideoSourceFFMPEGPrivate_p.h"
 
 #include <chrono>
 
 namespace Vidtips {
-
-namespace {
-constexpr int idleInterval = 100;
-} // namespace
 
 VTVideoSourceFFMPEG::VTVideoSourceFFMPEG(QObject *parent)
     : VTVideoSource(parent)
@@ -114,14 +111,14 @@ void VTVideoSourceFFMPEG::run()
         case Seek:
             if (!d->seek())
                 setAction(Idle);
-            idle(idleInterval);
+            idle(VTQuitRequest::idleInterval);
             break;
         case Decode:
             if (!d->decode())
                 setAction(Idle);
             break;
         case Idle:
-            idle(idleInterval);
+            idle(VTQuitRequest::idleInterval);
             break;
         }
     }

@@ -17,12 +17,6 @@ namespace Vidtips {
 
 namespace {
 
-struct OpenElement
-{
-    QPointer<QObject> object;
-    int flags;
-};
-
 // Passes a source on, and ends it where the parentheses of a document type declaration are nested too deep:
 // the reader recurses into them without asking any handler. They can only stand before the first element.
 class BoundedSource : public QXmlInputSource
@@ -153,6 +147,12 @@ void nameObject(QObject *object, const QString &nameSpace, const QString &name)
 
 struct VIDTIPS_NO_EXPORT VTXmlParser::Private
 {
+    struct OpenElement
+    {
+        QPointer<QObject> object;
+        int flags;
+    };
+
     QObject *create(const QMetaObject *meta, const QString &localName, const QXmlAttributes &atts,
                     const QMessageLogger &logger);
 

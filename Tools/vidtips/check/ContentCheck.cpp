@@ -39,13 +39,6 @@ bool concerns(const Finding &finding, const ControlFile &file, const QString &ke
     return !entry || entry->attribute("key") == key || ofFile.contains(finding.code);
 }
 
-bool hasKey(const ControlFile &file, const QString &key)
-{
-    const auto entries = file.entries();
-    return std::any_of(entries.cbegin(), entries.cend(),
-                       [&](const XmlNode *entry) { return entry->attribute("key") == key; });
-}
-
 } // namespace
 
 void ContentCheck::run(const Content &content, FileCheck &files, Findings &findings)
@@ -65,7 +58,7 @@ QVector<Finding> ContentCheck::ofTip(const Content &content, const Findings &fin
     QVector<Finding> found;
     const QVector<Finding> all = findings.sorted();
     for (const ControlFile &file : content.controlFiles()) {
-        if (!serves(file, locale) || !hasKey(file, key))
+        if (!serves(file, locale) || !file.hasKey(key))
             continue;
         std::copy_if(all.cbegin(), all.cend(), std::back_inserter(found), [&](const Finding &finding) {
             return finding.file == file.path && concerns(finding, file, key);

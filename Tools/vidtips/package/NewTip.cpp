@@ -30,13 +30,6 @@ const ControlFile *fileFor(const Content &content, const QString &locale)
     return found == files.cend() ? nullptr : &*found;
 }
 
-bool hasKey(const ControlFile &file, const QString &key)
-{
-    const auto entries = file.entries();
-    return std::any_of(entries.cbegin(), entries.cend(),
-                       [&](const XmlNode *entry) { return entry->attribute("key") == key; });
-}
-
 bool haveCommonReaders(const ControlFile &one, const ControlFile &other)
 {
     return one.locale().isEmpty() || other.locale().isEmpty() || isFor(one, other.locale());
@@ -46,7 +39,7 @@ bool haveCommonReaders(const ControlFile &one, const ControlFile &other)
 QString placeOfKey(const Content &content, const ControlFile &file, const QString &key)
 {
     for (const ControlFile &other : content.controlFiles()) {
-        if (other.isAdmitted && hasKey(other, key) && haveCommonReaders(file, other))
+        if (other.isAdmitted && other.hasKey(key) && haveCommonReaders(file, other))
             return Places::shown(other.path);
     }
     return {};

@@ -7,6 +7,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 using namespace Vidtips;
 
 namespace {
@@ -48,6 +50,13 @@ std::vector<const XmlNode *> ControlFile::entries() const
             entries.push_back(child.get());
     }
     return entries;
+}
+
+bool ControlFile::hasKey(const QString &key) const
+{
+    const auto found = entries();
+    return std::any_of(found.cbegin(), found.cend(),
+                       [&](const XmlNode *entry) { return entry->attribute("key") == key; });
 }
 
 QString ControlFile::locale() const

@@ -23,6 +23,9 @@ struct ControlFile
     /** The entries that the library can find: children of the document element that have a key. */
     std::vector<const XmlNode *> entries() const;
 
+    /** Whether one of the entries has @p key. */
+    bool hasKey(const QString &key) const;
+
     /** The "locale" attribute; empty for a file that serves every locale. */
     QString locale() const;
 };

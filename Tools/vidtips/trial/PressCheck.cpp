@@ -11,7 +11,7 @@
 namespace {
 
 constexpr qreal smallest = 24; // pixels: target size of the accessibility guidelines, level AA
-constexpr qreal tolerance = 0.5; // pixels
+constexpr qreal rounding = 0.5; // pixels
 
 bool isPressable(QAccessibleInterface *thing)
 {
@@ -42,7 +42,7 @@ QRectF targetOf(const ShownTip &tip, QGraphicsObject *item)
 void checkTarget(const ShownTip &tip, QGraphicsObject *item)
 {
     const QSizeF size = targetOf(tip, item).size();
-    if (size.width() < smallest - tolerance || size.height() < smallest - tolerance)
+    if (size.width() < smallest - rounding || size.height() < smallest - rounding)
         tip.add("VT908", item,
                 QString("what can be pressed here is %1 x %2 pixels, and %3 x %3 are needed")
                     .arg(qRound(size.width()))
