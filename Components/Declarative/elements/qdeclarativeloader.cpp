@@ -3,12 +3,16 @@
 #include "engine/qdeclarativelocalfile_p.h"
 #include "item/qdeclarativeitem_p.h"
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QScopedValueRollback>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
 
 #include <private/qqmlengine_p.h>
+
+// Before the event loop is reached; beyond what anything sensible needs.
+static const int mostGoing = 100;
 
 QDeclarativeLoader::QDeclarativeLoader(QDeclarativeItem *parent)
     : QDeclarativeItem(parent)
@@ -104,6 +108,21 @@ void QDeclarativeLoader::clear()
     // It goes with the loader at the latest, which may stand nearer to what its bindings name.
     old->QObject::setParent(this);
     QDeclarativeItemPrivate::discard(old);
+    countGoing();
+}
+
+/** An item that goes may load another one, whose end does the same, and the event loop never goes on. */
+void QDeclarativeLoader::countGoing()
+{
+    QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
+    if (!dispatcher)
+        return;
+    if (++going > 1)
+        return;
+    waking = connect(dispatcher, &QAbstractEventDispatcher::awake, this, [this] {
+        going = 0;
+        disconnect(waking);
+    });
 }
 
 void QDeclarativeLoader::announce()
@@ -118,6 +137,11 @@ void QDeclarativeLoader::load()
 {
     if (!isComponentComplete())
         return;
+    if (going > mostGoing) {
+        qmlWarning(this) << tr("Items that go keep loading others");
+        component.clear();
+        url.clear();
+    }
     if (!url.isEmpty() && !QDeclarativeLocalFile::refuse(url, this)) {
         component = new QQmlComponent(qmlEngine(this), url, this);
         ownsComponent = true;

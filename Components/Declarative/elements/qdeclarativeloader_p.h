@@ -56,6 +56,7 @@ protected:
 
 private:
     void clear();
+    void countGoing();
     void load();
     void finishLoading();
     QObject *createObject();
@@ -75,6 +76,8 @@ private:
     // Whether the item's width, its height, are ours and it has not set them since.
     bool givesWidth = false;
     bool givesHeight = false;
+    int going = 0; ///< items given up since the event loop was reached
+    QMetaObject::Connection waking;
 };
 
 QML_DECLARE_TYPE(QDeclarativeLoader)
