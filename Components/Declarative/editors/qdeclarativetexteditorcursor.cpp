@@ -50,7 +50,9 @@ void QDeclarativeTextEditorPrivate::instantiateCursorItem()
         cursorItem->setParentItem(q);
         placeCursorItem();
     }
-    cursorComponent->completeCreate();
+    // None is begun while the component is at work on another, which stands around this editor.
+    if (object)
+        cursorComponent->completeCreate();
     if (!cursorItem) {
         delete object;
         qmlWarning(q, cursorComponent->errors()) << "Could not instantiate cursor delegate";

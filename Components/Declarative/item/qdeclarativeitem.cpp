@@ -95,6 +95,9 @@ QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, 
     QObject *object = component->beginCreate(context);
     auto *item = qobject_cast<QDeclarativeItem *>(object);
     if (!item) {
+        // Or the component makes no other one.
+        if (object)
+            component->completeCreate();
         delete object;
         delete context;
         return nullptr;
