@@ -12,7 +12,7 @@
 #include <private/qqmlengine_p.h>
 
 // Before the event loop is reached; beyond what anything sensible needs.
-static const int mostGoing = 1000;
+static const int mostGoing = 250;
 
 QDeclarativeLoader::QDeclarativeLoader(QDeclarativeItem *parent)
     : QDeclarativeItem(parent)
