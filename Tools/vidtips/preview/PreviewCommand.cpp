@@ -217,7 +217,7 @@ QList<QCommandLineOption> PreviewCommand::options() const
             {"dark", "Use dark colours."},
             {"restricted",
              "Show tips as hosts do that do not trust packages, by the setting RestrictContent. What is "
-             "refused appears over the tip."},
+             "refused is listed with what else is found."},
             {"right-to-left", "Mirror tips, as for languages that are read from the right."},
             {"still", "Show tips as to users who want nothing to move."},
             {"unavailable", "Show tips as when their commands cannot be used now."},
