@@ -97,6 +97,7 @@ private Q_SLOTS:
     }
 
     // Its thread is its own, and goes with the view.
+    // QDeclarativeWorkers interrupts them.
     void leavesWorkersThatDoNotEnd()
     {
         writeEndless("property bool isAtWork: false\nWorkerScript { id: it; source: 'worker.js'; onMessage: "

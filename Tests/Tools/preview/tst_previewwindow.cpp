@@ -62,7 +62,10 @@ void writePicture(const TestPackages &packages, const QColor &colour)
 
 } // namespace
 
-/** Shows tips in the preview's window while their files change. */
+/**
+ * Shows tips in the preview's window while their files change and PreviewSwitches is used; the list of tips
+ * is drawn by TwoLineDelegate.
+ */
 class tst_PreviewWindow : public QObject
 {
     Q_OBJECT

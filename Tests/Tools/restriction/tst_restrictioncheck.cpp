@@ -63,7 +63,9 @@ QString saidOf(const Files &files, const QStringList &options = {"--restricted"}
 
 } // namespace
 
-/** Reads packages that ask for more than their own, and what a check says that restricted content is refused.
+/**
+ * Reads packages that ask for more than their own, and what a check says that restricted content is refused:
+ * what CodeMentions and TextMentions find in files is judged by RestrictedReach.
  */
 class tst_RestrictionCheck : public QObject
 {
