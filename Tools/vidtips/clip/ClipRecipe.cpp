@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr int leastHdHeight = 720; // pixels: what is as large and untagged is meant as HD
 constexpr double leastRate = 10.0; // frames per second: what is slower looks broken
 constexpr double leastScale = 0.5; // of what was asked for: what is smaller cannot be read
 
@@ -69,7 +68,8 @@ QString ClipRecipe::choose(const Recording &recording, const ClipWishes &wishes)
 {
     m_recording = recording.path;
     m_whole = recording.shownSize();
-    m_isUntaggedHd = recording.stream.hasUntaggedColours && recording.facts.size.height() >= leastHdHeight;
+    m_isUntaggedHd =
+        recording.stream.hasUntaggedColours && recording.facts.size.height() >= ClipCheck::leastHdHeight;
     QString problem = chooseTime(recording, wishes);
     if (problem.isEmpty())
         problem = chooseCrop(wishes);

@@ -11,11 +11,6 @@ constexpr qint64 decodedToMeasure = 16 * 1024 * 1024; // bytes, of a file that d
 constexpr int halfTurn = 180; // degrees
 constexpr double bytesPerKilobyte = 1024.0;
 
-QString megabytes(qint64 bytes)
-{
-    return QString::number(double(bytes) / ClipCheck::bytesPerMegabyte, 'f', 1) + " MB";
-}
-
 QString rateOf(const ClipFacts &facts, const ClipStreamFacts &stream)
 {
     return stream.isVariable ? "varying frame rate"
@@ -67,7 +62,7 @@ QString Recording::description() const
         parts << "pixels of " + stream.pixelAspect;
     if (stream.hasUntaggedColours)
         parts << "colours of no named kind";
-    parts << megabytes(memory()) + " in memory"
+    parts << ClipCheck::megabytes(memory()) + " in memory"
           << QString("a file of %1 kB").arg(qCeil(double(bytes) / bytesPerKilobyte));
     return parts.join(", ");
 }

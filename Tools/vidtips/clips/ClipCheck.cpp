@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr int leastHdHeight = 720; // pixels
 constexpr double leastGap = 0.15; // seconds that must be missing at the end, since durations are rounded
 
 QString inSeconds(double seconds)
@@ -17,11 +16,6 @@ QString inSeconds(double seconds)
 QString inMilliseconds(double seconds)
 {
     return QString::number(qRound(seconds * 1000));
-}
-
-QString megabytes(qint64 bytes)
-{
-    return QString::number(double(bytes) / ClipCheck::bytesPerMegabyte, 'f', 1) + " MB";
 }
 
 // The library ends its sentence with the path, which the report shows anyway.
@@ -38,6 +32,11 @@ QString reasonFrom(const QString &problem, const QString &path)
 }
 
 } // namespace
+
+QString ClipCheck::megabytes(qint64 bytes)
+{
+    return QString::number(double(bytes) / bytesPerMegabyte, 'f', 1) + " MB";
+}
 
 void ClipCheck::run(const QStringList &clips, Findings &findings,
                     const std::function<void(int, int)> &progress)

@@ -13,6 +13,11 @@ class ClipCheck
 {
 public:
     static constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
+    /** Pixels: what is as high and names no colours is meant as HD. */
+    static constexpr int leastHdHeight = 720;
+
+    /** Returns @p bytes as authors read them. */
+    static QString megabytes(qint64 bytes);
 
     /** A clip may take @p budget bytes of memory and last @p longest seconds. */
     ClipCheck(qint64 budget, double longest)

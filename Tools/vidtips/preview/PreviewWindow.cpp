@@ -29,7 +29,6 @@ namespace {
 constexpr int lookEvery = 200; // milliseconds: how soon a warning of the QML is seen
 constexpr int dragPause = 60; // milliseconds: a window that is dragged moves the tip once it stops
 constexpr int gap = 12; // pixels between the window and the tip
-constexpr int untilSeen = 60; // milliseconds: what a user interface does once it is loaded
 constexpr int windowWidth = 340; // pixels
 constexpr int listHeight = 250;
 constexpr int panelHeight = 200;
@@ -188,7 +187,7 @@ void PreviewWindow::showTip()
     m_tipProblems->setKey(m_key);
     m_stage->show(m_key, tipPosition());
     if (m_clock)
-        m_clock->pass(*m_stage, untilSeen);
+        m_clock->pass(*m_stage, StageClock::untilSeen);
     if (m_settings.phase == TipPhase::Kept)
         m_stage->keep();
     lookForProblems();

@@ -23,8 +23,6 @@ using namespace Vidtips;
 
 namespace {
 
-constexpr int untilSeen = 60; // milliseconds: what a user interface does once it is loaded
-
 QImage grabbed(QWidget *widget)
 {
     return widget->grab().toImage();
@@ -111,13 +109,13 @@ Screenshots::Shot Screenshots::take(StageClock &clock, PreviewStage &stage, TipP
 void Screenshots::pass(StageClock &clock, PreviewStage &stage) const
 {
     if (m_settings.phase == TipPhase::First) {
-        clock.pass(stage, untilSeen);
+        clock.pass(stage, StageClock::untilSeen);
         return;
     }
     clock.pass(stage, m_delay);
     if (m_settings.phase == TipPhase::Kept) {
         stage.keep();
-        clock.pass(stage, untilSeen);
+        clock.pass(stage, StageClock::untilSeen);
     }
     clock.passUntilClipsPlay(stage);
 }

@@ -16,6 +16,9 @@ class StageClock : public QAnimationDriver
     Q_OBJECT
 
 public:
+    /** Milliseconds in which a user interface has done what it does once it is loaded. */
+    static constexpr int untilSeen = 60;
+
     StageClock();
     ~StageClock() override;
 

@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr int untilSeen = 60; // milliseconds: what a user interface does once it is loaded
 constexpr int untilGrown = 2000; // milliseconds
 constexpr int longestMotion = 600; // milliseconds
 constexpr int step = 20; // milliseconds
@@ -55,7 +54,7 @@ void Trial::show(const TrialTip &tip)
     m_failed.clear();
     m_stage->show(tip.key, {});
     const bool isReplaced = m_stage->isReplaced();
-    const QByteArray first = lookAfter(untilSeen, {});
+    const QByteArray first = lookAfter(StageClock::untilSeen, {});
     lookAfter(untilGrown, first);
     const bool hasProblems = reportProblems();
     if (isReplaced || (!hasProblems && !m_stage->isShown()))
