@@ -91,6 +91,20 @@ private:
     QQuickWidget m_view;
 };
 
+/** A stage of either module. Both are shown, and neither covers the other. */
+struct BothStages
+{
+    BothStages()
+    {
+        quick.window()->move(canvasSize.width() + 20, 0);
+        quick.open();
+        declarative.open();
+    }
+
+    QuickStage quick;
+    DeclarativeStage declarative;
+};
+
 inline void Stage::open()
 {
     QFile file(m_folder.filePath(QStringLiteral("Canvas.qml")));

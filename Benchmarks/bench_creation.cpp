@@ -113,14 +113,9 @@ void compareInstructions(int index)
 
 void compareAll()
 {
-    QuickStage theirs;
-    // Both are shown, so neither may cover the other.
-    theirs.window()->move(canvasSize.width() + 20, 0);
-    theirs.open();
-    DeclarativeStage ours;
-    ours.open();
+    BothStages stages;
     for (int i = 0; i < scenes().size(); ++i) {
-        compareStages(scenes().at(i).name, scenes().at(i).text, ours, theirs, creation);
+        compareStages(scenes().at(i).name, scenes().at(i).text, stages.declarative, stages.quick, creation);
         compareInstructions(i);
     }
 }

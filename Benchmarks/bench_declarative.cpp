@@ -164,12 +164,9 @@ void measurePaintedArea(Stage &stage)
 
 void compareAll()
 {
-    QuickStage theirs;
-    // Both are shown, so neither may cover the other.
-    theirs.window()->move(canvasSize.width() + 20, 0);
-    theirs.open();
-    DeclarativeStage ours;
-    ours.open();
+    BothStages stages;
+    QuickStage &theirs = stages.quick;
+    DeclarativeStage &ours = stages.declarative;
     compareStages("a scene of 200 items, with its first frame", largeScene(), ours, theirs, firstFrame);
     compareStages("a list of 1,000 rows, with its first frame", listScene, ours, theirs, firstFrame);
     compareStages("flicking the list, 60 frames", listScene, ours, theirs,
