@@ -115,7 +115,8 @@ void run(const Sessions &sessions, const Options &options, HostilePackages &host
             takeMessages(session);
             session->rest();
         }
-        hostile.renew();
+        if (options.hostile)
+            hostile.renew();
         record.add(double(timer.elapsed()) / millisecondsPerHour, ProcessUse::now(sessions.front()->window()),
                    total(sessions, &Session::shown));
     }
