@@ -5,6 +5,7 @@
 #include "TestPaths.h"
 
 #include <QtCore/QPointer>
+#include <QtGui/QKeyEvent>
 #include <QtQml/QQmlListReference>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -60,6 +61,7 @@ private slots:
     void opensNoClipInAHiddenTip();
     void brokenClipTakesNoRoom_data();
     void brokenClipTakesNoRoom();
+    void arrowsMoveNothingBeforeTheFirstPicture();
 
 private:
     VTVideoComponent *clip() const;
@@ -210,6 +212,28 @@ void tst_ClipPlayer::brokenClipTakesNoRoom()
     QCOMPARE(warnings.size(), 1);
     QVERIFY2(warnings.constFirst().contains(key) && warnings.constFirst().contains(file),
              qPrintable(warnings.constFirst()));
+}
+
+// Without a picture every position is past the end, and the clip would not be where it starts when it comes.
+void tst_ClipPlayer::arrowsMoveNothingBeforeTheFirstPicture()
+{
+    const TestPackages packages;
+    packages.writeControl("Odd", "tips.xml",
+                          R"(<vidtip key="missing" title="Odd"><clip source="none.mp4"/></vidtip>)",
+                          "search=\"Shared\"");
+    TestSession odd({TestPaths::built("share/vidtips-drafting/Content/Base"), packages.path()});
+    QVERIFY(odd.host->show("missing", QPoint(10, 20), &command));
+    QMetaObject::invokeMethod(odd.view()->rootObject(), "expand");
+    QGraphicsObject *const player = playerOf(odd.view());
+    QVERIFY(player);
+    const auto *const clip = player->findChild<VTVideoComponent *>();
+    QVERIFY(clip);
+    for (const int key : {Qt::Key_Right, Qt::Key_Left}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        odd.view()->scene()->sendEvent(player, &press);
+        QVERIFY(press.isAccepted());
+        QCOMPARE(clip->position(), 0);
+    }
 }
 
 QTEST_MAIN(tst_ClipPlayer)

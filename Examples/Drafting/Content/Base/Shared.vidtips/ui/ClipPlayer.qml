@@ -39,7 +39,8 @@ FocusScope {
     }
 
     function seek(progress) {
-        video.progress = Math.max(0, Math.min(0.999, progress));
+        if (ready)
+            video.progress = Math.max(0, Math.min(0.999, progress));
     }
 
     width: parent ? parent.width : 352
