@@ -1,6 +1,6 @@
 #include "qdeclarativeconnections_p.h"
 
-#include "qdeclarativeqtcompat_p.h"
+#include "bounds/qdeclarativeqtcompat_p.h"
 
 #include <QtQml/QQmlInfo>
 #include <QtQml/QQmlProperty>

@@ -1,5 +1,6 @@
 #include "qdeclarativeguardedcode_p.h"
 
+#include "bounds/qdeclarativeqtcompat_p.h"
 #include "qdeclarativeguard.h"
 #include "qdeclarativeguards_p.h"
 
@@ -68,7 +69,7 @@ void readDocument(const QString &text, Imports *imports)
     builder.generateFromQml(text, imports->file.toString(), &document);
     for (const Import *import : qAsConst(document.imports)) {
         const QString name = document.stringAt(import->uriIndex);
-        const int line = int(import->location.line);
+        const int line = QtCompat::line(import->location);
         if (import->type == Import::ImportLibrary)
             imports->addModule(name, import->majorVersion, import->minorVersion, line);
         else

@@ -1,6 +1,6 @@
 #include "qdeclarativelistmodelparser_p.h"
 
-#include "engine/qdeclarativeqtcompat_p.h"
+#include "bounds/qdeclarativeqtcompat_p.h"
 #include "qdeclarativelistmodel_p.h"
 
 #include <QtCore/QCoreApplication>
