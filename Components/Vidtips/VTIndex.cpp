@@ -5,6 +5,7 @@
 #include "VTControlFile_p.h"
 #include "VTEntryParser_p.h"
 #include "VTKnownFile_p.h"
+#include "VTLocale_p.h"
 #include "VTLookUp_p.h"
 #include "VTShowLog_p.h"
 #include "VTXmlElement.h"
@@ -248,7 +249,7 @@ VTXmlElement *VTIndex::contentIn(VTKnownFile &file, const QString &key, const QL
         return nullptr;
     }
     const QString localeName = localeOf(root);
-    if (!localeName.isEmpty() && QLocale(localeName) != locale) {
+    if (!localeName.isEmpty() && localeNamed(localeName) != locale) {
         delete root;
         return nullptr;
     }

@@ -1,6 +1,7 @@
 #include "VTKnownFile_p.h"
 
 #include "VTControlFile_p.h"
+#include "VTLocale_p.h"
 #include "VTLookUp_p.h"
 
 #include <QtCore/QCryptographicHash>
@@ -113,7 +114,7 @@ bool VTKnownFile::isUnchanged(const Content &content, const VTLookUp &lookUp)
 bool VTKnownFile::mayHave(const QString &key, const QLocale &locale) const
 {
     return !key.isEmpty() && m_known->hashes.contains(qHash(key))
-        && (m_known->locale.isEmpty() || QLocale(m_known->locale) == locale);
+        && (m_known->locale.isEmpty() || localeNamed(m_known->locale) == locale);
 }
 
 } // namespace Vidtips

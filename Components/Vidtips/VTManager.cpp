@@ -6,6 +6,7 @@
 #include "VTContext.h"
 #include "VTIndex.h"
 #include "VTInterpolation_p.h"
+#include "VTLocale_p.h"
 #include "VTLookUp_p.h"
 #include "VTPackageLoader_p.h"
 #include "VTPreparation_p.h"
@@ -171,9 +172,9 @@ QLocale VTManager::currentLocale() const
 {
     const QString content = d->text(ContentLocale, QString());
     if (!content.isEmpty())
-        return QLocale(content);
+        return localeNamed(content);
     const QString userInterface = d->text(UserInterfaceLocale, QString());
-    return userInterface.isEmpty() ? QLocale::system() : QLocale(userInterface);
+    return userInterface.isEmpty() ? QLocale::system() : localeNamed(userInterface);
 }
 
 VTXmlElement *VTManager::retrieve(const QString &key, QString &directory, int &depth, VTXmlElement *&root)
@@ -195,7 +196,7 @@ VTXmlElement *VTManager::lookUp(const QString &key, QString &directory, int &dep
     VTXmlElement *element = nullptr;
     for (const QString &locale : locales) {
         if (!element && index)
-            element = index->retrieve(key, QLocale(locale), directory, depth, root);
+            element = index->retrieve(key, localeNamed(locale), directory, depth, root);
     }
     return element;
 }

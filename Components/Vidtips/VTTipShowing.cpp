@@ -4,6 +4,7 @@
 #include "VTFoundContent_p.h"
 #include "VTIndex.h"
 #include "VTInterface.h"
+#include "VTLocale_p.h"
 #include "VTManager.h"
 #include "VTSurroundings_p.h"
 #include "VTTipContent_p.h"
@@ -177,7 +178,7 @@ void VTTipShowing::findFallback(const QString &key, VTFoundContent &found)
     VTXmlElement *root = nullptr;
     const QVariant locale = m_manager->context().get(UserInterfaceLocale, QStringLiteral("en_US"));
     VTXmlElement *const element =
-        index->retrieve(key, QLocale(locale.toString()), found.directory, found.depth, root);
+        index->retrieve(key, localeNamed(locale.toString()), found.directory, found.depth, root);
     found.setElement(element, root);
 }
 
