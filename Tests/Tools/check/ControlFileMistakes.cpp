@@ -187,6 +187,25 @@ void addLostFileMistakes()
          Garden::malformed("1:1: error occurred while parsing element") + "\nno tip");
 }
 
+// The language that nobody asked for is the only one that is left.
+void addLostLanguage()
+{
+    const QString german = "Garden.vidtips/Control/German.xml";
+    const QString lost = QString(Garden::control)
+        + ":1:1: error: the first element is \"vidtip\" instead of \"vidtips\" [VT201]";
+    Mistakes::add(
+        {"content that is lost in one language",
+         {{Garden::control, "<vidtip key=\"tree\" title=\"Tree\"/>"},
+          {"Garden.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 20; height: 10 }\n"},
+          {german,
+           "<vidtips locale=\"de_DE\" search=\"Shared\">\n<vidtip key=\"tree\" title=\"Baum\"/></vidtips>"}},
+         lost,
+         lost + "\nshown for de_DE: there are no tips for en_US; there are for de_DE",
+         "no tip",
+         {},
+         {}});
+}
+
 void addEncodingMistakes()
 {
     const QByteArray umlaut = QByteArray("<note>Fine B") + char(0xE4) + "ume</note>";
@@ -234,6 +253,7 @@ void Mistakes::addInControlFiles()
     addPlaceholderMistakes();
     addXmlMistakes();
     addLostFileMistakes();
+    addLostLanguage();
     addEncodingMistakes();
     addKeyMistakes();
 }

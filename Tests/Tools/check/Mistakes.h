@@ -14,6 +14,7 @@ struct Mistake
     QString preview;
     QString host = {}; ///< What reaches a host that hears everything and says where it is.
     QString run = {}; ///< What `check --run` says besides.
+    QString locale = "en_US"; ///< That in which preview and host are to show the tip; empty for none.
 };
 Q_DECLARE_METATYPE(Mistake)
 

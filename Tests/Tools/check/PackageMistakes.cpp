@@ -175,6 +175,112 @@ void addTranslationMistakes()
            "are not translated in de_DE: there is no Vidtips_de_DE.qm [VT705]");
 }
 
+const char translations[] = "Garden.vidtips/l10n/Vidtips_de_DE.ts";
+
+// A tip that a catalogue translates, with what translators wrote beside it.
+void translationMistake(const char *name, const QByteArray &ts, const QString &finding)
+{
+    const QByteArray catalogue = TestCatalogue("VidtipsUI")
+                                     .add("Tree", "Baum")
+                                     .add("More help", "Mehr")
+                                     .add("Keep open", "Offen")
+                                     .bytes();
+    const Files files{{Garden::control,
+                       Garden::file("<vidtip key=\"tree\" title=\"Tree\" context=\"VidtipsUI\"/>",
+                                    "search=\"Words, Shared\"")},
+                      {"Garden.vidtips/l10n/Vidtips_de_DE.qm", catalogue},
+                      {translations, ts}};
+    const QString line = finding.isEmpty() ? QString() : QString(translations) + ':' + finding;
+    Mistakes::add({name, withWords(files), line, line, {}, {}, "de_DE"});
+}
+
+QByteArray translated(const QByteArray &messages)
+{
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE TS>\n<TS version=\"2.1\" "
+           "language=\"de_DE\">\n<context><name>VidtipsUI</name>\n"
+        + messages + "</context>\n</TS>\n";
+}
+
+QByteArray message(const QByteArray &source, const QByteArray &translation)
+{
+    return "<message><source>" + source + "</source>\n<translation>" + translation
+        + "</translation></message>\n";
+}
+
+void addCatalogueMistakes()
+{
+    translationMistake(
+        "catalogue older than its translations",
+        translated(message("More help", "Mehr") + message("Tree", "Laubbaum")),
+        "8: warning: Vidtips_de_DE.qm is older than this file: it has \"Baum\" for \"Tree\" [VT707]");
+    translationMistake(
+        "catalogue that lacks translations",
+        translated(message("Bush", "Busch") + message("Tree", "Laubbaum")),
+        "6: warning: Vidtips_de_DE.qm is older than this file: it lacks \"Bush\", and so on, 2 "
+        "in all [VT707]");
+    translationMistake("translations with an ampersand", translated(message("Tree", "Baum & Strauch")),
+                       "6:21: error: Expected '#' or '[a-zA-Z]', but got ' ': write \"&amp;\" for \"&\" "
+                       "[VT708]");
+    translationMistake("translations of another kind", "<xliff/>",
+                       "1:1: error: the document element of translations is \"TS\", not \"xliff\" [VT708]");
+    Mistakes::add(
+        {"language without a catalogue",
+         {{Garden::control,
+           Garden::file("<vidtip key=\"tree\" title=\"Tree\" context=\"G\"/>", "search=\"Shared\"")}},
+         {},
+         QString(Garden::control)
+             + ":3:1: warning: the texts of this tip are shown as they are written: there is no "
+               "Vidtips_fr_FR.qm [VT701]",
+         {},
+         {},
+         "fr_FR"});
+    const QString damaged =
+        "Garden.vidtips/l10n/Vidtips_de_DE.qm: error: the catalogue does not load [VT703]";
+    Mistakes::add({"damaged catalogue",
+                   withWords({{Garden::control,
+                               Garden::file("<vidtip key=\"tree\" title=\"Tree\" context=\"G\"/>",
+                                            "search=\"Words, Shared\"")},
+                              {"Garden.vidtips/l10n/Vidtips_de_DE.qm", "no catalogue"}}),
+                   damaged,
+                   damaged,
+                   {},
+                   {},
+                   "de_DE"});
+    Mistakes::addInControlFile(
+        {{"folder of translations that is missing",
+          Garden::file("<vidtip key=\"tree\" title=\"Tree\" l10n_name=\"texts\"/>"),
+          "3:33: warning: there is no folder \"texts\" with translations: looked for Garden.vidtips/texts, "
+          "Shared.vidtips/texts [VT709]"},
+         {"folder of translations in other letters",
+          Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>",
+                       "locale=\"en_US\" search=\"Shared\" l10n_name=\"control\""),
+          "2:41: warning: there is no folder \"control\" with translations: there is \"Control\" [VT709]"}});
+}
+
+void addSchemaMistakes()
+{
+    const auto mistake = [](const char *name, const QByteArray &file, const QByteArray &schema,
+                            const QString &finding) {
+        const QString path = "Garden.vidtips/ui/" + QString::fromLatin1(file);
+        Mistakes::add(
+            {name,
+             {{"Garden.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 20; height: 10 }\n"},
+              {path, schema}},
+             path + finding,
+             path + finding});
+    };
+    const QByteArray right = "<schema><element name=\"vidtip\"/></schema>";
+    const QString misnamed =
+        ": warning: the file is not read: the schema beside a user interface has the name "
+        "\"schema.xml\" [VT118]";
+    mistake("schema in other letters", "Schema.xml", right, misnamed);
+    mistake("misspelt schema", "shema.xml", right, misnamed);
+    mistake("schema with another ending", "schema.xsd", right, misnamed);
+    mistake("misspelt element of a schema", "schema.xml",
+            "<schema>\n<element name=\"vidtip\">\n<elemnt name=\"summary\"/></element></schema>",
+            ":3:1: error: a schema is made of \"element\" and \"attribute\", not \"elemnt\" [VT115]");
+}
+
 } // namespace
 
 void Mistakes::addInPackages()
@@ -182,4 +288,6 @@ void Mistakes::addInPackages()
     addFileMistakes();
     addKeyDataMistakes();
     addTranslationMistakes();
+    addCatalogueMistakes();
+    addSchemaMistakes();
 }

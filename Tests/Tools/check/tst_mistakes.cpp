@@ -44,7 +44,11 @@ private:
 
 namespace {
 
-const QStringList screenshot{"preview", "--delay", "0", "--screenshot", "tip.png", "tree", "."};
+QStringList screenshotIn(const QString &locale)
+{
+    const QStringList asked = locale.isEmpty() ? QStringList() : QStringList{"--locale", locale};
+    return QStringList{"preview", "--delay", "0", "--screenshot", "tip.png", "tree", "."} + asked;
+}
 
 QString linesOf(const QVector<Finding> &findings, const QString &folder)
 {
@@ -149,7 +153,7 @@ void tst_Mistakes::saysNothingOfWhatIsRight()
     const CheckPackages packages(Garden::with({}));
     QCOMPARE(ToolCall({"check", "."}, packages.path()).output,
              QString("2 packages, 2 control files: nothing found\n"));
-    const ToolCall preview(screenshot, packages.path());
+    const ToolCall preview(screenshotIn("en_US"), packages.path());
     QCOMPARE(preview.errors, QString());
     QCOMPARE(preview.exitCode, 0);
 }
@@ -208,7 +212,7 @@ void tst_Mistakes::preview()
 {
     QFETCH(Mistake, mistake);
     const CheckPackages packages(Garden::with(mistake.files));
-    const ToolCall call(screenshot, packages.path());
+    const ToolCall call(screenshotIn(mistake.locale), packages.path());
     QCOMPARE(call.errors.trimmed(), mistake.preview);
     const int code = mistake.preview.contains("vidtips: ") ? 2 : mistake.preview.isEmpty() ? 0 : 1;
     QCOMPARE(call.exitCode, code);
@@ -225,7 +229,7 @@ void tst_Mistakes::host()
     const CheckPackages packages(Garden::with(mistake.files));
     VTContext context;
     context.set(MessageThreshold, int(VTMessageDebug));
-    context.set(ContentLocale, "en_US");
+    context.set(ContentLocale, mistake.locale);
     VTIndex index(&context, {});
     GardenHost host(context, &index, packages.path());
     // What is wrong with a clip comes from its thread.

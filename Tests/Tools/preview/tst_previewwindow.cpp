@@ -20,6 +20,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QToolTip>
 
@@ -34,7 +35,7 @@ const char pictureFile[] = "Tools.vidtips/Resources/a.png";
 QByteArray control(const QByteArray &title)
 {
     return "<vidtips>\n<vidtip key=\"a\" title=\"" + title
-        + "\" context=\"C\"/>\n<vidtip key=\"b\" title=\"Second\"/>\n<vidtip key=\"c\"/>\n</vidtips>\n";
+        + "\"/>\n<vidtip key=\"b\" title=\"Second\"/>\n<vidtip key=\"c\"/>\n</vidtips>\n";
 }
 
 QByteArray interfaceOf(int width)
@@ -88,6 +89,7 @@ private slots:
     void switchesWhatHostsSay_data();
     void switchesWhatHostsSay();
     void switchesLanguageAndDirection();
+    void saysWhatALanguageLacks();
     void holdsTheFirstPhase();
     void showsKeptWindows();
     void closesForAnotherScale();
@@ -321,6 +323,25 @@ void tst_PreviewWindow::switchesLanguageAndDirection()
     check("mirrored")->setChecked(true);
     QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft);
     QCOMPARE(title(), QString("First"));
+}
+
+// Another tip takes its place.
+void tst_PreviewWindow::saysWhatALanguageLacks()
+{
+    m_packages->write("Tools.vidtips/Control/German.xml", "<vidtips locale=\"de_DE\"/>");
+    m_packages->write("Tools.vidtips/Control/Arabic.xml",
+                      "<vidtips locale=\"ar_EG\"><vidtip key=\"only\" title=\"\u062e\u0637\"/></vidtips>");
+    auto *const locale = m_window->findChild<QComboBox *>("locale");
+    QTRY_VERIFY(locale->findData("ar_EG") >= 0);
+    locale->setCurrentIndex(locale->findData("ar_EG"));
+    list()->setCurrentRow(3);
+    QCOMPARE(m_window->currentKey(), QString("only"));
+    locale->setCurrentIndex(locale->findData("de_DE"));
+    QCOMPARE(m_window->currentKey(), QString("a"));
+    const QList<QLabel *> labels = m_window->findChildren<QLabel *>();
+    QVERIFY(std::any_of(labels.cbegin(), labels.cend(), [](const QLabel *label) {
+        return label->text().startsWith("There is no tip \"only\" for de_DE; it is there for ar_EG.\n");
+    }));
 }
 
 void tst_PreviewWindow::holdsTheFirstPhase()

@@ -11,6 +11,7 @@ class tst_Screenshots : public QObject
 private slots:
     void takesPictures_data();
     void takesPictures();
+    void saysWhichLanguageIsShown();
     void takesPicturesOfProblems();
     void tellsOfBrokenClips();
     void takesPicturesOfAll();
@@ -60,6 +61,17 @@ void tst_Screenshots::takesPictures()
     QCOMPARE(run.output, QString("tip.png\n"));
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(QImage(packages.filePath("tip.png")).size(), size);
+}
+
+void tst_Screenshots::saysWhichLanguageIsShown()
+{
+    const TestPackages packages;
+    packages.write("Tools.vidtips/Control/D.xml", "<vidtips locale=\"de_DE\"><vidtip key=\"a\"/></vidtips>");
+    packages.write("Tools.vidtips/Control/F.xml", "<vidtips locale=\"fr_FR\"><vidtip key=\"b\"/></vidtips>");
+    packages.write("Tools.vidtips/ui/VidtipsUI.qml", "import QtQuick 1.1\nItem { width: 50; height: 20 }");
+    const ToolRun run({"preview", "--delay", "0", "--screenshot", "tip.png", "b", "."}, packages.path());
+    QCOMPARE(run.errors, QString("shown for fr_FR: there are no tips for en_US; there are for fr_FR\n"));
+    QCOMPARE(run.exitCode, 0);
 }
 
 void tst_Screenshots::takesPicturesOfProblems()
@@ -155,7 +167,7 @@ void tst_Screenshots::refusesBadUse_data()
     row("preview for no locale", {"preview", "--screenshot", "x.png", "--locale", "german", "."},
         "Qt knows no locale \"german\"");
     row("preview of another locale", {"preview", "--screenshot", "x.png", "--locale", "fr_FR", "."},
-        "there are no tips for fr_FR");
+        "there are no tips for fr_FR; there are for en_US");
     row("preview too large", {"preview", "--screenshot", "x.png", "--scale", "9", "."},
         "--scale takes a number from 1 to 4, not \"9\"");
     row("preview never", {"preview", "--screenshot", "x.png", "--delay", "soon", "."},

@@ -5,6 +5,7 @@
 #include "shared/Places.h"
 #include "strings/CatalogueName.h"
 #include "strings/QmlTextSource.h"
+#include "strings/TranslationCheck.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -72,8 +73,7 @@ void CatalogueCheck::reportUnbuilt(const QString &source, Findings &findings)
     if (m_unbuilt.contains(source))
         return;
     m_unbuilt << source;
-    findings.add("VT702", source, {},
-                 QString("%1.qm is not built from this file").arg(QFileInfo(source).completeBaseName()));
+    TranslationCheck::reportUnbuilt(source, findings);
 }
 
 const QTranslator *CatalogueCheck::translator(const QString &path, Findings &findings)
@@ -81,12 +81,7 @@ const QTranslator *CatalogueCheck::translator(const QString &path, Findings &fin
     const auto known = m_translators.find(path);
     if (known != m_translators.end())
         return known->second.get();
-    auto loaded = std::make_unique<QTranslator>();
-    if (!loaded->load(path)) {
-        findings.add("VT703", path, {}, "the catalogue does not load");
-        loaded.reset();
-    }
-    return (m_translators[path] = std::move(loaded)).get();
+    return (m_translators[path] = TranslationCheck::load(path, findings)).get();
 }
 
 void CatalogueCheck::checkTexts(const ControlFile &file, const QString &catalogue, const QString &locale,

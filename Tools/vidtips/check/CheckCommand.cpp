@@ -16,6 +16,7 @@
 #include "shared/Locales.h"
 #include "stage/PackageWatcher.h"
 #include "stage/PreviewSettings.h"
+#include "strings/TranslationCheck.h"
 #include "trial/TrialWorkers.h"
 
 #include <QtCore/QCommandLineParser>
@@ -88,6 +89,7 @@ void checkFiles(const Content &content, const Request &request, Console &console
     UserInterfaceCheck().run(content, request.isRestricted, findings);
     ClipCheck(request.budget, request.longest).run(files.clips(), findings, progressOf(console, "clips"));
     CatalogueCheck(request.sourceLocale).run(content, findings);
+    TranslationCheck::run(content, findings);
     KeyDataCheck().run(content, request.keyData, findings);
 }
 

@@ -82,14 +82,26 @@ const char *codeFor(FileKind kind)
 // A name that differs only in case works on some systems and not on others.
 QString similarIn(const QDir &folder, const QFileInfo &wanted)
 {
-    QStringList names;
-    for (const QFileInfo &file : folder.entryInfoList(QDir::Files)) {
+    QMap<QString, QString> names;
+    for (const QFileInfo &file : folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
         if (file.suffix().compare(wanted.suffix(), Qt::CaseInsensitive) == 0)
-            names << file.completeBaseName();
+            names.insert(file.completeBaseName(), file.fileName());
     }
-    const QString name = Nearest::to(wanted.completeBaseName(), names);
-    const QStringList files = folder.entryList({name + ".*"}, QDir::Files);
-    return name.isEmpty() ? QString() : files.value(0);
+    return names.value(Nearest::to(wanted.completeBaseName(), names.keys()));
+}
+
+// What there is in place of @p path, where folders on the way to it may have other names as well.
+QString similarTo(const QString &path)
+{
+    const QFileInfo wanted(path);
+    if (wanted.exists() || wanted.isRoot())
+        return path;
+    const QString folder = similarTo(wanted.path());
+    if (folder.isEmpty())
+        return {};
+    const QString same = folder + '/' + wanted.fileName();
+    const QString name = QFileInfo::exists(same) ? wanted.fileName() : similarIn(folder, wanted);
+    return name.isEmpty() ? QString() : folder + '/' + name;
 }
 
 // The folder of resources is searched, and is not named once more.
@@ -97,9 +109,9 @@ QString similar(const QStringList &candidates)
 {
     for (const QString &candidate : candidates) {
         const QFileInfo wanted(QDir::cleanPath(candidate));
-        const QString name = similarIn(wanted.dir(), wanted);
-        if (!name.isEmpty())
-            return name;
+        const QFileInfo found(similarTo(wanted.filePath()));
+        if (!found.filePath().isEmpty())
+            return found.path() == wanted.path() ? found.fileName() : Places::shown(found.filePath());
         const QFileInfo above(QFileInfo(wanted.path()).path() + '/' + wanted.fileName());
         if (above.isFile())
             return above.fileName();
@@ -160,9 +172,9 @@ void FileCheck::run(const Content &content, Findings &findings)
             continue;
         checkSearch(content, file, findings);
         checkUserInterfaces(content, file, findings);
-        checkFolders(file, *file.document.root(), findings);
+        checkFolders(content, file, *file.document.root(), findings);
         for (const XmlNode *entry : file.entries()) {
-            checkFolders(file, *entry, findings);
+            checkFolders(content, file, *entry, findings);
             checkNode(content, file, *entry, *entry, findings);
         }
     }
@@ -265,13 +277,20 @@ void FileCheck::checkUserInterfaces(const Content &content, const ControlFile &f
     }
 }
 
-void FileCheck::checkFolders(const ControlFile &file, const XmlNode &node, Findings &findings)
+void FileCheck::checkFolders(const Content &content, const ControlFile &file, const XmlNode &node,
+                             Findings &findings)
 {
     const QString searched = node.attribute("resources");
     const QString told = node.attribute("resource");
     if (searched != told)
         findings.add("VT408", file.path, node.positionOf(searched.isEmpty() ? "resource" : "resources"),
                      QString("\"resources\" is \"%1\" and \"resource\" is \"%2\"").arg(searched, told));
+    const QString translations = node.attribute(Content::catalogues.attribute);
+    if (!translations.isEmpty() && content.find(file, &node, Content::catalogues).isEmpty())
+        findings.add(
+            "VT709", file.path, node.positionOf(Content::catalogues.attribute),
+            QString("there is no folder \"%1\" with translations: %2")
+                .arg(translations, whyMissing(content.candidates(file, &node, Content::catalogues))));
 }
 
 void FileCheck::checkNode(const Content &content, const ControlFile &file, const XmlNode &entry,

@@ -24,7 +24,8 @@ public:
 private:
     void checkSearch(const Content &content, const ControlFile &file, Findings &findings);
     void checkUserInterfaces(const Content &content, const ControlFile &file, Findings &findings);
-    void checkFolders(const ControlFile &file, const XmlNode &node, Findings &findings);
+    void checkFolders(const Content &content, const ControlFile &file, const XmlNode &node,
+                      Findings &findings);
     void checkNode(const Content &content, const ControlFile &file, const XmlNode &entry, const XmlNode &node,
                    Findings &findings);
     static void checkKind(const Content &content, const ControlFile &file, const XmlNode &entry,

@@ -8,7 +8,6 @@
 #include "shared/Console.h"
 #include "shared/Content.h"
 #include "shared/Locales.h"
-#include "shared/Nearest.h"
 #include "stage/PreviewKeys.h"
 #include "stage/PreviewLook.h"
 
@@ -107,46 +106,47 @@ QString readRequest(const QCommandLineParser &arguments, Request &request)
     return readProperties(arguments.values("set"), request.settings.properties);
 }
 
-QString unknownKey(const Request &request, const QVector<PreviewKey> &keys)
-{
-    QStringList names;
-    for (const PreviewKey &key : keys)
-        names << key.key;
-    const QString nearest = Nearest::to(request.key, names);
-    const QString problem =
-        QString("there is no tip \"%1\" for %2").arg(request.key, request.settings.locale);
-    return nearest.isEmpty() ? problem : problem + QString("; did you mean \"%1\"?").arg(nearest);
-}
-
 // Entries after the first error of a file are lost, those of a file that is not admitted as well, and may be
 // what is asked for.
-void tellLostFiles(const Content &content, Console &console)
+bool tellLostFiles(const Content &content, Console &console)
 {
+    bool isTold = false;
     Findings findings;
     AdmissionCheck().run(content, findings);
     for (const ControlFile &file : content.controlFiles())
         StructureCheck::checkXml(file.path, file.document, findings);
     for (const Finding &finding : findings.sorted()) {
-        if (FindingCatalogue::instance().find(finding.code)->severity == Severity::Error)
-            console.note(FindingReport::line(finding));
+        if (FindingCatalogue::instance().find(finding.code)->severity != Severity::Error)
+            continue;
+        console.note(FindingReport::line(finding));
+        isTold = true;
     }
+    return isTold;
+}
+
+// Content in another language may be shown because that which was meant is lost.
+void chooseLocale(const Content &content, const QString &key, PreviewSettings &settings)
+{
+    if (!settings.locale.isEmpty())
+        return;
+    const QString &usual = PreviewKeys::usualLocale;
+    settings.locale = PreviewKeys::defaultLocale(content, key);
+    if (settings.locale == usual)
+        return;
+    const QString problem = PreviewKeys::problemWith(content, key, usual);
+    settings.whyLocale =
+        QString("shown for %1: %2")
+            .arg(settings.locale, problem.isEmpty() ? "no control file is for " + usual : problem);
 }
 
 // Chooses what was left open; returns why there is nothing to show.
 QString complete(Request &request, const Content &content, QVector<PreviewKey> &keys)
 {
-    if (request.settings.locale.isEmpty())
-        request.settings.locale = PreviewKeys::defaultLocale(content);
+    chooseLocale(content, request.key, request.settings);
     keys = PreviewKeys::in(content, request.settings.locale);
-    if (keys.isEmpty())
-        return QString("there are no tips for %1").arg(request.settings.locale);
-    if (request.key.isEmpty())
+    if (request.key.isEmpty() && !keys.isEmpty())
         request.key = keys.constFirst().key;
-    for (const PreviewKey &key : keys) {
-        if (key.key == request.key)
-            return {};
-    }
-    return unknownKey(request, keys);
+    return PreviewKeys::problemWith(content, request.key, request.settings.locale);
 }
 
 QStringList argumentsFor(const PreviewSettings &settings, const QString &key)
@@ -270,11 +270,17 @@ int PreviewCommand::run(const QCommandLineParser &arguments, Console &console)
         tellLostFiles(content, console);
         return console.fail(problem);
     }
+    bool isOtherLost = false;
+    if (!request.settings.whyLocale.isEmpty()) {
+        isOtherLost = tellLostFiles(content, console);
+        console.note(request.settings.whyLocale);
+    }
     PreviewLook::apply(request.settings.isDark);
     if (!request.screenshot.isEmpty()) {
         Screenshots screenshots(content, request.settings, request.delay);
-        return request.isAll ? screenshots.all(keys, request.screenshot, console)
-                             : screenshots.one(request.key, request.screenshot, console);
+        const int code = request.isAll ? screenshots.all(keys, request.screenshot, console)
+                                       : screenshots.one(request.key, request.screenshot, console);
+        return isOtherLost ? qMax(code, int(ExitFindings)) : code;
     }
     return showWindow(request.settings, request.key);
 }

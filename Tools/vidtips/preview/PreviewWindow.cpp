@@ -97,7 +97,10 @@ QString PreviewWindow::currentKey() const
 void PreviewWindow::takeSwitches()
 {
     const double scale = m_settings.scale;
+    const QString locale = m_settings.locale;
     m_switches->read(m_settings);
+    if (locale != m_settings.locale)
+        m_settings.whyLocale.clear();
     if (qFuzzyCompare(scale, m_settings.scale))
         reload();
     else
@@ -112,8 +115,6 @@ void PreviewWindow::reload()
     m_clock.reset();
     m_content = std::make_unique<Content>();
     const QString problem = m_content->load(m_settings.folders);
-    m_status->setText(problem.isEmpty() ? "Arrow keys walk the tips; changed files are read again."
-                                        : problem);
     QStringList others = m_content->keyDataFiles();
     if (!m_settings.keyData.isEmpty())
         others << m_settings.keyData;
@@ -124,9 +125,20 @@ void PreviewWindow::reload()
         m_clock = std::make_unique<StageClock>();
     m_stage = std::make_unique<PreviewStage>(*m_content, m_settings);
     connect(m_stage.get(), &PreviewStage::requested, m_status, &QLabel::setText);
+    m_status->setText(problem.isEmpty() ? status() : problem);
     fillList();
     showTip();
     Q_EMIT reloaded();
+}
+
+// What is shown may not be what was asked for, or be in another language.
+QString PreviewWindow::status() const
+{
+    const QVector<PreviewKey> keys = PreviewKeys::in(*m_content, m_settings.locale);
+    const QString missing = PreviewKeys::problemWith(*m_content, followedKey(keys), m_settings.locale);
+    const QString news = missing.isEmpty() ? m_settings.whyLocale : missing;
+    const QString help = "Arrow keys walk the tips; changed files are read again.";
+    return news.isEmpty() ? help : news.at(0).toUpper() + news.mid(1) + ".\n" + help;
 }
 
 // A key that is no longer there may have been given another name: where it stood there is a new one, or there

@@ -61,6 +61,7 @@ protected:
 
 private:
     void build();
+    QString status() const;
     void fillList();
     void showTip();
     void placeTip();

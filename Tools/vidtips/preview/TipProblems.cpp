@@ -6,8 +6,14 @@
 #include "findings/FindingReport.h"
 #include "shared/Content.h"
 #include "shared/Places.h"
+#include "stage/PreviewKeys.h"
 #include "stage/PreviewSettings.h"
 #include "stage/PreviewStage.h"
+#include "strings/CatalogueName.h"
+#include "strings/TranslationCheck.h"
+
+#include <QtCore/QLocale>
+#include <QtCore/QTranslator>
 
 TipProblems::TipProblems(const Content &content, const PreviewSettings &settings)
     : m_content(content)
@@ -17,25 +23,46 @@ TipProblems::TipProblems(const Content &content, const PreviewSettings &settings
     ContentCheck::run(content, files, m_findings);
 }
 
-QString TipProblems::userInterface(const QString &key) const
+QString TipProblems::userInterface(const PreviewKey &tip) const
 {
     const FileCategory &category =
         m_settings.isSimple ? Content::simpleUserInterface : Content::fullUserInterface;
-    for (const ControlFile &file : m_content.controlFiles()) {
-        for (const XmlNode *entry : file.entries()) {
-            if (file.isAdmitted && entry->attribute("key") == key)
-                return m_content.find(file, entry, category);
-        }
-    }
-    return {};
+    return tip.file ? m_content.find(*tip.file, tip.entry, category) : QString();
+}
+
+// Of the catalogue that translates this tip, and what it is built from.
+void TipProblems::checkTranslations(const PreviewKey &tip, Findings &findings) const
+{
+    if (!tip.file)
+        return;
+    const QString locale = QLocale(m_settings.locale).name();
+    const auto find = [&](const QString &suffix) {
+        return m_content.find(*tip.file, tip.entry, Content::catalogues, CatalogueName::of(locale, suffix));
+    };
+    const QString catalogue = find("qm");
+    const QString translations = find("ts");
+    const bool isForAll = tip.file->locale().isEmpty() && !tip.entry->attribute("context").isEmpty();
+    if (!catalogue.isEmpty())
+        TranslationCheck::load(catalogue, findings);
+    else if (translations.isEmpty() && isForAll && locale != PreviewKeys::usualLocale)
+        findings.add("VT701", tip.file->path, tip.entry->position,
+                     QString("the texts of this tip are shown as they are written: there is no %1")
+                         .arg(CatalogueName::of(locale, "qm")));
+    if (translations.isEmpty())
+        return;
+    if (catalogue.isEmpty() && isForAll)
+        TranslationCheck::reportUnbuilt(translations, findings);
+    TranslationCheck::checkFile(translations, findings);
 }
 
 void TipProblems::setKey(const QString &key)
 {
     QVector<Finding> found = ContentCheck::ofTip(m_content, m_findings, key, m_settings.locale);
-    Findings imports;
-    m_isRefused = QmlCheck::importsWhatCannotBe(userInterface(key), imports);
-    found += imports.sorted();
+    Findings others;
+    const PreviewKey tip = PreviewKeys::find(m_content, key, m_settings.locale);
+    m_isRefused = QmlCheck::importsWhatCannotBe(userInterface(tip), others);
+    checkTranslations(tip, others);
+    found += others.sorted();
     // Other locales and the other user interface are not on the screen.
     const QStringList elsewhere{"VT304", m_settings.isSimple ? "VT402" : "VT403"};
     m_found.clear();

@@ -6,6 +6,7 @@
 
 class Content;
 class PreviewStage;
+struct PreviewKey;
 struct PreviewSettings;
 
 /** What is wrong with the tip on a stage: what a check finds in its content, and what its QML complains
@@ -25,7 +26,8 @@ public:
     QStringList lines(PreviewStage &stage) const;
 
 private:
-    QString userInterface(const QString &key) const;
+    QString userInterface(const PreviewKey &tip) const;
+    void checkTranslations(const PreviewKey &tip, Findings &findings) const;
 
     const Content &m_content;
     const PreviewSettings &m_settings;

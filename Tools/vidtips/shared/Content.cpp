@@ -6,6 +6,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QLocale>
 
 #include <algorithm>
 
@@ -62,6 +63,11 @@ bool ControlFile::hasKey(const QString &key) const
 QString ControlFile::locale() const
 {
     return document.root() ? document.root()->attribute("locale") : QString();
+}
+
+bool ControlFile::serves(const QString &locale) const
+{
+    return isAdmitted && (this->locale().isEmpty() || QLocale(this->locale()) == QLocale(locale));
 }
 
 Content::Content()

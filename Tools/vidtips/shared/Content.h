@@ -28,6 +28,9 @@ struct ControlFile
 
     /** The "locale" attribute; empty for a file that serves every locale. */
     QString locale() const;
+
+    /** Whether the library finds its entries for @p locale. */
+    bool serves(const QString &locale) const;
 };
 
 /** A package folder. */

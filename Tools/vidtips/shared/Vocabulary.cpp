@@ -1,7 +1,9 @@
 #include "Vocabulary.h"
 
 #include "Content.h"
+#include "Nearest.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
 #include <algorithm>
@@ -23,6 +25,14 @@ QStringList names(const QVector<T> &list)
     for (const T &item : list)
         names << item.name;
     return names;
+}
+
+const QString fileName = QStringLiteral("schema.xml");
+
+bool isNamed(const ControlFile &file, const XmlNode *entry)
+{
+    const XmlNode *const root = file.document.root();
+    return (entry && entry->find("schema")) || (root && root->find("schema"));
 }
 
 } // namespace
@@ -55,14 +65,23 @@ QStringList VocabularyElement::elementNames() const
 QString Vocabulary::pathFor(const Content &content, const ControlFile &file, const XmlNode *entry)
 {
     static const FileCategory named{"schema", QString()};
-    const XmlNode *const root = file.document.root();
-    if ((entry && entry->find("schema")) || (root && root->find("schema"))) {
+    if (isNamed(file, entry)) {
         const QString path = content.find(file, entry, named);
         return QFileInfo(path).isFile() ? path : QString();
     }
     const QString userInterface = content.find(file, entry, Content::fullUserInterface);
-    const QFileInfo beside(QFileInfo(userInterface).path() + "/schema.xml");
+    const QFileInfo beside(QFileInfo(userInterface).path() + '/' + fileName);
     return !userInterface.isEmpty() && beside.isFile() ? beside.canonicalFilePath() : QString();
+}
+
+QString Vocabulary::misnamedFor(const Content &content, const ControlFile &file, const XmlNode *entry)
+{
+    const QString userInterface = content.find(file, entry, Content::fullUserInterface);
+    if (userInterface.isEmpty() || isNamed(file, entry) || !pathFor(content, file, entry).isEmpty())
+        return {};
+    const QDir folder(QFileInfo(userInterface).canonicalPath());
+    const QString name = Nearest::to(fileName, folder.entryList(QDir::Files));
+    return name.isEmpty() ? QString() : folder.filePath(name);
 }
 
 Vocabulary Vocabulary::read(const QString &path)

@@ -68,6 +68,12 @@ public:
      */
     static QString pathFor(const Content &content, const ControlFile &file, const XmlNode *entry);
 
+    /**
+     * Returns the path of a file that is likely meant as the schema for @p entry, or with a null one for @p
+     * file, and has not its name. Empty where there is a schema, or no such file.
+     */
+    static QString misnamedFor(const Content &content, const ControlFile &file, const XmlNode *entry);
+
     /** Tells whether it can be judged by. */
     bool isUsable() const { return m_problem.isEmpty(); }
 

@@ -17,6 +17,7 @@ struct PreviewSettings
 {
     QStringList folders; ///< Data paths or packages, as for the other commands.
     QString locale;
+    QString whyLocale; ///< Where nobody asked for it: why it is this one; empty for the usual one.
     QString keyData; ///< Path of the key-data file; empty for the one that lies beside the packages.
     QMap<QString, QString> properties; ///< What a host would set for placeholders in texts.
     double scale = 1.0;

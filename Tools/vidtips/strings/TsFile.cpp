@@ -12,6 +12,7 @@ namespace {
 constexpr int mostPluralForms = 6;
 const QString unfinished = QStringLiteral("unfinished");
 const QString vanished = QStringLiteral("vanished");
+const QString obsolete = QStringLiteral("obsolete"); // the same, as older tools wrote it
 
 QString escaped(const QString &text)
 {
@@ -71,6 +72,11 @@ bool TsMessage::isTranslated() const
     return translations.join(QString()).size() > 0;
 }
 
+bool TsMessage::isGone() const
+{
+    return state == vanished || state == obsolete;
+}
+
 TsFile::TsFile(const QString &locale, const QString &sourceLocale)
     : m_locale(locale)
     , m_sourceLocale(sourceLocale)
@@ -117,6 +123,7 @@ void TsFile::readMessage(QXmlStreamReader &reader, const QString &context)
     while (reader.readNextStartElement()) {
         const QString name = reader.name().toString();
         if (name == "translation") {
+            message.line = int(reader.lineNumber());
             readTranslation(reader, message);
         } else if (name == "location") {
             message.locations.append({reader.attributes().value("filename").toString(),
@@ -170,7 +177,7 @@ TsFile::Changes TsFile::merge(const QVector<TranslatableText> &texts, const QStr
         if (!isUsed.at(index)) {
             ++changes.texts;
             message.locations.clear();
-            if (message.state == vanished || message.state == "obsolete")
+            if (message.isGone())
                 message.state = message.isTranslated() ? QString() : unfinished;
             changes.untranslated += !message.isTranslated();
         }

@@ -18,9 +18,13 @@ struct TsMessage
     QString state; ///< "unfinished", "vanished", "obsolete", or empty for a finished translation.
     QStringList translations; ///< One, or one for each plural form.
     QVector<QPair<QString, int>> locations; ///< File, relative to the folder of the catalogue, and line.
+    int line = 0; ///< Where the translation stands in the file; 0 for what was not read from one.
     bool isPlural = false;
 
     bool isTranslated() const;
+
+    /** Tells whether the sources no longer hold the text, which is then in no catalogue. */
+    bool isGone() const;
 };
 
 /** A file of translations (.ts). */

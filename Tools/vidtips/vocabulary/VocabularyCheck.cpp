@@ -63,6 +63,7 @@ const Vocabulary *VocabularyCheck::vocabularyFor(const Content &content, const C
         if (holder->find("schema"))
             findings.add("VT410", file.path, holder->positionOf("schema"),
                          QString("there is no schema \"%1\"").arg(holder->attribute("schema")));
+        reportMisnamed(Vocabulary::misnamedFor(content, file, entry), findings);
         return nullptr;
     }
     const Vocabulary &vocabulary = m_vocabularies.at(path);
@@ -72,6 +73,15 @@ const Vocabulary *VocabularyCheck::vocabularyFor(const Content &content, const C
         findings.add("VT115", path, vocabulary.problemPosition(), vocabulary.problem());
     m_refused << path;
     return nullptr;
+}
+
+void VocabularyCheck::reportMisnamed(const QString &path, Findings &findings)
+{
+    if (path.isEmpty() || m_refused.contains(path))
+        return;
+    m_refused << path;
+    findings.add("VT118", path, {},
+                 "the file is not read: the schema beside a user interface has the name \"schema.xml\"");
 }
 
 void VocabularyCheck::checkNode(const XmlNode &node, const VocabularyElement &element,

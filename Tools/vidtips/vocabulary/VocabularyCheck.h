@@ -18,6 +18,7 @@ public:
 private:
     const Vocabulary *vocabularyFor(const Content &content, const ControlFile &file, const XmlNode *entry,
                                     Findings &findings);
+    void reportMisnamed(const QString &path, Findings &findings);
     void checkFile(const Content &content, const ControlFile &file, Findings &findings);
     void checkNode(const XmlNode &node, const VocabularyElement &element, const QStringList &others);
     void checkAttributes(const XmlNode &node, const VocabularyElement &element, const QStringList &others);
