@@ -1,4 +1,5 @@
 #include "AccessibleTree.h"
+#include "Patience.h"
 #include "TestHost.h"
 #include "TestPaths.h"
 
@@ -110,7 +111,7 @@ void tst_DraftingAccess::keep(const QString &key)
     show(key);
     QVERIFY(press("Keep open"));
     QTRY_VERIFY(view->reserved());
-    QVERIFY(QTest::qWaitForWindowActive(view->window()));
+    QVERIFY(QTest::qWaitForWindowActive(view->window(), Patience::longest));
 }
 
 void tst_DraftingAccess::whatIsInATip_data()

@@ -303,7 +303,7 @@ QMenu *ForeignHost::openMenu()
     QAction *const title = bar->actions().constFirst();
     QMenu *const menu = title->menu();
     RealPointer::click(bar->mapToGlobal(bar->actionGeometry(title).center()));
-    if (!QTest::qWaitFor([=] { return menu->isVisible(); }))
+    if (!QTest::qWaitFor([=] { return menu->isVisible(); }, RealPointer::patience))
         qWarning("the menu did not open");
     return menu;
 }
@@ -318,6 +318,7 @@ void ForeignHost::picture(const QString &name) const
         const QPixmap pixel = window->screen()->grabWindow(0, inTip.x(), inTip.y(), 1, 1);
         return pixel.toImage().pixelColor(0, 0) == QColor("#2060c0");
     };
-    if (!QTest::qWaitFor(isPainted) || !window->screen()->grabWindow(0).save(folder + '/' + name + ".png"))
+    if (!QTest::qWaitFor(isPainted, RealPointer::patience)
+        || !window->screen()->grabWindow(0).save(folder + '/' + name + ".png"))
         qWarning("there is no picture of %s", qPrintable(name));
 }

@@ -186,7 +186,7 @@ bool tst_Keeping::pin()
     if (!QTest::qWaitFor(isOverTip, patience))
         return false;
     xdotool.start("xdotool", {"click", "1"});
-    return xdotool.waitForFinished() && QTest::qWaitFor([&] { return tip() != shown; }, patience);
+    return xdotool.waitForFinished(patience) && QTest::qWaitFor([&] { return tip() != shown; }, patience);
 }
 
 /** Keeps the tip of a command, at the second attempt where a window manager hides the first by its
@@ -214,7 +214,7 @@ bool tst_Keeping::isAboveOthers(const QWidget *window) const
 {
     QProcess xprop;
     xprop.start("xprop", {"-id", QString::number(window->winId()), "_NET_WM_STATE"});
-    return xprop.waitForFinished() && xprop.readAll().contains("_NET_WM_STATE_ABOVE");
+    return xprop.waitForFinished(patience) && xprop.readAll().contains("_NET_WM_STATE_ABOVE");
 }
 
 void tst_Keeping::keptTip_data()
@@ -253,7 +253,7 @@ void tst_Keeping::keptTip()
     // It goes on living there.
     QProcess xdotool;
     xdotool.start("xdotool", {"key", "a"});
-    QVERIFY(xdotool.waitForFinished());
+    QVERIFY(xdotool.waitForFinished(patience));
     QTRY_VERIFY(kept->height() >= 150);
     QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept), patience);
     QTRY_VERIFY_WITH_TIMEOUT(isSeen(kept, 145), patience);
@@ -290,7 +290,7 @@ void tst_Keeping::keptTipsAreToldApartByTheirTitles()
     for (const QPointer<VTWidget> &kept : {first, second}) {
         QProcess xdotool;
         xdotool.start("xdotool", {"getwindowname", QString::number(kept->winId())});
-        QVERIFY(xdotool.waitForFinished());
+        QVERIFY(xdotool.waitForFinished(patience));
         QCOMPARE(xdotool.readAll().trimmed(), kept->windowTitle().toUtf8());
     }
     QCOMPARE(first->windowTitle(), QString("First"));

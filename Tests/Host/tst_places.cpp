@@ -188,7 +188,7 @@ void tst_Places::init()
     m_window = std::make_unique<PlacesWindow>();
     m_window->show();
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), RealPointer::patience));
 }
 
 void tst_Places::cleanup()
@@ -202,7 +202,7 @@ void tst_Places::cleanup()
 bool tst_Places::hover(const QString &key)
 {
     const Place place = m_window->place(key);
-    if (!QTest::qWaitForWindowExposed(place.widget->window()))
+    if (!QTest::qWaitForWindowExposed(place.widget->window(), RealPointer::patience))
         return false;
     QCursor::setPos(place.center() - QPoint(3, 2));
     if (!QTest::qWaitFor([&] { return place.widget->underMouse(); }, RealPointer::patience))

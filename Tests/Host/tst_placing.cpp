@@ -123,7 +123,7 @@ void tst_Placing::tipOfACommandAtTheEdge()
     window.setGeometry(room);
     command.resize(room.size());
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, RealPointer::patience));
     const QPoint middle = command.mapToGlobal(command.rect().center());
     QVERIFY(hover(&command, middle));
     QTRY_VERIFY(area.contains(tip()->frameGeometry()));
@@ -141,7 +141,7 @@ void tst_Placing::tipThatIsReadGrowsWhereItIs()
     command.resize(200, 30);
     window.setGeometry(300, screen().center().y(), 200, 100);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, RealPointer::patience));
     const QPoint middle = command.mapToGlobal(command.rect().center());
     QVERIFY(RealPointer::moveTo(middle));
     QTRY_VERIFY(tip() && tip()->isVisible() && RealPointer::isOnScreen(tip()));
@@ -175,7 +175,7 @@ void tst_Placing::tipOfAMenuAtTheEdge()
     QWidget window;
     window.setGeometry(400, 300, 100, 100);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, RealPointer::patience));
     QMenu menu;
     menu.setLayoutDirection(direction);
     menu.addAction("An entry without a name");
@@ -183,7 +183,7 @@ void tst_Placing::tipOfAMenuAtTheEdge()
     entry->setObjectName("command");
     const QRect area = screen();
     menu.popup(QPoint(atTheRight ? area.right() - menu.sizeHint().width() : area.left(), area.bottom() - 80));
-    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    QVERIFY(QTest::qWaitForWindowExposed(&menu, RealPointer::patience));
     QVERIFY(hover(&menu, menu.mapToGlobal(menu.actionGeometry(entry).center())));
     QTRY_VERIFY(area.contains(tip()->frameGeometry()));
     QVERIFY(!tip()->frameGeometry().intersects(menu.geometry()));

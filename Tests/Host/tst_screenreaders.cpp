@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "TestHost.h"
 #include "TestPackage.h"
 #include "TestPaths.h"
@@ -138,7 +139,7 @@ void tst_ScreenReaders::init()
     session->set(IdleInterval, 0);
     command = std::make_unique<QPushButton>("Draw");
     command->show();
-    QVERIFY(QTest::qWaitForWindowExposed(command.get()));
+    QVERIFY(QTest::qWaitForWindowExposed(command.get(), patience));
 }
 
 void tst_ScreenReaders::cleanup()
@@ -201,7 +202,7 @@ void tst_ScreenReaders::keptTipIsADialog()
     watch();
     const QPointer<VTWidget> kept = session->window();
     kept->view()->setReserved(true);
-    QVERIFY(QTest::qWaitForWindowActive(kept));
+    QVERIFY(QTest::qWaitForWindowActive(kept, patience));
     QVERIFY(isTold("object:state-changed:showing 1 dialog \"Line\" \"Draws a line.\\nL\\n1. Click.\""));
     QVERIFY(isTold("object:state-changed:focused 1 push button \"Grow\" \"\" focused Press SetFocus"));
     QVERIFY(awaitLine("dialog \"Line\" \"Draws a line.\\nL\\n1. Click.\""));

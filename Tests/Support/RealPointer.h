@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Patience.h"
+
 #include <QtCore/QProcess>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
@@ -19,7 +21,7 @@ namespace RealPointer {
 
 /** What the X server, a window manager and a compositing manager may take on a busy machine, in milliseconds.
  */
-constexpr int patience = 20000;
+constexpr int patience = Patience::longest;
 
 /** Lets everything that is waiting for the event loop have its turn, and what that gave rise to. */
 inline bool passEvents()
@@ -115,7 +117,7 @@ inline QPoint placeOf(const QWidget *window)
 {
     QProcess process;
     process.start("xdotool", {"getwindowgeometry", "--shell", QString::number(window->winId())});
-    if (!process.waitForFinished())
+    if (!process.waitForFinished(patience))
         return {};
     QPoint place;
     const QByteArrayList lines = process.readAll().split('\n');

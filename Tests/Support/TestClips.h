@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Patience.h"
 #include "TestPaths.h"
 
 #include <QtCore/QDir>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Patience.h"
+
 #include <Vidtips/VTVideoController.h>
 #include <Vidtips/VTVideoSource.h>
 

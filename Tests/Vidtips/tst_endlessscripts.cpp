@@ -1,4 +1,5 @@
 #include "HostileTest.h"
+#include "Patience.h"
 
 #include <QtCore/QTimer>
 

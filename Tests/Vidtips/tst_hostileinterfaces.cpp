@@ -1,5 +1,6 @@
 #include "HostileTest.h"
 #include "MessageRecorder.h"
+#include "Patience.h"
 
 #include <QtCore/QPointer>
 

@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "TestHost.h"
 #include "TipPackages.h"
 

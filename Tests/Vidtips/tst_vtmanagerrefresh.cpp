@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "TestCatalogue.h"
 #include "TestHost.h"
 #include "TestPackage.h"

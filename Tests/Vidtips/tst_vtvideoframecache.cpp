@@ -84,7 +84,7 @@ void tst_VTVideoFrameCache::frameOfAnEmptyCacheIsFatal()
 {
     QProcess process;
     process.start(QCoreApplication::applicationFilePath(), {readEmptyCache});
-    QVERIFY(process.waitForFinished());
+    QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
     const QByteArray output = process.readAllStandardError();
     QVERIFY2(output.contains("the cache of \"file:///clip.mp4\" is empty"), output);

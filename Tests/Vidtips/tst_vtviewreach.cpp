@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "ViewTest.h"
 
 #include <Vidtips/VTViewReach_p.h>

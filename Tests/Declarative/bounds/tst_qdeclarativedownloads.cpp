@@ -2,6 +2,7 @@
 #include "HostilePictures.h"
 #include "MemoryPeak.h"
 #include "MessageRecorder.h"
+#include "Patience.h"
 #include "QmlScene.h"
 
 #include <sys/stat.h>

@@ -1,6 +1,7 @@
 #include "HostilePictures.h"
 #include "MemoryPeak.h"
 #include "MessageRecorder.h"
+#include "Patience.h"
 #include "QmlScene.h"
 
 #include <QtGui/QImageReader>

@@ -1,4 +1,5 @@
 #include "MessageRecorder.h"
+#include "Patience.h"
 #include "WatchedScene.h"
 
 #include <QtCore/QFile>

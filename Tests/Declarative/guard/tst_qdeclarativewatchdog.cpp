@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "QmlScene.h"
 
 #include <QtDeclarative/QDeclarativeEngine>

@@ -1,5 +1,6 @@
 #include "DocumentServer.h"
 #include "MessageRecorder.h"
+#include "Patience.h"
 #include "PictureScene.h"
 
 #include <QtCore/QBuffer>

@@ -1,4 +1,5 @@
 #include "DocumentServer.h"
+#include "Patience.h"
 #include "WatchedScene.h"
 
 #include <QtTest/QSignalSpy>

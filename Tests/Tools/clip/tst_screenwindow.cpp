@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "TestPackage.h"
 #include "ToolCall.h"
 
