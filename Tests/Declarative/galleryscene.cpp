@@ -1,8 +1,8 @@
 #include "galleryscene.h"
 
+#include "SteppedAnimations.h"
 #include "galleryvalue.h"
 
-#include <QtCore/QAnimationDriver>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QTimer>
@@ -15,34 +15,6 @@
 namespace {
 
 GalleryScene *current = nullptr;
-
-// Animations go on by the same time with every picture, and only while a scene waits: on a busy machine there
-// are fewer pictures a second, and not other ones.
-class SteppedAnimations : public QAnimationDriver
-{
-public:
-    static constexpr int interval = 16; // ms
-
-    qint64 elapsed() const override { return m_elapsed; }
-
-    void goOn()
-    {
-        if (!isRunning())
-            return;
-        m_elapsed += interval;
-        advance();
-    }
-
-protected:
-    void start() override
-    {
-        m_elapsed = 0;
-        QAnimationDriver::start();
-    }
-
-private:
-    qint64 m_elapsed = 0;
-};
 
 SteppedAnimations *animations()
 {

@@ -1,3 +1,4 @@
+#include "SteppedAnimations.h"
 #include "WatchedScene.h"
 
 #include <private/qabstractanimation_p.h>
@@ -46,6 +47,8 @@ class tst_QDeclarativeParticles : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { m_animations.install(); }
+    void cleanup() { m_animations.uninstall(); }
     void initialValues();
     void properties_data();
     void properties();
@@ -84,6 +87,15 @@ private:
 
     /** Whether anything in the process is animated. */
     static bool isAnimating() { return QUnifiedTimer::instance()->runningAnimationCount() > 0; }
+
+    /** Lets the time of one picture pass for the particles; it passes in no other way. */
+    void goOn()
+    {
+        QTest::qWait(1);
+        m_animations.goOn();
+    }
+
+    SteppedAnimations m_animations;
 };
 
 void tst_QDeclarativeParticles::initialValues()
@@ -145,7 +157,7 @@ void tst_QDeclarativeParticles::emitsInsideItsArea()
 {
     WatchedScene scene;
     QVERIFY(load(scene, "count: 300"));
-    QTRY_VERIFY(painted(scene) > 300);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) > 300; }));
     const QRect area(80, 40, 20, 20);
     QVERIFY(area.adjusted(-4, -4, 4, 4).contains(paintedRect(scene)));
     QVERIFY(paintedRect(scene).contains(area.adjusted(3, 3, -3, -3)));
@@ -156,14 +168,15 @@ void tst_QDeclarativeParticles::keepsTheirNumber()
 {
     WatchedScene scene;
     QVERIFY(load(scene, "width: 0; height: 0; count: 1; lifeSpan: 30"));
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 36; }));
     for (int i = 0; i < 5; ++i) {
-        QTRY_COMPARE(painted(scene), 36);
-        QTest::qWait(25);
+        goOn();
+        QCOMPARE(painted(scene), 36);
     }
     scene.evaluate("dots.count = 0");
-    QTRY_COMPARE(painted(scene), 0);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 0; }));
     scene.evaluate("dots.count = 1");
-    QTRY_COMPARE(painted(scene), 36);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 36; }));
 }
 
 void tst_QDeclarativeParticles::emitsAtItsRate()
@@ -173,7 +186,7 @@ void tst_QDeclarativeParticles::emitsAtItsRate()
                  "count: 1000; emissionRate: 20; emissionVariance: 0; height: 0; velocity: 100"
                  "; width: 0; motion: ParticleMotionLinear {}"));
     // One after the other, 5 pixels apart: the trail is as long as the time, and nearly without gaps.
-    QTRY_VERIFY(paintedRect(scene).width() > 50);
+    QVERIFY(m_animations.goOnUntil([&] { return paintedRect(scene).width() > 50; }));
     const QRect trail = paintedRect(scene);
     QCOMPARE(trail.height(), 6);
     QVERIFY2(painted(scene) > trail.width() * 4, qPrintable(QString::number(painted(scene))));
@@ -185,13 +198,13 @@ void tst_QDeclarativeParticles::fades()
     WatchedScene scene;
     QVERIFY(load(scene, "width: 0; height: 0; fadeInDuration: 400"));
     const auto shade = [&scene] { return scene.pixel(80, 40).green(); };
-    QTRY_VERIFY(shade() < 255);
+    QVERIFY(m_animations.goOnUntil([&] { return shade() < 255; }));
     QVERIFY(shade() > dot.green());
-    QTRY_COMPARE(shade(), dot.green());
+    QVERIFY(m_animations.goOnUntil([&] { return shade() == dot.green(); }));
     scene.evaluate("dots.source = ''; dots.count = 0; dots.lifeSpan = 600; dots.fadeInDuration = 0;"
                    "dots.fadeOutDuration = 600; dots.source = 'dot.png'; dots.burst(1)");
-    QTRY_VERIFY(shade() > dot.green() && shade() < 200);
-    QTRY_COMPARE(shade(), 255);
+    QVERIFY(m_animations.goOnUntil([&] { return shade() > dot.green() && shade() < 200; }));
+    QVERIFY(m_animations.goOnUntil([&] { return shade() == 255; }));
 }
 
 void tst_QDeclarativeParticles::moves_data()
@@ -220,14 +233,15 @@ void tst_QDeclarativeParticles::moves()
     QFETCH(QPoint, way);
     WatchedScene scene;
     QVERIFY(load(scene, "width: 0; height: 0; " + members));
-    QTRY_VERIFY(!paintedRect(scene).isEmpty());
+    QVERIFY(m_animations.goOnUntil([&] { return !paintedRect(scene).isEmpty(); }));
     const auto offset = [&scene] { return paintedRect(scene).center() - QPoint(79, 39); };
     if (way.isNull()) {
-        QTest::qWait(100);
+        for (int i = 0; i < 6; ++i)
+            goOn();
         QCOMPARE(offset(), QPoint());
         return;
     }
-    QTRY_VERIFY(QPoint::dotProduct(offset(), way) > 20);
+    QVERIFY(m_animations.goOnUntil([&] { return QPoint::dotProduct(offset(), way) > 20; }));
     QCOMPARE(QPoint::dotProduct(offset(), QPoint(way.y(), way.x())), 0);
 }
 
@@ -235,17 +249,18 @@ void tst_QDeclarativeParticles::bursts()
 {
     WatchedScene scene;
     QVERIFY(load(scene, "width: 0; height: 0; count: 0; lifeSpan: 150"));
-    QTest::qWait(30);
+    goOn();
+    goOn();
     QCOMPARE(painted(scene), 0);
     scene.evaluate("dots.burst(3)");
-    QTRY_COMPARE(painted(scene), 36);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 36; }));
     // They are not replaced.
-    QTRY_COMPARE(painted(scene), 0);
-    QTRY_VERIFY(!isAnimating());
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 0; }));
+    QVERIFY(m_animations.goOnUntil([] { return !isAnimating(); }));
     scene.evaluate("dots.velocity = 200; dots.lifeSpan = 100000; dots.motion = Qt.createQmlObject("
                    "'import Qt.labs.particles 1.0; ParticleMotionLinear {}', dots); dots.burst(4, 20)");
     // At a rate they come one after the other, 10 pixels apart.
-    QTRY_COMPARE(painted(scene), 4 * 36);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 4 * 36; }));
 }
 
 void tst_QDeclarativeParticles::idles_data()
@@ -264,7 +279,8 @@ void tst_QDeclarativeParticles::idles()
     QFETCH(QByteArray, members);
     WatchedScene scene;
     QVERIFY(load(scene, members));
-    QTest::qWait(30);
+    goOn();
+    goOn();
     QVERIFY(!isAnimating());
 }
 
@@ -284,18 +300,18 @@ void tst_QDeclarativeParticles::stopsWhileUnseen()
     QFETCH(QByteArray, show);
     WatchedScene scene;
     QVERIFY(load(scene, "count: 5"));
-    QTRY_VERIFY(isAnimating());
+    QVERIFY(m_animations.goOnUntil([] { return isAnimating(); }));
     if (hide.isEmpty())
         scene.view().hide();
     else
         scene.evaluate(hide.constData());
-    QTRY_VERIFY(!isAnimating());
+    QVERIFY(m_animations.goOnUntil([] { return !isAnimating(); }));
     if (show.isEmpty())
         scene.view().show();
     else
         scene.evaluate(show.constData());
-    QTRY_VERIFY(isAnimating());
-    QTRY_VERIFY(painted(scene) > 0);
+    QVERIFY(m_animations.goOnUntil([] { return isAnimating(); }));
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) > 0; }));
 }
 
 void tst_QDeclarativeParticles::hostileValues_data()
@@ -325,7 +341,7 @@ void tst_QDeclarativeParticles::hostileValues()
                  "ParticleMotionLinear {}', dots)"));
     scene.evaluate(QByteArray(script).replace("linear", "dots.linear").constData());
     for (int i = 0; i < 3; ++i) {
-        QTest::qWait(20);
+        goOn();
         scene.picture();
     }
     QCOMPARE(scene.warnings, QStringList());
@@ -338,9 +354,9 @@ void tst_QDeclarativeParticles::missingPicture()
     scene.evaluate("dots.source = 'nosuch.png'");
     QTRY_COMPARE(scene.warnings.count(), 1);
     QVERIFY(scene.warnings.constFirst().contains(QStringLiteral("nosuch.png")));
-    QTRY_COMPARE(painted(scene), 0);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) == 0; }));
     scene.evaluate("dots.source = 'dot.png'");
-    QTRY_VERIFY(painted(scene) > 0);
+    QVERIFY(m_animations.goOnUntil([&] { return painted(scene) > 0; }));
 }
 
 QTEST_MAIN(tst_QDeclarativeParticles)
