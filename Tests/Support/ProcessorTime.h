@@ -1,0 +1,10 @@
+#pragma once
+
+#include <ctime>
+
+/** Returns how long all threads of the program have worked, in milliseconds, whatever else the machine does.
+ */
+inline double processorTime()
+{
+    return double(std::clock()) * 1000 / CLOCKS_PER_SEC;
+}
