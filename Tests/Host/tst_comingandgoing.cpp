@@ -166,7 +166,7 @@ void tst_ComingAndGoing::everyPlaceHasItsTip()
 void tst_ComingAndGoing::everyRowOfManyHasItsTip()
 {
     start([](VTContext &settings) {
-        settings.set(HideDuration, 2000);
+        settings.set(HideDuration, 60000);
         settings.set(IdleInterval, 1);
     });
     for (int i = 0; i < 5; ++i) {
@@ -616,7 +616,7 @@ void tst_ComingAndGoing::resizesOncePerChange()
 {
     start();
     QVERIFY(m_host->hover(m_host->plain));
-    QVERIFY(QTest::qWaitForWindowExposed(m_host->tip()));
+    QVERIFY(QTest::qWaitForWindowExposed(m_host->tip(), RealPointer::patience));
     QObject *const root = qobject_cast<QObject *>(m_host->tip()->view()->rootObject());
     const SizeLog log(m_host->tip());
     for (int height = 101; height <= 130; ++height) {
