@@ -56,17 +56,19 @@ class Pictures
 public:
     explicit Pictures(VTVideoComponent *item)
     {
-        const auto note = [seen = m_seen](const QString &colour) {
+        // Looked at and noted in one step, so that nothing of before is noted after what forgets it.
+        const auto note = [seen = m_seen](const auto &look) {
             const QMutexLocker locker(&seen->lock);
-            seen->colours << colour;
+            seen->colours << look();
         };
         VTVideoController *const controller = controllerOf(item);
         // On the controller's thread, at once.
         QObject::connect(
             controller, &VTVideoController::displayFrame, controller,
-            [=] { note(colourOf(controller->currentFrame())); }, Qt::DirectConnection);
+            [=] { note([=] { return colourOf(controller->currentFrame()); }); }, Qt::DirectConnection);
         // And on this one, when the item has heard of it.
-        QObject::connect(controller, &VTVideoController::displayFrame, item, [=] { note(painted(item)); });
+        QObject::connect(controller, &VTVideoController::displayFrame, item,
+                         [=] { note([=] { return painted(item); }); });
     }
     void forget()
     {

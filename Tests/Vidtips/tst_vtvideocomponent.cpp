@@ -486,9 +486,10 @@ void tst_VTVideoComponent::playsToTheEnd()
     QTRY_COMPARE(item->state(), VTVideoComponent::pausedState);
     QCOMPARE(item->position(), qint64(12));
     QCOMPARE(item->progress(), 1.0);
-    QVERIFY(displayed.count() >= 12);
+    const int before = displayed.count();
+    QVERIFY(before >= 12);
     item->play();
-    QTRY_VERIFY(item->position() > 0 && item->position() < 12);
+    QTRY_VERIFY(displayed.count() >= before + 12);
 }
 
 void tst_VTVideoComponent::rewindDuringPlayback()
