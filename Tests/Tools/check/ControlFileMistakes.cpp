@@ -79,8 +79,45 @@ void addPlaceholderMistakes()
           "and \"_\" [VT116]"},
          {"placeholder after an entity", tip("<note>&lt;&amp; %(grid)d</note>"),
           "4:17: warning: \"%(grid)\" is not filled in: write \"%(grid)s\" [VT116]"},
+         {"placeholder in braces", tip("<note>A grid of %{grid}.</note>"),
+          "4:17: warning: \"%{grid}\" is not filled in: write \"%(grid)s\" [VT116]"},
+         {"placeholder with a blank", tip("<note>A grid of % (grid)s.</note>"),
+          "4:17: warning: \"% (grid)s\" is not filled in: write \"%(grid)s\" [VT116]"},
+         {"numbered placeholder", tip("<note>100 %, 5%2 or %1.</note>"),
+          "4:21: warning: \"%1\" is not filled in: write \"%(name)s\", with the name of a value [VT116]"},
          {"placeholder in a title", file("<vidtip key=\"tree\" title=\"Tree of %(size)\"/>"),
           "3:20: warning: \"%(size)\" is not filled in: write \"%(size)s\" [VT116]"}});
+}
+
+// Right as XML, and not what users are to read.
+void addTextMistakes()
+{
+    using Garden::file;
+    using Garden::tip;
+    Mistakes::addInControlFile(
+        {{"tags in a section of CDATA", tip("<note><![CDATA[Mind the <b>roots</b>.]]></note>"),
+          "4:7: warning: \"<b>\" is shown as it is written: \"note\" is plain text [VT119]"},
+         {"tags that are escaped", tip("<note>Mind the roots.&lt;br/&gt;And the leaves.</note>"),
+          "4:7: warning: \"<br/>\" is shown as it is written: \"note\" is plain text [VT119]"},
+         {"umlaut that was converted twice", tip("<note>B\u00C3\u00A4ume</note>"),
+          "4:8: warning: \"\u00C3\u00A4\" was \"\u00E4\" before the text was read in another encoding "
+          "[VT120]"},
+         {"apostrophe that was converted twice", tip("<note>Don\u00E2\u20AC\u2122t</note>"),
+          "4:10: warning: \"\u00E2\u20AC\u2122\" was \"\u2019\" before the text was read in another encoding "
+          "[VT120]"},
+         {"title that was converted twice", file("<vidtip key=\"tree\" title=\"5 \u00C2\u00B0C\"/>"),
+          "3:20: warning: \"\u00C2\u00B0\" was \"\u00B0\" before the text was read in another encoding "
+          "[VT120]"},
+         {"misspelt key of a shortcut", file("<vidtip key=\"tree\" title=\"Tree\" shortcut=\"Crtl+T\"/>"),
+          "3:33: warning: there is no key \"Crtl\": did you mean \"Ctrl\"? [VT121]"},
+         {"picture beside a clip", tip("<clip source=\"%(clip)s\"/>\n<picture source=\"%(kind)s\"/>"),
+          "5:1: warning: this \"picture\" is not shown: there is a \"clip\" [VT122]",
+          "Tip \"tree\": Could not find the clip %(clip)s"},
+         {"tip without a context among others",
+          file("<vidtip key=\"bush\" title=\"Bush\" context=\"G\"/>\n<vidtip key=\"tree\" title=\"Tree\"/>",
+               "search=\"Shared\""),
+          "4:1: warning: the tip \"tree\" is not translated: it has no \"context\", as others of this file "
+          "[VT710]"}});
 }
 
 void addXmlMistakes()
@@ -251,6 +288,7 @@ void Mistakes::addInControlFiles()
 {
     addStructureMistakes();
     addPlaceholderMistakes();
+    addTextMistakes();
     addXmlMistakes();
     addLostFileMistakes();
     addLostLanguage();

@@ -129,6 +129,9 @@ void addKeyDataMistakes()
             "<vidtipkeys>\n<key name=\"tree\" shortcut-mac=\"T\" shortcut-macos=\"T\"/></vidtipkeys>",
             "2:35: warning: the attribute \"shortcut-macos\" is not read: did you mean \"shortcut-mac\"? "
             "[VT805]");
+    mistake("key data with a misspelt key of a shortcut",
+            "<vidtipkeys>\n<key name=\"tree\" shortcut-mac=\"Comand+T\"/></vidtipkeys>",
+            "2:18: warning: there is no key \"Comand\": did you mean \"Command\"? [VT121]");
     mistake("key data with a misspelt attribute of the schema",
             "<vidtipkeys>\n<key name=\"tree\" hlep=\"trees\"/></vidtipkeys>",
             "2:18: warning: the attribute \"hlep\" is not read: did you mean \"help\"? [VT805]");

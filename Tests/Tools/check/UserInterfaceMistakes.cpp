@@ -124,6 +124,18 @@ void addQmlMistakes()
     qmlMistake("value that is not there", head + size + "  property int n: vidtip.attribute(\"a\").size.n\n}",
                "4: warning: TypeError: Cannot read property 'n' of undefined [VT607]",
                "VidtipsUI.qml:4: TypeError: Cannot read property 'n' of undefined");
+    const QString only = "Garden.vidtips/ui/VidtipsUI.qml:4: ";
+    const QString error = "ReferenceError: nothing is not defined";
+    Mistakes::add(
+        {"error with one of two tips",
+         {{Garden::control,
+           Garden::file("<vidtip key=\"bush\" title=\"Bush\"/>\n<vidtip key=\"tree\" title=\"Tree\"/>")},
+          {userInterface,
+           head + size + "  property int n: vidtip.attribute(\"key\") == \"tree\" ? nothing.n : 1\n}"}},
+         {},
+         only + error,
+         only + error,
+         only + "warning: " + error + " (\"tree\", en_US) [VT607]"});
     qmlMistake("QtQuick 2", "import QtQuick 2.15\nItem { width: 20; height: 10 }",
                "1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
                "Garden.vidtips/ui/VidtipsUI.qml:1:1: error: QtQuick 2 cannot be shown in a tip [VT602]",
@@ -136,6 +148,27 @@ void addQmlMistakes()
                "VidtipsUI.qml:4:3: Cannot assign to non-existent property \"txt\"");
 }
 
+void addReadingMistakes()
+{
+    const auto mistake = [](const char *name, const QByteArray &read, const QString &finding) {
+        Mistakes::add({name,
+                       {{userInterface,
+                         "import QtQuick 1.1\nItem {\n  width: 20; height: 10 // attribute(\"no\")\n"
+                         "  property variant read: vidtip ? vidtip."
+                             + read + " : null\n}"},
+                        {"Garden.vidtips/ui/schema.xml",
+                         "<schema><element name=\"vidtip\"><attribute name=\"level\"/><element "
+                         "name=\"summary\" text=\"rich\"/></element></schema>"}},
+                       QString(userInterface) + ":4:" + finding + " [VT615]",
+                       {}});
+    };
+    mistake("misspelt element in QML", "childElement(\"sumary\")",
+            "56: warning: the element \"sumary\" is read, which the schema does not have: did you mean "
+            "\"summary\"?");
+    mistake("attribute that the schema lacks", "attribute('hint')",
+            "53: warning: the attribute \"hint\" is read, which the schema does not have");
+}
+
 } // namespace
 
 void Mistakes::addInWhatIsShown()
@@ -143,4 +176,5 @@ void Mistakes::addInWhatIsShown()
     addClipMistakes();
     addQmlMistakes();
     addSeenMistakes();
+    addReadingMistakes();
 }

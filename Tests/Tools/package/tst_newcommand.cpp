@@ -145,6 +145,12 @@ void tst_NewCommand::addsTips_data()
         << QByteArray("<vidtips locale=\"de\">\n</vidtips>")
         << QStringList{"--locale", "de", "--locale", "de_DE"}
         << QByteArray("<vidtips locale=\"de\">\n" + entry + "</vidtips>") << "Tools.vidtips/Control/T.xml:2";
+    const QByteArray translated = "<vidtips>\n<vidtip key=\"a\" context=\"A&amp;B\"/>\n";
+    QTest::newRow("translated as the others")
+        << QByteArray(translated + "</vidtips>") << QStringList{}
+        << QByteArray(translated + QByteArray(entry).replace("hand\">", "hand\" context=\"A&amp;B\">")
+                      + "</vidtips>")
+        << "Tools.vidtips/Control/T.xml:3";
     QTest::newRow("of a locale") << QByteArray("<vidtips locale=\"de\">\n</vidtips>")
                                  << QStringList{"--locale", "de_DE"}
                                  << QByteArray("<vidtips locale=\"de\">\n" + entry + "</vidtips>")

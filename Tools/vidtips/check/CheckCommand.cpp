@@ -18,6 +18,7 @@
 #include "stage/PreviewSettings.h"
 #include "strings/TranslationCheck.h"
 #include "trial/TrialWorkers.h"
+#include "vocabulary/ReadingCheck.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QEventLoop>
@@ -86,6 +87,7 @@ void checkFiles(const Content &content, const Request &request, Console &console
     AccessCheck().run(files.qmlFiles(), findings);
     if (request.isRestricted)
         RestrictionCheck(content).run(request.keyData + content.keyDataFiles(), findings);
+    ReadingCheck::run(content, findings);
     UserInterfaceCheck().run(content, request.isRestricted, findings);
     ClipCheck(request.budget, request.longest).run(files.clips(), findings, progressOf(console, "clips"));
     CatalogueCheck(request.sourceLocale).run(content, findings);

@@ -6,6 +6,7 @@
 #include "shared/Nearest.h"
 #include "shared/Vocabulary.h"
 #include "vocabulary/SchemaCheck.h"
+#include "vocabulary/ShortcutName.h"
 
 #include <QtCore/QMap>
 
@@ -120,6 +121,11 @@ void KeyDataCheck::checkSpelling(const QString &path, const XmlDocument &documen
             continue;
         }
         for (const XmlAttribute &attribute : child->attributes) {
+            const QString misspelt = attribute.name.startsWith("shortcut")
+                ? ShortcutName::problemWith(attribute.value)
+                : QString();
+            if (!misspelt.isEmpty())
+                findings.add("VT121", path, attribute.position, misspelt);
             const QString meant = Nearest::to(attribute.name, m_attributes);
             if (attribute.name != "name" && !meant.isEmpty() && meant != attribute.name)
                 findings.add("VT805", path, attribute.position,

@@ -55,6 +55,13 @@ QString titleFrom(const QString &key)
     return title;
 }
 
+// That in which catalogues have the texts of the file's other tips.
+QString contextIn(const ControlFile &file)
+{
+    const auto entries = file.entries();
+    return entries.empty() ? QString() : entries.back()->attribute("context");
+}
+
 // The text is written as UTF-8, which changes no byte of the rest only where that is UTF-8, too.
 bool isUtf8(const ControlFile &file)
 {
@@ -95,12 +102,14 @@ QString NewTip::choose(const Content &content, const QStringList &locales,
     return {};
 }
 
-QString NewTip::entry() const
+QString NewTip::entryFor(const ControlFile &file) const
 {
-    return QString("  <vidtip key=\"%1\" title=\"%2\">\n"
+    const QString context = file.locale().isEmpty() ? contextIn(file) : QString();
+    return QString("  <vidtip key=\"%1\" title=\"%2\"%3>\n"
                    "    <summary>Says in a sentence what the command does.</summary>\n"
                    "  </vidtip>\n")
-        .arg(m_key.toHtmlEscaped(), titleFrom(m_key).toHtmlEscaped());
+        .arg(m_key.toHtmlEscaped(), titleFrom(m_key).toHtmlEscaped(),
+             context.isEmpty() ? QString() : QString(" context=\"%1\"").arg(context.toHtmlEscaped()));
 }
 
 // The text of the file is the author's: it stays as it is but for the entry.
@@ -110,10 +119,10 @@ QString NewTip::textWith(const ControlFile &file) const
     int end = text.lastIndexOf(documentEnd);
     if (end < 0) {
         const int slash = text.lastIndexOf("/>");
-        return text.replace(slash, 2, QString(">\n%1</vidtips>").arg(entry()));
+        return text.replace(slash, 2, QString(">\n%1</vidtips>").arg(entryFor(file)));
     }
     const bool isLineBegun = end > 0 && text.at(end - 1) != '\n';
-    return text.insert(end, (isLineBegun ? "\n" : "") + entry());
+    return text.insert(end, (isLineBegun ? "\n" : "") + entryFor(file));
 }
 
 QString NewTip::add(const Content &content, const QStringList &locales)
@@ -127,7 +136,7 @@ QString NewTip::add(const Content &content, const QStringList &locales)
             return problem;
         const QString text = textWith(*file);
         problem = SavedFile::write(file->path, text.toUtf8());
-        const int line = text.leftRef(text.lastIndexOf(entry())).count('\n') + 1;
+        const int line = text.leftRef(text.lastIndexOf(entryFor(*file))).count('\n') + 1;
         m_places << Places::shown(file->path, {line, 0});
     }
     return problem;

@@ -29,7 +29,7 @@ private:
     QString choose(const Content &content, const QStringList &locales,
                    QVector<const ControlFile *> &files) const;
     QString textWith(const ControlFile &file) const;
-    QString entry() const;
+    QString entryFor(const ControlFile &file) const;
 
     QString m_key;
     QStringList m_places;

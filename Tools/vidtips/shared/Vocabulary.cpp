@@ -124,10 +124,12 @@ VocabularyElement Vocabulary::elementFrom(const XmlNode &node)
     if (node.name != "element")
         refuse(node.position,
                QString("a schema is made of \"element\" and \"attribute\", not \"%1\"").arg(node.name));
-    refuseOthers(node, {"name", "about", "text", "most"});
+    refuseOthers(node, {"name", "about", "text", "most", "unless"});
     element.name = nameOf(node);
     element.about = node.attribute("about").simplified();
-    element.hasText = flagOf(node, "text");
+    element.isRich = node.attribute("text") == "rich";
+    element.hasText = element.isRich || flagOf(node, "text");
+    element.unless = node.attribute("unless");
     element.most = mostOf(node);
     for (const auto &child : node.children) {
         if (child->name == "attribute")

@@ -26,7 +26,9 @@ struct VocabularyElement
     QString name;
     QString about; ///< A sentence for authors.
     bool hasText = false; ///< Its text is shown.
+    bool isRich = false; ///< Its text may hold tags of HTML, written as text.
     int most = 0; ///< How many of them are shown; 0 for any number.
+    QString unless; ///< The element in whose place it is shown.
     QVector<VocabularyAttribute> attributes;
     QVector<VocabularyElement> elements;
 

@@ -3,6 +3,7 @@
 #include "shared/Position.h"
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
 
 class Content;
 class Findings;
@@ -10,7 +11,16 @@ class XmlDocument;
 struct ControlFile;
 struct XmlNode;
 
-/** Checks the texts of entries for placeholders that are not written as the library fills them in. */
+/** Something that is wrong in a text. */
+struct TextMistake
+{
+    QString code; ///< Of the finding.
+    int offset = 0;
+    QString message;
+};
+
+/** Checks what texts of entries are made of: placeholders, letters, shortcuts, and whether they are
+ * translated. */
 class TextCheck
 {
 public:
@@ -20,6 +30,10 @@ public:
      * nothing is. */
     static QString problemWith(const QString &text, int offset);
 
+    /** Returns what is wrong in @p text, but for what an element or an attribute is for. */
+    static QVector<TextMistake> mistakesIn(const QString &text);
+
 private:
+    static void checkContexts(const ControlFile &file, Findings &findings);
     void checkNode(const ControlFile &file, const XmlNode &node, Findings &findings);
 };

@@ -4,6 +4,10 @@
 #include "shared/Content.h"
 #include "shared/Nearest.h"
 
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
+
 namespace {
 
 // What has a prefix, as a declaration of a namespace has, is for another reader.
@@ -46,7 +50,7 @@ void VocabularyCheck::checkFile(const Content &content, const ControlFile &file,
 {
     m_file = file.path;
     if (vocabularyFor(content, file, nullptr, findings))
-        checkAttributes(*file.document.root(), {"vidtips", {}, false, 0, {}, {}}, Vocabulary::fileAttributes);
+        checkAttributes(*file.document.root(), {}, Vocabulary::fileAttributes);
     for (const XmlNode *entry : file.entries()) {
         const Vocabulary *const vocabulary = vocabularyFor(content, file, entry, findings);
         if (vocabulary)
@@ -91,6 +95,7 @@ void VocabularyCheck::checkNode(const XmlNode &node, const VocabularyElement &el
     checkRequired(node, element);
     checkText(node, element);
     checkChildren(node, element);
+    checkAlternatives(node, element);
 }
 
 void VocabularyCheck::checkAttributes(const XmlNode &node, const VocabularyElement &element,
@@ -125,6 +130,8 @@ void VocabularyCheck::checkText(const XmlNode &node, const VocabularyElement &el
     const bool hasText = !node.text.trimmed().isEmpty();
     if (element.hasText && !hasText && node.children.empty())
         add("VT112", node.position, QString("this \"%1\" is empty").arg(node.name));
+    if (element.hasText && !element.isRich)
+        checkMarkup(node);
     if (element.hasText || !hasText)
         return;
     for (const XmlText &text : node.texts) {
@@ -132,6 +139,37 @@ void VocabularyCheck::checkText(const XmlNode &node, const VocabularyElement &el
             continue;
         add("VT114", text.position, QString("text in \"%1\" is not shown").arg(node.name));
         return;
+    }
+}
+
+// Written so that XML takes it for text, as in a section of CDATA.
+void VocabularyCheck::checkMarkup(const XmlNode &node)
+{
+    static const QRegularExpression tag(
+        "</?(?:b|i|u|em|strong|br|p|a|span|font|code|tt|kbd|sub|sup|ul|ol|li)(?:\\s[^<>]*)?/?>",
+        QRegularExpression::CaseInsensitiveOption);
+    for (const XmlText &text : node.texts) {
+        const QRegularExpressionMatch match = tag.match(text.text);
+        if (!match.hasMatch())
+            continue;
+        add("VT119", text.position,
+            QString("\"%1\" is shown as it is written: \"%2\" is plain text")
+                .arg(match.captured(), node.name));
+        return;
+    }
+}
+
+void VocabularyCheck::checkAlternatives(const XmlNode &node, const VocabularyElement &element)
+{
+    for (const auto &child : node.children) {
+        const VocabularyElement *const known = element.element(child->name);
+        const auto isOther = [&](const std::unique_ptr<XmlNode> &other) {
+            return other->name == known->unless;
+        };
+        if (known && !known->unless.isEmpty()
+            && std::any_of(node.children.cbegin(), node.children.cend(), isOther))
+            add("VT122", child->position,
+                QString("this \"%1\" is not shown: there is a \"%2\"").arg(child->name, known->unless));
     }
 }
 

@@ -24,6 +24,8 @@ private:
     void checkAttributes(const XmlNode &node, const VocabularyElement &element, const QStringList &others);
     void checkRequired(const XmlNode &node, const VocabularyElement &element);
     void checkText(const XmlNode &node, const VocabularyElement &element);
+    void checkMarkup(const XmlNode &node);
+    void checkAlternatives(const XmlNode &node, const VocabularyElement &element);
     void checkChildren(const XmlNode &node, const VocabularyElement &element);
     void add(const QString &code, Position position, const QString &message);
 
