@@ -22,19 +22,19 @@ VTStoppedFiles &VTStoppedFiles::instance()
     return files;
 }
 
-void VTStoppedFiles::add(const QString &path)
+void VTStoppedFiles::add(const QString &path, const QString &package)
 {
     const VTFileStamp now = stampOf(path);
-    const auto found = m_files.find(path);
+    const auto found = m_files.find({path, package});
     if (found != m_files.end() && found->stamp == now)
         ++found->count;
     else
-        m_files.insert(path, {now, 1});
+        m_files.insert({path, package}, {now, 1});
 }
 
-bool VTStoppedFiles::isBarred(const QString &path) const
+bool VTStoppedFiles::isBarred(const QString &path, const QString &package) const
 {
-    const auto found = m_files.constFind(path);
+    const auto found = m_files.constFind({path, package});
     return found != m_files.constEnd() && found->count >= mostStops && found->stamp == stampOf(path);
 }
 

@@ -6,6 +6,7 @@
 #include "VTViewReach_p.h"
 #include "VTViewWork_p.h"
 #include "VTWidget.h"
+#include "VTXmlElement.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
@@ -17,6 +18,11 @@ namespace {
 
 /** How many user interfaces may load the next as soon as they are made. */
 constexpr int mostLoadsInARow = 10;
+
+QString packageOf(const VTXmlElement *content)
+{
+    return content ? content->attribute(QStringLiteral("VTPackagName")) : QString();
+}
 
 } // namespace
 
@@ -40,7 +46,9 @@ void VTViewLoader::load(const QString &path)
     if (!view || (!isLoaded(url) && loadsWithoutEnd()))
         return;
     m_pending = url;
-    if (!isLoaded(url))
+    if (isLoaded(url))
+        m_package = packageOf(m_view->content());
+    else
         loadOnceReturned();
 }
 
@@ -101,7 +109,7 @@ void VTViewLoader::replaceSource(const QUrl &url)
     m_scripts->restart();
     m_view->setSource(QUrl());
     if (view && m_scripts->resume())
-        countStop(before);
+        countStop(before, m_package);
     if (!view)
         return;
     // Nothing is left by now that was made of what the engine forgets.
@@ -110,6 +118,7 @@ void VTViewLoader::replaceSource(const QUrl &url)
     m_isForgotten = false;
     if (url.isEmpty())
         return;
+    m_package = packageOf(m_view->content());
     m_reach->renew();
     m_scripts->restart();
     m_view->setSource(url);
@@ -117,15 +126,19 @@ void VTViewLoader::replaceSource(const QUrl &url)
 
 bool VTViewLoader::isBarred(const QString &path) const
 {
-    if (!VTStoppedFiles::instance().isBarred(path))
+    const QString package = packageOf(m_view->content());
+    if (!VTStoppedFiles::instance().isBarred(path, package))
         return false;
-    m_view->warn(QStringLiteral("%1 was stopped twice and is not loaded until it changes").arg(path));
+    m_view->warn(
+        QStringLiteral("%1 was stopped twice for tips of the package \"%2\" and is not loaded for them "
+                       "until it changes")
+            .arg(path, package));
     return true;
 }
 
-void VTViewLoader::countStop(const QString &path)
+void VTViewLoader::countStop(const QString &path, const QString &package)
 {
-    VTStoppedFiles::instance().add(path);
+    VTStoppedFiles::instance().add(path, package);
     // What has changed since is to be read when it is loaded again.
     m_view->engine()->clearComponentCache();
     m_view->warn(QStringLiteral("%1 was stopped, as %2").arg(path, m_scripts->reason()));
@@ -140,7 +153,7 @@ void VTViewLoader::stop()
     m_pending.clear();
     loadOnceReturned();
     if (view && !path.isEmpty())
-        countStop(path);
+        countStop(path, packageOf(m_view->content()));
     auto *const window = view ? qobject_cast<VTWidget *>(view->parentWidget()) : nullptr;
     if (window)
         window->close();

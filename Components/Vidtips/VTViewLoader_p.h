@@ -49,12 +49,13 @@ private:
     void loadOnceReturned();
     void loadNow();
     void replaceSource(const QUrl &url);
-    void countStop(const QString &path);
+    void countStop(const QString &path, const QString &package);
 
     VTView *const m_view;
     VTViewReach *const m_reach;
     VTScriptWatch *const m_scripts;
     QUrl m_pending;
+    QString m_package; ///< of the tip for which the user interface was asked for last
     bool m_isForgotten = false; ///< what the engine has of the user interface is to be read anew
     int m_loadsInARow = 0; ///< each asked for by the one before, while that was being made
 };

@@ -77,11 +77,31 @@ private Q_SLOTS:
         }
         show("endless");
         QVERIFY(!root());
-        QVERIFY(told("was stopped twice and is not loaded until it changes") > 0);
+        QVERIFY(told("was stopped twice for tips of the package \"Endless\" and is not loaded for them") > 0);
         writeEndless("property int changed: 1");
         show("endless");
         QTRY_VERIFY(root());
         QCOMPARE(root()->property("changed").toInt(), 1);
+    }
+
+    // What a package has shown in the user interface of another one takes it away from nobody else.
+    void barsItForThePackageThatIsShown()
+    {
+        packages->writeUserInterface("Sound",
+                                     "property string key: vidtip ? vidtip.attribute('key') : ''\n"
+                                     "onKeyChanged: { while (key === 'greedy'); }");
+        packages->writeControl("Greedy", "tips.xml", R"(<vidtip key="greedy"/>)", "search=\"Sound\"");
+        session->manager()->loadPackage(QFileInfo(packages->filePath("Greedy.vidtips")));
+        for (int i = 1; i <= 2; ++i) {
+            QVERIFY(show("sound"));
+            QTRY_VERIFY(root() && root()->property("key") == "sound");
+            showLater("greedy");
+            QTRY_COMPARE(told("was stopped"), i);
+            QTRY_VERIFY(!session->window()->isVisible());
+        }
+        show("greedy");
+        QVERIFY(!root());
+        QVERIFY(told("was stopped twice for tips of the package \"Greedy\" and is not loaded for them") > 0);
     }
 
     void stopsWhatGoes()
