@@ -91,7 +91,8 @@ void Session::makeCommands()
 void Session::distrust()
 {
     m_host->context().set(RestrictContent, true);
-    m_host->context().set(ScriptTimeout, 100);
+    // Sound content takes less than that on a busy machine, too.
+    m_host->context().set(ScriptTimeout, 2000);
 }
 
 void Session::act()
