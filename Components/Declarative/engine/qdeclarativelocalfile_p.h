@@ -3,6 +3,7 @@
 #include <QtCore/QString>
 
 class QObject;
+class QQmlAbstractUrlInterceptor;
 class QUrl;
 
 namespace QDeclarativeLocalFile {
@@ -25,5 +26,14 @@ bool isPictureRefused(const QUrl &, const QObject *element);
 
 /** Reports an address that is refused to @p element as a warning of that, and returns whether it is. */
 bool refuse(const QUrl &, const QObject *element);
+
+/**
+ * Where an engine is to look for the code that is at an address: there, or where there is nothing if that is
+ * a named pipe or a device. Any thread.
+ */
+QUrl codeAt(const QUrl &);
+
+/** Has engines look there. It is none's own, and lives on. */
+QQmlAbstractUrlInterceptor *interceptor();
 
 } // namespace QDeclarativeLocalFile

@@ -1,5 +1,6 @@
 #include <QtDeclarative/qdeclarativepreparation.h>
 
+#include "engine/qdeclarativelocalfile_p.h"
 #include "qdeclarativetypes_p.h"
 
 #include <QtCore/QDateTime>
@@ -39,7 +40,7 @@ public:
     {
         const bool isLocal =
             url.isLocalFile() || url.scheme().isEmpty() || url.scheme() == QLatin1String("qrc");
-        return isLocal ? url : QUrl();
+        return isLocal ? QDeclarativeLocalFile::codeAt(url) : QUrl();
     }
 
     QDeclarativeEngine engine;

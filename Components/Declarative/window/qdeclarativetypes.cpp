@@ -3,6 +3,7 @@
 #include "editors/qdeclarativeeditorstypes_p.h"
 #include "elements/qdeclarativeelementstypes_p.h"
 #include "engine/qdeclarativeenginetypes_p.h"
+#include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativepropertytables_p.h"
 #include "engine/qdeclarativeqtmodules_p.h"
 #include "flickable/qdeclarativeflickabletypes_p.h"
@@ -81,4 +82,5 @@ void prepareDeclarativeEngine(QQmlEngine *engine)
 {
     registerAllTypes(engine);
     QDeclarativeDatabases::install(engine);
+    engine->setUrlInterceptor(QDeclarativeLocalFile::interceptor());
 }

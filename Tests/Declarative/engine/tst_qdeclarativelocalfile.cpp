@@ -3,9 +3,11 @@
 #include "WatchedScene.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QThread>
 #include <QtDeclarative/QDeclarativeView>
+#include <QtQml/QQmlComponent>
 #include <QtTest/QTest>
 
 #include <atomic>
@@ -68,6 +70,8 @@ private slots:
     void refused();
     void style();
     void view();
+    void code_data();
+    void code();
     void fontLoader();
 
 private:
@@ -174,6 +178,35 @@ void tst_QDeclarativeLocalFile::view()
     view.setSource(QUrl());
     QCOMPARE(view.status(), QDeclarativeView::Null);
     QVERIFY(!watchdog.hadToHelp());
+}
+
+void tst_QDeclarativeLocalFile::code_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<bool>("loads");
+    QTest::newRow("script") << QStringLiteral("pipe.js") << QByteArray("import 'pipe.js' as S\nItem { }")
+                            << false;
+    QTest::newRow("folder") << QStringLiteral("folder/qmldir") << QByteArray("import 'folder'\nItem { }")
+                            << false;
+    QTest::newRow("component") << QStringLiteral("Pipe.qml") << QByteArray("Item { Pipe { } }") << false;
+    // What lies beside a document needs no description.
+    QTest::newRow("description beside") << QStringLiteral("qmldir") << QByteArray("Item { }") << true;
+}
+
+void tst_QDeclarativeLocalFile::code()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, document);
+    QCOMPARE(::mkfifo(QFile::encodeName(path(file)).constData(), 0600), 0);
+    const auto remove = qScopeGuard([this, file] { QFile::remove(path(file)); });
+    const PipeWatchdog watchdog(path(file));
+    QDeclarativeEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick 1.1\n" + document,
+                      QUrl::fromLocalFile(path(QStringLiteral("Document.qml"))));
+    QVERIFY(!watchdog.hadToHelp());
+    QTEST(component.isReady(), "loads");
 }
 
 void tst_QDeclarativeLocalFile::fontLoader()
