@@ -16,9 +16,9 @@ private Q_SLOTS:
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int longest = 20000; // milliseconds; sanitizers take many times as long
+constexpr int longest = 60000; // milliseconds; sanitizers take many times as long
 #else
-constexpr int longest = 2000;
+constexpr int longest = 10000;
 #endif
 
 void step(QDeclarativeView *view)

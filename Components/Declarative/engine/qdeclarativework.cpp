@@ -3,6 +3,9 @@
 #include <QtCore/QCoreApplication>
 #include <QtQml/QQmlInfo>
 
+#include <private/qqmlcontext_p.h>
+#include <private/qqmldata_p.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -47,10 +50,29 @@ bool QDeclarativeWork::postponeFirst(Task task)
     return true;
 }
 
+static void tellOfNoEnd(const QObject *element)
+{
+    qmlWarning(element) << QCoreApplication::translate("QDeclarativeWork",
+                                                       "Handlers keep changing what they are called for");
+}
+
+/** Whether the handlers of Component.onDestruction run in the document that the element stands in. */
+bool QDeclarativeWork::isElementGoing() const
+{
+    const QQmlData *const data = m_element ? QQmlData::get(m_element) : nullptr;
+    return data && data->outerContext && data->outerContext->hasEmittedDestruction;
+}
+
 void QDeclarativeWork::countItem()
 {
-    if (m_isDoingTasks)
+    const bool isGoing = isElementGoing();
+    if (m_isDoingTasks || isGoing)
         ++m_effort;
+    // Each of its items has a handler that may ask for others, which nobody will see.
+    if (!isGoing || m_effort < mostEffort || m_isClosed)
+        return;
+    tellOfNoEnd(m_element);
+    close();
 }
 
 void QDeclarativeWork::close()
@@ -69,7 +91,8 @@ void QDeclarativeWork::end()
 void QDeclarativeWork::doTasks()
 {
     m_isDoingTasks = true;
-    m_effort = 0;
+    if (!isElementGoing())
+        m_effort = 0;
     size_t left = m_tasks.size();
     for (int round = 0; !m_tasks.empty() && !isTooMuch(round); --left, ++m_effort) {
         if (left == 0) {
@@ -92,8 +115,7 @@ bool QDeclarativeWork::isTooMuch(int round) const
 
 void QDeclarativeWork::dropTasks()
 {
-    qmlWarning(m_element) << QCoreApplication::translate("QDeclarativeWork",
-                                                         "Handlers keep changing what they are called for");
+    tellOfNoEnd(m_element);
     m_isExhausted = true;
     QMetaObject::invokeMethod(
         m_element, [this] { m_isExhausted = false; }, Qt::QueuedConnection);

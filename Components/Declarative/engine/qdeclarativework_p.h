@@ -45,7 +45,10 @@ public:
     /** The same, but before everything that is kept already. */
     bool postponeFirst(Task task);
 
-    /** Tells of an item that was made: tasks that make too many have no end, either. */
+    /**
+     * Tells of an item that was made: tasks that make too many have no end, either. Nor has what handlers of
+     * Component.onDestruction ask for, however often: all of that counts together, and closes the work.
+     */
     void countItem();
 
     /** From now on whatever is postponed is dropped: the element is about to go. */
@@ -74,6 +77,7 @@ private:
         const char *property = nullptr;
     };
 
+    bool isElementGoing() const;
     bool refuses() const { return m_isClosed || (m_isExhausted && m_depth > 0); }
     void end();
     void doTasks();
@@ -84,7 +88,7 @@ private:
     const Task m_drop;
     std::deque<Kept> m_tasks;
     int m_depth = 0;
-    int m_effort = 0; ///< of the tasks: how many there were, and the items that they made
+    int m_effort = 0; ///< tasks done, and items made by them or while the element goes
     bool m_isDoingTasks = false;
     bool m_isExhausted = false;
     bool m_isClosed = false;
