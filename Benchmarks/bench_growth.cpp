@@ -31,8 +31,10 @@ const Case cases[] = {
      "Column { id: column; Component { id: box; Item { width: 9; height: 9 } }\n"
      "Component.onCompleted: { for (var i = 0; i < %1; ++i) box.createObject(column) } }"},
     {"rows without height", "ListView { height: 100; model: %1; delegate: Item { } }"},
-    {"a list that caches every row",
-     "ListView { height: 100; cacheBuffer: 1000000; model: %1; delegate: Item { height: 10 } }"},
+    // Each time that it moves it makes one row that is not seen.
+    {"a list with a full cache",
+     "ListView { height: 100; cacheBuffer: 1000000; model: %1; delegate: Item { height: 10 }\n"
+     "Component.onCompleted: { for (var i = 0; i < %1; ++i) contentY = i % 2 } }"},
     {"children[i] in a loop",
      "Item { id: all; Repeater { model: %1; Item { } }\n"
      "Component.onCompleted: { for (var i = 0; i < children.length; ++i) children[i].x = 1 } }"},
