@@ -69,7 +69,7 @@ void Harvest::look()
     const bool hasMain = std::any_of(windows.begin(), windows.end(), isMain);
     const bool isPatient = !hasMain && !m_sinceStart.hasExpired(m_wait);
     if (!windows.isEmpty() && !isPatient && m_sinceChange.hasExpired(quietFor))
-        return finish();
+        return finish(hasMain);
     if (windows.isEmpty() && m_sinceStart.hasExpired(m_wait)) {
         m_timer.stop();
         return m_report({{"event", "noWindow"}});
@@ -87,7 +87,7 @@ void Harvest::tellWaiting(const QString &window)
     m_report({{"event", "waiting"}, {"window", window}});
 }
 
-void Harvest::finish()
+void Harvest::finish(bool hasMain)
 {
     m_timer.stop();
     CommandWalk walk(m_folder);
@@ -97,5 +97,7 @@ void Harvest::finish()
     const bool isWritten =
         file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
     file.close();
-    m_report({{"event", "harvested"}, {"problem", isWritten ? QString() : file.errorString()}});
+    m_report({{"event", "harvested"},
+              {"isMain", hasMain},
+              {"problem", isWritten ? QString() : file.errorString()}});
 }

@@ -29,7 +29,7 @@ public:
 
 private:
     void look();
-    void finish();
+    void finish(bool hasMain);
     void tellWaiting(const QString &window);
 
     const QString m_folder;

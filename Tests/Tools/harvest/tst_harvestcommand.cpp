@@ -324,6 +324,7 @@ void tst_HarvestCommand::takesADialogWhereNothingElseComes()
     const ToolRun run = harvest({"dialog"}, {"--wait", "8"});
     QVERIFY(lines(run.errors)
                 .contains("vidtips: waiting for a window with menus or tool bars; there is \"Welcome\""));
+    QVERIFY(run.errors.contains("vidtips: no window with menus or tool bars has come, so the commands are "));
     QCOMPARE(firstLine(run), QString("Foreign.vidtips: 1 new, 0 kept, 0 changed, 0 gone"));
     QVERIFY(content("Foreign.vidtips/Control/Window.en_US.xml").contains("key=\"QDialogButtonBox.Ok\""));
 }

@@ -67,6 +67,10 @@ bool HarvestRun::takes(const QJsonObject &report, Console &console)
             QString("vidtips: waiting for a window with menus or tool bars; there is \"%1\"").arg(window));
     if (event == "steppedBack")
         m_problem = "the program has no widgets";
+    // Who does not answer a program's first question gets the commands of the question.
+    if (event == "harvested" && !report.value("isMain").toBool())
+        console.note("vidtips: no window with menus or tool bars has come, so the commands are those of the "
+                     "windows that there are: answer what the program asks first, and harvest again");
     if (event == "harvested")
         m_problem = report.value("problem").toString();
     m_isWithoutWindow = event == "noWindow";
