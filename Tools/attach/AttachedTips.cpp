@@ -51,6 +51,21 @@ AttachedTips::AttachedTips(VTContext &context, const AttachSettings &settings)
     m_locator.setFallbacks(CommandTexts::fallbacks);
 }
 
+// Packages of another program look like tips that do not work.
+AttachedTips::~AttachedTips()
+{
+    if (m_isAsked && !m_hasTips && !m_traces)
+        std::fprintf(stderr,
+                     "vidtips: no command that the pointer rested on has a tip in the packages; --trace "
+                     "tells the keys of commands\n");
+}
+
+void AttachedTips::remember(const QString &key)
+{
+    m_isAsked = m_isAsked || !key.isEmpty();
+    m_hasTips = m_hasTips || keys().contains(key);
+}
+
 QString AttachedTips::keyAt(QObject *object, const QPoint &position, QRect &rect)
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -62,6 +77,7 @@ QString AttachedTips::keyAt(QObject *object, const QPoint &position, QRect &rect
     m_command = m_locator.commandAt(object, position);
     if (m_traces && !isTraced(object, position))
         trace(object, position);
+    remember(m_command.key);
     rect = m_command.rect;
     return m_command.key;
 }

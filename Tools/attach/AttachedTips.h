@@ -19,6 +19,7 @@ class AttachedTips : public Vidtips::VTInterface
 public:
     /** Makes the tips; who calls it deletes them before the application. */
     static AttachedTips *create(const AttachSettings &settings);
+    ~AttachedTips() override;
 
     QString keyAt(QObject *object, const QPoint &position, QRect &rect) override;
     QString shortCutForObject(const QString &key, QObject *object, const QString &shortcut) override;
@@ -27,6 +28,7 @@ public:
 
 private:
     AttachedTips(VTContext &context, const AttachSettings &settings);
+    void remember(const QString &key);
     void trace(QObject *object, const QPoint &position);
     bool isTraced(QObject *object, const QPoint &position) const;
     bool isForeignTip(const QWidget *window) const;
@@ -37,4 +39,6 @@ private:
     QPointer<QObject> m_traced;
     QPoint m_tracedPosition;
     const bool m_traces;
+    bool m_isAsked = false; ///< The pointer has rested on a command that has a key.
+    bool m_hasTips = false; ///< One of these has a tip.
 };

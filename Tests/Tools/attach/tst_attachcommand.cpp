@@ -64,6 +64,7 @@ private slots:
     void stepsBack_data();
     void stepsBack();
     void tellsThatNothingCame();
+    void tellsThatNothingHasATip();
     void takesInstalledPackages();
     void refusesBadUse_data();
     void refusesBadUse();
@@ -270,6 +271,16 @@ void tst_AttachCommand::tellsThatNothingCame()
              QString("vidtips: echo has ended without loading the module for tips: it opens no windows of "
                      "Qt 5 itself, or its Qt is not " QT_VERSION_STR "\n"));
     QCOMPARE(run.exitCode, 0);
+}
+
+void tst_AttachCommand::tellsThatNothingHasATip()
+{
+    const QString told =
+        "vidtips: no command that the pointer rested on has a tip in the packages; --trace tells the "
+        "keys of commands";
+    QCOMPARE(errorsOf(attach({"hover:plain", "return:0"})), QStringList(told));
+    QCOMPARE(errorsOf(attach({"hover:plain", "hover:draw.line", "return:0"})), QStringList());
+    QCOMPARE(errorsOf(attach({"return:0"})), QStringList());
 }
 
 void tst_AttachCommand::takesInstalledPackages()
