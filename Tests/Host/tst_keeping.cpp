@@ -160,13 +160,14 @@ bool tst_Keeping::hover(const QString &key)
 {
     const QWidget *const command = m_window->command(key);
     const QPoint center = command->mapToGlobal(command->rect().center());
+    const RealPointer::ToolTipRequests requests;
     QCursor::setPos(center - QPoint(3, 3));
     if (!QTest::qWaitFor([=] { return command->underMouse(); }, patience))
         return false;
     QCursor::setPos(center);
     return QTest::qWaitFor(
         [&] {
-            return tip() && tip()->isVisible() && m_session->content()
+            return requests.haveReached(center) && tip() && tip()->isVisible() && m_session->content()
                 && m_session->content()->attribute("key") == key;
         },
         patience);

@@ -204,13 +204,14 @@ bool tst_Places::hover(const QString &key)
     const Place place = m_window->place(key);
     if (!QTest::qWaitForWindowExposed(place.widget->window(), RealPointer::patience))
         return false;
+    const RealPointer::ToolTipRequests requests;
     QCursor::setPos(place.center() - QPoint(3, 2));
     if (!QTest::qWaitFor([&] { return place.widget->underMouse(); }, RealPointer::patience))
         return false;
     QCursor::setPos(place.center());
     const auto hasCome = [&] {
-        return m_session->window() && m_session->window()->isVisible() && m_session->content()
-            && m_session->content()->attribute("key") == key;
+        return requests.haveReached(place.center()) && m_session->window() && m_session->window()->isVisible()
+            && m_session->content() && m_session->content()->attribute("key") == key;
     };
     return QTest::qWaitFor(hasCome, RealPointer::patience);
 }

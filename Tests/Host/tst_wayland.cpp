@@ -177,10 +177,14 @@ bool tst_Wayland::showsTip(const QRect &on) const
 bool tst_Wayland::hover(const QWidget *command)
 {
     const QString key = command->objectName();
+    const QPoint center = RealPointer::center(command);
+    // The pointer comes in two steps, and for the second one the tip would come again.
+    const RealPointer::ToolTipRequests requests;
     const auto hasCome = [&] {
-        return tip() && tip()->isVisible() && m_session->content()->attribute("key") == key && showsTip();
+        return requests.haveReached(center) && tip() && tip()->isVisible()
+            && m_session->content()->attribute("key") == key && showsTip();
     };
-    return m_pointer.moveTo(RealPointer::center(command)) && QTest::qWaitFor(hasCome, RealPointer::patience);
+    return m_pointer.moveTo(center) && QTest::qWaitFor(hasCome, RealPointer::patience);
 }
 
 void tst_Wayland::besideTheCommand_data()
