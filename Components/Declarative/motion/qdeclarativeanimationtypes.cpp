@@ -1,6 +1,7 @@
 #include "qdeclarativeanimationtypes_p.h"
 
 #include "engine/qdeclarativeqttype_p.h"
+#include "qdeclarativerotationanimation_p.h"
 #include "qdeclarativescriptname_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -186,6 +187,13 @@ void createAnimation(void *memory)
     completing[index].metaObject->addTo(static_cast<QObject *>(memory));
 }
 
+QDeclarativeQtType::CreateFunction createFunction(const QQmlType &type)
+{
+    if (type.baseMetaObject() == &QQuickRotationAnimation::staticMetaObject)
+        return &QDeclarativeRotationAnimation::create;
+    return QDeclarativeQtType::createFunction(type);
+}
+
 template <int... index>
 void registerAnimations(std::integer_sequence<int, index...>)
 {
@@ -194,8 +202,7 @@ void registerAnimations(std::integer_sequence<int, index...>)
     for (const char *name : animationTypes)
         types += QDeclarativeQtType::find("QtQuick", name);
     for (int i = 0; i < animationTypeCount; ++i) {
-        completing[i] = {QDeclarativeQtType::createFunction(types.at(i)),
-                         new CompletingMetaObject(types.at(i).baseMetaObject())};
+        completing[i] = {createFunction(types.at(i)), new CompletingMetaObject(types.at(i).baseMetaObject())};
         QDeclarativeQtType::registerCopy(
             types.at(i), animationTypes[i],
             {completing[i].create ? create[i] : nullptr, completing[i].metaObject});

@@ -27,6 +27,8 @@ private slots:
     void scriptActionByName();
     void scriptNames();
     void saysWhichAnglesAreMissing();
+    void turnsToASide_data();
+    void turnsToASide();
     void firstOfTwoStates();
     void anchorsComeBack();
     void bindingLetsGo();
@@ -272,6 +274,70 @@ void tst_QDeclarativeAnimation::saysWhichAnglesAreMissing()
     QCOMPARE(
         scene.warnings,
         QStringList{QStringLiteral("QML RotationAnimation: Cannot animate non-existent property \"angle\"")});
+}
+
+void tst_QDeclarativeAnimation::turnsToASide_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<QByteArray>("direction");
+    QTest::addColumn<QString>("halfway");
+    const auto row = [](const char *name, const char *from, const char *to, const char *direction,
+                        const char *halfway) {
+        QTest::newRow(name) << QByteArray(from) << QByteArray(to) << QByteArray(direction)
+                            << QString::fromLatin1(halfway);
+    };
+    row("numerical", "0", "720", "Numerical", "360");
+    row("shortest", "0", "270", "Shortest", "-45");
+    row("shortest, backwards", "300", "20", "Shortest", "340");
+    row("clockwise", "90", "0", "Clockwise", "225");
+    row("counterclockwise", "0", "90", "Counterclockwise", "-135");
+    row("clockwise, two turns are two", "0", "720", "Clockwise", "360");
+    row("shortest, 999 turns", "0", "359730", "Shortest", "45");
+    row("clockwise, down 999 turns", "359550", "0", "Clockwise", "359595");
+    row("shortest, many turns", "0", "36000090", "Shortest", "45");
+    row("shortest, many turns down", "36000000", "-90", "Shortest", "35999955");
+    row("clockwise, many turns down", "36000090", "0", "Clockwise", "36000225");
+    row("counterclockwise, many turns", "0", "36000090", "Counterclockwise", "-135");
+    // A turn more or less is the same number.
+    row("shortest to 1e17", "0", "1e17", "Shortest", "-40");
+    row("clockwise from 1e17", "1e17", "0", "Clockwise", "100000000000000030");
+    row("shortest through all numbers", "-1e308", "1e308", "Shortest", "-1e+308");
+    row("clockwise through all numbers", "1e308", "-1e308", "Clockwise", "1e+308");
+    row("counterclockwise to infinity", "0", "Infinity", "Counterclockwise", "Infinity");
+    row("clockwise from infinity", "Infinity", "0", "Clockwise", "NaN");
+    row("counterclockwise through infinity", "-Infinity", "Infinity", "Counterclockwise", "NaN");
+    row("shortest to no number", "0", "NaN", "Shortest", "NaN");
+    row("clockwise from no number", "NaN", "0", "Clockwise", "NaN");
+}
+
+void tst_QDeclarativeAnimation::turnsToASide()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    QFETCH(QByteArray, direction);
+    // QDeclarativeRotationAnimation has its way to go also where content, which hears of a change before
+    // anybody else, starts it at once.
+    SteppedAnimations animations;
+    animations.install();
+    WatchedScene scene;
+    QVERIFY(scene.load("Item { id: root; property real turn; property int done\n"
+                       "property variant seen: []\n"
+                       "onTurnChanged: { var all = seen; all.push(String(turn)); seen = all }\n"
+                       "RotationAnimation { id: run; target: root; property: 'turn'; duration: 64\n"
+                       "from: "
+                       + from + "; to: " + to
+                       + "; direction: RotationAnimation.Numerical\n"
+                         "onDirectionChanged: start(); onCompleted: done++ }\n"
+                         "Component.onCompleted: run.direction = RotationAnimation."
+                       + direction + " }"));
+    if (direction == "Numerical")
+        scene.evaluate("run.start()");
+    QVERIFY(animations.goOnUntil([&] { return scene.value("done").toInt() == 1; }));
+    const QStringList seen = scene.value("seen").toStringList();
+    QFETCH(QString, halfway);
+    QVERIFY2(seen.contains(halfway), qPrintable(seen.join(QLatin1Char(' '))));
+    QCOMPARE(scene.warnings, QStringList());
 }
 
 void tst_QDeclarativeAnimation::firstOfTwoStates()
