@@ -1,5 +1,6 @@
 #include "VTXmlParser.h"
 
+#include "VTXmlBounds_p.h"
 #include "VTXmlElement.h"
 
 #include <QtCore/QDebug>
@@ -16,43 +17,6 @@ QT_WARNING_DISABLE_DEPRECATED
 namespace Vidtips {
 
 namespace {
-
-// Passes a source on, and ends it where the parentheses of a document type declaration are nested too deep:
-// the reader recurses into them without asking any handler. They can only stand before the first element.
-class BoundedSource : public QXmlInputSource
-{
-public:
-    BoundedSource(const QXmlInputSource *source, const bool *inProlog)
-        : m_source(const_cast<QXmlInputSource *>(source)) // as the reader itself does
-        , m_inProlog(inProlog)
-    {
-    }
-
-    QChar next() override
-    {
-        const QChar character = m_source->next();
-        if (*m_inProlog && !isWithinBound(character))
-            return EndOfDocument;
-        return character;
-    }
-    void fetchData() override { m_source->fetchData(); }
-    QString data() const override { return m_source->data(); }
-    void reset() override { m_source->reset(); }
-
-private:
-    bool isWithinBound(QChar character)
-    {
-        if (character == QLatin1Char('('))
-            ++m_depth;
-        else if (character == QLatin1Char(')') && m_depth > 0)
-            --m_depth;
-        return m_depth <= VTXmlParser::maximumDepth;
-    }
-
-    QXmlInputSource *m_source;
-    const bool *m_inProlog;
-    int m_depth = 0;
-};
 
 // A logger made in the reporting handler keeps that handler as the context of what its helpers report.
 void report(const QMessageLogger &logger, const QString &message)
@@ -164,7 +128,7 @@ struct VIDTIPS_NO_EXPORT VTXmlParser::Private
     void *userData = nullptr;
     QString error; // why a handler ended the parse, where nothing else was reported
     int flags = GenerateElement;
-    bool inProlog = false;
+    VTXmlBounds *bounds = nullptr; // while a document is read
 };
 
 QObject *VTXmlParser::Private::create(const QMetaObject *meta, const QString &localName,
@@ -238,9 +202,12 @@ QList<QObject *> VTXmlParser::read(const QXmlInputSource *source)
     d->openElements.append({container.data(), GenerateElement});
     setContentHandler(this);
     setErrorHandler(this);
-    d->inProlog = true;
-    BoundedSource boundedSource(source, &d->inProlog);
-    parse(&boundedSource);
+    VTXmlBounds bounds(source);
+    d->bounds = &bounds;
+    setDeclHandler(&bounds);
+    parse(&bounds);
+    setDeclHandler(nullptr);
+    d->bounds = nullptr;
     if (!container)
         return {};
 
@@ -270,7 +237,8 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
                                const QXmlAttributes &atts)
 {
     const QMessageLogger logger(QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC);
-    d->inProlog = false;
+    if (d->bounds)
+        d->bounds->leaveProlog();
     if (d->openElements.size() > maximumDepth) {
         d->error = QStringLiteral("elements are nested too deep");
         return false;
@@ -299,6 +267,18 @@ bool VTXmlParser::startElement(const QString &namespaceURI, const QString &local
         return false;
     nameObject(object, namespaceURI.trimmed(), qName.trimmed());
     d->openElements.append({object, d->flags});
+    return true;
+}
+
+bool VTXmlParser::startPrefixMapping(const QString &prefix, const QString &)
+{
+    return !d->bounds || d->bounds->enterNamespace(prefix);
+}
+
+bool VTXmlParser::endPrefixMapping(const QString &prefix)
+{
+    if (d->bounds)
+        d->bounds->leaveNamespace(prefix);
     return true;
 }
 
@@ -340,10 +320,15 @@ bool VTXmlParser::fatalError(const QXmlParseException &exception)
     return false;
 }
 
-// The reader only knows that a handler ended the parse.
+// The reader only knows that a handler, or the document, ended the parse.
 QString VTXmlParser::reasonOf(const QXmlParseException &exception) const
 {
-    return d->error.isEmpty() ? exception.message() : d->error;
+    const QString bound = d->bounds ? d->bounds->errorString() : QString();
+    for (const QString &reason : {d->error, bound}) {
+        if (!reason.isEmpty())
+            return reason;
+    }
+    return exception.message();
 }
 
 } // namespace Vidtips

@@ -25,10 +25,11 @@ QT_WARNING_DISABLE_DEPRECATED
  * The properties "tagName" and "tagNameSpace" and the method appendContent(QString) are used where a class
  * has them.
  *
- * Problems go to the Qt debug output. External entities are never fetched, and the reader bounds the
- * expansion of internal ones. A document that is nested deeper than maximumDepth ends there, because the
- * reader, and deleting or searching the tree, recurse into it. So does one with an attribute that stands
- * twice in an element, which is malformed but passes the reader. One thread at a time uses a parser.
+ * Problems go to the Qt debug output. External entities are never fetched. A document that is nested deeper
+ * than maximumDepth ends there, because the reader, and deleting or searching the tree, recurse into it. So
+ * does one with an attribute that stands twice in an element, which is malformed but passes the reader, and
+ * one with more than 1,000 declared entities, whose entities expand to more than a million characters, or
+ * with more than 30 namespaces in scope. One thread at a time uses a parser.
  */
 class VIDTIPS_EXPORT VTXmlParser : public QXmlSimpleReader, public QXmlDefaultHandler
 {
@@ -92,6 +93,12 @@ public:
     bool startElement(const QString &namespaceURI, const QString &localName, const QString &qName,
                       const QXmlAttributes &atts) override;
 
+    /** Returns false to stop the reader where too many namespaces are in scope. */
+    bool startPrefixMapping(const QString &prefix, const QString &uri) override;
+
+    /** Notes that @p prefix is out of scope. Always returns true. */
+    bool endPrefixMapping(const QString &prefix) override;
+
     /** Closes the element; its object stays alive. */
     bool endElement(const QString &namespaceURI, const QString &localName, const QString &qName) override;
 
@@ -106,7 +113,7 @@ public:
 
 protected:
     /** Returns why the document breaks off where @p exception says. */
-    VIDTIPS_NO_EXPORT QString reasonOf(const QXmlParseException &exception) const;
+    QString reasonOf(const QXmlParseException &exception) const;
 
 private:
     struct Private;

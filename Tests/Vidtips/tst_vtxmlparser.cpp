@@ -2,6 +2,7 @@
 #include <Vidtips/VTXmlParser.h>
 
 #include "MessageRecorder.h"
+#include "ProcessorTime.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QPointer>
@@ -124,6 +125,8 @@ private slots:
     void largeText();
     void externalEntityIsNotFetched();
     void entityExpansionIsBounded();
+    void bounds_data();
+    void bounds();
 };
 
 static QByteArray deepDocument(int levels)
@@ -644,6 +647,100 @@ void tst_VTXmlParser::entityExpansionIsBounded()
     const auto root = readRoot(parser, document);
     QVERIFY(recorder.texts().value(0).startsWith(QStringLiteral("Fatal error at ")));
     QVERIFY(!root || root->content().size() < (1 << 20));
+}
+
+// VTXmlBounds: what is within them is read as ever, and what is beyond ends in time that its size accounts
+// for.
+void tst_VTXmlParser::bounds_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<int>("content"); // characters
+    QTest::addColumn<QString>("problem");
+    const auto many = [](int count, const char *text) {
+        QByteArray all;
+        for (int i = 0; i < count; ++i)
+            all += QByteArray(text).replace("#", QByteArray::number(i));
+        return all;
+    };
+    const auto withEntities = [](const QByteArray &declarations, const QByteArray &rest) {
+        return "<!DOCTYPE a [" + declarations + "]>" + rest;
+    };
+    const auto uses = [](int count) { return "<a>" + QByteArray("&e;").repeated(count) + "</a>"; };
+
+    const QString namespaces = QStringLiteral("more than 30 namespaces");
+    QTest::newRow("30 namespaces") << "<a" + many(30, " xmlns:p#='u'") + ">t</a>" << 1 << QString();
+    QTest::newRow("31 namespaces") << "<a" + many(31, " xmlns:p#='u'") + ">t</a>" << 0 << namespaces;
+    QTest::newRow("default namespace")
+        << "<a xmlns='u'" + many(30, " xmlns:p#='u'") + ">t</a>" << 0 << namespaces;
+    QTest::newRow("100,000 namespaces") << "<a" + many(100000, " xmlns:p#='u'") + ">t</a>" << 0 << namespaces;
+    QTest::newRow("namespaces of siblings")
+        << "<a>" + many(1000, "<b xmlns:p#='u'/>") + "t</a>" << 1 << QString();
+    QTest::newRow("the same namespace within")
+        << "<a>" + QByteArray("<b xmlns:p='u'>").repeated(40) + QByteArray("</b>").repeated(40) + "t</a>" << 1
+        << QString();
+    QTest::newRow("namespaces within each other")
+        << "<a>t" + many(31, "<b xmlns:p#='u'>") + QByteArray("</b>").repeated(31) + "</a>" << 1
+        << namespaces;
+
+    const QString entities = QStringLiteral("more than 1000 entities");
+    QTest::newRow("1,000 entities") << withEntities(many(1000, "<!ENTITY e# 'u'>"), "<a>&e0;&e999;</a>") << 2
+                                    << QString();
+    QTest::newRow("1,001 entities") << withEntities(many(1001, "<!ENTITY e# 'u'>"), "<a/>") << 0 << entities;
+    QTest::newRow("20,000 entities") << withEntities(many(20000, "<!ENTITY e# 'u'>"), "<a/>") << 0
+                                     << entities;
+    QTest::newRow("20,000 external entities")
+        << withEntities(many(20000, "<!ENTITY e# SYSTEM 'u'>"), "<a/>") << 0 << entities;
+    QTest::newRow("declared again") << withEntities(many(2000, "<!ENTITY e 'u'>"), uses(1)) << 1 << QString();
+
+    const QString expansion = QStringLiteral("entities expand to more than 1000000 characters");
+    const QByteArray long4000 = "<!ENTITY e '" + QByteArray(4000, 'x') + "'>";
+    QTest::newRow("a million characters") << withEntities(long4000, uses(250)) << 1000000 << QString();
+    QTest::newRow("more than a million") << withEntities(long4000, uses(251)) << 0 << expansion;
+    QTest::newRow("300,000 uses") << withEntities(long4000, uses(300000)) << 0 << expansion;
+    QTest::newRow("300,000 uses in an attribute")
+        << withEntities(long4000, "<a b='" + QByteArray("&e;").repeated(300000) + "'/>") << 0 << expansion;
+    QTest::newRow("300,000 short uses")
+        << withEntities("<!ENTITY e 'x'>", uses(300000)) << 300000 << QString();
+    QTest::newRow("300,000 uses of none")
+        << withEntities(long4000, "<a>" + QByteArray("&lt;").repeated(300000) + "</a>") << 300000
+        << QString();
+    QTest::newRow("300,000 parameters") << withEntities(
+        "<!ENTITY % e '" + QByteArray(2000, ' ') + "'>" + QByteArray("%e;").repeated(300000), "<a/>")
+                                        << 0 << expansion;
+    QTest::newRow("an entity that is declared later")
+        << withEntities("<!ENTITY e '&f;&f;'><!ENTITY f 'xy'>", uses(2)) << 8 << QString();
+    const auto chain = [&](int levels) {
+        QByteArray declarations;
+        for (int i = 0; i < levels; ++i)
+            declarations += "<!ENTITY e" + QByteArray::number(i) + " '"
+                + QByteArray("&e" + QByteArray::number(i + 1) + ';').repeated(20) + "'>";
+        return declarations + "<!ENTITY e" + QByteArray::number(levels) + " '0123456789'>";
+    };
+    QTest::newRow("entities of later ones") << withEntities(chain(3), "<a>&e0;</a>") << 80000 << QString();
+    QTest::newRow("entities of later ones, without end")
+        << withEntities(chain(50), "<a>&e0;</a>") << 0 << expansion;
+    QTest::newRow("entities of later ones, in an attribute")
+        << withEntities(chain(50), "<a b='&e0;'/>") << 0 << expansion;
+    QTest::newRow("references in entities") << withEntities(
+        many(500, "<!ENTITY e# '&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;'>"), "<a/>")
+                                            << 0 << QStringLiteral("more than 10000 references in entities");
+}
+
+void tst_VTXmlParser::bounds()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QString, problem);
+    VTXmlParser parser(nullptr, nullptr);
+    MessageRecorder recorder;
+    const double before = processorTime();
+    const auto root = readRoot(parser, document);
+    // It takes a tenth of a second at most, and without the bounds from ten seconds to for ever.
+    QVERIFY(processorTime() - before < 5000);
+    QTEST(root ? root->content().size() : 0, "content");
+    QCOMPARE(recorder.texts().value(0).section(QStringLiteral(" : "), 1), problem);
+    // The next document begins anew.
+    QVERIFY(readRoot(parser, "<!DOCTYPE a [<!ENTITY e 'x'>]><a xmlns:p='u'>&e;</a>"));
+    QCOMPARE(recorder.texts().size(), problem.isEmpty() ? 0 : 1);
 }
 
 QTEST_GUILESS_MAIN(tst_VTXmlParser)

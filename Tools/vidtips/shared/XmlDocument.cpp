@@ -35,7 +35,7 @@ public:
     bool fatalError(const QXmlParseException &exception) override
     {
         if (message.isEmpty()) {
-            message = exception.message();
+            message = reasonOf(exception);
             position = {exception.lineNumber(), exception.columnNumber()};
         }
         return false;
