@@ -1,5 +1,6 @@
 #include "qdeclarativeenginetypes_p.h"
 
+#include "qdeclarativeapplication_p.h"
 #include "qdeclarativeconnections_p.h"
 #include "qdeclarativeqttype_p.h"
 
@@ -85,9 +86,8 @@ void registerUncreatableTypes()
     // QML 1 refuses it without a reason, so that the engine gives its own.
     QDeclarativeQtType::registerCopy(QDeclarativeQtType::find("QtQuick", "Font"), "Font",
                                      {nullptr, nullptr, ""});
-    QDeclarativeQtType::registerLaterUncreatable(QDeclarativeQtType::find("QtQuick", "Application"),
-                                                 "Application",
-                                                 QStringLiteral("Application is an abstract class"));
+    qmlRegisterUncreatableType<QDeclarativeApplication>("QtQuick", 1, 1, "Application",
+                                                        QStringLiteral("Application is an abstract class"));
 }
 
 } // namespace

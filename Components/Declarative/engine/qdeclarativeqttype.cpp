@@ -75,14 +75,6 @@ void QDeclarativeQtType::registerCopy(const QQmlType &type, const char *name, co
     registerIn(copy, "Qt", 4, 7, name);
 }
 
-void QDeclarativeQtType::registerLaterUncreatable(const QQmlType &type, const char *name,
-                                                  const QString &reason)
-{
-    QQmlPrivate::RegisterType copy = registrationOf(type);
-    copy.noCreationReason = reason;
-    registerIn(copy, "QtQuick", 1, 1, name);
-}
-
 void QDeclarativeQtType::registerAgain(const QQmlType &type)
 {
     registerIn(registrationOf(type), "QtQuick", 1, 0, nullptr);

@@ -24,9 +24,6 @@ struct Replacement
 /** Registers @p type as @p name in QtQuick 1.0 and Qt 4.7. */
 void registerCopy(const QQmlType &type, const char *name, const Replacement &replacement = {});
 
-/** Registers @p type as @p name in QtQuick 1.1 alone, where it cannot be made for @p reason. */
-void registerLaterUncreatable(const QQmlType &type, const char *name, const QString &reason);
-
 /** Makes @p type the one that its C++ class stands for, rather than a copy of it. */
 void registerAgain(const QQmlType &type);
 

@@ -2,6 +2,7 @@
 
 #include "editors/qdeclarativeeditorstypes_p.h"
 #include "elements/qdeclarativeelementstypes_p.h"
+#include "engine/qdeclarativeapplication_p.h"
 #include "engine/qdeclarativeenginetypes_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
 #include "engine/qdeclarativepropertytables_p.h"
@@ -81,6 +82,7 @@ void qmlRegisterDeclarativeTypes()
 void prepareDeclarativeEngine(QQmlEngine *engine)
 {
     registerAllTypes(engine);
+    QDeclarativeApplication::install(engine);
     QDeclarativeDatabases::install(engine);
     engine->setUrlInterceptor(QDeclarativeLocalFile::interceptor());
 }

@@ -18,7 +18,6 @@ private slots:
     void globalFunctions();
     void wrongArguments_data();
     void wrongArguments();
-    void applicationIsActive();
     void quitAsksTheHost();
     void translates();
     void console_data();
@@ -124,18 +123,6 @@ void tst_QDeclarativeLanguage::wrongArguments()
     QCOMPARE(scene.warnings.count(), 1);
     QVERIFY2(scene.warnings.constFirst().startsWith(QLatin1String("Error: ")),
              qPrintable(scene.warnings.constFirst()));
-}
-
-void tst_QDeclarativeLanguage::applicationIsActive()
-{
-    WatchedScene scene;
-    QVERIFY(scene.load("Item { property bool active: Qt.application.active\n"
-                       "property bool mirrored: Qt.application.layoutDirection == Qt.RightToLeft }"));
-    QTRY_COMPARE(scene.value("active").toBool(), true);
-    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-    QTRY_COMPARE(scene.value("mirrored").toBool(), true);
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    QTRY_COMPARE(scene.value("mirrored").toBool(), false);
 }
 
 void tst_QDeclarativeLanguage::quitAsksTheHost()
