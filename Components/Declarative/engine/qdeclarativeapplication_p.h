@@ -17,6 +17,8 @@ class QDeclarativeApplication : public QObject
     Q_PROPERTY(Qt::LayoutDirection layoutDirection READ layoutDirection NOTIFY layoutDirectionChanged)
 
 public:
+    explicit QDeclarativeApplication(QObject *parent);
+
     /** Gives it to scripts of @p engine in place of Qt's. Once, before any runs. */
     static void install(QQmlEngine *engine);
 
@@ -26,7 +28,4 @@ public:
 Q_SIGNALS:
     void activeChanged();
     void layoutDirectionChanged();
-
-private:
-    explicit QDeclarativeApplication(QObject *parent);
 };

@@ -2,10 +2,7 @@
 
 #include "qdeclarativeguard.h"
 #include "qdeclarativeguards_p.h"
-
-#include <QtCore/QCoreApplication>
-#include <QtCore/QThread>
-#include <QtQml/QQmlEngine>
+#include "qdeclarativeworkers_p.h"
 
 #include <private/qabstractfileengine_p.h>
 
@@ -24,21 +21,12 @@ public:
     }
 };
 
-const QQmlEngine *engineOfWorker()
-{
-    const QThread *const thread = QThread::currentThread();
-    if (!QCoreApplication::instance() || thread == QCoreApplication::instance()->thread())
-        return nullptr;
-    return thread->inherits("QQuickWorkerScriptEngine") ? qobject_cast<QQmlEngine *>(thread->parent())
-                                                        : nullptr;
-}
-
 class Handler : public QAbstractFileEngineHandler
 {
 public:
     QAbstractFileEngine *create(const QString &path) const override
     {
-        const auto guard = pauses > 0 ? nullptr : QDeclarativeGuards::of(engineOfWorker());
+        const auto guard = pauses > 0 ? nullptr : QDeclarativeGuards::of(QDeclarativeWorkers::engine());
         if (!guard)
             return nullptr;
         const QDeclarativeGuardedFiles::Pause pause;

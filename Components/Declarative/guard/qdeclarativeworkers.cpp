@@ -1,13 +1,21 @@
 #include "qdeclarativeworkers_p.h"
 
+#include "engine/qdeclarativeapplication_p.h"
+
+#include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
+#include <QtCore/QSet>
+#include <QtCore/QThreadStorage>
 #include <QtCore/QWaitCondition>
 #include <QtQml/QQmlEngine>
 
 #include <private/qqmlengine_p.h>
+#include <private/qqmlglobal_p.h>
 #include <private/qquickworkerscript_p.h>
 #include <private/qv4engine_p.h>
+
+#include <atomic>
 
 namespace {
 
@@ -42,7 +50,81 @@ Known *knownOf(const QQmlEngine *engine)
     return known->engine == engine ? known : nullptr;
 }
 
+QMutex enginesLock;
+
+QSet<const QObject *> &engines()
+{
+    static QSet<const QObject *> all;
+    return all;
+}
+
+QDeclarativeApplication *applicationOfThread()
+{
+    // Goes with the thread, after its scripts.
+    static QThreadStorage<QDeclarativeApplication *> applications;
+    if (!applications.hasLocalData())
+        applications.setLocalData(new QDeclarativeApplication(nullptr));
+    return applications.localData();
+}
+
+/**
+ * What Qt asks for the program, for scripts of all engines. Those of our workers, which are no engine's that
+ * could be changed before they run, are given what QML 1 has; what is not for threads is not there.
+ */
+class Provider : public QQmlGuiProvider
+{
+public:
+    QObject *application(QObject *parent) override
+    {
+        return QDeclarativeWorkers::engine() ? applicationOfThread() : before.load()->application(parent);
+    }
+
+    QObject *inputMethod() override
+    {
+        return QDeclarativeWorkers::engine() ? nullptr : before.load()->inputMethod();
+    }
+
+    QObject *styleHints() override
+    {
+        return QDeclarativeWorkers::engine() ? nullptr : before.load()->styleHints();
+    }
+
+    QStringList fontFamilies() override { return before.load()->fontFamilies(); }
+    bool openUrlExternally(QUrl &url) override { return before.load()->openUrlExternally(url); }
+    QString pluginName() const override { return before.load()->pluginName(); }
+
+    // Qt Quick's, or that of whoever set one since.
+    std::atomic<QQmlGuiProvider *> before{nullptr};
+};
+
 } // namespace
+
+void QDeclarativeWorkers::adopt(const QQmlEngine *engine)
+{
+    const QMutexLocker locker(&enginesLock);
+    engines().insert(engine);
+    static auto *const provider = new Provider;
+    QQmlGuiProvider *const before = QQml_setGuiProvider(provider);
+    if (before != provider)
+        provider->before = before;
+}
+
+void QDeclarativeWorkers::forget(const QQmlEngine *engine)
+{
+    const QMutexLocker locker(&enginesLock);
+    engines().remove(engine);
+}
+
+const QQmlEngine *QDeclarativeWorkers::engine()
+{
+    const QThread *const thread = QThread::currentThread();
+    if (!QCoreApplication::instance() || thread == QCoreApplication::instance()->thread())
+        return nullptr;
+    const QMutexLocker locker(&enginesLock);
+    const bool isOurs = thread->inherits("QQuickWorkerScriptEngine") && engines().contains(thread->parent());
+    // Its class may be destroyed already.
+    return isOurs ? static_cast<const QQmlEngine *>(thread->parent()) : nullptr;
+}
 
 void QDeclarativeWorkers::interrupt(const QQmlEngine *engine)
 {

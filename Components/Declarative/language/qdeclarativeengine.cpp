@@ -37,6 +37,9 @@ QDeclarativeEngine::QDeclarativeEngine(QObject *parent)
 {
     boundCallDepth(this);
     prepareDeclarativeEngine(this);
+    QDeclarativeWorkers::adopt(this);
+    // Goes after the threads.
+    connect(m_downloads.get(), &QObject::destroyed, [this] { QDeclarativeWorkers::forget(this); });
     connect(this, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &errors) {
         ++m_warningsInHand;
         Q_EMIT warnings(QDeclarativeError::named(errors));

@@ -18,6 +18,7 @@ private slots:
     void leavesTheProgramAlone();
     void followsTheProgram();
     void leavesOtherEnginesAlone();
+    void workersReachNoWindows();
 
 private:
     void write(const QString &name, const QByteArray &content) const;
@@ -54,6 +55,10 @@ void tst_QDeclarativeApplication::initTestCase()
     write("attack.js", attack);
     write("library.js", ".pragma library\n" + attack);
     write("including.js", "function run(url) { Qt.include(url); return attack() }");
+    write("worker.js",
+          "WorkerScript.onMessage = function(m) { WorkerScript.sendMessage(attack()) }" + attack);
+    write("including-worker.js",
+          "WorkerScript.onMessage = function(m) { Qt.include(m); WorkerScript.sendMessage(attack()) }");
 }
 
 void tst_QDeclarativeApplication::leavesTheProgramAlone_data()
@@ -62,12 +67,19 @@ void tst_QDeclarativeApplication::leavesTheProgramAlone_data()
     const auto row = [](const char *name, const QByteArray &body) {
         QTest::newRow(name) << "property string found; " + body;
     };
+    const auto worker = [](const QByteArray &source) {
+        return "WorkerScript { id: worker; source: '" + source
+            + "'; onMessage: found = messageObject }\nComponent.onCompleted: "
+              "worker.sendMessage(Qt.resolvedUrl('attack.js').toString())";
+    };
     row("script of a document", "Component.onCompleted: found = Attack.attack()");
     row("library", "Component.onCompleted: found = Library.attack()");
     row("included script", "Component.onCompleted: found = Including.run(Qt.resolvedUrl('attack.js'))");
     row("document made of a text",
         "Component.onCompleted: found = Qt.createQmlObject('import QtQuick 1.1; import \"attack.js\" as A;"
         "Item { property string found: A.attack() }', root).found");
+    row("worker script", worker("worker.js"));
+    row("script that a worker includes", worker("including-worker.js"));
 }
 
 void tst_QDeclarativeApplication::leavesTheProgramAlone()
@@ -111,10 +123,32 @@ void tst_QDeclarativeApplication::leavesOtherEnginesAlone()
     const QDeclarativeView view;
     QQmlEngine engine;
     QQmlComponent component(&engine);
-    component.setData("import QtQml 2.15\nQtObject { property string name: Qt.application.name }", QUrl());
+    write("naming.js",
+          "WorkerScript.onMessage = function(m) { WorkerScript.sendMessage(Qt.application.name) }");
+    component.setData("import QtQml 2.15\nimport QtQml.WorkerScript 2.15\n"
+                      "WorkerScript { source: 'naming.js'; property string name: Qt.application.name;"
+                      "property string found; onMessage: found = messageObject;"
+                      "Component.onCompleted: sendMessage(1) }",
+                      QUrl::fromLocalFile(folder.filePath("Main.qml")));
     const QScopedPointer<QObject> object(component.create());
     QVERIFY2(object, qPrintable(component.errorString()));
     QCOMPARE(object->property("name").toString(), QApplication::applicationName());
+    QTRY_COMPARE(object->property("found").toString(), QApplication::applicationName());
+}
+
+// What moves the keyboard's panel is used on another thread than it may be.
+void tst_QDeclarativeApplication::workersReachNoWindows()
+{
+    write("reaching.js",
+          "WorkerScript.onMessage = function(m) { WorkerScript.sendMessage("
+          "'' + Qt.inputMethod + Qt.styleHints + (Qt.fontFamilies().length > 0)) }");
+    write(
+        "Main.qml",
+        "import QtQuick 1.1\nItem { property string found\nWorkerScript { id: worker; source: "
+        "'reaching.js'; onMessage: found = messageObject }\nComponent.onCompleted: worker.sendMessage(1) }");
+    const QDeclarativeView view(QUrl::fromLocalFile(folder.filePath("Main.qml")));
+    QVERIFY(view.rootObject());
+    QTRY_COMPARE(view.rootObject()->property("found").toString(), QString("nullnulltrue"));
 }
 
 QTEST_MAIN(tst_QDeclarativeApplication)
