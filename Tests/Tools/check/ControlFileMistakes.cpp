@@ -215,6 +215,11 @@ void addLostFileMistakes()
     const QByteArray right = Garden::tip("<summary>Plants a tree.</summary>");
     lost("UTF-16", QTextCodec::codecForName("UTF-16LE")->fromUnicode(QString::fromUtf8(right)),
          "1:1: error: the file is UTF-16, which is never admitted: save it as UTF-8 [VT210]", "no tip");
+    lost("misspelt key", Garden::file("<vidtip Key=\"tree\" title=\"Tree\"/>"),
+         "3:1: error: this entry has no key [VT103]", "no tip");
+    lost("language in place of a locale",
+         Garden::file("<vidtip key=\"tree\" title=\"Tree\"/>", "locale=\"english\" search=\"Shared\""),
+         "2:10: error: Qt knows no locale \"english\" [VT106]", "no tip");
     lost("encoding that there is not", QByteArray(right).replace("UTF-8", "UTF8-x"),
          "1:31: error: there is no encoding \"UTF8-x\": save the file as UTF-8 and write encoding=\"UTF-8\" "
          "[VT117]",

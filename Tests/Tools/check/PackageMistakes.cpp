@@ -38,11 +38,13 @@ void addFileMistakes()
         const Files files{{Garden::control, tip("<picture source=\"" + source + "\"/>")},
                           {"Garden.vidtips/Resources/oak tree.svg", drawing},
                           {"Garden.vidtips/Resources/oak_tree.txt", "A tree."}};
-        Mistakes::add({name, files, line, line, noPicture(source)});
+        Mistakes::add({name, files, line, line, noPicture(source).trimmed()});
     };
     misnamed("misspelt picture", "oaktree.svg");
     misnamed("picture in other letters", "Oak Tree.SVG");
     misnamed("picture with the folder of resources", "Resources/oak tree.svg");
+    misnamed("picture with a blank behind its name", "oaktree.svg ");
+    misnamed("picture by a path of Windows", "pictures\\oak tree.svg");
     const auto elsewhere = [](const char *name, const QByteArray &source, const QString &reason,
                               const QString &host, const Files &others = {}) {
         Files files = others;
@@ -224,6 +226,15 @@ void addCatalogueMistakes()
     translationMistake("translations with an ampersand", translated(message("Tree", "Baum & Strauch")),
                        "6:21: error: Expected '#' or '[a-zA-Z]', but got ' ': write \"&amp;\" for \"&\" "
                        "[VT708]");
+    translationMistake(
+        "translated placeholder",
+        translated(message("At %(place)s", "Bei %(Ort)s") + message("In %(place)s", "In")
+                   + message("%(a)s, %(b)s", "%(b)s, %(a)s")),
+        "6: warning: Vidtips_de_DE.qm is older than this file: it lacks \"At %(place)s\", and so "
+        "on, 3 in all [VT707]\nGarden.vidtips/l10n/Vidtips_de_DE.ts:6: warning: the translation "
+        "of \"At %(place)s\" has \"%(Ort)s\" in place of \"%(place)s\" "
+        "[VT711]\nGarden.vidtips/l10n/Vidtips_de_DE.ts:8: warning: the translation of \"In "
+        "%(place)s\" has no placeholder in place of \"%(place)s\" [VT711]");
     translationMistake("translations of another kind", "<xliff/>",
                        "1:1: error: the document element of translations is \"TS\", not \"xliff\" [VT708]");
     Mistakes::add(
@@ -237,6 +248,13 @@ void addCatalogueMistakes()
          {},
          {},
          "fr_FR"});
+    const QString stray = "Garden.vidtips/L10N/Vidtips_de_DE.ts";
+    Mistakes::add({"catalogues in a folder of another name",
+                   {{stray, translated(message("Tree", "Baum"))}},
+                   stray
+                       + ": warning: no catalogue is looked for here: move it to the folder "
+                         "\"Garden.vidtips/l10n\" [VT712]",
+                   {}});
     const QString damaged =
         "Garden.vidtips/l10n/Vidtips_de_DE.qm: error: the catalogue does not load [VT703]";
     Mistakes::add({"damaged catalogue",

@@ -143,6 +143,21 @@ void addQmlMistakes()
     qmlMistake("no import", "Rectangle { width: 20; height: 10 }\n",
                "1:1: error: Rectangle is not a type: the file has no line \"import QtQuick 1.1\" [VT601]",
                "VidtipsUI.qml:1:1: Rectangle is not a type");
+    qmlMistake(
+        "no import of the library",
+        "import QtQuick 1.1\nItem { width: 20; height: 10\n  VTVideoComponent { source: \"a.mp4\" } }\n",
+        "3:3: error: VTVideoComponent is not a type: the file has no line \"import "
+        "com.corvale.vidtips.qml 1.0\" [VT601]",
+        "VidtipsUI.qml:3:3: VTVideoComponent is not a type");
+    Mistakes::add(
+        {"clip that QML misses",
+         {{userInterface,
+           "import QtQuick 1.1\nimport com.corvale.vidtips.qml 1.0\nItem { width: 20; height: 10\n"
+           "  VTVideoComponent { source: \"gone.mp4\" } }\n"}},
+         {},
+         QString(Garden::control) + ":3:1: the clip \"gone.mp4\" of this tip is missing",
+         "Tip \"tree\": Could not find the clip gone.mp4",
+         QString(userInterface) + ":4:3: error: \"gone.mp4\" cannot be shown (\"tree\", en_US) [VT901]"});
     qmlMistake("property that there is not", head + size + "  txt: \"Tree\"\n}",
                "4:3: error: Cannot assign to non-existent property \"txt\" [VT601]",
                "VidtipsUI.qml:4:3: Cannot assign to non-existent property \"txt\"");

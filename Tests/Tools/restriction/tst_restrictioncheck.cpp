@@ -129,6 +129,8 @@ void tst_RestrictionCheck::readsCode_data()
     row("beginning of a path", "Image { source: '../../Other.vidtips/Resources/' + vidtip.attribute('b') }",
         reading("3:17", "Other.vidtips/Resources/"));
     row("beginning inside", "Image { source: '../Resources/' + vidtip.attribute('b') }", {});
+    row("beginning of a path that is found",
+        "Image { source: 'file://' + encodeURI(vidTipView.findResource('a.svg')) }", {});
     row("sum", "Image { source: '../..' + '/Other.vidtips/Resources/a.svg' }",
         reading("3:17", "Other.vidtips/Resources/a.svg"));
     row("variable", "property string server: 'http://a.example/'\nImage { source: server + 'b.png' }",

@@ -20,6 +20,18 @@ bool isTranslated(const QTranslator &texts, const TranslatableText &text)
     return !texts.translate(text.context.toUtf8().constData(), text.source.toUtf8().constData()).isEmpty();
 }
 
+// A catalogue whose name has the language alone is one that the library does not know.
+QString otherName(const Content &content, const ControlFile &file, const QString &locale)
+{
+    for (const QString &folder : content.candidates(file, nullptr, Content::catalogues)) {
+        for (const QString &name : QDir(folder).entryList({CatalogueName::of("*", "qm")}, QDir::Files)) {
+            if (QLocale(CatalogueName::localeOf(name)).name() == locale)
+                return QString(", and \"%1\" is not read").arg(name);
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 CatalogueCheck::CatalogueCheck(const QString &sourceLocale)
@@ -64,7 +76,8 @@ void CatalogueCheck::checkFile(const Content &content, const ControlFile &file, 
         reportUnbuilt(source, findings);
     else
         findings.add("VT701", file.path, place,
-                     QString("the texts of this file are not translated: there is no %1").arg(name));
+                     QString("the texts of this file are not translated: there is no %1%2")
+                         .arg(name, otherName(content, file, locale)));
 }
 
 // Every file with texts misses the same catalogue, which needs telling once.

@@ -29,7 +29,7 @@ FileKind kindOf(const QString &path)
     static const QSet<QString> pictures{"png", "jpg", "jpeg", "gif", "svg", "bmp", "webp", "ico", "xpm"};
     static const QSet<QString> clips{"mp4", "webm", "avi",  "mov", "mkv", "ogv",
                                      "m4v", "mpg",  "mpeg", "wmv", "flv"};
-    const QString suffix = QFileInfo(path).suffix().toLower();
+    const QString suffix = QFileInfo(path.trimmed()).suffix().toLower();
     if (suffix == "qml")
         return FileKind::Qml;
     return pictures.contains(suffix) ? FileKind::Picture
@@ -108,7 +108,7 @@ QString similarTo(const QString &path)
 QString similar(const QStringList &candidates)
 {
     for (const QString &candidate : candidates) {
-        const QFileInfo wanted(QDir::cleanPath(candidate));
+        const QFileInfo wanted(QDir::cleanPath(QString(candidate).replace('\\', '/').trimmed()));
         const QFileInfo found(similarTo(wanted.filePath()));
         if (!found.filePath().isEmpty())
             return found.path() == wanted.path() ? found.fileName() : Places::shown(found.filePath());

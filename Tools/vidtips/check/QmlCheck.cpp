@@ -33,10 +33,9 @@ QString withoutStop(const QString &sentence)
     return sentence.endsWith('.') ? sentence.chopped(1) : sentence;
 }
 
-bool importsQtQuick(const QString &path)
+bool imports(const QString &path, const QString &module)
 {
-    static const QRegularExpression import("^\\s*import\\s+(QtQuick|Qt)\\b",
-                                           QRegularExpression::MultilineOption);
+    const QRegularExpression import("^\\s*import\\s+" + module + "\\b", QRegularExpression::MultilineOption);
     QFile file(path);
     return !file.open(QIODevice::ReadOnly) || import.match(QString::fromUtf8(file.readAll())).hasMatch();
 }
@@ -44,9 +43,14 @@ bool importsQtQuick(const QString &path)
 // What an error means where the engine names only what follows from it.
 QString hintFor(const QDeclarativeError &error)
 {
-    if (!error.description().endsWith("is not a type") || importsQtQuick(error.url().toLocalFile()))
+    const QString path = error.url().toLocalFile();
+    if (!error.description().endsWith("is not a type"))
         return {};
-    return ": the file has no line \"import QtQuick 1.1\"";
+    if (!imports(path, "(?:QtQuick|Qt)"))
+        return ": the file has no line \"import QtQuick 1.1\"";
+    const bool isOurs =
+        error.description().startsWith("VT") && !imports(path, "com\\.corvale\\.vidtips\\.qml");
+    return isOurs ? ": the file has no line \"import com.corvale.vidtips.qml 1.0\"" : QString();
 }
 
 } // namespace

@@ -113,8 +113,7 @@ bool tellLostFiles(const Content &content, Console &console)
     bool isTold = false;
     Findings findings;
     AdmissionCheck().run(content, findings);
-    for (const ControlFile &file : content.controlFiles())
-        StructureCheck::checkXml(file.path, file.document, findings);
+    StructureCheck().run(content, findings);
     for (const Finding &finding : findings.sorted()) {
         if (FindingCatalogue::instance().find(finding.code)->severity != Severity::Error)
             continue;

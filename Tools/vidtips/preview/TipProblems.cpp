@@ -15,6 +15,8 @@
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
 
+#include <algorithm>
+
 TipProblems::TipProblems(const Content &content, const PreviewSettings &settings)
     : m_content(content)
     , m_settings(settings)
@@ -60,6 +62,7 @@ void TipProblems::setKey(const QString &key)
     QVector<Finding> found = ContentCheck::ofTip(m_content, m_findings, key, m_settings.locale);
     Findings others;
     const PreviewKey tip = PreviewKeys::find(m_content, key, m_settings.locale);
+    m_place = tip.file ? Finding{"VT405", tip.file->path, tip.entry->position, {}} : Finding();
     m_isRefused = QmlCheck::importsWhatCannotBe(userInterface(tip), others);
     checkTranslations(tip, others);
     found += others.sorted();
@@ -74,7 +77,23 @@ void TipProblems::setKey(const QString &key)
 
 QVector<Finding> TipProblems::all(PreviewStage &stage) const
 {
-    return m_isRefused ? m_found : m_found + stage.problems();
+    return m_isRefused ? m_found : m_found + stage.problems() + missingClips(stage);
+}
+
+// Where the tip names one, that is found already.
+QVector<Finding> TipProblems::missingClips(const PreviewStage &stage) const
+{
+    QVector<Finding> missing;
+    for (const QString &clip : stage.missingClips()) {
+        const auto isOfClip = [&](const Finding &finding) {
+            return finding.message.contains('"' + clip + '"');
+        };
+        if (clip.contains("%(") || std::any_of(m_found.cbegin(), m_found.cend(), isOfClip))
+            continue;
+        missing << m_place;
+        missing.last().message = QString("the clip \"%1\" of this tip is missing").arg(clip);
+    }
+    return missing;
 }
 
 QStringList TipProblems::lines(PreviewStage &stage) const

@@ -26,6 +26,7 @@ public:
     QStringList lines(PreviewStage &stage) const;
 
 private:
+    QVector<Finding> missingClips(const PreviewStage &stage) const;
     QString userInterface(const PreviewKey &tip) const;
     void checkTranslations(const PreviewKey &tip, Findings &findings) const;
 
@@ -33,6 +34,7 @@ private:
     const PreviewSettings &m_settings;
     Findings m_findings;
     QVector<Finding> m_found; ///< What is not QML's, of the tip that is shown.
+    Finding m_place; ///< Of the tip, for what has none of its own.
     bool m_isRefused =
         false; ///< The user interface cannot be one, which is told in better words than the engine's.
 };

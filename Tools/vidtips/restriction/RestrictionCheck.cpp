@@ -56,6 +56,10 @@ QUrl addressOf(const Mention &mention, const QString &file)
     const QUrl whole(mention.text);
     const bool isPath = whole.scheme().isEmpty() || whole.scheme() == "file";
     const bool isCut = mention.kind == Mention::Beginning && isPath;
+    // What comes behind is a whole path, as that of a file that was found.
+    static const QRegularExpression anyFile("^file:/*$");
+    if (isCut && anyFile.match(mention.text).hasMatch())
+        return {};
     const QString known = isCut ? mention.text.left(mention.text.lastIndexOf('/') + 1) : mention.text;
     return known.isEmpty() ? QUrl() : QUrl::fromLocalFile(file).resolved(QUrl(known));
 }

@@ -45,6 +45,7 @@ QStringList PreviewKeys::localesOf(const Content &content, const QString &key)
             locales << QLocale(file.locale()).name();
     }
     locales.removeDuplicates();
+    locales.removeAll("C");
     return locales;
 }
 

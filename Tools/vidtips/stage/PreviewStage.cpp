@@ -365,20 +365,40 @@ QVector<Finding> PreviewStage::replacement() const
     return {{"VT900", path, {}, "this user interface cannot be loaded, and the simple tip is shown instead"}};
 }
 
-// Of one that is missing, what names it is told. A user interface may hide what is broken.
 QVector<Finding> PreviewStage::brokenClips() const
 {
     QVector<Finding> broken;
-    const QList<QGraphicsItem *> all =
-        isShown() ? window()->view()->scene()->items() : QList<QGraphicsItem *>();
-    for (QGraphicsItem *const item : all) {
-        const auto *const clip = qobject_cast<const VTVideoComponent *>(item->toGraphicsObject());
-        const bool isBroken = clip && clip->status() == VTVideoComponent::Error;
-        const QFileInfo file(isBroken ? window()->view()->findResource(clip->source()) : QString());
+    for (const VTVideoComponent *clip : failedClips()) {
+        const QFileInfo file(window()->view()->findResource(clip->source()));
         if (file.isFile())
             broken << Finding{"VT501", file.canonicalFilePath(), {}, "the clip does not open"};
     }
     return broken;
+}
+
+QStringList PreviewStage::missingClips() const
+{
+    QStringList missing;
+    for (const VTVideoComponent *clip : failedClips()) {
+        if (!QFileInfo(window()->view()->findResource(clip->source())).isFile())
+            missing << clip->source();
+    }
+    missing.removeDuplicates();
+    return missing;
+}
+
+// A user interface may hide what is broken.
+QVector<const VTVideoComponent *> PreviewStage::failedClips() const
+{
+    QVector<const VTVideoComponent *> failed;
+    const QList<QGraphicsItem *> all =
+        isShown() ? window()->view()->scene()->items() : QList<QGraphicsItem *>();
+    for (QGraphicsItem *const item : all) {
+        const auto *const clip = qobject_cast<const VTVideoComponent *>(item->toGraphicsObject());
+        if (clip && clip->status() == VTVideoComponent::Error)
+            failed << clip;
+    }
+    return failed;
 }
 
 QVector<Finding> PreviewStage::sizeProblems() const

@@ -16,8 +16,9 @@ QT_END_NAMESPACE
 class Content;
 
 namespace Vidtips {
+class VTVideoComponent;
 class VTWidget;
-}
+} // namespace Vidtips
 
 /**
  * A host of its own for the packages that are previewed. Nothing is kept from one stage to the next, so a new
@@ -75,6 +76,9 @@ public:
     /** Tells whether there is a clip of which no picture but the first was seen. */
     bool isClipAtStart() const;
 
+    /** The names of clips that the tip asked for and that are not there. */
+    QStringList missingClips() const;
+
 Q_SIGNALS:
     /** The tip asked for something that only a host can do, such as opening a topic. */
     void requested(const QString &what);
@@ -83,6 +87,7 @@ private:
     QString shownFile() const;
     QVector<Finding> replacement() const;
     QVector<Finding> brokenClips() const;
+    QVector<const Vidtips::VTVideoComponent *> failedClips() const;
     QVector<Finding> sizeProblems() const;
 
     class Host;

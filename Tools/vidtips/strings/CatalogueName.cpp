@@ -23,7 +23,7 @@ QStringList CatalogueName::foldersOf(const Content &content, const Package &pack
     const auto add = [&](const XmlNode *node) {
         const QString named = node ? node->attribute(catalogues.attribute) : QString();
         if (!named.isEmpty())
-            folders << QDir(package.path).absoluteFilePath(named);
+            folders << QDir::cleanPath(QDir(package.path).absoluteFilePath(named));
     };
     for (const ControlFile &file : content.controlFiles()) {
         if (file.package != package.path)

@@ -4,10 +4,13 @@
 #include "TsFile.h"
 #include "findings/Finding.h"
 #include "shared/Content.h"
+#include "shared/Places.h"
 #include "shared/XmlDocument.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QDirIterator>
 #include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTranslator>
 
 namespace {
@@ -49,6 +52,48 @@ void compare(const QString &path, const TsFile &translations, const QTranslator 
             .arg(QFileInfo(path).completeBaseName(), whatIsOld(catalogue, old.constFirst()), others));
 }
 
+QStringList placeholdersIn(const QString &text)
+{
+    static const QRegularExpression placeholder("%\\([-_a-zA-Z0-9]+\\)s");
+    QStringList found;
+    for (auto matches = placeholder.globalMatch(text); matches.hasNext();)
+        found << matches.next().captured();
+    found.removeDuplicates();
+    found.sort();
+    return found;
+}
+
+// Of what a translator took for a word, or left out.
+void comparePlaceholders(const QString &path, const TsFile &translations, Findings &findings)
+{
+    for (const TsMessage &message : translations.messages()) {
+        const QStringList wanted = placeholdersIn(message.source);
+        const QStringList written = placeholdersIn(message.translations.join(' '));
+        if (!message.isTranslated() || message.isGone() || wanted == written)
+            continue;
+        const auto listed = [](const QStringList &names) {
+            return names.isEmpty() ? QString("no placeholder") : '"' + names.join("\", \"") + '"';
+        };
+        findings.add("VT711", path, {message.line, 0},
+                     QString("the translation of \"%1\" has %2 in place of %3")
+                         .arg(message.source, listed(written), listed(wanted)));
+    }
+}
+
+// A folder in other letters, or the package itself.
+void reportStray(const Package &package, const QStringList &folders, Findings &findings)
+{
+    QDirIterator files(package.path, {CatalogueName::of("*", "qm"), CatalogueName::of("*", "ts")},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QFileInfo file(files.next());
+        if (!folders.contains(file.path()))
+            findings.add("VT712", file.canonicalFilePath(), {},
+                         QString("no catalogue is looked for here: move it to the folder \"%1\"")
+                             .arg(Places::shown(folders.constLast())));
+    }
+}
+
 bool reportBroken(const QString &path, Findings &findings)
 {
     const XmlDocument document = XmlDocument::read(path);
@@ -71,7 +116,9 @@ bool reportBroken(const QString &path, Findings &findings)
 void TranslationCheck::run(const Content &content, Findings &findings)
 {
     for (const Package &package : content.packages()) {
-        for (const QString &folder : CatalogueName::foldersOf(content, package)) {
+        const QStringList folders = CatalogueName::foldersOf(content, package);
+        reportStray(package, folders, findings);
+        for (const QString &folder : folders) {
             const auto files = QDir(folder).entryInfoList({CatalogueName::of("*", "ts")}, QDir::Files);
             for (const QFileInfo &file : files)
                 checkFile(file.canonicalFilePath(), findings);
@@ -101,7 +148,9 @@ void TranslationCheck::checkFile(const QString &path, Findings &findings)
     TsFile translations({}, {});
     QTranslator catalogue;
     const QFileInfo file(path);
-    if (translations.read(path).isEmpty()
-        && catalogue.load(file.path() + '/' + file.completeBaseName() + ".qm"))
+    if (!translations.read(path).isEmpty())
+        return;
+    comparePlaceholders(path, translations, findings);
+    if (catalogue.load(file.path() + '/' + file.completeBaseName() + ".qm"))
         compare(path, translations, catalogue, findings);
 }
