@@ -45,7 +45,7 @@ void decode(const QString &clip)
     Vidtips::VTVideoSourceFFMPEG source(nullptr);
     QEventLoop loop;
     QObject::connect(&source, &Vidtips::VTVideoSource::streamEnded, &loop, &QEventLoop::quit);
-    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
     source.setSource(QUrl::fromLocalFile(clip));
     source.start();
     loop.exec();
