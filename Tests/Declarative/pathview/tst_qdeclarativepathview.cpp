@@ -1,4 +1,5 @@
 #include "PaintLog.h"
+#include "Patience.h"
 #include "WatchedScene.h"
 
 #include <QtCore/QPointer>
@@ -232,7 +233,7 @@ void tst_QDeclarativePathView::turnsTheShorterWay()
     QVERIFY(moves.isEmpty());
     bool between = true;
     const qreal target = rises ? 1 : 4;
-    while (view->property("offset").toReal() != target && moves.wait(2000)) {
+    while (view->property("offset").toReal() != target && moves.wait(Patience::longest)) {
         const qreal offset = view->property("offset").toReal();
         between = between && (rises ? offset <= 1 : offset >= 4);
     }
