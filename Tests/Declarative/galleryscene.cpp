@@ -90,6 +90,11 @@ GalleryScene::GalleryScene(const QDir &folder, const QString &name)
 {
     current = this;
     animations()->install();
+    // Where nothing but pauses is at work, Qt would wait for their ends by the clock instead, and pass over
+    // what a busy machine comes too late for.
+    m_pulse.setDuration(1);
+    m_pulse.setLoopCount(-1);
+    m_pulse.start();
     m_view.engine()->setOutputWarningsToStandardError(false);
     QObject::connect(m_view.engine(), &QQmlEngine::warnings, &m_view, [this](const QList<QQmlError> &errors) {
         for (const QQmlError &error : errors)
@@ -102,6 +107,7 @@ GalleryScene::GalleryScene(const QDir &folder, const QString &name)
 GalleryScene::~GalleryScene()
 {
     qInstallMessageHandler(m_previousHandler);
+    m_pulse.stop();
     animations()->uninstall();
     current = nullptr;
 }

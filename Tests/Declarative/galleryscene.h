@@ -7,6 +7,7 @@
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
+#include <QtCore/QVariantAnimation>
 #include <QtGui/QImage>
 
 /**
@@ -58,6 +59,7 @@ private:
 
     const QDir m_folder;
     const QString m_file;
+    QVariantAnimation m_pulse;
     QDeclarativeView m_view;
     Qt::MouseButtons m_buttons;
     QJsonArray m_log;
