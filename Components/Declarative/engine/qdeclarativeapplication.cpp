@@ -1,5 +1,7 @@
 #include "qdeclarativeapplication_p.h"
 
+#include "guard/qdeclarativeworkers_p.h"
+
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlEngine>
 
@@ -23,6 +25,7 @@ void QDeclarativeApplication::install(QQmlEngine *engine)
     QV4::ScopedObject qt(scope, scope.engine->globalObject->get(name));
     // Where there is one already, the engine makes none.
     static_cast<QV4::Heap::QtObject *>(qt->d())->application = new QDeclarativeApplication(engine);
+    QDeclarativeWorkers::setApplication([]() -> QObject * { return new QDeclarativeApplication(nullptr); });
 }
 
 bool QDeclarativeApplication::isActive() const

@@ -17,9 +17,7 @@ class QDeclarativeApplication : public QObject
     Q_PROPERTY(Qt::LayoutDirection layoutDirection READ layoutDirection NOTIFY layoutDirectionChanged)
 
 public:
-    explicit QDeclarativeApplication(QObject *parent);
-
-    /** Gives it to scripts of @p engine in place of Qt's. Once, before any runs. */
+    /** Gives it to scripts of @p engine, and to its workers, in place of Qt's. Once, before any runs. */
     static void install(QQmlEngine *engine);
 
     bool isActive() const;
@@ -28,4 +26,7 @@ public:
 Q_SIGNALS:
     void activeChanged();
     void layoutDirectionChanged();
+
+private:
+    explicit QDeclarativeApplication(QObject *parent);
 };

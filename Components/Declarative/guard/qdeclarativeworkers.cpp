@@ -1,7 +1,5 @@
 #include "qdeclarativeworkers_p.h"
 
-#include "engine/qdeclarativeapplication_p.h"
-
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
@@ -58,12 +56,15 @@ QSet<const QObject *> &engines()
     return all;
 }
 
-QDeclarativeApplication *applicationOfThread()
+std::atomic<QDeclarativeWorkers::MakeObject> makeApplication{nullptr};
+
+QObject *applicationOfThread()
 {
     // Goes with the thread, after its scripts.
-    static QThreadStorage<QDeclarativeApplication *> applications;
-    if (!applications.hasLocalData())
-        applications.setLocalData(new QDeclarativeApplication(nullptr));
+    static QThreadStorage<QObject *> applications;
+    const QDeclarativeWorkers::MakeObject make = makeApplication;
+    if (make && !applications.hasLocalData())
+        applications.setLocalData(make());
     return applications.localData();
 }
 
@@ -107,6 +108,11 @@ void QDeclarativeWorkers::adopt(const QQmlEngine *engine)
     QQmlGuiProvider *const before = QQml_setGuiProvider(provider);
     if (before != provider)
         provider->before = before;
+}
+
+void QDeclarativeWorkers::setApplication(MakeObject make)
+{
+    makeApplication = make;
 }
 
 void QDeclarativeWorkers::forget(const QQmlEngine *engine)

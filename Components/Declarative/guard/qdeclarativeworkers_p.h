@@ -1,5 +1,6 @@
 #pragma once
 
+class QObject;
 class QQmlEngine;
 
 /** The worker scripts of an engine, which run on a thread of their own. */
@@ -10,6 +11,12 @@ namespace QDeclarativeWorkers {
  * before it runs any.
  */
 void adopt(const QQmlEngine *engine);
+
+using MakeObject = QObject *(*)();
+
+/** Has the worker scripts of all adopted engines find what @p make makes, for each thread, as Qt.application.
+ */
+void setApplication(MakeObject make);
 
 /** Lets go of @p engine, whose threads have ended. */
 void forget(const QQmlEngine *engine);
