@@ -188,6 +188,50 @@ private Q_SLOTS:
         QCOMPARE(told("was stopped"), 1);
     }
 
+    // They are counted before the first is made: the engine's stack has no room for so many at a time.
+    void stopsFilesOfCountlessItems_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("root") << QByteArray("Many0 { }");
+        QTest::newRow("component") << QByteArray("Component { Many0 { } }");
+        QTest::newRow("Loader") << QByteArray("Loader { source: 'Many0.qml' }");
+        QTest::newRow("Loader of a component")
+            << QByteArray("Loader { sourceComponent: Qt.createComponent('Many0.qml') }");
+        QTest::newRow("rows") << QByteArray(
+            "Repeater { model: 2; delegate: Qt.createComponent('Many0.qml') }");
+        QTest::newRow("header") << QByteArray(
+            "ListView { width: 9; height: 9; model: 2; header: Qt.createComponent('Many0.qml') }");
+        QTest::newRow("cursor") << QByteArray(
+            "TextInput { focus: true; cursorDelegate: Qt.createComponent('Many0.qml') }");
+        QTest::newRow("Loaders within each other") << QByteArray("Loader { source: 'Outer.qml' }");
+    }
+
+    void stopsFilesOfCountlessItems()
+    {
+        QFETCH(const QByteArray, body);
+        session->set(ScriptTimeout, 0);
+        const auto write = [this](const QByteArray &name, const QByteArray &object) {
+            packages->write("Endless.vidtips/ui/" + QString::fromLatin1(name) + ".qml",
+                            "import QtQuick 1.1\n" + object);
+        };
+        // Ten of the next one each make 1,111,111 items.
+        for (int i = 0; i < 6; ++i)
+            write("Many" + QByteArray::number(i),
+                  "Item { " + QByteArray("Many" + QByteArray::number(i + 1) + " { } ").repeated(10) + '}');
+        write("Many6", "Item { }");
+        write("Outer", "Item { Loader { source: 'Many0.qml' } }");
+        const QString path = writeEndless("id: root\n" + body);
+        showLater("endless");
+        QTRY_COMPARE_WITH_TIMEOUT(told("was stopped"), 1, patience);
+        const auto message =
+            qMakePair(int(VTMessageWarning),
+                      QStringLiteral("%1 was stopped, as it has more than 100000 items").arg(path));
+        QVERIFY(session->host->messages.contains(message));
+        QVERIFY(!root());
+        show("sound");
+        QCOMPARE(told("was stopped"), 1);
+    }
+
     void countsItemsThatAreThere()
     {
         session->set(ScriptTimeout, 0);

@@ -1,6 +1,7 @@
 #include "qdeclarativetexteditor_p.h"
 
 #include "engine/qdeclarativerounding_p.h"
+#include "guard/qdeclarativeitemcount_p.h"
 
 #include <QtGui/QPainter>
 #include <QtQml/QQmlContext>
@@ -43,7 +44,9 @@ void QDeclarativeTextEditorPrivate::instantiateCursorItem()
         return;
     }
     QQmlContext *context = cursorComponent->creationContext();
-    QObject *object = cursorComponent->beginCreate(context ? context : qmlContext(q));
+    QObject *object = nullptr;
+    if (QDeclarativeItemCount::admits(cursorComponent))
+        object = cursorComponent->beginCreate(context ? context : qmlContext(q));
     cursorItem = qobject_cast<QDeclarativeItem *>(object);
     if (cursorItem) {
         cursorItem->QObject::setParent(q);

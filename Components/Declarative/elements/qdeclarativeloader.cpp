@@ -1,6 +1,7 @@
 #include "qdeclarativeloader_p.h"
 
 #include "engine/qdeclarativelocalfile_p.h"
+#include "guard/qdeclarativeitemcount_p.h"
 #include "item/qdeclarativeitem_p.h"
 
 #include <QtCore/QAbstractEventDispatcher>
@@ -181,6 +182,8 @@ void QDeclarativeLoader::finishLoading()
 
 QObject *QDeclarativeLoader::createObject()
 {
+    if (!QDeclarativeItemCount::admits(component))
+        return nullptr;
     const QPointer<QQmlComponent> creating = component;
     QQmlContext *outer = component->creationContext();
     auto *context = new QQmlContext(outer ? outer : qmlContext(this));

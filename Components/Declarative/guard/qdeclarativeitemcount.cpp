@@ -2,6 +2,10 @@
 
 #include <QtCore/QHash>
 
+#include <private/qqmlcomponent_p.h>
+#include <private/qqmlengine_p.h>
+#include <private/qv4engine_p.h>
+
 namespace {
 
 using Counts = QHash<const QQmlEngine *, QDeclarativeItemCount *>;
@@ -15,6 +19,23 @@ Counts &counts()
 // Asked for with each item that is made, of which many in a row are of one engine.
 const QQmlEngine *lastEngine = nullptr;
 QDeclarativeItemCount *lastCount = nullptr;
+
+// The engine first takes a place on its stack for each of them, and does not look whether it has as many. A
+// number that is too large for it has become a negative one.
+bool hasRoom(QV4::ExecutionEngine *engine, int objects)
+{
+    return objects >= 0 && objects <= QDeclarativeItemCount::most
+        && objects < engine->jsStackLimit - engine->jsStackTop;
+}
+
+void warnOfSize(const QQmlComponent *component, QQmlEngine *engine)
+{
+    QQmlError error;
+    error.setUrl(component->url());
+    error.setDescription(
+        QStringLiteral("Component too large: more than %1 objects").arg(QDeclarativeItemCount::most));
+    QQmlEnginePrivate::warning(engine, error);
+}
 
 void forgetLast()
 {
@@ -63,4 +84,17 @@ bool QDeclarativeItemCount::isExceeded(const QQmlEngine *engine)
 {
     const QDeclarativeItemCount *const count = of(engine);
     return count && count->m_items > most;
+}
+
+bool QDeclarativeItemCount::admits(QQmlComponent *component)
+{
+    const QQmlComponentPrivate *const d = QQmlComponentPrivate::get(component);
+    if (!d->engine || !d->compilationUnit
+        || hasRoom(d->engine->handle(), d->compilationUnit->totalObjectCount()))
+        return true;
+    if (const QDeclarativeItemCount *const count = of(d->engine))
+        count->m_exceeded();
+    else
+        warnOfSize(component, d->engine);
+    return false;
 }

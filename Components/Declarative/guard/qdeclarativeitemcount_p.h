@@ -2,6 +2,7 @@
 
 #include <functional>
 
+class QQmlComponent;
 class QQmlEngine;
 
 /**
@@ -25,6 +26,12 @@ public:
 
     /** Tells whether @p engine has more items than it may have. */
     static bool isExceeded(const QQmlEngine *engine);
+
+    /**
+     * Tells whether @p component makes few enough objects, in all of its files, and has room for them; if
+     * not, that is told of as if they had been made. For who is about to have it make them.
+     */
+    static bool admits(QQmlComponent *component);
 
     /** One item more. */
     void add()

@@ -92,7 +92,7 @@ QDeclarativeItem *QDeclarativeItemPrivate::createPart(QQmlComponent *component, 
     Q_Q(QDeclarativeItem);
     if (!context)
         context = new QQmlContext(qmlContext(q));
-    QObject *object = component->beginCreate(context);
+    QObject *object = QDeclarativeItemCount::admits(component) ? component->beginCreate(context) : nullptr;
     auto *item = qobject_cast<QDeclarativeItem *>(object);
     if (!item) {
         // Or the component makes no other one.

@@ -246,7 +246,8 @@ QGraphicsObject *QDeclarativeVisualModel::item(int index, QGraphicsItem *parent)
     const QDeclarativeNesting nesting;
     if (nesting.isFirstRefused())
         qmlWarning(view) << tr("Delegates are nested too deep");
-    if (nesting.isRefused() || QDeclarativeItemCount::isExceeded(qmlEngine(view)))
+    if (nesting.isRefused() || QDeclarativeItemCount::isExceeded(qmlEngine(view))
+        || (delegate() && !QDeclarativeItemCount::admits(delegate())))
         return nullptr;
     QGraphicsItem *const outer = std::exchange(container, parent);
     QObject *object = items->object(index, QQmlIncubator::Synchronous);

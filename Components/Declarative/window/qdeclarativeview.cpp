@@ -4,6 +4,7 @@
 #include "engine/qdeclarativepicturefile_p.h"
 #include "engine/qdeclarativerounding_p.h"
 #include "guard/qdeclarativeguardedfunctions_p.h"
+#include "guard/qdeclarativeitemcount_p.h"
 #include "guard/qdeclarativeworkers_p.h"
 #include "item/qdeclarativeitem_p.h"
 
@@ -157,7 +158,8 @@ void QDeclarativeView::Private::finishLoading()
 {
     const QPointer<QDeclarativeView> view(q);
     QObject::disconnect(component.data(), &QQmlComponent::statusChanged, q, nullptr);
-    QObject *object = component->isError() ? nullptr : component->create();
+    const bool isMade = !component->isError() && QDeclarativeItemCount::admits(component.data());
+    QObject *object = isMade ? component->create() : nullptr;
     if (!view) {
         root = qobject_cast<QGraphicsObject *>(object);
         return;
