@@ -42,6 +42,11 @@ void VTViewReach::renew()
     const VTReach reach = now();
     if (reach == m_loaded)
         return;
+    if (m_loaded.isRestricted) {
+        // They may name what is shown from now on.
+        m_view->setToolTip({});
+        m_view->setWhatsThis({});
+    }
     m_loaded = reach;
     VTContentGuard::apply(m_guard, reach, m_view->engine());
 }

@@ -117,6 +117,14 @@ private Q_SLOTS:
             "vidTipView.setStyleSheet('QWidget { background-image: url(ROOT/outside/picture.png) }');"
             "if (!vidTipView.styleSheet) throw 'refused'")
                                                  << "setting a style sheet";
+        QTest::newRow("clipboard, read")
+            << QByteArray("var editor = Qt.createQmlObject('import QtQuick 1.0; TextInput {}', root); "
+                          "editor.paste()")
+            << "the clipboard by paste()";
+        QTest::newRow("clipboard, written")
+            << QByteArray("var editor = Qt.createQmlObject('import QtQuick 1.0; TextEdit {}', root); "
+                          "editor.copy()")
+            << "the clipboard by copy()";
         QTest::newRow("module in a text")
             << QByteArray("Qt.createQmlObject('import QtQml 2.0\\nQtObject {}', root)")
             << "importing QtQml 2.0";

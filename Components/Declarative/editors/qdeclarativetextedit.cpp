@@ -405,17 +405,23 @@ void QDeclarativeTextEdit::deselect()
 
 void QDeclarativeTextEdit::cut()
 {
-    d_func()->control.cut();
+    Q_D(QDeclarativeTextEdit);
+    if (!d->isRefused("cut"))
+        d->control.cut();
 }
 
 void QDeclarativeTextEdit::copy()
 {
-    d_func()->control.copy();
+    Q_D(QDeclarativeTextEdit);
+    if (!d->isRefused("copy"))
+        d->control.copy();
 }
 
 void QDeclarativeTextEdit::paste()
 {
-    d_func()->control.paste();
+    Q_D(QDeclarativeTextEdit);
+    if (!d->isRefused("paste"))
+        d->control.paste();
 }
 
 void QDeclarativeTextEdit::componentComplete()

@@ -1,5 +1,7 @@
 #include "qdeclarativetexteditor_p.h"
 
+#include "guard/qdeclarativeguardedfunctions_p.h"
+
 #include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
@@ -55,6 +57,13 @@ bool QDeclarativeTextEditorPrivate::updateAlignment()
         return false;
     alignment = natural;
     return true;
+}
+
+// Who presses keys wants what they do, and who wrote the content does not know what the clipboard holds.
+bool QDeclarativeTextEditorPrivate::isRefused(const char *function) const
+{
+    const QString what = QStringLiteral("the clipboard by %1()").arg(QLatin1String(function));
+    return QDeclarativeGuardedFunctions::refuses(qmlEngine(q_func()), what);
 }
 
 Qt::Alignment QDeclarativeTextEditorPrivate::effectiveAlignment() const

@@ -161,6 +161,8 @@ public:
     /** Emits activeFocusOnPressChanged(), whose parameter has another name in each editor. */
     virtual void focusOnPressChange() = 0;
     virtual bool processShortcutOverride(QKeyEvent *) = 0;
+    /** Tells whether scripts may not call @p function, which reaches the clipboard. The guard hears of it. */
+    bool isRefused(const char *function) const;
     virtual Qt::InputMethodHints effectiveHints() const { return hints; }
 
     void activeFocusChange(bool active) override;

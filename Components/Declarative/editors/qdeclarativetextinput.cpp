@@ -400,7 +400,7 @@ void QDeclarativeTextInput::deselect()
 void QDeclarativeTextInput::cut()
 {
     Q_D(QDeclarativeTextInput);
-    if (d->readOnly || !d->control.hasSelectedText() || echoMode() != Normal)
+    if (d->isRefused("cut") || d->readOnly || !d->control.hasSelectedText() || echoMode() != Normal)
         return;
     d->control.copy();
     d->control.del();
@@ -408,13 +408,15 @@ void QDeclarativeTextInput::cut()
 
 void QDeclarativeTextInput::copy()
 {
-    d_func()->control.copy();
+    Q_D(QDeclarativeTextInput);
+    if (!d->isRefused("copy"))
+        d->control.copy();
 }
 
 void QDeclarativeTextInput::paste()
 {
     Q_D(QDeclarativeTextInput);
-    if (!d->readOnly)
+    if (!d->isRefused("paste") && !d->readOnly)
         d->control.paste();
 }
 

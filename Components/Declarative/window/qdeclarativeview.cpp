@@ -16,6 +16,7 @@
 #include <QtCore/QTimer>
 #include <QtCore/QTimerEvent>
 #include <QtGui/QResizeEvent>
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsWidget>
 #include <QtWidgets/QLayout>
@@ -401,6 +402,19 @@ void QDeclarativeView::resizeEvent(QResizeEvent *event)
     setSceneRect(d->root ? QRectF(QPointF(), d->rootSize()) : QRectF(rect()));
     Q_EMIT sceneResized(event->size());
     QGraphicsView::resizeEvent(event);
+}
+
+// Qt reads the files that a rich text names, and waits for them.
+bool QDeclarativeView::event(QEvent *event)
+{
+    const bool isTip = event->type() == QEvent::ToolTip && Qt::mightBeRichText(toolTip());
+    const bool isHelp = event->type() == QEvent::WhatsThis && Qt::mightBeRichText(whatsThis());
+    if ((!isTip && !isHelp)
+        || !QDeclarativeGuardedFunctions::refuses(&d->engine,
+                                                  QStringLiteral("a rich text as tool tip or help")))
+        return QGraphicsView::event(event);
+    event->ignore();
+    return true;
 }
 
 // Pictures are made for a screen of scale 1, and look torn on others when their pixels are repeated.

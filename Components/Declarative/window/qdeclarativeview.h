@@ -99,6 +99,9 @@ Q_SIGNALS:
     void statusChanged(QDeclarativeView::Status status);
 
 protected:
+    /** Shows the view's tool tip and help, unless they are rich texts and the engine has a guard. */
+    bool event(QEvent *event) override;
+
     /** Resizes the root object where it follows the view, and emits sceneResized(). */
     void resizeEvent(QResizeEvent *event) override;
 

@@ -1,5 +1,6 @@
 #include "AnyFont.h"
 #include "FolderServer.h"
+#include "OpenedFiles.h"
 
 #include <QtDeclarative/QDeclarativeEngine>
 #include <QtDeclarative/QDeclarativeGuard>
@@ -8,8 +9,16 @@
 #include <QtCore/QDir>
 #include <QtCore/QMutex>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QClipboard>
+#include <QtGui/QHelpEvent>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsScene>
+#include <QtWidgets/QToolTip>
+#include <QtWidgets/QWhatsThis>
+
+#include <algorithm>
 
 namespace {
 
@@ -58,6 +67,9 @@ public:
     QStringList opened;
     QStringList refusals;
 };
+
+/** Milliseconds that a slow machine may take. */
+constexpr int patience = 30000;
 
 } // namespace
 
@@ -200,6 +212,65 @@ private Q_SLOTS:
         const auto guard = std::make_shared<FolderGuard>(root + "/inside");
         QVERIFY(!reaches(body, guard));
         QCOMPARE(guard->told(), QStringList(refusal.replace("ROOT", root)));
+    }
+
+    void clipboard_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<int>("keys"); // that do the same
+        for (const char *editor : {"TextEdit", "TextInput"}) {
+            const auto row = [editor](const char *function, QKeySequence::StandardKey keys) {
+                const QByteArray call = "editor." + QByteArray(function) + "()";
+                QTest::addRow("%s, %s", editor, function) << "property alias text: editor.text\n    "
+                        + QByteArray(editor)
+                        + " { id: editor; focus: true; text: 'own'; Component.onCompleted: selectAll() }\n"
+                          "    function reach() { "
+                        + call + " }" << int(keys);
+            };
+            row("cut", QKeySequence::Cut);
+            row("copy", QKeySequence::Copy);
+            row("paste", QKeySequence::Paste);
+        }
+    }
+
+    void clipboard()
+    {
+        QFETCH(const QByteArray, script);
+        QFETCH(const int, keys);
+        const QString function = QString(QTest::currentDataTag()).section(", ", 1);
+        const int key = QKeySequence(QKeySequence::StandardKey(keys))[0];
+        const auto start = [&](QDeclarativeView *view) {
+            QGuiApplication::clipboard()->setText("secret");
+            view->setSource(scene(script, QByteArray()));
+            view->setMinimumSize(1, 1);
+            view->show();
+            view->activateWindow();
+            return QTest::qWaitFor([view] { return view->hasFocus() && view->scene()->focusItem(); },
+                                   patience);
+        };
+        const auto outcome = [](const QDeclarativeView &view) {
+            return view.rootObject()->property("text").toString() + '|'
+                + QGuiApplication::clipboard()->text();
+        };
+        QString reached;
+        {
+            QDeclarativeView view;
+            QVERIFY(start(&view));
+            QMetaObject::invokeMethod(view.rootObject(), "reach");
+            reached = outcome(view);
+            QVERIFY2(reached != "own|secret", "does not work without a guard");
+        }
+        const auto guard = std::make_shared<FolderGuard>(root + "/inside");
+        QDeclarativeView view;
+        view.engine()->setGuard(guard);
+        QVERIFY(start(&view));
+        QMetaObject::invokeMethod(view.rootObject(), "reach");
+        QCOMPARE(outcome(view), QString("own|secret"));
+        QCOMPARE(guard->told(), QStringList("Main.qml:6: the clipboard by " + function + "()"));
+        QTest::keyClick(&view, Qt::Key(key & ~Qt::KeyboardModifierMask),
+                        Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+        QCOMPARE(outcome(view), reached);
+        QCOMPARE(guard->told().count(), 1);
     }
 
     void importing_data()
@@ -396,6 +467,42 @@ private Q_SLOTS:
         QCOMPARE(guard->told(), QStringList("Main.qml:4: Qt.openUrlExternally(\"file:///etc/passwd\")"));
     }
 
+    // What the view says of itself, which Qt shows.
+    void textsOfTheView_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<int>("asked");
+        QTest::newRow("tool tip") << QByteArray("toolTip") << int(QEvent::ToolTip);
+        QTest::newRow("help") << QByteArray("whatsThis") << int(QEvent::WhatsThis);
+    }
+
+    void textsOfTheView()
+    {
+        QFETCH(const QByteArray, property);
+        QFETCH(const int, asked);
+        const auto show = [&](const std::shared_ptr<FolderGuard> &guard, const QByteArray &text) {
+            QDeclarativeView view;
+            view.rootContext()->setContextProperty("view", &view);
+            view.engine()->setGuard(guard);
+            view.setSource(
+                scene("Component.onCompleted: view." + property + " = \"" + text + '"', QByteArray()));
+            OpenedFiles opened;
+            opened.watch(root + "/outside/picture.png");
+            QHelpEvent event(QEvent::Type(asked), QPoint(1, 1), view.mapToGlobal(QPoint(1, 1)));
+            QCoreApplication::sendEvent(view.viewport(), &event);
+            const bool isShown = QToolTip::isVisible() || isHelpVisible();
+            QToolTip::hideText();
+            QWhatsThis::hideText();
+            return qMakePair(isShown, opened.take());
+        };
+        const QByteArray rich = "<img src='" + root.toUtf8() + "/outside/picture.png'>";
+        QCOMPARE(show(nullptr, rich), qMakePair(true, true));
+        const auto guard = std::make_shared<FolderGuard>(root + "/inside");
+        QCOMPARE(show(guard, rich), qMakePair(false, false));
+        QCOMPARE(guard->told(), QStringList(":0: a rich text as tool tip or help"));
+        QCOMPARE(show(guard, "a & b"), qMakePair(true, false));
+    }
+
     void letsGoAgain()
     {
         const QByteArray body = "property bool reached: picture.status == Image.Ready\n"
@@ -413,6 +520,14 @@ private Q_SLOTS:
     }
 
 private:
+    static bool isHelpVisible()
+    {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        return std::any_of(all.cbegin(), all.cend(), [](const QWidget *widget) {
+            return widget->isVisible() && widget->inherits("QWhatsThat");
+        });
+    }
+
     using Reader = QPair<QByteArray, QPair<QByteArray, QByteArray>>;
 
     static QList<QPair<QByteArray, QString>> ways()
