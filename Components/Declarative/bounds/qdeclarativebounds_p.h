@@ -25,6 +25,9 @@ constexpr qint64 font = 64 * mebibyte;
 /** Of XML that is searched, and of files that scripts request, in bytes; a search takes 30 times that. */
 constexpr qint64 document = 16 * mebibyte;
 
+/** Of tables in a text, levels of them: each doubles the time of the layout. */
+constexpr int tables = 10;
+
 /** Of what describes how a picture is scaled, in bytes; the rest is not read. */
 constexpr qint64 description = 64 * 1024;
 

@@ -55,7 +55,7 @@ void QDeclarativeTextEditPrivate::takeText(const QString &text)
     isRich = isMarkup(text);
     control.setAcceptRichText(isRich);
     if (isRich)
-        control.setHtml(text);
+        control.setHtml(document.bounded(text));
     else
         control.setPlainText(text);
 }

@@ -9,11 +9,36 @@
 #include <QtGui/QPalette>
 #include <QtGui/QPixmap>
 #include <QtGui/QTextCursor>
+#include <QtGui/QTextFrame>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlInfo>
 #include <QtQml/qqml.h>
 
 #include <private/qquickpixmapcache_p.h>
+
+#include <algorithm>
+
+namespace {
+
+/** A text that nobody lays out, and that fetches nothing. */
+class Draft : public QTextDocument
+{
+protected:
+    QVariant loadResource(int, const QUrl &) override { return QByteArray(); }
+};
+
+/** Tells whether @p frame is laid out too often: each table asks those in it twice for their sizes.
+ */
+bool isTooDeep(const QTextFrame *frame, int levels = 0)
+{
+    if (levels > QDeclarativeBounds::tables)
+        return true;
+    const QList<QTextFrame *> frames = frame->childFrames();
+    return std::any_of(frames.cbegin(), frames.cend(),
+                       [levels](const QTextFrame *inner) { return isTooDeep(inner, levels + 1); });
+}
+
+} // namespace
 
 QDeclarativeTextDocument::QDeclarativeTextDocument(QObject *owner)
     : owner(owner)
@@ -32,10 +57,23 @@ void QDeclarativeTextDocument::setMarkup(const QString &markup)
 {
     // Kept until the new text has asked for its own, so that what both of them show stays in the cache.
     const QHash<QUrl, Picture> before = std::exchange(pictures, {});
-    setHtml(markup);
+    setHtml(bounded(markup));
     size();
     for (const Picture &picture : before)
         delete picture.source;
+}
+
+QString QDeclarativeTextDocument::bounded(const QString &markup) const
+{
+    if (markup.count(QLatin1String("<table"), Qt::CaseInsensitive) <= QDeclarativeBounds::tables)
+        return markup;
+    Draft draft;
+    draft.setHtml(markup);
+    if (!isTooDeep(draft.rootFrame()))
+        return markup;
+    qmlWarning(owner)
+        << QStringLiteral("Text of tables in more than %1 levels").arg(QDeclarativeBounds::tables);
+    return Qt::convertFromPlainText(draft.toPlainText());
 }
 
 QVariant QDeclarativeTextDocument::loadResource(int type, const QUrl &name)

@@ -26,6 +26,9 @@ public:
     /** Replaces the text. Pictures of the text before are let go. */
     void setMarkup(const QString &);
 
+    /** Returns @p markup, or its words alone, with a message, where tables are nested too deep in it. */
+    QString bounded(const QString &markup) const;
+
     /**
      * Draws what reaches into @p exposed in @p color, in which @p everything is drawn even where the text
      * names other colours.

@@ -57,6 +57,8 @@ private slots:
     void loadsLatePictures();
     void survivesOddText_data();
     void survivesOddText();
+    void nestedTables_data();
+    void nestedTables();
     void drawsOnlyWhatIsExposed_data();
     void drawsOnlyWhatIsExposed();
 
@@ -746,6 +748,48 @@ void tst_QDeclarativeText::drawsOnlyWhatIsExposed()
     QVERIFY2(part > 100 && part < all / 20, qPrintable(QStringLiteral("%1 of %2").arg(part).arg(all)));
     // Or the view says that everything is exposed.
     QVERIFY(text->flags() & QGraphicsItem::ItemUsesExtendedStyleOption);
+}
+
+// QDeclarativeTextDocument refuses them before they are laid out, which takes twice as long with each level.
+void tst_QDeclarativeText::nestedTables_data()
+{
+    QTest::addColumn<QByteArray>("element");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isRefused");
+    const QString table = QStringLiteral("<table><tr><td>");
+    const QString hidden = QStringLiteral("<TABLE><tr><td><!-- </table> -->");
+    const QString beside = QStringLiteral("<table><tr><td>words</td></tr></table>");
+    for (const char *element :
+         {"Text { textFormat: Text.RichText }", "Text { }", "TextEdit { textFormat: TextEdit.RichText }"}) {
+        const auto row = [element](const char *name, const QString &text, bool isRefused) {
+            QTest::addRow("%s %s", element, name) << QByteArray(element) << text << isRefused;
+        };
+        row("10 levels", table.repeated(10) + "words", false);
+        row("11 levels", table.repeated(11) + "words", true);
+        row("1,000 levels", table.repeated(1000) + "words", true);
+        row("20 levels that seem to end", hidden.repeated(20) + "words", true);
+        row("20 levels that end", table.repeated(20) + "words" + QStringLiteral("</table>").repeated(20),
+            true);
+        row("100 beside each other", beside.repeated(100), false);
+    }
+}
+
+void tst_QDeclarativeText::nestedTables()
+{
+    QFETCH(QByteArray, element);
+    QFETCH(QString, text);
+    QFETCH(bool, isRefused);
+    WatchedScene scene;
+    QVERIFY(scene.load(element));
+    scene.root()->setProperty("text", text);
+    QVERIFY(scene.root()->property("paintedHeight").toReal() > 0);
+    const QString message = QStringLiteral("Text of tables in more than 10 levels");
+    QCOMPARE(scene.warnings.filter(message).isEmpty(), !isRefused);
+    QCOMPARE(scene.warnings.isEmpty(), !isRefused);
+    // What is told of is shown as words.
+    const QString plain = scene.root()->property("text").toString();
+    if (element.startsWith("TextEdit"))
+        QCOMPARE(plain.contains(QLatin1String("<table")), !isRefused);
 }
 
 QTEST_MAIN(tst_QDeclarativeText)
