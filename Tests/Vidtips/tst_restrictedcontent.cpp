@@ -312,6 +312,20 @@ private Q_SLOTS:
         QVERIFY(root()->property("reached").toBool());
     }
 
+    // Else Qt would read, as soon as the switch is off, what they name.
+    void textsOfTheViewGoWithTheirContent()
+    {
+        start("property bool reached: true\nfunction name() { vidTipView.toolTip = '<b>a</b>';"
+              "vidTipView.whatsThis = '<b>a</b>' }",
+              true);
+        QTRY_VERIFY(root());
+        QMetaObject::invokeMethod(root(), "name");
+        QCOMPARE(session->view()->toolTip(), QString("<b>a</b>"));
+        session->set(RestrictContent, false);
+        showAgain();
+        QCOMPARE(session->view()->toolTip() + session->view()->whatsThis(), QString());
+    }
+
     // The packages of one content are not those of the next, also where both have the same user interface.
     void keepsPackagesApart()
     {
