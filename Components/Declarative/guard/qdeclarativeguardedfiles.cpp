@@ -1,5 +1,6 @@
 #include "qdeclarativeguardedfiles_p.h"
 
+#include "engine/qdeclarativelocalfile_p.h"
 #include "qdeclarativeguard.h"
 #include "qdeclarativeguards_p.h"
 #include "qdeclarativeworkers_p.h"
@@ -32,7 +33,8 @@ public:
         const QDeclarativeGuardedFiles::Pause pause;
         const QUrl url =
             path.startsWith(QLatin1Char(':')) ? QUrl(QLatin1String("qrc") + path) : QUrl::fromLocalFile(path);
-        if (guard->admits(url))
+        // A pipe keeps the thread waiting, and whoever ends the thread.
+        if (guard->admits(url) && !QDeclarativeLocalFile::isRefused(url))
             return nullptr;
         guard->refused(QDeclarativeGuards::message(url), QUrl(), 0);
         return new Absent;

@@ -20,6 +20,10 @@
 
 #include <algorithm>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 /** Admits what lies in a folder, and QtQuick 1. */
@@ -429,6 +433,21 @@ private Q_SLOTS:
             write("inside/" + file, content.replace("SERVER", address).replace("ROOT", root.toUtf8()));
         body.replace("ROOT", root.toUtf8()).replace("SERVER", address);
         verifyThatOnlyAGuardRefuses(body, server);
+    }
+
+    void workersDoNotWaitForPipes()
+    {
+        const QString pipe = root + "/inside/pipe.js";
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        const auto guard = std::make_shared<FolderGuard>(root + "/inside");
+        QDeclarativeView view;
+        view.engine()->setGuard(guard);
+        view.setSource(scene("WorkerScript { source: 'pipe.js' }", QByteArray()));
+        const bool isTold = QTest::qWaitFor([&] { return !guard->told().isEmpty(); }, patience);
+        // Whoever waits after all finds it empty.
+        ::close(::open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK));
+        QVERIFY(isTold);
+        QCOMPARE(guard->told(), QStringList(":0: reading file://" + pipe));
     }
 
     void showsDrawingsThatNameNothing()
