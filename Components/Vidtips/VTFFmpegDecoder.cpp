@@ -37,8 +37,10 @@ bool isOfOtherFormat(const QString &fileName)
     constexpr int headSize = 1 << 16;
     QFile file(fileName);
     QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray();
+    // Lists of segments are known by their contents only under their own endings.
+    const QByteArray name = QFile::encodeName(fileName);
     AVProbeData probe = {};
-    probe.filename = "";
+    probe.filename = name.constData();
     probe.buf_size = head.size();
     head.append(AVPROBE_PADDING_SIZE, '\0');
     probe.buf = reinterpret_cast<unsigned char *>(head.data());

@@ -161,5 +161,6 @@ private:
     VTContentGate gate;
 };
 
-QTEST_GUILESS_MAIN(tst_VTContentGate)
+// Resources of Qt Widgets are there where the program uses it.
+QTEST_MAIN(tst_VTContentGate)
 #include "tst_vtcontentgate.moc"
