@@ -181,6 +181,14 @@ bool QDeclarativeGuards::refuses(const QUrl &url, const QObject *element)
     return true;
 }
 
+bool QDeclarativeGuards::refuses(const QString &what, const QObject *element)
+{
+    const auto guard = of(qmlEngine(element));
+    if (guard)
+        tell(*guard, what, element);
+    return guard != nullptr;
+}
+
 bool QDeclarativeGuards::refusesPicture(const QUrl &url, const QObject *element)
 {
     if (refuses(url, element))

@@ -23,7 +23,10 @@ void end(QQmlEngine *engine);
 /** Tells whether the guard of @p element 's engine, if any, refuses @p url, and has the guard hear of it. */
 bool refuses(const QUrl &url, const QObject *element);
 
-/** Tells the same of a picture, which may show more than its own file. */
+/** Tells whether that engine has a guard, which then hears that @p what was refused. */
+bool refuses(const QString &what, const QObject *element);
+
+/** Tells whether it refuses the picture at @p url, which may show more than its own file. */
 bool refusesPicture(const QUrl &url, const QObject *element);
 
 /** What a guard is told of an address that it refuses. */

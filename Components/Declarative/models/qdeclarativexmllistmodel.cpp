@@ -3,9 +3,11 @@
 #include "bounds/qdeclarativebounds_p.h"
 #include "bounds/qdeclarativedownloads_p.h"
 #include "engine/qdeclarativelocalfile_p.h"
+#include "guard/qdeclarativeguards_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QThreadPool>
 #include <QtNetwork/QNetworkAccessManager>
 #include <QtNetwork/QNetworkReply>
@@ -262,6 +264,18 @@ void QDeclarativeXmlListModel::fail(const QString &message)
     setStatus(Error);
 }
 
+// A function that calls itself takes the thread's stack, and nothing interrupts it.
+QString QDeclarativeXmlListModel::admittedNamespaces() const
+{
+    static const QRegularExpression namespacesAlone(QStringLiteral(
+        "^(\\s*declare\\s+(namespace\\s+[\\w.-]+\\s*=|default\\s+(element|function)\\s+namespace)"
+        "\\s*(\"[^\"]*\"|'[^']*')\\s*;)*\\s*$"));
+    const QString what = QStringLiteral("declaring more than namespaces in namespaceDeclarations");
+    const bool isRefused =
+        !namespacesAlone.match(namespaces).hasMatch() && QDeclarativeGuards::refuses(what, this);
+    return isRefused ? QString() : namespaces;
+}
+
 void QDeclarativeXmlListModel::startQuery(const QByteArray &document)
 {
     if (document.size() > QDeclarativeBounds::document) {
@@ -271,7 +285,7 @@ void QDeclarativeXmlListModel::startQuery(const QByteArray &document)
     QDeclarativeXmlQuery query;
     query.document = document;
     query.query = path;
-    query.namespaces = namespaces;
+    query.namespaces = admittedNamespaces();
     query.engine = qmlEngine(this);
     for (const QDeclarativeXmlRole *role : qAsConst(allRoles))
         query.roleQueries.append(role->query());

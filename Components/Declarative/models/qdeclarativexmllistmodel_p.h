@@ -128,6 +128,7 @@ private:
     void finishRequest();
     void fail(const QString &message);
     void refuse(const QString &message);
+    QString admittedNamespaces() const;
     void startQuery(const QByteArray &document);
     void adopt(const Result &);
     void adoptAll(const Result &);

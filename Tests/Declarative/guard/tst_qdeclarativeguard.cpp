@@ -477,6 +477,44 @@ private Q_SLOTS:
         QCOMPARE(guard->told(), QStringList("qmldir:0: loading a plugin"));
     }
 
+    void declarations_data()
+    {
+        QTest::addColumn<QByteArray>("declarations");
+        QTest::addColumn<QByteArray>("query");
+        QTest::addColumn<bool>("isAdmitted");
+        const auto row = [](const char *name, const QByteArray &declarations, const QByteArray &query,
+                            bool isAdmitted) { QTest::newRow(name) << declarations << query << isAdmitted; };
+        row("none", " ", "/*[1]", true);
+        row("namespaces",
+            "declare default element namespace 'urn:list';\n declare namespace o.1 = 'urn:list; (';", "/list",
+            true);
+        row("function", "declare function local:one() { 1 };", "/*[local:one()]", false);
+        row("function after a namespace",
+            "declare namespace l = 'urn:list'; declare function local:one() { 1 };", "/l:list[local:one()]",
+            false);
+        row("function behind a quotation mark",
+            "declare namespace l = 'a''; declare namespace m = '; declare function local:one() { 1 };",
+            "/*[local:one()]", false);
+        row("variable", "declare variable $one := 1;", "/*[$one]", false);
+    }
+
+    void declarations()
+    {
+        QFETCH(const QByteArray, declarations);
+        QFETCH(const QByteArray, query);
+        QFETCH(const bool, isAdmitted);
+        const auto guard = std::make_shared<FolderGuard>(root + "/inside");
+        const QByteArray body = "property bool reached: it.count > 0\nXmlListModel { id: it;"
+                                "xml: '<list xmlns=\"urn:list\"/>'; namespaceDeclarations: \""
+            + QByteArray(declarations).replace('\n', "\\n") + "\"; query: \"" + query + "\" }";
+        QVERIFY2(reaches(body, nullptr), "does not work without a guard");
+        QCOMPARE(reaches(body, guard), isAdmitted);
+        const QStringList refusals = isAdmitted
+            ? QStringList()
+            : QStringList("Main.qml:5: declaring more than namespaces in namespaceDeclarations");
+        QCOMPARE(guard->told(), refusals);
+    }
+
     void opensAddressesAsTheGuardSays()
     {
         const auto guard = std::make_shared<FolderGuard>(root + "/inside");
