@@ -1,9 +1,10 @@
 #include "qdeclarativeguardedfiles_p.h"
 
-#include "engine/qdeclarativelocalfile_p.h"
 #include "qdeclarativeguard.h"
 #include "qdeclarativeguards_p.h"
 #include "qdeclarativeworkers_p.h"
+
+#include <QtCore/QFileInfo>
 
 #include <private/qabstractfileengine_p.h>
 
@@ -34,7 +35,9 @@ public:
         const QUrl url =
             path.startsWith(QLatin1Char(':')) ? QUrl(QLatin1String("qrc") + path) : QUrl::fromLocalFile(path);
         // A pipe keeps the thread waiting, and whoever ends the thread.
-        if (guard->admits(url) && !QDeclarativeLocalFile::isRefused(url))
+        const QFileInfo file(path);
+        const bool isFile = file.isFile() || !file.exists();
+        if (isFile && guard->admits(url))
             return nullptr;
         guard->refused(QDeclarativeGuards::message(url), QUrl(), 0);
         return new Absent;
