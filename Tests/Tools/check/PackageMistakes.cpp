@@ -212,6 +212,7 @@ QByteArray message(const QByteArray &source, const QByteArray &translation)
         + "</translation></message>\n";
 }
 
+// TranslationCheck finds what is between catalogues and the files that they are made from.
 void addCatalogueMistakes()
 {
     translationMistake(

@@ -163,6 +163,7 @@ void addQmlMistakes()
                "VidtipsUI.qml:4:3: Cannot assign to non-existent property \"txt\"");
 }
 
+// ReadingCheck compares what QML reads with the schema beside it.
 void addReadingMistakes()
 {
     const auto mistake = [](const char *name, const QByteArray &read, const QString &finding) {
