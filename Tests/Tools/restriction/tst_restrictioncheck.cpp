@@ -225,10 +225,10 @@ void tst_RestrictionCheck::readsFiles_data()
           R"(<svg xmlns="http://www.w3.org/2000/svg" width="1" height="1"><image href="b.png"/></svg>)"}},
         "Own.vidtips/Resources/b.svg", "drawings that name other files [VT414]");
     row("list of clips",
-        {{ownControl, document("<vidtip key=\"a\"><clip source=\"b.txt\"/></vidtip>")},
-         {"Own.vidtips/Resources/b.txt",
+        {{ownControl, document("<vidtip key=\"a\"><clip source=\"b.m3u8\"/></vidtip>")},
+         {"Own.vidtips/Resources/b.m3u8",
           "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n/tmp/b.ts\n#EXT-X-ENDLIST\n"}},
-        "Own.vidtips/Resources/b.txt", "the format of this clip [VT511]");
+        "Own.vidtips/Resources/b.m3u8", "the format of this clip [VT511]");
     row("clip of another codec",
         {{"Own.vidtips/Resources/b.mkv", TestPackages::read(TestClips::onePicture())}},
         "Own.vidtips/Resources/b.mkv", "the format of this clip [VT511]");
