@@ -92,6 +92,14 @@ public:
         return make("vp9.webm", moving("160x120", 10, {"-c:v", "libvpx-vp9", "-pix_fmt", "yuv420p"}));
     }
 
+    static QString av1()
+    {
+        return make("av1.webm",
+                    moving("160x120", 10, {"-c:v", "libaom-av1", "-cpu-used", "8", "-pix_fmt", "yuv420p"}));
+    }
+
+    static QString gif() { return make("animation.gif", moving("160x120", 10, {"-c:v", "gif"})); }
+
     static QString mpeg4() { return make("mpeg4.avi", moving("160x120", 15, {"-c:v", "mpeg4", "-bf", "2"})); }
 
     /** A width that the vectors of a scaler do not divide. */

@@ -84,6 +84,8 @@ void tst_VTVideoSourceFFMPEG::clipsDecodeToTheirPictures_data()
     QTest::newRow("H.264 with B-frames") << TestClips::h264WithBFrames() << QSize(160, 120) << 30;
     QTest::newRow("VP8") << TestClips::vp8() << QSize(160, 120) << 10;
     QTest::newRow("VP9") << TestClips::vp9() << QSize(160, 120) << 10;
+    QTest::newRow("AV1") << TestClips::av1() << QSize(160, 120) << 10;
+    QTest::newRow("GIF") << TestClips::gif() << QSize(160, 120) << 10;
     QTest::newRow("MPEG-4") << TestClips::mpeg4() << QSize(160, 120) << 15;
     QTest::newRow("odd size, 4:4:4") << TestClips::oddSize() << QSize(161, 91) << 5;
     QTest::newRow("uneven width") << TestClips::unevenWidth() << QSize(360, 200) << 60;
