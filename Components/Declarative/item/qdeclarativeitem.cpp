@@ -147,6 +147,13 @@ void QDeclarativeItemPrivate::transformChanged()
         updateTransformOrigin();
 }
 
+void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
+{
+    Q_Q(QDeclarativeItem);
+    announcedFocus = isSubFocusItem;
+    Q_EMIT q->focusChanged(isSubFocusItem);
+}
+
 void QDeclarativeItemPrivate::siblingOrderChange()
 {
     Q_Q(QDeclarativeItem);
@@ -334,7 +341,7 @@ void QDeclarativeItem::setParentItem(QDeclarativeItem *parent)
         qmlWarning(this) << tr("An item cannot be its own parent or that of its parent");
         return;
     }
-    d_func()->moveTo(parent);
+    QGraphicsObject::setParentItem(parent);
 }
 
 qreal QDeclarativeItem::baselineOffset() const

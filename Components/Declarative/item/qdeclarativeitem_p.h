@@ -149,15 +149,8 @@ public:
     /** Says what has become of the focus of an item that is shown or hidden while its window is not active.
      */
     void followPassiveFocus();
-    /** Says what has become of the item's focus, if that is news. */
+    /** Says what has become of the focus of an item outside every scope, if that is news. */
     void announceFocus();
-    /** The same for the active focus. */
-    void announceActiveFocus();
-    /**
-     * Makes the item a child of @p newParent, null for none. The focus comes along, into the new scope.
-     */
-    void moveTo(QDeclarativeItem *newParent);
-    void carryFocusTo(QDeclarativeItem *newParent, const QPointer<QDeclarativeItem> &focused);
     /** Lets the scopes around the item, which is about to go, know that it takes the focus along. */
     void dropFocus();
     void leaveToThemselves();

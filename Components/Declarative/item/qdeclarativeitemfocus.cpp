@@ -16,9 +16,6 @@ static const QGraphicsItem *scopeOf(const QGraphicsItem *item)
     return scope;
 }
 
-/** Whose focus has changed while an item takes it along to another parent: they say so once it is there. */
-static QVector<QPointer<QDeclarativeItem>> *unannounced = nullptr;
-
 bool QDeclarativeItemPrivate::hasSubFocus() const
 {
     // Graphics View tells every ancestor; only a focus scope has the focus on behalf of an item inside.
@@ -63,28 +60,12 @@ void QDeclarativeItemPrivate::activeFocusChange(bool active)
 
 void QDeclarativeItemPrivate::announceFocus()
 {
-    const bool focus = q_func()->hasFocus();
-    if (focus != announcedFocus)
-        focusScopeItemChange(focus);
-}
-
-void QDeclarativeItemPrivate::focusScopeItemChange(bool isSubFocusItem)
-{
     Q_Q(QDeclarativeItem);
-    if (unannounced) {
-        unannounced->append(q);
+    const bool focus = q->hasFocus();
+    if (focus == announcedFocus)
         return;
-    }
-    announcedFocus = isSubFocusItem;
-    Q_EMIT q->focusChanged(isSubFocusItem);
-}
-
-void QDeclarativeItemPrivate::announceActiveFocus()
-{
-    if (unannounced)
-        unannounced->append(q_func());
-    else if (announcedActiveFocus != hasActiveFocus())
-        activeFocusChange(!announcedActiveFocus);
+    announcedFocus = focus;
+    Q_EMIT q->focusChanged(focus);
 }
 
 void QDeclarativeItemPrivate::yieldActiveFocus()
@@ -116,7 +97,7 @@ void QDeclarativeItemPrivate::takeSceneFocus()
         QDeclarativeItemPrivate *d = item ? get(item.data()) : nullptr;
         // A handler may have moved the focus on by now.
         if (d && !d->announcedActiveFocus && d->hasActiveFocus())
-            d->announceActiveFocus();
+            d->activeFocusChange(true);
     }
 }
 
@@ -133,7 +114,7 @@ void QDeclarativeItemPrivate::leaveSceneFocus()
             return;
         // A handler may have brought the focus back by now.
         if (d->announcedActiveFocus && !d->hasActiveFocus())
-            d->announceActiveFocus();
+            d->activeFocusChange(false);
     }
 }
 
@@ -167,7 +148,7 @@ void QDeclarativeItemPrivate::dropFocus()
     QGraphicsItemPrivate::get(subFocusItem)->clearSubFocus(parent);
     for (const QPointer<QDeclarativeItem> &scope : qAsConst(chain)) {
         if (scope && get(scope.data())->announcedActiveFocus && !get(scope.data())->hasActiveFocus())
-            get(scope.data())->announceActiveFocus();
+            get(scope.data())->activeFocusChange(false);
     }
 }
 
@@ -255,66 +236,6 @@ void QDeclarativeItem::setFocus(bool focus)
     announceOutermost(before);
     if (guard)
         announceOutermost(this);
-}
-
-/** The item that has the focus of the scope around @p item, or of the scene, if @p item takes it along. */
-static QDeclarativeItem *carriedFocus(QDeclarativeItem *item)
-{
-    const QGraphicsItem *scope = scopeOf(item);
-    QGraphicsItem *held = scope ? QGraphicsItemPrivate::get(scope)->focusScopeItem
-                                : QGraphicsItemPrivate::get(item)->subFocusItem;
-    if (!held || (held != item && !item->isAncestorOf(held)))
-        return nullptr;
-    auto *inside = qobject_cast<QDeclarativeItem *>(held->toGraphicsObject());
-    return inside && !scope ? focusChain(inside).constLast().data() : inside;
-}
-
-/** Has the items say what has become of their focus: first those that lost the active one. */
-static void announceAll(const QVector<QPointer<QDeclarativeItem>> &items)
-{
-    for (const bool active : {false, true}) {
-        for (const QPointer<QDeclarativeItem> &item : items) {
-            if (!item || item->hasActiveFocus() != active)
-                continue;
-            QDeclarativeItemPrivate::get(item.data())->announceActiveFocus();
-            if (item)
-                QDeclarativeItemPrivate::get(item.data())->announceFocus();
-        }
-    }
-}
-
-void QDeclarativeItemPrivate::moveTo(QDeclarativeItem *newParent)
-{
-    QDeclarativeItem *const focused = parent && parent != newParent ? carriedFocus(q_func()) : nullptr;
-    if (!focused) {
-        q_func()->QGraphicsObject::setParentItem(newParent);
-        return;
-    }
-    QGraphicsItem *const innermost = get(focused)->subFocusItem;
-    auto *const active =
-        innermost ? qobject_cast<QDeclarativeItem *>(innermost->toGraphicsObject()) : nullptr;
-    auto items = focusChain(active ? active : focused);
-    if (unannounced) {
-        *unannounced += items;
-        carryFocusTo(newParent, focused);
-        return;
-    }
-    unannounced = &items;
-    carryFocusTo(newParent, focused);
-    unannounced = nullptr;
-    announceAll(items);
-}
-
-void QDeclarativeItemPrivate::carryFocusTo(QDeclarativeItem *newParent,
-                                           const QPointer<QDeclarativeItem> &focused)
-{
-    // Graphics View would leave the item active and the scopes without it, and say little of that.
-    const QDeclarativeItemPrivate *const d = get(focused.data());
-    const bool wasActive = d->hasActiveFocus() || d->hasPassiveFocus();
-    get(focused.data())->releaseFocus();
-    q_func()->QGraphicsObject::setParentItem(newParent);
-    if (focused && (wasActive || scopeOf(focused)))
-        get(focused.data())->takeFocus();
 }
 
 bool QDeclarativeItem::hasActiveFocus() const

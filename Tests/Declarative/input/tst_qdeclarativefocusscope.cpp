@@ -30,9 +30,6 @@ private slots:
     void rememberedItemGoes_data();
     void rememberedItemGoes();
     void enabledInsideDisabledTakesNoFocus();
-    void movesToAnotherScope_data();
-    void movesToAnotherScope();
-    void movesWhileWindowIsInactive();
 };
 
 static const char twoScopes[] = "Item { width: 10; height: 10\n"
@@ -301,61 +298,6 @@ void tst_QDeclarativeFocusScope::enabledInsideDisabledTakesNoFocus()
     scene.item("around")->setEnabled(true);
     scene.item("inside")->setFocus(true);
     QVERIFY(scene.item("inside")->hasActiveFocus());
-}
-
-void tst_QDeclarativeFocusScope::movesToAnotherScope_data()
-{
-    QTest::addColumn<QStringList>("moves"); // each of an item into another
-    QTest::addColumn<QString>("said"); // of the last move
-    QTest::addColumn<QStringList>("active");
-    const auto row = [](const char *name, const QStringList &moves, const char *said,
-                        const QStringList &active) {
-        QTest::newRow(name) << moves << QString::fromLatin1(said) << active;
-    };
-    row("into one without the focus", {"l1 right"}, "l1 inactive, r2 unfocused", {"left"});
-    row("and back", {"l1 right", "l1 left"}, "l1 active", {"left", "l1"});
-    row("into the one with the focus", {"r2 left"}, "l1 inactive, l1 unfocused, r2 active", {"left", "r2"});
-    row("of one without", {"l2 right"}, "", {"left", "l1"});
-    row("out of all", {"l1 root"}, "left inactive, left unfocused", {"l1"});
-    row("from none", {"l1 root", "l1 right"}, "l1 inactive, r2 unfocused", {});
-    row("within its own", {"l1 l2"}, "", {"left", "l1"});
-    row("with its own", {"left right"}, "l1 inactive, left inactive, r2 unfocused", {});
-    row("with its own, as far as it goes", {"left right", "left root"}, "left unfocused", {});
-}
-
-void tst_QDeclarativeFocusScope::movesToAnotherScope()
-{
-    QFETCH(QStringList, moves);
-    QStringList said;
-    ItemScene scene(twoScopes);
-    for (const char *name : {"l1", "l2", "r1", "r2", "left", "right"}) {
-        QDeclarativeItem *const item = scene.item(name);
-        const auto tell = [&said, name](const char *what) {
-            said += QString::fromLatin1(name) + QLatin1Char(' ') + QLatin1String(what);
-        };
-        // What the signal says is so by then.
-        connect(item, &QDeclarativeItem::activeFocusChanged, this,
-                [=] { tell(item->hasActiveFocus() ? "active" : "inactive"); });
-        connect(item, &QDeclarativeItem::focusChanged, this,
-                [=] { tell(item->hasFocus() ? "focused" : "unfocused"); });
-    }
-    for (const QString &move : moves) {
-        said.clear();
-        const QByteArrayList names = move.toLatin1().split(' ');
-        scene.item(names[0])->setParentItem(names[1] == "root" ? scene.root() : scene.item(names[1]));
-    }
-    QTEST(said.join(", "), "said");
-    QTEST(namesOf(scene, &QDeclarativeItem::hasActiveFocus), "active");
-}
-
-void tst_QDeclarativeFocusScope::movesWhileWindowIsInactive()
-{
-    ItemScene scene(twoScopes);
-    activate(scene, false);
-    scene.item("l1")->setParentItem(scene.root());
-    QVERIFY(!scene.item("left")->hasFocus());
-    activate(scene, true);
-    QCOMPARE(namesOf(scene, &QDeclarativeItem::hasActiveFocus), QStringList{"l1"});
 }
 
 QTEST_MAIN(tst_QDeclarativeFocusScope)
