@@ -134,8 +134,8 @@ public Q_SLOTS:
      * Loads the user interface at @p path, unless it is the one that is loaded. A missing file is reported
      * and leaves the current one. While a script of the view or the host that it has called is on the stack,
      * that waits until they have returned, and the last path counts. One that was stopped twice for tips of
-     * the content's package, as its scripts ran for longer than Vidtips::ScriptTimeout, is reported and leaves
-     * none, until the file changes. So does one outside the packages of the content while
+     * the content's package, as its scripts ran for longer than Vidtips::ScriptTimeout, is reported and
+     * leaves none, until the file changes. So does one outside the packages of the content while
      * Vidtips::RestrictContent is set.
      */
     void loadQML(const QString &path);
