@@ -54,16 +54,14 @@ AttachedTips::AttachedTips(VTContext &context, const AttachSettings &settings)
 // Packages of another program look like tips that do not work.
 AttachedTips::~AttachedTips()
 {
-    if (m_isAsked && !m_hasTips && !m_traces)
+    if (m_asked.isEmpty() || m_traces)
+        return;
+    const QStringList all = keys();
+    const auto hasTip = [&](const QString &key) { return all.contains(key); };
+    if (std::none_of(m_asked.cbegin(), m_asked.cend(), hasTip))
         std::fprintf(stderr,
                      "vidtips: no command that the pointer rested on has a tip in the packages; --trace "
                      "tells the keys of commands\n");
-}
-
-void AttachedTips::remember(const QString &key)
-{
-    m_isAsked = m_isAsked || !key.isEmpty();
-    m_hasTips = m_hasTips || keys().contains(key);
 }
 
 QString AttachedTips::keyAt(QObject *object, const QPoint &position, QRect &rect)
@@ -77,7 +75,8 @@ QString AttachedTips::keyAt(QObject *object, const QPoint &position, QRect &rect
     m_command = m_locator.commandAt(object, position);
     if (m_traces && !isTraced(object, position))
         trace(object, position);
-    remember(m_command.key);
+    if (!m_command.key.isEmpty())
+        m_asked.insert(m_command.key);
     rect = m_command.rect;
     return m_command.key;
 }

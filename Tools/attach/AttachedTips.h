@@ -6,6 +6,7 @@
 
 #include <QtCore/QPoint>
 #include <QtCore/QPointer>
+#include <QtCore/QSet>
 
 #include <memory>
 
@@ -28,7 +29,6 @@ public:
 
 private:
     AttachedTips(VTContext &context, const AttachSettings &settings);
-    void remember(const QString &key);
     void trace(QObject *object, const QPoint &position);
     bool isTraced(QObject *object, const QPoint &position) const;
     bool isForeignTip(const QWidget *window) const;
@@ -39,6 +39,5 @@ private:
     QPointer<QObject> m_traced;
     QPoint m_tracedPosition;
     const bool m_traces;
-    bool m_isAsked = false; ///< The pointer has rested on a command that has a key.
-    bool m_hasTips = false; ///< One of these has a tip.
+    QSet<QString> m_asked; ///< The keys of commands that the pointer has rested on.
 };

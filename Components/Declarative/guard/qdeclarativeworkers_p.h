@@ -14,8 +14,7 @@ void adopt(const QQmlEngine *engine);
 
 using MakeObject = QObject *(*)();
 
-/** Has the worker scripts of all adopted engines find what @p make makes, for each thread, as Qt.application.
- */
+/** Has worker scripts of all adopted engines find what @p make makes, for each thread, as Qt.application. */
 void setApplication(MakeObject make);
 
 /** Lets go of @p engine, whose threads have ended. */

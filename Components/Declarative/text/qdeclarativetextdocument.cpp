@@ -27,8 +27,7 @@ protected:
     QVariant loadResource(int, const QUrl &) override { return QByteArray(); }
 };
 
-/** Tells whether @p frame is laid out too often: each table asks those in it twice for their sizes.
- */
+/** Tells whether @p frame would be laid out too often: each table asks those in it twice for their sizes. */
 bool isTooDeep(const QTextFrame *frame, int levels = 0)
 {
     if (levels > QDeclarativeBounds::tables)

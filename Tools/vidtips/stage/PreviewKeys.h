@@ -33,8 +33,7 @@ QStringList localesOf(const Content &content, const QString &key);
 
 /**
  * The locale to preview where none is asked for: en_US where there is content for it, else the first one.
- * With
- * @p key, content under that key counts before other content.
+ * Content under @p key, if there is one, counts before other content.
  */
 QString defaultLocale(const Content &content, const QString &key = QString());
 

@@ -19,8 +19,7 @@ struct TextMistake
     QString message;
 };
 
-/** Checks what texts of entries are made of: placeholders, letters, shortcuts, and whether they are
- * translated. */
+/** Checks the texts of entries: placeholders, letters, shortcuts, and whether they are translated. */
 class TextCheck
 {
 public:

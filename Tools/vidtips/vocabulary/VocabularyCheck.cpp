@@ -67,7 +67,9 @@ const Vocabulary *VocabularyCheck::vocabularyFor(const Content &content, const C
         if (holder->find("schema"))
             findings.add("VT410", file.path, holder->positionOf("schema"),
                          QString("there is no schema \"%1\"").arg(holder->attribute("schema")));
-        reportMisnamed(Vocabulary::misnamedFor(content, file, entry), findings);
+        // Entries that share the user interface of the file have its schema, too.
+        if (!entry || entry->find(Content::fullUserInterface.attribute))
+            reportMisnamed(Vocabulary::misnamedFor(content, file, entry), findings);
         return nullptr;
     }
     const Vocabulary &vocabulary = m_vocabularies.at(path);
