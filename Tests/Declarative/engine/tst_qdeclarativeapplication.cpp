@@ -1,3 +1,4 @@
+#include "Patience.h"
 #include "WatchedScene.h"
 
 #include <QtCore/QFile>
